@@ -1,0 +1,72 @@
+# What every target of the project shares: warnings, hardening, sanitizers, the precompiled headers,
+# and the three functions that declare a library, a test and nothing else.
+
+# One code model for libraries and programs alike, so that they can share the precompiled headers.
+add_compile_options(-fPIC -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+add_compile_definitions(
+    QT_NO_CAST_FROM_ASCII
+    QT_NO_CAST_TO_ASCII
+    QT_NO_FOREACH
+    QT_NO_KEYWORDS
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+    $<$<NOT:$<CONFIG:Debug>>:QT_NO_DEBUG>)
+
+if(KOVALO_SANITIZE)
+    add_compile_options(-fsanitize=${KOVALO_SANITIZE} -fno-omit-frame-pointer
+                        -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${KOVALO_SANITIZE})
+    # GCC's flow analysis raises false alarms in the code that the sanitizers add.
+    add_compile_options(-Wno-maybe-uninitialized)
+endif()
+
+if(KOVALO_PCH)
+    add_library(kov_pch OBJECT ${CMAKE_CURRENT_LIST_DIR}/pch.cpp)
+    target_link_libraries(kov_pch PRIVATE Qt6::Core)
+    target_precompile_headers(kov_pch PRIVATE
+        <QByteArray> <QCoreApplication> <QDateTime> <QDir> <QFile> <QHash> <QIODevice> <QList>
+        <QMetaEnum> <QMetaObject> <QObject> <QPointer> <QSharedPointer> <QString> <QThread> <QTimer>
+        <QUrl> <QVariant> <algorithm> <functional> <memory> <string> <utility> <vector>)
+endif()
+
+function(kovalo_use_pch target)
+    if(KOVALO_PCH)
+        target_precompile_headers(${target} REUSE_FROM kov_pch)
+    endif()
+endfunction()
+
+# kovalo_library(NAME [PUBLIC_LIBS...]): a static library of the sources in the current folder and
+# of the folders named after SUBDIRS. Its headers are seen by whoever links it.
+function(kovalo_library name)
+    cmake_parse_arguments(ARG "" "" "LIBS;SUBDIRS" ${ARGN})
+    set(dirs ${CMAKE_CURRENT_SOURCE_DIR})
+    foreach(sub IN LISTS ARG_SUBDIRS)
+        list(APPEND dirs ${CMAKE_CURRENT_SOURCE_DIR}/${sub})
+    endforeach()
+    set(patterns)
+    foreach(dir IN LISTS dirs)
+        list(APPEND patterns ${dir}/*.cpp ${dir}/*.h)
+    endforeach()
+    file(GLOB sources CONFIGURE_DEPENDS ${patterns})
+    list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+    add_library(${name} STATIC ${sources})
+    target_include_directories(${name} PUBLIC ${dirs})
+    target_link_libraries(${name} PUBLIC Qt6::Core ${ARG_LIBS})
+    kovalo_use_pch(${name})
+endfunction()
+
+# kovalo_tests(LIBS...): every tst_*.cpp of the current folder is a test program of its own, run by
+# ctest under its file name. RESOURCE_LOCK and labels are set by the folder where it needs them.
+function(kovalo_tests)
+    cmake_parse_arguments(ARG "" "" "LIBS" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/tst_*.cpp)
+    foreach(source IN LISTS sources)
+        get_filename_component(name ${source} NAME_WE)
+        add_executable(${name} ${source})
+        target_link_libraries(${name} PRIVATE Qt6::Test ${ARG_LIBS})
+        target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests/support)
+        kovalo_use_pch(${name})
+        add_test(NAME ${name} COMMAND ${name})
+        set_tests_properties(${name} PROPERTIES TIMEOUT 300 LABELS unit
+            ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+    endforeach()
+endfunction()

@@ -1,0 +1,1 @@
+// The translation unit that CMake hangs the shared precompiled headers on.

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "genericerrorcode.h"
+
+#include <QMetaType>
+#include <QTextStream>
+#include <QVariant>
+#include <string>
+
+/// An error as a value. Code 0, the default, means that there is no error. Texts are UTF-8.
+class AbstractError {
+public:
+    AbstractError() = default;
+    AbstractError(int code, std::string category, std::string source, std::string description);
+
+    int code() const { return m_code; }
+    /// Which list of codes the code is from, such as "GenericError".
+    const std::string &category() const { return m_category; }
+    /// The component that reports it.
+    const std::string &source() const { return m_source; }
+    const std::string &description() const { return m_description; }
+
+    bool isError() const { return m_code != 0; }
+    bool operator==(const AbstractError &) const = default;
+
+private:
+    int m_code = 0;
+    std::string m_category;
+    std::string m_source;
+    std::string m_description;
+};
+
+Q_DECLARE_METATYPE(AbstractError)
+
+/// An error of the category "GenericError".
+AbstractError genericError(GenericErrorCode::Code code, const std::string &source,
+                           const std::string &description);
+
+/// "{ERROR: |CODE|: 5, |CATEGORY|: …, |SOURCE|: …, |DESCRIPTION|: …}", without a line break. Each
+/// text is written up to its first zero byte.
+QTextStream &operator<<(QTextStream &stream, const AbstractError &error);
+
+/// The form in which errors cross the link: "code", "category", "source", "description".
+template <typename Container> Container toContainer(const AbstractError &error)
+{
+    Container container;
+    container[QStringLiteral("code")] = error.code();
+    container[QStringLiteral("category")] = QString::fromStdString(error.category());
+    container[QStringLiteral("source")] = QString::fromStdString(error.source());
+    container[QStringLiteral("description")] = QString::fromStdString(error.description());
+    return container;
+}
+
+template <typename Container> AbstractError abstractErrorFromContainer(const Container &container)
+{
+    const auto text = [&container](const QString &key) {
+        return container.value(key).toString().toStdString();
+    };
+    return AbstractError(container.value(QStringLiteral("code")).toInt(),
+                         text(QStringLiteral("category")), text(QStringLiteral("source")),
+                         text(QStringLiteral("description")));
+}

@@ -1,0 +1,8 @@
+#include "qtappabstractsettingsmanager.h"
+
+QtAppAbstractSettingsManager::QtAppAbstractSettingsManager(QObject *parent) : QObject(parent) { }
+
+void QtAppAbstractSettingsManager::setValue(const QString &key, const QString &value)
+{
+    setValues({{key, value}}, QString());
+}

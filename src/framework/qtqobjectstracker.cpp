@@ -1,0 +1,52 @@
+#include "qtqobjectstracker.h"
+
+#include "qtappdefaultlogger.h"
+
+#include <QMutexLocker>
+
+#include <atomic>
+
+namespace {
+std::atomic<QtQObjectsTracker *> trackerInstance = nullptr;
+}
+
+QtQObjectsTracker *QtQObjectsTracker::instance() { return trackerInstance.load(); }
+
+QtQObjectsTracker::QtQObjectsTracker(QObject *parent) : QObject(parent)
+{
+    trackerInstance.store(this);
+}
+
+QtQObjectsTracker::~QtQObjectsTracker()
+{
+    trackerInstance.store(nullptr);
+    for (const QString &className : aliveObjects())
+        logLine(
+            1,
+            QStringLiteral("[QtQObjectsTracker]: WARNING: still alive at exit: %1").arg(className));
+}
+
+void QtQObjectsTracker::registerObject(QObject *object, const char *className)
+{
+    {
+        const QMutexLocker locker(&m_mutex);
+        m_alive.insert(object, QString::fromLatin1(className));
+    }
+    // Direct: objects die on their own threads, and the entry must be gone before the address is
+    // used again.
+    connect(
+        object, &QObject::destroyed, this,
+        [this](QObject *destroyed) {
+            const QMutexLocker locker(&m_mutex);
+            m_alive.remove(destroyed);
+        },
+        Qt::DirectConnection);
+}
+
+QStringList QtQObjectsTracker::aliveObjects() const
+{
+    const QMutexLocker locker(&m_mutex);
+    QStringList names = m_alive.values();
+    names.sort();
+    return names;
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+#include <source_location>
+
+/**
+ * A failed internal check does not end the program: it leaves a line of level 1 in the log,
+ * "ASSERTION FAILED: <expression>, <source>,<line>", and the work goes on. Any thread.
+ */
+void logAssertionFailed(const QString &expression, const QString &source, int line);
+
+/**
+ * Logs the expression when ok is false; the source is the caller's file, written as
+ * "../../src/<folders>/<name>" without its suffix, and the caller's line. Returns ok.
+ */
+bool checkOrLog(bool ok, const char *expression,
+                std::source_location where = std::source_location::current());

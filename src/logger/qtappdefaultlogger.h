@@ -1,0 +1,26 @@
+#pragma once
+
+#include "qtapplogger.h"
+
+/**
+ * The process's one logger.
+ *
+ * Set once before other threads start and taken back after they ended; in between, instance() may
+ * be called from any thread.
+ */
+class QtAppDefaultLogger {
+public:
+    /// May be null: nothing is logged then.
+    static QtAppLogger *instance();
+
+    /// Makes the logger the default one for the lifetime of this object.
+    explicit QtAppDefaultLogger(QtAppLogger::Options options);
+    ~QtAppDefaultLogger();
+    Q_DISABLE_COPY_MOVE(QtAppDefaultLogger)
+
+private:
+    QtAppLogger m_logger;
+};
+
+/// Logs through the default logger, if there is one. Any thread.
+void logLine(int level, const QString &text);
