@@ -20,6 +20,9 @@ if(KOVALO_SANITIZE)
 endif()
 
 if(KOVALO_PCH)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        add_compile_options(-fpch-preprocess) # lets ccache see that the precompiled headers changed
+    endif()
     add_library(kov_pch OBJECT ${CMAKE_CURRENT_LIST_DIR}/pch.cpp)
     target_link_libraries(kov_pch PRIVATE Qt6::Core)
     target_precompile_headers(kov_pch PRIVATE
