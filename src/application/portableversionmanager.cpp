@@ -1,0 +1,37 @@
+#include "portableversionmanager.h"
+
+#include "qtappportablemodesupport.h"
+
+#include <QCoreApplication>
+
+PortableVersionManager::PortableVersionManager(const QString &portableDataPath, QObject *parent)
+    : QObject(parent)
+{
+    initialize(portableDataPath);
+}
+
+PortableVersionManager::~PortableVersionManager() = default;
+
+bool PortableVersionManager::supportsPortableMode()
+{
+#ifdef KOVALO_PORTABLE_MODE
+    return true;
+#else
+    return false;
+#endif
+}
+
+void PortableVersionManager::initialize(const QString &portableDataPath)
+{
+    m_appRootDir = QDir(QCoreApplication::applicationDirPath());
+    if (!portableDataPath.isEmpty()) {
+        m_dataDir = QDir(portableDataPath);
+        m_portable = true;
+    } else if (supportsPortableMode()) {
+        m_dataDir = QDir(m_appRootDir.absoluteFilePath(QStringLiteral("portabledata")));
+        m_portable = m_dataDir.exists();
+    } else {
+        return;
+    }
+    m_portableModeSupport = QSharedPointer<QtAppPortableModeSupport>::create(m_portable);
+}

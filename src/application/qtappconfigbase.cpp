@@ -1,0 +1,20 @@
+#include "qtappconfigbase.h"
+
+#include <QStandardPaths>
+
+QtAppConfigBase::~QtAppConfigBase() = default;
+
+QDir QtAppConfigBase::dataDir() const
+{
+    return QDir(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
+}
+
+QDir QtAppConfigBase::localDataDir() const
+{
+    return QDir(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation));
+}
+
+QDir QtAppConfigBase::logsDir() const
+{
+    return QDir(localDataDir().absoluteFilePath(QStringLiteral("logs")));
+}

@@ -1,0 +1,8 @@
+#include "systemdefaultdownloadlocation.h"
+
+#include <QStandardPaths>
+
+QString systemDefaultDownloadLocation()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
+}
