@@ -1,0 +1,3 @@
+#include "qtsingleshottimer.h"
+
+QtSingleShotTimer::QtSingleShotTimer(QObject *parent) : QObject(parent) { }
