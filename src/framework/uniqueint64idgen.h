@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtTypes>
+#include <QtGlobal>
 #include <atomic>
 
 /// Hands out ids that are unique within the process: 1, 2, 3 … Any thread.
