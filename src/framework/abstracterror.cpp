@@ -18,8 +18,8 @@ AbstractError genericError(GenericErrorCode::Code code, const std::string &sourc
 QTextStream &operator<<(QTextStream &stream, const AbstractError &error)
 {
     const auto text = [](const std::string &field) { return QString::fromUtf8(field.c_str()); };
-    return stream << "{ERROR: |CODE|: " << error.code()
-                  << ", |CATEGORY|: " << text(error.category())
-                  << ", |SOURCE|: " << text(error.source())
-                  << ", |DESCRIPTION|: " << text(error.description()) << "}";
+    return stream << QStringLiteral(
+                         "{ERROR: |CODE|: %1, |CATEGORY|: %2, |SOURCE|: %3, |DESCRIPTION|: %4}")
+                         .arg(QString::number(error.code()), text(error.category()),
+                              text(error.source()), text(error.description()));
 }

@@ -6,23 +6,10 @@ QtAbstractComplexModule::QtAbstractComplexModule(QObject *parent) : QtAbstractMo
 
 void QtAbstractComplexModule::initialize(bool init)
 {
-    if (init) {
-        if (!checkOrLog(m_step == Step::Idle && m_begun == 0, "module is down"))
-            return;
-        beginPass(true);
-        advance();
-        return;
-    }
-    if (isInitializeRunning(false))
-        return;
-    if (isInitializeRunning(true)) {
-        m_takeDownAsked = true;
-        if (m_insideStep)
-            return;
-    } else {
-        beginPass(false);
-    }
-    advance();
+    if (init)
+        bringUp();
+    else
+        takeDown();
 }
 
 void QtAbstractComplexModule::initializeSelfBefore(bool init)
@@ -47,17 +34,55 @@ void QtAbstractComplexModule::onInitializeSelfAfterFinished(bool init)
 
 void QtAbstractComplexModule::onModuleInitializeRunning(bool running, bool init)
 {
-    if (!running)
-        onStepFinished(Step::Children, init);
+    if (running || m_step != Step::Children || m_init != init)
+        return;
+    if (m_current && m_current->initFailed(init))
+        setInitFailed(init);
+    if (m_current && init && m_current->needExit())
+        setNeedExit();
+    onStepFinished(Step::Children, init);
 }
 
-void QtAbstractComplexModule::addModule(QtAbstractModule *module) { m_modules.append(module); }
+void QtAbstractComplexModule::addModule(QtAbstractModule *module)
+{
+    if (checkOrLog(module && !m_modules.contains(module), "module is new"))
+        m_modules.append(module);
+}
 
 void QtAbstractComplexModule::clearModules()
 {
     m_modules.clear();
-    m_current.clear();
     m_begun = 0;
+    if (m_current) {
+        letGoOfCurrent();
+        onStepFinished(Step::Children, m_init);
+    }
+}
+
+void QtAbstractComplexModule::bringUp()
+{
+    if (!checkOrLog(m_step == Step::Idle && !m_needsTakeDown && !isInitializeRunning(false),
+                    "module is down"))
+        return;
+    m_needsTakeDown = true;
+    beginPass(true);
+    advance();
+}
+
+void QtAbstractComplexModule::takeDown()
+{
+    if (isInitializeRunning(false))
+        return;
+    if (m_step != Step::Idle) {
+        m_takeDownAsked = true;
+    } else if (m_needsTakeDown) {
+        beginPass(false);
+    } else {
+        setInitializeRunning(true, false);
+        setInitializeRunning(false, false);
+        return;
+    }
+    advance();
 }
 
 void QtAbstractComplexModule::beginPass(bool init)
@@ -72,82 +97,86 @@ void QtAbstractComplexModule::beginPass(bool init)
 
 void QtAbstractComplexModule::endPass()
 {
-    m_current.clear();
+    letGoOfCurrent();
     m_step = Step::Idle;
+    if (!m_init)
+        m_needsTakeDown = false;
+    // Last: whoever hears of it may start the next pass, or destroy the module.
     setInitializeRunning(false, m_init);
+}
+
+void QtAbstractComplexModule::abandonBringUp()
+{
+    m_takeDownAsked = false;
+    setInitFailed(true);
+    const QPointer<QtAbstractComplexModule> self(this);
+    endPass();
+    // Whoever heard of the end may have run the take-down already.
+    if (self && m_step == Step::Idle && m_needsTakeDown) {
+        beginPass(false);
+        advance();
+    }
 }
 
 void QtAbstractComplexModule::advance()
 {
-    while (m_step != Step::Idle) {
+    while (m_step != Step::Idle && !m_insideStep) {
         if (m_takeDownAsked) {
-            m_takeDownAsked = false;
-            setInitFailed(true);
-            endPass();
-            // Whoever heard of the end may have started the take-down already.
-            if (m_step == Step::Idle)
-                beginPass(false);
-            continue;
+            abandonBringUp();
+            return;
         }
         if (!m_stepFinished)
             return;
         m_stepFinished = false;
-        startNextStep();
-    }
-}
-
-void QtAbstractComplexModule::startNextStep()
-{
-    switch (m_step) {
-    case Step::SelfBefore:
-        m_step = Step::Children;
-        startNextChild();
-        break;
-    case Step::Children:
-        if (m_current && m_current->initFailed(m_init))
-            setInitFailed(m_init);
-        if (m_init && m_current && m_current->needExit())
-            setNeedExit();
-        if (m_init && (initFailed(true) || needExit()))
+        if (m_step == Step::SelfAfter || (m_init && (initFailed(true) || needExit()))) {
             endPass();
-        else
-            startNextChild();
-        break;
-    case Step::SelfAfter:
-        endPass();
-        break;
-    case Step::Idle:
-        break;
+            return;
+        }
+        startNextChild();
     }
 }
 
 void QtAbstractComplexModule::startNextChild()
 {
-    if (m_init ? m_begun < m_modules.size() : m_begun > 0) {
+    letGoOfCurrent();
+    m_step = Step::Children;
+    while (m_init ? m_begun < m_modules.size() : m_begun > 0) {
         m_current = m_modules.at(m_init ? m_begun++ : --m_begun);
-        initializeChild(m_current);
-        return;
+        if (m_current) {
+            initializeCurrent();
+            return;
+        }
     }
-    m_current.clear();
     m_step = Step::SelfAfter;
     runStep([this] { initializeSelfAfter(m_init); });
 }
 
-void QtAbstractComplexModule::initializeChild(QtAbstractModule *module)
+void QtAbstractComplexModule::initializeCurrent()
 {
-    if (!module) {
-        m_stepFinished = true;
+    // Only the pass of now counts: a child whose bring-up is abandoned ends that one too.
+    m_currentConnections[0] = connect(m_current, &QtAbstractModule::initializeRunning, this,
+                                      [this](bool running, bool init) {
+                                          if (init == m_init)
+                                              onModuleInitializeRunning(running, init);
+                                      });
+    m_currentConnections[1] =
+        connect(m_current, &QObject::destroyed, this, &QtAbstractComplexModule::onCurrentDestroyed);
+    runStep([module = m_current.data(), init = m_init] { module->initialize(init); });
+}
+
+void QtAbstractComplexModule::letGoOfCurrent()
+{
+    for (const QMetaObject::Connection &connection : m_currentConnections)
+        disconnect(connection);
+    m_current.clear();
+}
+
+void QtAbstractComplexModule::onCurrentDestroyed()
+{
+    if (m_stepFinished)
         return;
-    }
-    const bool init = m_init;
-    // A child whose bring-up was abandoned still ends that pass; only the pass of now counts.
-    disconnect(module, &QtAbstractModule::initializeRunning, this, nullptr);
-    connect(module, &QtAbstractModule::initializeRunning, this,
-            [this, module, init](bool running, bool childInit) {
-                if (module == m_current && init == m_init && childInit == init)
-                    onModuleInitializeRunning(running, childInit);
-            });
-    runStep([module, init] { module->initialize(init); });
+    setInitFailed(m_init);
+    onStepFinished(Step::Children, m_init);
 }
 
 void QtAbstractComplexModule::onStepFinished(Step step, bool init)
@@ -155,8 +184,11 @@ void QtAbstractComplexModule::onStepFinished(Step step, bool init)
     if (m_step != step || m_init != init)
         return;
     m_stepFinished = true;
+    // A step that ends inside its own call is followed up when that call returns. A later end is
+    // followed up from the event loop: who reports it may be let go of by what comes next.
     if (!m_insideStep)
-        advance();
+        QMetaObject::invokeMethod(
+            this, [this] { advance(); }, Qt::QueuedConnection);
 }
 
 template <typename Call> void QtAbstractComplexModule::runStep(Call call)

@@ -5,19 +5,26 @@
 #include <QList>
 #include <QPointer>
 
+#include <array>
+
 /**
  * A module made of others.
  *
  * Up: initializeSelfBefore(true), the children one after another in the order added, then
- * initializeSelfAfter(true). Down: initializeSelfBefore(false), the children that were brought up
- * in reverse order, then initializeSelfAfter(false). Each step may end later: the next begins when
- * onInitializeSelfBeforeFinished(), the child's own end of pass, or onInitializeSelfAfterFinished()
- * says so.
+ * initializeSelfAfter(true). Down: initializeSelfBefore(false), the children whose bring-up was
+ * begun in reverse order, then initializeSelfAfter(false). Each step may end later: the next begins
+ * when onInitializeSelfBeforeFinished(), the child's own end of pass, or
+ * onInitializeSelfAfterFinished() says so; for an end that comes later than the step's call, from
+ * the event loop.
  *
- * A child that fails or asks to exit ends the bring-up with the same verdict; the children brought
- * up before it stay up until the take-down. A take-down that is asked for while a bring-up waits
- * for a step abandons that bring-up (it ends as failed) and starts at once; one that is asked for
- * from inside a step starts when that step's call returns.
+ * A step that fails or asks to exit, a child's or the module's own, ends the bring-up with the same
+ * verdict; a child that is destroyed during its pass has failed. The children brought up before
+ * stay up until the take-down.
+ *
+ * A take-down that is asked for while a bring-up waits for a step abandons that bring-up (it ends
+ * as failed) and starts at once; one that is asked for from inside a step starts when that step's
+ * call returns. Taking down what is down already only marks the start and the end of the pass. A
+ * bring-up needs a module that is down: any other is refused as a failed check.
  */
 class QtAbstractComplexModule : public QtAbstractModule {
     Q_OBJECT
@@ -38,8 +45,9 @@ protected:
     void onInitializeSelfAfterFinished(bool init);
 
     /// The module stays the caller's. It may be added while a bring-up is under way and is then
-    /// brought up in its turn.
+    /// brought up in its turn, unless the module's own last step has begun.
     void addModule(QtAbstractModule *module);
+    /// Forgets the children, in whatever state they are. A pass that waits for one goes on.
     void clearModules();
     /// The child that is being brought up or taken down now; null between children.
     QtAbstractModule *currentModule() const { return m_current; }
@@ -47,22 +55,28 @@ protected:
 private:
     enum class Step { Idle, SelfBefore, Children, SelfAfter };
 
+    void bringUp();
+    void takeDown();
     void beginPass(bool init);
     void endPass();
+    void abandonBringUp();
     /// Walks on from step to step until one has to be waited for.
     void advance();
-    void startNextStep();
     void startNextChild();
-    void initializeChild(QtAbstractModule *module);
+    void initializeCurrent();
+    void letGoOfCurrent();
+    void onCurrentDestroyed();
     void onStepFinished(Step step, bool init);
     template <typename Call> void runStep(Call call);
 
     QList<QPointer<QtAbstractModule>> m_modules;
     QPointer<QtAbstractModule> m_current;
+    std::array<QMetaObject::Connection, 2> m_currentConnections;
     /// How many children's bring-up was begun; the take-down starts from there.
     qsizetype m_begun = 0;
     Step m_step = Step::Idle;
     bool m_init = false;
+    bool m_needsTakeDown = false;
     bool m_insideStep = false;
     bool m_stepFinished = false;
     bool m_takeDownAsked = false;

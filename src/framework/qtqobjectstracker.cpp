@@ -19,7 +19,8 @@ QtQObjectsTracker::QtQObjectsTracker(QObject *parent) : QObject(parent)
 
 QtQObjectsTracker::~QtQObjectsTracker()
 {
-    trackerInstance.store(nullptr);
+    QtQObjectsTracker *self = this;
+    trackerInstance.compare_exchange_strong(self, nullptr);
     for (const QString &className : aliveObjects())
         logLine(
             1,

@@ -18,7 +18,9 @@ QString sourceMark(const char *fileName)
 
 void logAssertionFailed(const QString &expression, const QString &source, int line)
 {
-    logLine(1, QStringLiteral("ASSERTION FAILED: %1, %2,%3").arg(expression, source).arg(line));
+    logLine(1,
+            QStringLiteral("ASSERTION FAILED: %1, %2,%3")
+                .arg(expression, source, QString::number(line)));
 }
 
 bool checkOrLog(bool ok, const char *expression, std::source_location where)

@@ -14,7 +14,11 @@ QtAppDefaultLogger::QtAppDefaultLogger(QtAppLogger::Options options) : m_logger(
     defaultLogger.store(&m_logger);
 }
 
-QtAppDefaultLogger::~QtAppDefaultLogger() { defaultLogger.store(nullptr); }
+QtAppDefaultLogger::~QtAppDefaultLogger()
+{
+    QtAppLogger *own = &m_logger;
+    defaultLogger.compare_exchange_strong(own, nullptr);
+}
 
 void logLine(int level, const QString &text)
 {
