@@ -1,0 +1,79 @@
+#pragma once
+
+#include "abstracterror.h"
+#include "ipcversion.h"
+#include "qtabstractsocket.h"
+
+#include <QByteArray>
+#include <QIODevice>
+#include <QObject>
+#include <QPointer>
+#include <QSharedPointer>
+
+class QCborStreamReader;
+class QCborStreamWriter;
+
+/**
+ * Cuts the byte stream of a socket into messages of bytes, and makes the handshake that may open a
+ * connection.
+ *
+ * Two encodings, the same in both directions:
+ *  - data stream: [magic, version] frame…, a frame being a signed 32-bit big-endian length and as
+ *    many bytes. Empty messages are received but not sent.
+ *  - CBOR (RFC 8949): one array of indefinite length that is never closed: magic, version, then one
+ *    byte string per message. Needs a handshake: with version 0 nothing is sent or received.
+ *
+ * A message may have any length up to 2 GiB - 1 byte. It stays in the socket's buffer until it is
+ * there as a whole, and no memory is reserved ahead of the bytes.
+ *
+ * A peer that breaks the protocol is logged, told by fatalError() (category "GenericError") and cut
+ * off with QtAbstractSocket::abort(). Belongs to the socket's thread.
+ */
+class QtAbstractSocketBasicIpc : public QObject {
+    Q_OBJECT
+public:
+    QtAbstractSocketBasicIpc(QSharedPointer<QtAbstractSocket> socket, IpcVersion ipcVersion,
+                             bool useCbor, QObject *parent = nullptr);
+    ~QtAbstractSocketBasicIpc() override;
+
+    /// Nothing while not connected.
+    void send(const QByteArray &bytes);
+
+    /// The version that the peer sent; -1 while unknown.
+    qint32 peerVersion() const { return m_peerVersion; }
+
+Q_SIGNALS:
+    void received(const QByteArray &bytes);
+    void fatalError(const AbstractError &error);
+
+private Q_SLOTS:
+    void connectSocketIODevice();
+    void onSocketConnectedStateChanged(bool connected);
+    void onSocketReadyRead();
+
+private:
+    /// What is known of one connection.
+    struct ConnectionData {
+        QSharedPointer<QCborStreamWriter> cborWriter;
+        QSharedPointer<QCborStreamReader> cborReader;
+        /// A message whose chunks are still arriving.
+        QByteArray chunks;
+        bool magicSeen = false;
+        /// The length of the frame that is arriving; -1 before it was read.
+        qint32 pendingLength = -1;
+        bool restarted = false;
+    };
+
+    void sendHandshake();
+    void readDataStream();
+    void readCbor();
+    void fail(GenericErrorCode::Code code, int sourceLine, const char *description);
+
+    const QSharedPointer<QtAbstractSocket> m_socket;
+    const IpcVersion m_ipcVersion;
+    const bool m_useCbor;
+    bool m_connected = false;
+    qint32 m_peerVersion = -1;
+    QPointer<QIODevice> m_device;
+    ConnectionData m_connection;
+};

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <QString>
+
+/// The name of a local server that each user has one of: "base" followed by the real user id of the
+/// process, such as "kov6fs1000".
+QString currentUserServerName(const QString &base);

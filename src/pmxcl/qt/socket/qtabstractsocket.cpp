@@ -1,0 +1,16 @@
+#include "qtabstractsocket.h"
+
+QtAbstractSocket::QtAbstractSocket(QObject *parent) : QObject(parent)
+{
+    // Both cross queued connections.
+    qRegisterMetaType<AbstractError>();
+    qRegisterMetaType<QtAbstractSocket::SocketState>();
+}
+
+bool QtAbstractSocket::isConnecting() const
+{
+    const SocketState current = state();
+    return current == HostLookupState || current == ConnectingState;
+}
+
+bool QtAbstractSocket::isDisconnecting() const { return state() == ClosingState; }

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "abstracterror.h"
+#include "qtabstractserveraddress.h"
+
+#include <QIODevice>
+#include <QObject>
+
+/**
+ * A connection to a server, whatever carries it. Belongs to one thread.
+ *
+ * An attempt that fails is told by errorOccurred() and stateChanged(); nothing is retried here.
+ */
+class QtAbstractSocket : public QObject {
+    Q_OBJECT
+public:
+    enum SocketState {
+        UnconnectedState = 0,
+        HostLookupState = 1,
+        ConnectingState = 2,
+        ConnectedState = 3,
+        BoundState = 4,
+        ListeningState = 5,
+        ClosingState = 6,
+    };
+    Q_ENUM(SocketState)
+
+    explicit QtAbstractSocket(QObject *parent = nullptr);
+
+    virtual void connectToServer(const QtAbstractServerAddress &address,
+                                 QIODeviceBase::OpenMode mode) = 0;
+    /// Closes after what was written has left.
+    virtual void disconnectFromHost() = 0;
+    /// Closes at once; what was written and has not left is dropped.
+    virtual void abort() = 0;
+    /// The device that carries the bytes; may be null.
+    virtual QIODevice *ioDevice() const = 0;
+    /// True between connectedStateChanged(true) and connectedStateChanged(false).
+    virtual bool isConnected() const = 0;
+    virtual SocketState state() const = 0;
+    /// The last error.
+    virtual AbstractError error() const = 0;
+
+    bool isConnecting() const;
+    bool isDisconnecting() const;
+
+Q_SIGNALS:
+    void ioDeviceChanged();
+    void connectedStateChanged(bool connected);
+    void errorOccurred(const AbstractError &error);
+    void stateChanged(QtAbstractSocket::SocketState state);
+};
