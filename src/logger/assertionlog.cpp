@@ -23,10 +23,9 @@ void logAssertionFailed(const QString &expression, const QString &source, int li
                 .arg(expression, source, QString::number(line)));
 }
 
-bool checkOrLog(bool ok, const char *expression, std::source_location where)
+bool checkOrLog(bool ok, const char *expression, const char *fileName, int line)
 {
     if (!ok)
-        logAssertionFailed(QString::fromUtf8(expression), sourceMark(where.file_name()),
-                           static_cast<int>(where.line()));
+        logAssertionFailed(QString::fromUtf8(expression), sourceMark(fileName), line);
     return ok;
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <source_location>
 
 /**
  * A failed internal check does not end the program: it leaves a line of level 1 in the log,
@@ -13,5 +12,5 @@ void logAssertionFailed(const QString &expression, const QString &source, int li
  * Logs the expression when ok is false; the source is the caller's file, written as
  * "../../src/<folders>/<name>" without its suffix, and the caller's line. Returns ok.
  */
-bool checkOrLog(bool ok, const char *expression,
-                std::source_location where = std::source_location::current());
+bool checkOrLog(bool ok, const char *expression, const char *fileName = __builtin_FILE(),
+                int line = __builtin_LINE());
