@@ -14,7 +14,7 @@
 class QtAbstractSocket : public QObject {
     Q_OBJECT
 public:
-    enum SocketState {
+    enum SocketState : int {
         UnconnectedState = 0,
         HostLookupState = 1,
         ConnectingState = 2,

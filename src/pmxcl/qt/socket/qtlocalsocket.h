@@ -50,15 +50,16 @@ private Q_SLOTS:
 
 private:
     static SocketState convert(int localSocketState);
-    AbstractError makeError(QLocalSocket::LocalSocketError error, int sourceLine) const;
-    bool isServerOfRequiredUser();
-    void refuseServer();
+    bool isServerOfRequiredUser() const;
+    void refuse();
+    void closeRefused();
 
     QSharedPointer<QLocalSocket> m_socket;
     bool m_connected = false;
     std::optional<uid_t> m_requiredServerUser;
     /// Why the server was refused, until the next attempt to connect.
     std::optional<AbstractError> m_refusal;
+    QString m_loggedRefusal;
     /// Found to be of another user and not closed yet; the local socket is silent meanwhile.
     bool m_refusing = false;
 };
