@@ -3,12 +3,15 @@
 #include <QString>
 #include <memory>
 
+class LogSink;
+
 /**
  * Writes log lines, each with its time (ISO 8601, UTC, milliseconds), process id and level.
  *
  * Lines go to stderr, which browsers keep for a native messaging host, or to a file. Never to
- * stdout: that is the message channel. May be called from any thread. A destination that cannot be
- * written is given up silently, since nothing that the log meets may disturb the host.
+ * stdout: that is the message channel. May be called from any thread. Nothing that the log
+ * meets may disturb the host: lines that cannot be written, or that nobody reads, are dropped
+ * silently, and so are all when the destination is stdout's own pipe or file.
  */
 class QtAppLogger {
 public:
@@ -19,7 +22,7 @@ public:
         QString filePath;
         /// The size in bytes at which the file is renamed to "<filePath>.1" (replacing an older
         /// one) and begun anew.
-        qint64 rotateAtBytes = 5 * 1024 * 1024;
+        qint64 rotateAtBytes = qint64{5} * 1024 * 1024;
     };
 
     /// The options that the environment asks for: KOVALO_LOG_LEVEL and KOVALO_LOG_FILE.
@@ -29,12 +32,12 @@ public:
     ~QtAppLogger();
     Q_DISABLE_COPY_MOVE(QtAppLogger)
 
-    /// Writes one line. Level 1 is what is logged by default, higher levels are more detailed.
+    /// Writes one line; line breaks and other control characters are written as "\n", "\x1b".
+    /// Level 1 is what is logged by default, higher levels are more detailed.
     void log(int level, const QString &text);
     int verbosityLevel() const;
 
 private:
-    class Sink;
     const Options m_options;
-    const std::unique_ptr<Sink> m_sink;
+    const std::unique_ptr<LogSink> m_sink;
 };
