@@ -1,0 +1,169 @@
+#include "logsink.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QMutexLocker>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <pthread.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <cstdio>
+#include <ctime>
+
+namespace {
+
+/// While it lives, writing to a pipe without a reader raises no signal in this thread, and the
+/// thread is not cut off in the middle of a line (and of the lock) when it is being terminated.
+class UndisturbedThread {
+public:
+    UndisturbedThread()
+    {
+        ::pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &m_cancelState);
+        ::sigemptyset(&m_brokenPipe);
+        ::sigaddset(&m_brokenPipe, SIGPIPE);
+        sigset_t pending;
+        ::sigemptyset(&pending);
+        ::sigpending(&pending);
+        m_wasPending = ::sigismember(&pending, SIGPIPE) == 1;
+        ::pthread_sigmask(SIG_BLOCK, &m_brokenPipe, &m_mask);
+    }
+
+    ~UndisturbedThread()
+    {
+        const timespec noWait = {};
+        if (!m_wasPending)
+            ::sigtimedwait(&m_brokenPipe, nullptr, &noWait);
+        ::pthread_sigmask(SIG_SETMASK, &m_mask, nullptr);
+        ::pthread_setcancelstate(m_cancelState, nullptr);
+    }
+    Q_DISABLE_COPY_MOVE(UndisturbedThread)
+
+private:
+    int m_cancelState = 0;
+    sigset_t m_brokenPipe = {};
+    sigset_t m_mask = {};
+    bool m_wasPending = false;
+};
+
+bool isSameFile(const struct stat &one, const struct stat &other)
+{
+    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
+
+} // namespace
+
+LogSink::LogSink(const QString &filePath, qint64 rotateAtBytes)
+    : m_filePath(filePath.isEmpty() ? QByteArray()
+                                    : QFile::encodeName(QFileInfo(filePath).absoluteFilePath())),
+      m_rotateAtBytes(rotateAtBytes)
+{
+    // A descriptor of its own: were stderr closed, its number would soon be another file's.
+    if (m_filePath.isEmpty())
+        adopt(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+}
+
+LogSink::~LogSink() { closeFile(); }
+
+void LogSink::write(const QByteArray &line)
+{
+    const UndisturbedThread undisturbed;
+    const QMutexLocker locker(&m_mutex);
+    if (!m_filePath.isEmpty())
+        prepareFile(line.size());
+    if (m_fd >= 0)
+        writeAll(line);
+}
+
+// Several hosts share one log file. Whoever finds it full renames it; the others notice that the
+// name now belongs to another file and follow.
+void LogSink::prepareFile(qsizetype lineSize)
+{
+    if (m_fd >= 0 && nameBelongsToAnotherFile())
+        closeFile();
+    if (m_fd < 0)
+        openFile();
+    struct stat opened = {};
+    if (m_fd < 0 || !m_regularFile || ::fstat(m_fd, &opened) != 0)
+        return;
+    if (opened.st_size > 0 && opened.st_size + lineSize > m_rotateAtBytes && renameFile()) {
+        closeFile();
+        openFile();
+    }
+}
+
+void LogSink::openFile()
+{
+    QDir().mkpath(QFileInfo(QFile::decodeName(m_filePath)).absolutePath());
+    adopt(::open(m_filePath.constData(),
+                 O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0600));
+}
+
+void LogSink::closeFile()
+{
+    if (m_fd >= 0)
+        ::close(m_fd);
+    m_fd = -1;
+}
+
+void LogSink::adopt(int fd)
+{
+    m_fd = fd;
+    struct stat own = {};
+    struct stat channel = {};
+    if (fd < 0 || ::fstat(fd, &own) != 0)
+        return;
+    m_regularFile = S_ISREG(own.st_mode);
+    if (!S_ISCHR(own.st_mode) && ::fstat(STDOUT_FILENO, &channel) == 0 && isSameFile(own, channel))
+        closeFile();
+}
+
+bool LogSink::nameBelongsToAnotherFile() const
+{
+    struct stat opened = {};
+    struct stat named = {};
+    return ::fstat(m_fd, &opened) != 0 || ::stat(m_filePath.constData(), &named) != 0
+        || !isSameFile(opened, named);
+}
+
+// Only the holder of the lock on the file that has the name renames it, so that two who find it
+// full at the same moment do not rename twice. Who does not get the lock need not wait for it.
+bool LogSink::renameFile()
+{
+    if (::flock(m_fd, LOCK_EX | LOCK_NB) != 0)
+        return false;
+    const bool renamed = nameBelongsToAnotherFile()
+        || std::rename(m_filePath.constData(), (m_filePath + ".1").constData()) == 0;
+    ::flock(m_fd, LOCK_UN);
+    return renamed;
+}
+
+void LogSink::writeAll(const QByteArray &line)
+{
+    const QByteArray text = m_lineTorn ? '\n' + line : line;
+    qsizetype written = 0;
+    while (written < text.size()) {
+        // Nobody may be reading any more: only what a pipe takes at once is written to it.
+        pollfd target = {m_fd, POLLOUT, 0};
+        if (!m_regularFile && (::poll(&target, 1, 0) != 1 || (target.revents & POLLOUT) == 0))
+            break;
+        const qsizetype rest = text.size() - written;
+        const qsizetype piece = m_regularFile ? rest : std::min<qsizetype>(rest, PIPE_BUF);
+        const ssize_t count = ::write(m_fd, text.constData() + written, static_cast<size_t>(piece));
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            break;
+        written += count;
+    }
+    if (written > 0)
+        m_lineTorn = written < text.size();
+}
