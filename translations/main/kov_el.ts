@@ -1,0 +1,35 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="el_GR" sourcelanguage="en_US">
+<context>
+    <name>QObject</name>
+    <message>
+        <source>Download with %1</source>
+        <extracomment>Menu entry for one link; %1 is the product's name</extracomment>
+        <translation>Λήψη με το %1</translation>
+    </message>
+    <message>
+        <source>Download all with %1</source>
+        <extracomment>Menu entry for all links of a page; %1 is the product's name</extracomment>
+        <translation>Λήψη όλων με το %1</translation>
+    </message>
+    <message>
+        <source>Download selected with %1</source>
+        <extracomment>Menu entry for the links within the selected part of a page; %1 is the product's name</extracomment>
+        <translation>Λήψη επιλεγμένων με το %1</translation>
+    </message>
+    <message>
+        <source>Download video with %1</source>
+        <extracomment>Menu entry for a video; %1 is the product's name</extracomment>
+        <translation>Λήψη βίντεο με το %1</translation>
+    </message>
+</context>
+<context>
+    <name>VhIpcIncomingDownloadsClient</name>
+    <message>
+        <source>Connection failure</source>
+        <extracomment>The link to the download manager broke or could not be made</extracomment>
+        <translation>Αποτυχία σύνδεσης</translation>
+    </message>
+</context>
+</TS>
