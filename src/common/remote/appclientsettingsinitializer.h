@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QObject>
+#include <QSharedPointer>
+
+class AppDataAccessHelper;
+class AppRemoteFrontendClientModule;
+class QtAppAbstractSettingsManager;
+
+/// Knows whether the client's settings are there: once the main application has sent them, or once
+/// they were read from the local store, whichever comes first. Belongs to one thread.
+class AppClientSettingsInitializer : public QObject {
+    Q_OBJECT
+public:
+    /// The module must be up. "target" is the client's settings manager.
+    AppClientSettingsInitializer(
+        const QSharedPointer<AppRemoteFrontendClientModule> &remoteFrontendClientModule,
+        QSharedPointer<QtAppAbstractSettingsManager> target,
+        QSharedPointer<AppDataAccessHelper> dataAccessHelper, QObject *parent = nullptr);
+    ~AppClientSettingsInitializer() override;
+
+    /// Never goes back to false.
+    bool isSettingsInitialized() const { return m_settingsInitialized; }
+
+public Q_SLOTS:
+    /// Fills the target from the local store; nothing once the settings are there.
+    void initializeSettings();
+    void onVhIpcSettingsReadyStateChanged(bool ready);
+
+Q_SIGNALS:
+    /// Once.
+    void settingsInitialized();
+
+private:
+    void setSettingsInitialized();
+
+    const QSharedPointer<AppRemoteFrontendClientModule> m_remoteFrontendClientModule;
+    const QSharedPointer<QtAppAbstractSettingsManager> m_target;
+    const QSharedPointer<AppDataAccessHelper> m_dataAccessHelper;
+    bool m_settingsInitialized = false;
+};

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "qtabstractvhipcpart.h"
+
+#include <QString>
+
+/// The part "miscTasks" of the link: one-way commands to the main application.
+class VhIpcMiscTasksClient : public QtAbstractVhIpcPart {
+    Q_OBJECT
+public:
+    explicit VhIpcMiscTasksClient(QObject *parent = nullptr);
+
+    /// The name that routes messages to this part.
+    static QString partName();
+
+    /// Lost without a word while the link is down.
+    void activateMainWindow();
+
+    /// The application sends nothing that this part acts on.
+    void processVh(const QHash<QString, QVariant> &map) override;
+};
