@@ -1,0 +1,17 @@
+#pragma once
+
+#include "pmxserializable.h"
+
+#include <string>
+
+/// What came of a sniffing request.
+class pmxFlvSniffCallProcTaskResponse : public pmxSerializable {
+public:
+    bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override;
+
+    /// "1" or "0".
+    std::string result;
+    std::string error;
+    /// The detail of the error.
+    std::string error2;
+};

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "pmxserializable.h"
+#include "webextensionbrowsersettings.h"
+
+#include <string>
+
+/// The extension's options. Members missing from a JSON text keep their values.
+class WebExtensionSettings : public pmxSerializable {
+public:
+    /// Tells whether there is a change worth reporting, so it leaves out the menu's dlvideo.
+    bool operator==(const WebExtensionSettings &other) const;
+
+    bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override;
+
+    WebExtensionBrowserSettings browser;
+    /// The extension's locale name; only the extension sets it.
+    std::string locale;
+};

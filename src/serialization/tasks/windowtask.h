@@ -1,0 +1,17 @@
+#pragma once
+
+#include "pmxserializable.h"
+#include "windowtasktype.h"
+
+#include <string>
+
+/// Something to be done to a window.
+class WindowTask : public pmxSerializable {
+public:
+    bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override;
+
+    std::string windowHandle;
+    /// An unknown action in JSON leaves it as it is.
+    WindowTaskType action = WindowTaskShow;
+    bool needWait = false;
+};
