@@ -23,7 +23,6 @@ public:
     AppDataAccessHelper(const QDir &dataDir,
                         QSharedPointer<QtAppPortableModeSupport> portableModeSupport,
                         QObject *parent = nullptr);
-    ~AppDataAccessHelper() override;
 
     /// "db.sqlite" in the data directory.
     QString databaseFilePath() const;
