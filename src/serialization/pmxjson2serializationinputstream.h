@@ -38,6 +38,7 @@ public:
     bool BindToText(std::string_view text);
 
 private:
+    template <typename T> bool read(const std::string &name, T &value) const;
     /// The member of that name, or the node itself; null when there is none.
     const picojson::value *find(const std::string &name) const;
     std::shared_ptr<pmxSerializationInputStream> share(const picojson::value &part) const;

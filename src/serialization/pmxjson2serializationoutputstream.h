@@ -40,6 +40,8 @@ private:
     };
 
     bool write(const std::string &name, picojson::value &&value);
+    /// Flush(), for the destructor, which can call no virtual function.
+    void flush();
 
     /// Never null. Plain members only; the children are put in when the result is built.
     std::unique_ptr<picojson::value> m_value;

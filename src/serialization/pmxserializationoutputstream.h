@@ -19,7 +19,8 @@ public:
     pmxSerializationOutputStream &operator=(const pmxSerializationOutputStream &) = delete;
 
     /**
-     * A new child node; null when this node is a plain value or has a plain value of that name.
+     * A new child node; null when the name is empty, and when this node is a plain value or has a
+     * plain value of that name.
      * Children of one name form a list; arrayMark makes a list of a single one, too.
      */
     virtual std::shared_ptr<pmxSerializationOutputStream> CreateNode(const std::string &name,

@@ -43,5 +43,5 @@ public:
 
 private:
     /// Null for a type without one.
-    pmxSerializable *subRecord(kov_ipc_task_type type);
+    pmxSerializable *subRecord(kov_ipc_task_type taskType);
 };

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <algorithm>
+#include <istream>
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,12 +23,26 @@ public:
         return it == m_values.cend() ? nullptr : &it->second;
     }
 
-    /// Null when there is no such name; upper and lower case differ.
-    const Enum *value(const std::string &name) const
+    /// Writes the name; nothing for a value without one.
+    std::ostream &write(std::ostream &stream, Enum value) const
     {
+        const std::string *text = name(value);
+        return text ? stream << *text : stream;
+    }
+
+    /// Takes one word. Sets the fail state when it is no name; upper and lower case differ.
+    std::istream &read(std::istream &stream, Enum &value) const
+    {
+        std::string word;
+        if (!(stream >> word))
+            return stream;
         const auto it = std::find_if(m_values.cbegin(), m_values.cend(),
-                                     [&name](const auto &pair) { return pair.second == name; });
-        return it == m_values.cend() ? nullptr : &it->first;
+                                     [&word](const auto &pair) { return pair.second == word; });
+        if (it == m_values.cend())
+            stream.setstate(std::ios::failbit);
+        else
+            value = it->first;
+        return stream;
     }
 
 private:

@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+class pmxSerializable;
 class pmxSerializationIoStream;
 
 /// Members of a record that may be missing, each with its key, handled in their order. False only
@@ -14,3 +15,9 @@ bool pmxSerializeOptionalStrings(
 /// The same for JSON booleans.
 bool pmxSerializeOptionalBools(pmxSerializationIoStream *stream,
                                std::initializer_list<std::pair<const char *, bool *>> members);
+/// The same for bools that travel as the texts "1" and "0".
+bool pmxSerializeOptionalTextBools(pmxSerializationIoStream *stream,
+                                   std::initializer_list<std::pair<const char *, bool *>> members);
+/// A nested record that may be missing. Its own Serialize decides whether it can fail.
+bool pmxSerializeOptionalRecord(pmxSerializationIoStream *stream, const std::string &key,
+                                pmxSerializable &record, unsigned int flags);

@@ -1,0 +1,5 @@
+#include "pmxserializable.h"
+
+pmxSerializable::~pmxSerializable() = default;
+
+bool pmxSerializable::Serialize(pmxSerializationIoStream *, unsigned int) { return false; }

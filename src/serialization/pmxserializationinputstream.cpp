@@ -1,0 +1,3 @@
+#include "pmxserializationinputstream.h"
+
+pmxSerializationInputStream::~pmxSerializationInputStream() = default;

@@ -1,0 +1,3 @@
+#include "pmxserializationoutputstream.h"
+
+pmxSerializationOutputStream::~pmxSerializationOutputStream() = default;

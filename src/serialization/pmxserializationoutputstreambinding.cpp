@@ -1,0 +1,3 @@
+#include "pmxserializationoutputstreambinding.h"
+
+pmxSerializationOutputStreamBinding::~pmxSerializationOutputStreamBinding() = default;

@@ -1,0 +1,43 @@
+#include "kovipctasktype.h"
+
+#include "pmxnamedvalues.h"
+
+namespace {
+
+const pmxNamedValues<kov_ipc_task_type> &names()
+{
+    static const pmxNamedValues<kov_ipc_task_type> table({
+        {kov_ipc_task_handshake, "handshake"},
+        {kov_ipc_task_ui_strings, "ui_strings"},
+        {kov_ipc_task_create_downloads, "create_downloads"},
+        {kov_ipc_task_shutdown, "shutdown"},
+        {kov_ipc_task_query_settings, "query_settings"},
+        {kov_ipc_task_browser_proxy, "browser_proxy"},
+        {kov_ipc_task_window, "window"},
+        {kov_ipc_task_video_sniffer, "video_sniffer"},
+        {kov_ipc_task_network_request_notification, "network_request_notification"},
+        {kov_ipc_task_browser_download_state_report, "browser_download_state_report"},
+        {kov_ipc_task_post_settings, "post_settings"},
+        {kov_ipc_task_kov_json_task, "kov_json_task"},
+        {kov_ipc_task_key_state, "key_state"},
+    });
+    return table;
+}
+
+} // namespace
+
+std::string kovIpcTaskTypeName(kov_ipc_task_type type)
+{
+    const std::string *name = names().name(type);
+    return name ? *name : std::string();
+}
+
+std::ostream &operator<<(std::ostream &stream, kov_ipc_task_type type)
+{
+    return names().write(stream, type);
+}
+
+std::istream &operator>>(std::istream &stream, kov_ipc_task_type &type)
+{
+    return names().read(stream, type);
+}

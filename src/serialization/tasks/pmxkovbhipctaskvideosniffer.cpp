@@ -1,0 +1,6 @@
+#include "pmxkovbhipctaskvideosniffer.h"
+
+bool pmxKovBhIpcTaskVideoSniffer::Serialize(pmxSerializationIoStream *stream, unsigned int flags)
+{
+    return task.Serialize(stream, flags);
+}
