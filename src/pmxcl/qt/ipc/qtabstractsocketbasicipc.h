@@ -61,13 +61,20 @@ private:
         bool magicSeen = false;
         /// The length of the frame that is arriving; -1 before it was read.
         qint32 pendingLength = -1;
-        bool restarted = false;
+        /// Whether the peer has kept to the protocol; nothing more is read once it has not.
+        bool intact = true;
     };
 
     void sendHandshake();
-    void readDataStream();
-    void readCbor();
-    void fail(GenericErrorCode::Code code, int sourceLine, const char *description);
+    /// Both read one step further; false when there is no more to read for now.
+    bool readDataStreamStep();
+    bool readCborStep(QCborStreamReader &reader);
+    bool readHandshake();
+    bool readCborHandshake(QCborStreamReader &reader);
+    template <typename Integer> Integer readInteger();
+    bool failCbor(const char *description);
+    /// Always false.
+    bool fail(GenericErrorCode::Code code, int sourceLine, const char *description);
 
     const QSharedPointer<QtAbstractSocket> m_socket;
     const IpcVersion m_ipcVersion;

@@ -51,6 +51,8 @@ private:
     bool m_connected = false;
     std::time_t m_lastLaunchTime = 0;
     std::time_t m_lastConnectedTime = 0;
-    std::time_t m_lastDisconnectedTime = 0;
+    /// A connection that was a normal run was lost and no launch has answered that yet. Once only:
+    /// a server that cannot be started any more must not be tried without a pause.
+    bool m_restartDue = false;
     const std::unique_ptr<QtSingleShotTimer> m_launchTimer;
 };

@@ -47,12 +47,13 @@ private:
     void onPartRequiringServerChanged(bool requiring);
 
     bool isAllowed(const Part &record) const;
-    /// The record that a message is meant for or comes from; null when it may not pass.
-    const Part *allowedRecord(const QHash<QString, QVariant> &map) const;
+    /// The part that a message is meant for or comes from; null when the message may not pass.
+    QSharedPointer<QtAbstractVhIpcPart> allowedPart(const QHash<QString, QVariant> &map) const;
     void reportConnectedStateToAll();
     void reportConnectedStateIfRequired(Part &record);
     void setReady(bool ready);
-    void logReady(const QString &name, bool ready) const;
+    void logPartReady(const QString &name, bool ready) const;
+    void log(const QString &what, bool ready) const;
 
     const QSharedPointer<QtToggleSwitchObject> m_firstGate;
     const QSharedPointer<QtToggleSwitchObject> m_secondGate;

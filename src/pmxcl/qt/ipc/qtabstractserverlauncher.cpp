@@ -1,0 +1,3 @@
+#include "qtabstractserverlauncher.h"
+
+QtAbstractServerLauncher::QtAbstractServerLauncher(QObject *parent) : QObject(parent) { }

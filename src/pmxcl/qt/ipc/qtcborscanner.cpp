@@ -1,0 +1,124 @@
+#include "qtcborscanner.h"
+
+#include "vhbodylimits.h"
+
+namespace {
+
+// RFC 8949, section 3: an initial byte is a major type of three bits and five bits of information.
+enum MajorType : quint8 {
+    UnsignedInteger = 0,
+    NegativeInteger = 1,
+    ByteString = 2,
+    TextString = 3,
+    Array = 4,
+    Map = 5,
+    Tag = 6,
+    SimpleOrFloat = 7,
+};
+constexpr int infoBits = 5;
+constexpr quint8 infoMask = 0x1F;
+/// The argument is the information itself below this value, and in the next 1, 2, 4 or 8 bytes from
+/// it on.
+constexpr quint8 oneByteArgument = 24;
+constexpr quint8 twoByteArgument = 25;
+constexpr quint8 fourByteArgument = 26;
+constexpr quint8 eightByteArgument = 27;
+constexpr quint8 indefiniteLength = 31;
+constexpr char breakByte = '\xFF';
+
+constexpr quint64 minItemSize = 1;
+
+} // namespace
+
+bool QtCborScanner::isSafe(QByteArrayView body) { return QtCborScanner(body).scanItem(1); }
+
+bool QtCborScanner::scanItem(int depth)
+{
+    quint8 initial = 0;
+    quint64 argument = 0;
+    if (depth > VhBodyLimits::maxDepth || !m_cursor.read(initial))
+        return false;
+    const auto majorType = static_cast<quint8>(initial >> infoBits);
+    const auto info = static_cast<quint8>(initial & infoMask);
+    switch (majorType) {
+    case UnsignedInteger:
+    case NegativeInteger:
+    case SimpleOrFloat:
+        return readArgument(info, argument);
+    case ByteString:
+    case TextString:
+        return scanString(majorType, info);
+    case Array:
+        return scanItems(info, 1, depth + 1);
+    case Map:
+        return scanItems(info, 2, depth + 1);
+    case Tag:
+        return readArgument(info, argument) && scanItem(depth + 1);
+    }
+    return false;
+}
+
+bool QtCborScanner::scanString(quint8 majorType, quint8 info)
+{
+    quint64 length = 0;
+    if (info != indefiniteLength)
+        return readArgument(info, length) && m_cursor.skip(length);
+    while (!takeBreak()) {
+        quint8 initial = 0;
+        if (!m_cursor.read(initial) || initial >> infoBits != majorType
+            || !readArgument(initial & infoMask, length) || !m_cursor.skip(length))
+            return false;
+    }
+    return true;
+}
+
+bool QtCborScanner::scanItems(quint8 info, quint64 itemsPerEntry, int depth)
+{
+    if (info == indefiniteLength) {
+        while (!takeBreak()) {
+            for (quint64 i = 0; i < itemsPerEntry; ++i) {
+                if (!scanItem(depth))
+                    return false;
+            }
+        }
+        return true;
+    }
+    quint64 entries = 0;
+    if (!readArgument(info, entries) || !m_cursor.announce(entries, itemsPerEntry * minItemSize))
+        return false;
+    for (; entries > 0; --entries) {
+        for (quint64 i = 0; i < itemsPerEntry; ++i) {
+            m_cursor.begin(minItemSize);
+            if (!scanItem(depth))
+                return false;
+        }
+    }
+    return true;
+}
+
+bool QtCborScanner::readArgument(quint8 info, quint64 &argument)
+{
+    const auto readAs = [&]<typename Integer>(Integer value) {
+        const bool ok = m_cursor.read(value);
+        argument = value;
+        return ok;
+    };
+    switch (info) {
+    case oneByteArgument:
+        return readAs(quint8());
+    case twoByteArgument:
+        return readAs(quint16());
+    case fourByteArgument:
+        return readAs(quint32());
+    case eightByteArgument:
+        return readAs(quint64());
+    default:
+        argument = info;
+        return info < oneByteArgument;
+    }
+}
+
+bool QtCborScanner::takeBreak()
+{
+    return m_cursor.rest().startsWith(breakByte) && m_cursor.skip(1);
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QtEndian>
+
+/**
+ * Walks over received bytes before anything is built from them, and keeps count of what they have
+ * announced: a body that announces more items than its bytes can hold is found out when it does so.
+ *
+ * Every function is false, and the walk over, when the bytes do not suffice.
+ */
+class QtScanCursor {
+public:
+    explicit QtScanCursor(QByteArrayView bytes) : m_bytes(bytes) { }
+
+    /// A big-endian integer.
+    template <typename Integer> bool read(Integer &value)
+    {
+        if (free() < sizeof(value))
+            return false;
+        value = qFromBigEndian<Integer>(m_bytes.data());
+        m_bytes = m_bytes.sliced(sizeof(value));
+        return true;
+    }
+    bool skip(quint64 size)
+    {
+        if (free() < size)
+            return false;
+        m_bytes = m_bytes.sliced(static_cast<qsizetype>(size));
+        return true;
+    }
+    QByteArrayView rest() const { return m_bytes; }
+
+    /// So many items follow, one after another, each of at least minSize bytes.
+    bool announce(quint64 count, quint64 minSize)
+    {
+        if (count > free() / minSize)
+            return false;
+        m_announced += count * minSize;
+        return true;
+    }
+    /// The next one of the announced items begins here.
+    void begin(quint64 minSize) { m_announced -= minSize; }
+
+private:
+    /// Bytes that no announced item lays claim to.
+    quint64 free() const { return static_cast<quint64>(m_bytes.size()) - m_announced; }
+
+    QByteArrayView m_bytes;
+    quint64 m_announced = 0;
+};

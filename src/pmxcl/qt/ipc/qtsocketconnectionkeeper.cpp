@@ -1,0 +1,124 @@
+#include "qtsocketconnectionkeeper.h"
+
+#include <QHostAddress>
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+namespace {
+
+/// A connection that lasted longer makes the waits start anew, in milliseconds.
+constexpr qint64 shortConnection = 2999;
+/// Longer waits need no precise timer, in milliseconds.
+constexpr int longestPreciseWait = 1999;
+
+// The error by which sockets report that a proxy wants credentials.
+constexpr std::string_view proxyAuthCategory = "QtAbstractSocketError";
+constexpr int proxyAuthCode = 13;
+
+} // namespace
+
+QtSocketConnectionKeeper::QtSocketConnectionKeeper(QSharedPointer<QtAbstractSocket> socket,
+                                                   QObject *parent, QtClock &clock)
+    : QObject(parent), m_socket(std::move(socket)), m_clock(clock),
+      m_serverAddress(QHostAddress(), 0), m_reconnectTimer(clock.createTimer())
+{
+    // Queued, so that the socket has told everybody of its state before it is made to change again.
+    QObject::connect(m_socket.data(), &QtAbstractSocket::stateChanged, this,
+                     &QtSocketConnectionKeeper::onSocketStateChanged, Qt::QueuedConnection);
+    QObject::connect(m_reconnectTimer.get(), &QtSingleShotTimer::timeout, this,
+                     &QtSocketConnectionKeeper::onScheduledReconnect);
+}
+
+void QtSocketConnectionKeeper::setServerAddress(const QtAbstractServerAddress &address)
+{
+    m_serverAddress = address;
+}
+
+void QtSocketConnectionKeeper::setRetryInterval(int min, int max)
+{
+    if (min < 0 || min > max)
+        return;
+    m_minRetryInterval = min;
+    m_maxRetryInterval = std::max(max, 1);
+    m_currentRetryInterval =
+        std::clamp(m_currentRetryInterval, m_minRetryInterval, m_maxRetryInterval);
+}
+
+void QtSocketConnectionKeeper::enable(bool enable)
+{
+    if (m_enabled == enable)
+        return;
+    m_enabled = enable;
+    if (enable && !m_socket->isConnected())
+        forceConnect();
+}
+
+bool QtSocketConnectionKeeper::isOkToConnect() const
+{
+    return m_enabled && m_socket->state() == QtAbstractSocket::UnconnectedState
+        && !m_serverAddress.isEmpty();
+}
+
+void QtSocketConnectionKeeper::connect()
+{
+    if (isOkToConnect())
+        m_socket->connectToServer(m_serverAddress, QIODeviceBase::ReadWrite);
+}
+
+void QtSocketConnectionKeeper::forceConnect()
+{
+    m_currentRetryInterval = m_minRetryInterval;
+    connect();
+}
+
+void QtSocketConnectionKeeper::onSocketStateChanged()
+{
+    if (m_socket->state() == QtAbstractSocket::ConnectedState) {
+        m_connectedSince = m_clock.monotonicMs();
+        return;
+    }
+    if (m_connectedSince && m_clock.monotonicMs() - *m_connectedSince > shortConnection)
+        m_currentRetryInterval = m_minRetryInterval;
+    m_connectedSince.reset();
+    if (isOkToConnect() && !isProxyAuthError())
+        scheduleReconnect();
+}
+
+void QtSocketConnectionKeeper::onScheduledReconnect()
+{
+    m_reconnectScheduled = false;
+    connect();
+}
+
+void QtSocketConnectionKeeper::onGotProxyAuth()
+{
+    if (isProxyAuthError())
+        scheduleReconnect();
+}
+
+void QtSocketConnectionKeeper::scheduleReconnect()
+{
+    if (!m_enabled || m_reconnectScheduled)
+        return;
+    if (m_currentRetryInterval == 0) {
+        m_currentRetryInterval = m_minRetryInterval != 0
+            ? m_minRetryInterval
+            : std::clamp(m_maxRetryInterval / 10, 1, 1000);
+        connect();
+        return;
+    }
+    const int wait = m_currentRetryInterval;
+    m_currentRetryInterval = wait > m_maxRetryInterval / 2 ? m_maxRetryInterval : wait * 2;
+    m_reconnectScheduled = true;
+    m_reconnectTimer->start(wait, wait > longestPreciseWait ? Qt::CoarseTimer : Qt::PreciseTimer);
+}
+
+bool QtSocketConnectionKeeper::isProxyAuthError() const
+{
+    if (m_socket->state() != QtAbstractSocket::UnconnectedState)
+        return false;
+    const AbstractError error = m_socket->error();
+    return error.category() == proxyAuthCategory && error.code() == proxyAuthCode;
+}

@@ -1,0 +1,8 @@
+#pragma once
+
+/// What a received message may ask for. Messages of honest peers stay far below.
+namespace VhBodyLimits {
+/// Levels of lists and maps, the message itself being the first. Decoding descends, and the stack
+/// is finite.
+constexpr int maxDepth = 100;
+} // namespace VhBodyLimits
