@@ -5,6 +5,8 @@
 #include "systemdefaultdownloadlocation.h"
 
 #include <QCoreApplication>
+#include <QFile>
+#include <QStorageInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -14,6 +16,7 @@ private Q_SLOTS:
     void initTestCase();
     void codec_data();
     void codec();
+    void siblingOfApplicationFolder();
     void downloadFolderWithinApplicationFolder();
     void notPortable();
     void folders_data();
@@ -62,7 +65,6 @@ void TestQtAppPortableModeSupport::codec_data()
          QStringLiteral("/home/me/Stažené2/a"));
     both("other case", QStringLiteral("/home/me/stažené/a"), QStringLiteral("/home/me/stažené/a"));
     both("beside the executable", app + QStringLiteral("/x/y"), QStringLiteral("appdir/x/y"));
-    both("sibling of the executable's folder", app + u'2', app + u'2');
     both("empty", QString(), QString());
     both("relative", QStringLiteral("a/b"), QStringLiteral("a/b"));
     both("tag and another letter", QStringLiteral("appdirx/y"), QStringLiteral("appdirx/y"));
@@ -78,6 +80,17 @@ void TestQtAppPortableModeSupport::codec()
     const QtAppPortableModeSupport support(true);
     QCOMPARE(support.encodePath(path), stored);
     QTEST(support.decodePath(stored), "readBack");
+}
+
+void TestQtAppPortableModeSupport::siblingOfApplicationFolder()
+{
+    // Below the root of the same file system, which has a tag of its own unless it is "/".
+    const QString sibling = QCoreApplication::applicationDirPath() + u'2';
+    const QString root = QStorageInfo(QCoreApplication::applicationDirPath()).rootPath();
+    const QtAppPortableModeSupport support(true);
+    QCOMPARE(support.encodePath(sibling),
+             root == u"/" ? sibling : QStringLiteral("appdiskroot") + sibling.mid(root.size()));
+    QCOMPARE(support.decodePath(support.encodePath(sibling)), sibling);
 }
 
 void TestQtAppPortableModeSupport::downloadFolderWithinApplicationFolder()
