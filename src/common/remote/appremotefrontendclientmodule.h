@@ -64,11 +64,12 @@ Q_SIGNALS:
 private Q_SLOTS:
     void connectSocketIODevice();
     void onSocketBytesWritten(qint64 bytes);
+    void stopWaitingForData();
+    void finishTakeDown();
 
 private:
     void bringUp();
     void takeDown();
-    void finishTakeDown();
     bool isSendingData() const;
 
     const QSharedPointer<QtAbstractSocket> m_socket;

@@ -1,0 +1,3 @@
+#include "abstractjsonrequestsmanager.h"
+
+AbstractJsonRequestsManager::AbstractJsonRequestsManager(QObject *parent) : QObject(parent) { }

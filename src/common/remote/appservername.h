@@ -1,0 +1,6 @@
+#pragma once
+
+#include <QString>
+
+/// The name of the local socket on which this user's main application serves its clients.
+QString appServerName();
