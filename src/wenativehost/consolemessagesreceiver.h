@@ -1,0 +1,51 @@
+#pragma once
+
+#include "consoleframereader.h"
+
+#include <QObject>
+#include <QString>
+
+/**
+ * Reads the browser's messages from standard input, one frame per turn of its thread's event loop.
+ *
+ * Lives in a thread of its own (see ReadConsoleThread), where it blocks while there is no input.
+ * Calls from other threads are queued to it; a queued change of the flags holds for every frame
+ * that arrives after it, the one that is being waited for included.
+ */
+class ConsoleMessagesReceiver : public QObject {
+    Q_OBJECT
+public:
+    enum Flag : quint32 {
+        /// Bodies are percent-encoded.
+        PercentEncoded = 1,
+        /// Bodies are encoded in Base64; PercentEncoded is then ignored.
+        Base64Encoded = 2,
+        /// Lengths are decimal texts, each ended by a space, instead of four bytes.
+        TextLength = 4,
+    };
+
+    explicit ConsoleMessagesReceiver(QObject *parent = nullptr, std::FILE *input = stdin);
+
+public Q_SLOTS:
+    /// Begins to read, until the input ends. Any thread.
+    void start();
+    /// Sets or clears the bits given. Any thread.
+    void enableFlags(quint32 flags, bool enable);
+    /// Reads one frame and sees to it that the next one is read.
+    void receive();
+
+Q_SIGNALS:
+    /// A frame's body, decoded.
+    void gotMessage(const QString &message);
+    /// The input has ended or cannot be read. Once.
+    void finished();
+
+private:
+    void handleBody(const QByteArray &body);
+
+    ConsoleFrameReader m_reader;
+    bool m_running = false;
+    quint32 m_flags = 0;
+    bool m_insideReceive = false;
+    bool m_inputEnded = false;
+};

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "pmxkovbhipctaskprocessor.h"
+
+#include <QWeakPointer>
+
+class ConsoleMessagesReceiver;
+class ConsoleMessagesSender;
+
+/// "handshake": switches the channel to the forms that the extension asks for, which holds for the
+/// answer already, and tells the host's version and capabilities.
+class pmxKovBhIpcHandshakeTaskProcessor : public pmxKovBhIpcTaskProcessor {
+    Q_OBJECT
+public:
+    pmxKovBhIpcHandshakeTaskProcessor(QWeakPointer<ConsoleMessagesReceiver> receiver,
+                                      QWeakPointer<ConsoleMessagesSender> sender);
+
+    void process(std::shared_ptr<pmxKovBhIpcTask> task, Callback callback) override;
+
+private:
+    const QWeakPointer<ConsoleMessagesReceiver> m_receiver;
+    const QWeakPointer<ConsoleMessagesSender> m_sender;
+};

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QThread>
+
+/**
+ * A thread that spends its time blocked in reads that nothing but input ends.
+ *
+ * It can be cut off only inside a Blocking section. Everywhere else it may hold a lock of an event
+ * queue, which whoever outlives the thread would then wait for in vain.
+ */
+class ReadConsoleThread : public QThread {
+    Q_OBJECT
+public:
+    /// Encloses a blocking read; an end of the thread that was asked for before takes effect here.
+    class Blocking {
+    public:
+        Blocking() { setTerminationEnabled(true); }
+        ~Blocking() { setTerminationEnabled(false); }
+        Q_DISABLE_COPY_MOVE(Blocking)
+    };
+
+    explicit ReadConsoleThread(QObject *parent = nullptr);
+    ~ReadConsoleThread() override;
+
+    /// Ends the thread wherever it is and waits for that.
+    void stop();
+
+protected:
+    void run() override;
+};

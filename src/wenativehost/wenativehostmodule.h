@@ -1,0 +1,52 @@
+#pragma once
+
+#include "qtabstractmodule.h"
+
+#include <QList>
+#include <QSharedPointer>
+#include <QString>
+
+#include <memory>
+#include <utility>
+
+class AppClientModule;
+class AppLocalizationManager;
+class ConsoleMessagesReceiver;
+class ConsoleMessagesSender;
+class QtAppDelayedShutdownManager;
+class ReadConsoleThread;
+class WeNativeHostTasksProcessor;
+class WebExtensionSettingsManager;
+
+/// The browser's side of the host: the message channel, the dispatcher of tasks, the language.
+class WeNativeHostModule : public QtAbstractModule {
+    Q_OBJECT
+public:
+    /// The client module is up, and stays so as long as this one is.
+    WeNativeHostModule(QSharedPointer<QtAppDelayedShutdownManager> delayedShutdownManager,
+                       QSharedPointer<AppClientModule> appClientModule, QObject *parent = nullptr);
+    ~WeNativeHostModule() override;
+
+    void initialize(bool init) override;
+
+    /// Switches to the language of the settings, else to the system's where there is a translation,
+    /// else to English. Nothing is loaded again while that stays the same.
+    Q_INVOKABLE void loadLocalization();
+
+private:
+    void bringUp();
+    void takeDown();
+    void connectLocaleChanges();
+    void startReading();
+
+    QSharedPointer<AppLocalizationManager> m_localizationManager;
+    QSharedPointer<ConsoleMessagesReceiver> m_receiver;
+    QSharedPointer<ConsoleMessagesSender> m_sender;
+    QSharedPointer<WeNativeHostTasksProcessor> m_tasksProcessor;
+    std::unique_ptr<ReadConsoleThread> m_readThread;
+    QSharedPointer<WebExtensionSettingsManager> m_settingsManager;
+    const QSharedPointer<QtAppDelayedShutdownManager> m_delayedShutdownManager;
+    const QSharedPointer<AppClientModule> m_appClientModule;
+    /// Name of the locale that was loaded last; empty before.
+    QString m_loadedLocale;
+};

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "kovipctasktype.h"
+#include "pmxkovbhipctaskprocessor.h"
+
+#include <QObject>
+#include <QSharedPointer>
+#include <QString>
+#include <QWeakPointer>
+
+#include <map>
+#include <memory>
+
+class AppClientModule;
+class ConsoleMessagesReceiver;
+class ConsoleMessagesSender;
+class KeyStateWatcher;
+class QtAppDelayedShutdownManager;
+class WebExtensionSettingsManager;
+
+/**
+ * The dispatcher: turns each message from the browser into a task, hands it to the processor of the
+ * task's type, and sends what that answers.
+ *
+ * Belongs to the main thread and takes messages in the order of their arrival. Keeps no record of
+ * tasks under way. A "shutdown" task may destroy it before process() returns.
+ */
+class WeNativeHostTasksProcessor : public QObject {
+    Q_OBJECT
+public:
+    using Callback = pmxKovBhIpcTaskProcessor::Callback;
+
+    WeNativeHostTasksProcessor(QSharedPointer<QtAppDelayedShutdownManager> delayedShutdownManager,
+                               QWeakPointer<ConsoleMessagesReceiver> receiver,
+                               QWeakPointer<ConsoleMessagesSender> sender,
+                               QSharedPointer<WebExtensionSettingsManager> settingsManager,
+                               QSharedPointer<AppClientModule> appClientModule,
+                               QObject *parent = nullptr);
+    ~WeNativeHostTasksProcessor() override;
+
+    /// Calls back at once, later or, for "shutdown", never.
+    virtual void process(std::shared_ptr<pmxKovBhIpcTask> task, Callback callback);
+
+public Q_SLOTS:
+    /// A message that cannot be read is logged and dispatched as far as it was read.
+    void onConsoleGotMessage(const QString &message);
+
+private:
+    void registerProcessors();
+    void registerProcessor(kov_ipc_task_type type,
+                           std::unique_ptr<pmxKovBhIpcTaskProcessor> processor);
+
+    const QSharedPointer<QtAppDelayedShutdownManager> m_delayedShutdownManager;
+    const QWeakPointer<ConsoleMessagesReceiver> m_receiver;
+    const QWeakPointer<ConsoleMessagesSender> m_sender;
+    const QSharedPointer<WebExtensionSettingsManager> m_settingsManager;
+    const QSharedPointer<AppClientModule> m_appClientModule;
+    const QSharedPointer<KeyStateWatcher> m_keyStateWatcher;
+    std::map<kov_ipc_task_type, std::unique_ptr<pmxKovBhIpcTaskProcessor>> m_processors;
+};
