@@ -17,6 +17,8 @@ pmxSerializationIoStream::pmxSerializationIoStream(
 std::shared_ptr<pmxSerializationIoStream>
 pmxSerializationIoStream::SelectOrCreateNode(const std::string &name, bool arrayMark)
 {
+    if (name.empty())
+        return std::make_shared<pmxSerializationIoStream>(*this);
     if (m_input) {
         auto node = m_input->SelectNode(name);
         return node ? std::make_shared<pmxSerializationIoStream>(std::move(node)) : nullptr;
