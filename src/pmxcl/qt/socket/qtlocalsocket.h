@@ -19,8 +19,11 @@
 class QtLocalSocket : public QtAbstractSocket {
     Q_OBJECT
 public:
-    /// Without a socket it makes one of its own.
+    /// Without a socket it makes one of its own. A socket that has a parent, as one accepted by a
+    /// QLocalServer does, is shared with QObject::deleteLater() for its deleter.
     explicit QtLocalSocket(QSharedPointer<QLocalSocket> socket = {}, QObject *parent = nullptr);
+
+    ~QtLocalSocket() override;
 
     /**
      * From now on connects only to servers that run as this user. Anybody can make a socket of an
@@ -50,8 +53,7 @@ private Q_SLOTS:
 
 private:
     static SocketState convert(int localSocketState);
-    bool isServerOfRequiredUser() const;
-    void refuse();
+    void refuse(std::optional<uid_t> user);
     void closeRefused();
 
     QSharedPointer<QLocalSocket> m_socket;
