@@ -34,7 +34,6 @@ public:
 
 private:
     std::optional<quint32> readTextLength();
-    bool readInto(QByteArray &body, quint32 length);
     void skip(qsizetype count);
 
     std::FILE *const m_input;

@@ -2,6 +2,7 @@
 
 #include "consoleframereader.h"
 
+#include <QByteArray>
 #include <QObject>
 #include <QString>
 
@@ -41,7 +42,8 @@ Q_SIGNALS:
     void finished();
 
 private:
-    void handleBody(const QByteArray &body);
+    void takeQueuedCalls();
+    void handleBody(QByteArray body);
 
     ConsoleFrameReader m_reader;
     bool m_running = false;

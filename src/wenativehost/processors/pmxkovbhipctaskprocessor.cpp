@@ -1,0 +1,5 @@
+#include "pmxkovbhipctaskprocessor.h"
+
+pmxKovBhIpcTaskProcessor::pmxKovBhIpcTaskProcessor(QObject *parent) : QObject(parent) { }
+
+pmxKovBhIpcTaskProcessor::~pmxKovBhIpcTaskProcessor() = default;
