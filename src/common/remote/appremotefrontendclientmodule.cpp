@@ -1,0 +1,159 @@
+#include "appremotefrontendclientmodule.h"
+
+#include "appremotefrontendclientvhipcprocessor.h"
+#include "appserverlauncher.h"
+#include "assertionlog.h"
+#include "qtabstractsocket.h"
+#include "qtabstractsocketvhipc.h"
+#include "qtabstractvhipcclienthelper.h"
+#include "qtobjectfactory.h"
+#include "qtsocketconnectionkeeper.h"
+#include "remoteincomingdownloadsprocessor.h"
+#include "remotejsonrequestsmanager.h"
+
+#include <QMetaObject>
+#include <QThread>
+
+#include <utility>
+
+AppRemoteFrontendClientModule::AppRemoteFrontendClientModule(
+    QSharedPointer<QtAbstractSocket> socket, IpcVersion ipcVersion, bool useCbor,
+    QtAbstractServerAddress serverAddress,
+    QSharedPointer<QtAppAbstractSettingsManager> settingsManager,
+    QSharedPointer<UniqueInt64IdGen> idGen, bool launchServerAutomatically, QObject *parent,
+    QtClock &clock)
+    : QtAbstractModule(parent), m_socket(std::move(socket)), m_ipcVersion(ipcVersion),
+      m_useCbor(useCbor), m_serverAddress(std::move(serverAddress)),
+      m_settingsManager(std::move(settingsManager)), m_idGen(std::move(idGen)),
+      m_launchServerAutomatically(launchServerAutomatically), m_clock(clock),
+      m_flushTimer(clock.createTimer())
+{
+    connect(m_socket.data(), &QtAbstractSocket::connectedStateChanged, this,
+            &AppRemoteFrontendClientModule::connectedStateChanged);
+    connect(m_socket.data(), &QtAbstractSocket::ioDeviceChanged, this,
+            &AppRemoteFrontendClientModule::connectSocketIODevice);
+    connectSocketIODevice();
+
+    connect(m_flushTimer.get(), &QtSingleShotTimer::timeout, this,
+            &AppRemoteFrontendClientModule::finishTakeDown);
+    // Queued: the socket is still busy with what it tells, and is to be aborted.
+    connect(this, &AppRemoteFrontendClientModule::sentAllData, this,
+            &AppRemoteFrontendClientModule::stopWaitingForData, Qt::QueuedConnection);
+    connect(m_socket.data(), &QtAbstractSocket::connectedStateChanged, this,
+            &AppRemoteFrontendClientModule::stopWaitingForData, Qt::QueuedConnection);
+}
+
+AppRemoteFrontendClientModule::~AppRemoteFrontendClientModule() = default;
+
+bool AppRemoteFrontendClientModule::isConnected() const { return m_socket->isConnected(); }
+
+QSharedPointer<AbstractIncomingDownloadsProcessor>
+AppRemoteFrontendClientModule::incomingDownloadsProcessor() const
+{
+    return m_incomingDownloadsProcessor;
+}
+
+QSharedPointer<AbstractJsonRequestsManager>
+AppRemoteFrontendClientModule::jsonRequestsManager() const
+{
+    return m_jsonRequestsManager;
+}
+
+QSharedPointer<AppRemoteFrontendClientVhIpcProcessor>
+AppRemoteFrontendClientModule::vhIpcProcessor() const
+{
+    return m_vhIpcProcessor;
+}
+
+void AppRemoteFrontendClientModule::initialize(bool init)
+{
+    if (QThread::currentThread() != thread()) {
+        QMetaObject::invokeMethod(
+            this, [this, init] { initialize(init); }, Qt::QueuedConnection);
+        return;
+    }
+    if (init)
+        bringUp();
+    else
+        takeDown();
+}
+
+void AppRemoteFrontendClientModule::bringUp()
+{
+    if (!checkOrLog(!m_helper, "module is down"))
+        return;
+    setInitializeRunning(true, true);
+
+    m_incomingDownloadsProcessor = qtCreateObject<RemoteIncomingDownloadsProcessor>(m_idGen);
+    m_jsonRequestsManager = qtCreateObject<RemoteJsonRequestsManager>(m_idGen);
+    m_vhIpcProcessor = qtCreateObject<AppRemoteFrontendClientVhIpcProcessor>(
+        m_settingsManager, m_incomingDownloadsProcessor, m_jsonRequestsManager, nullptr, m_clock);
+    m_vhIpc =
+        qtCreateObject<QtAbstractSocketVhIpc>(m_socket, m_vhIpcProcessor, m_ipcVersion, m_useCbor);
+    if (m_launchServerAutomatically)
+        m_launcher = qtCreateObject<AppServerLauncher>(false);
+    m_keeper = qtCreateObject<QtSocketConnectionKeeper>(m_socket, nullptr, m_clock);
+    m_keeper->setServerAddress(m_serverAddress);
+    m_helper = qtCreateObject<QtAbstractVhIpcClientHelper>(m_socket, m_keeper, m_launcher, m_vhIpc,
+                                                           nullptr, m_clock);
+    m_helper->enable(true);
+
+    setInitializeRunning(false, true);
+}
+
+void AppRemoteFrontendClientModule::takeDown()
+{
+    if (isInitializeRunning(false))
+        return;
+    setInitializeRunning(true, false);
+    if (m_helper)
+        m_helper->enable(false);
+    if (isSendingData())
+        m_flushTimer->start(flushWithinMs);
+    else
+        finishTakeDown();
+}
+
+void AppRemoteFrontendClientModule::stopWaitingForData()
+{
+    if (m_flushTimer->isActive() && !isSendingData())
+        finishTakeDown();
+}
+
+void AppRemoteFrontendClientModule::finishTakeDown()
+{
+    m_flushTimer->stop();
+    m_socket->abort();
+
+    m_helper.reset();
+    m_keeper.reset();
+    m_launcher.reset();
+    m_vhIpc.reset();
+    m_vhIpcProcessor.reset();
+    m_jsonRequestsManager.reset();
+    m_incomingDownloadsProcessor.reset();
+
+    setInitializeRunning(false, false);
+}
+
+bool AppRemoteFrontendClientModule::isSendingData() const
+{
+    return m_socket->isConnected() && m_device && m_device->bytesToWrite() > 0;
+}
+
+void AppRemoteFrontendClientModule::connectSocketIODevice()
+{
+    if (m_device)
+        disconnect(m_device, &QIODevice::bytesWritten, this,
+                   &AppRemoteFrontendClientModule::onSocketBytesWritten);
+    m_device = m_socket->ioDevice();
+    if (m_device)
+        connect(m_device, &QIODevice::bytesWritten, this,
+                &AppRemoteFrontendClientModule::onSocketBytesWritten);
+}
+
+void AppRemoteFrontendClientModule::onSocketBytesWritten(qint64)
+{
+    if (m_device && m_device->bytesToWrite() == 0)
+        Q_EMIT sentAllData();
+}
