@@ -1,0 +1,100 @@
+// Wires the parts of the extension together. Everything the browser reports is listened to from
+// the start, since the browser may have woken this script for just that.
+
+import { Downloads } from './lib/downloads.js';
+import { showMenus } from './lib/menus.js';
+import { NativeHost } from './lib/nativehost.js';
+import { pageLinks } from './lib/pagelinks.js';
+import { RequestLog } from './lib/requestlog.js';
+import { Settings } from './lib/settings.js';
+import { Status } from './lib/status.js';
+
+const host = new NativeHost();
+const status = new Status();
+const settings = new Settings(host);
+const requestLog = new RequestLog();
+const downloads = new Downloads(host, settings, requestLog);
+let captions = {};
+
+function tell(message) {
+    // Nobody listens unless the popup or the options page is open.
+    chrome.runtime.sendMessage(message).catch(() => {});
+}
+
+// --- the host and the application ----------------------------------------------------------------
+
+host.onConnected = async () => {
+    status.hostConnected(host.version);
+    try {
+        const answer = await host.ask('ui_strings');
+        captions = answer.strings;
+        showMenus(captions, settings.current?.browser.menu);
+        await settings.query();
+    } catch {
+        // The port was closed meanwhile; onDisconnected tells of it.
+    }
+};
+host.onDisconnected = error => {
+    settings.forget();
+    status.hostDisconnected(error);
+};
+host.onNotification = message => {
+    if (message.type === 'query_settings')
+        settings.accept(message);
+};
+settings.onChanged = current => {
+    status.applicationAnswered();
+    showMenus(captions, current.browser.menu);
+    tell({ settings: current });
+};
+downloads.onOutcome = error => (error ? status.failed(error) : status.applicationAnswered());
+status.onChanged = current => tell({ status: current });
+
+// --- what the user does --------------------------------------------------------------------------
+
+async function addLinks(tabId, where) {
+    const { urls, documentUrl } = await pageLinks(tabId, where);
+    await downloads.add(urls, documentUrl);
+}
+
+const menuActions = {
+    dllink: info => downloads.add([info.linkUrl], info.frameUrl ?? info.pageUrl),
+    dlvideo: info => downloads.add([info.srcUrl], info.frameUrl ?? info.pageUrl),
+    dlselected: (info, tab) => addLinks(tab.id, { frameId: info.frameId, selectedOnly: true }),
+    dlall: (_info, tab) => addLinks(tab.id),
+};
+chrome.contextMenus.onClicked.addListener((info, tab) => menuActions[info.menuItemId](info, tab));
+
+requestLog.listen();
+chrome.downloads.onCreated.addListener(item => downloads.onBegun(item));
+
+// --- what the popup and the options page ask -----------------------------------------------------
+
+const requests = {
+    status: () => status.describe(),
+    retry: async () => {
+        await host.open().catch(() => {});
+        return status.describe();
+    },
+    captions: () => captions,
+    downloadAll: async ({ tabId }) => {
+        await addLinks(tabId);
+        return status.describe();
+    },
+    settings: () => settings.current,
+    saveSettings: async message => {
+        await settings.post(message.settings);
+        return settings.current;
+    },
+};
+chrome.runtime.onMessage.addListener((message, _sender, respond) => {
+    const handle = requests[message.request];
+    if (!handle)
+        return false;
+    Promise.resolve(handle(message)).then(
+        value => respond({ value }),
+        error => respond({ problem: chrome.i18n.getMessage(error.message, error.detail) || error.message }));
+    return true;
+});
+
+host.open().catch(() => {}); // the status tells of it

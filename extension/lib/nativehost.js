@@ -1,0 +1,109 @@
+// The conversation with the native host: one port, tasks out, answers in.
+
+export const hostName = 'com.tessmark.kovalo';
+
+const protocolVersion = '3';
+const firstRetryDelay = 1000;
+const longestRetryDelay = 60_000;
+
+/** What kept a task from being answered; its message is a key of the extension's texts. */
+export class HostError extends Error {
+    constructor(key, detail = '') {
+        super(key);
+        this.detail = detail;
+    }
+}
+
+/**
+ * Opens the port when it is needed and again when it broke, and matches answers with their tasks.
+ * Messages that answer nothing (the host sends them with an empty id) go to onNotification.
+ */
+export class NativeHost {
+    onNotification = _message => {};
+    onConnected = () => {};
+    onDisconnected = _error => {};
+
+    #port = null;
+    #ready = null;
+    #pending = new Map();
+    #lastId = 0;
+    #version = '';
+    #retryDelay = firstRetryDelay;
+    #retryTimer = 0;
+
+    /** The host's version, empty while there is no conversation. */
+    get version() { return this.#version; }
+
+    /** Resolves once the host has answered the handshake. */
+    open() {
+        this.#ready ??= this.#connect();
+        return this.#ready;
+    }
+
+    /** Sends a task and resolves with its answer. members are what the task's type asks for. */
+    async ask(type, members = {}) {
+        await this.open();
+        return this.#send(type, members);
+    }
+
+    async #connect() {
+        clearTimeout(this.#retryTimer);
+        const port = chrome.runtime.connectNative(hostName);
+        this.#port = port;
+        port.onMessage.addListener(message => this.#onMessage(message));
+        port.onDisconnect.addListener(() => {
+            const reason = port.error?.message ?? chrome.runtime.lastError?.message ?? '';
+            if (this.#port === port)
+                this.#onDisconnect(errorForReason(reason));
+        });
+        const answer = await this.#send('handshake', {
+            handshake: { api_version: protocolVersion, browser: navigator.userAgent },
+        });
+        this.#version = answer.version;
+        this.#retryDelay = firstRetryDelay;
+        this.onConnected();
+    }
+
+    #send(type, members) {
+        const port = this.#port;
+        if (!port)
+            return Promise.reject(new HostError('problemHostStopped'));
+        const id = String(++this.#lastId);
+        return new Promise((resolve, reject) => {
+            this.#pending.set(id, { resolve, reject });
+            port.postMessage({ id, type, ...members });
+        });
+    }
+
+    #onMessage(message) {
+        const pending = this.#pending.get(message.id);
+        if (pending) {
+            this.#pending.delete(message.id);
+            pending.resolve(message);
+        } else if (message.id === '') {
+            this.onNotification(message);
+        }
+    }
+
+    #onDisconnect(error) {
+        this.#port = null;
+        this.#ready = null;
+        this.#version = '';
+        const pending = [...this.#pending.values()];
+        this.#pending.clear();
+        for (const each of pending)
+            each.reject(error);
+        this.onDisconnected(error);
+        this.#retryTimer = setTimeout(() => this.open().catch(() => {}), this.#retryDelay);
+        this.#retryDelay = Math.min(2 * this.#retryDelay, longestRetryDelay);
+    }
+}
+
+/** Browsers say why a port closed only in words, each in its own. */
+function errorForReason(reason) {
+    if (/not found|No such native application/i.test(reason))
+        return new HostError('problemHostMissing');
+    if (/forbidden|not allowed|permission/i.test(reason))
+        return new HostError('problemHostForbidden');
+    return new HostError('problemHostStopped', reason);
+}

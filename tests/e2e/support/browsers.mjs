@@ -1,0 +1,242 @@
+// A real browser, headless, with the project's extension and the built host registered for it.
+
+import { mkdirSync, readFileSync, readdirSync, readlinkSync, writeFileSync } from 'node:fs';
+import { createHash } from 'node:crypto';
+import { join } from 'node:path';
+import { fileURLToPath } from 'node:url';
+import puppeteer from 'puppeteer-core';
+import { until } from './hostprocess.mjs';
+
+const extensionFolder = fileURLToPath(new URL('../../../extension', import.meta.url));
+const extensionManifest = JSON.parse(readFileSync(join(extensionFolder, 'manifest.json')));
+const hostName = 'com.tessmark.kovalo';
+const geckoId = extensionManifest.browser_specific_settings.gecko.id;
+/** Firefox draws an id for the addresses of an extension's pages, unless it has one already. */
+const firefoxPagesId = '8c5b1c3e-5d1f-4d0c-9a64-6b1d6f0e2a37';
+
+/** Chromium's id of an extension: the start of its key's hash, in the letters a to p. */
+function chromiumId() {
+    const digest = createHash('sha256').update(Buffer.from(extensionManifest.key, 'base64')).digest('hex');
+    return digest.slice(0, 32).replace(/./g, digit => 'abcdefghijklmnop'[parseInt(digit, 16)]);
+}
+
+function registerHost(folder, sandbox, allowed) {
+    mkdirSync(folder, { recursive: true });
+    writeFileSync(join(folder, `${hostName}.json`), JSON.stringify({
+        name: hostName,
+        description: 'Kovalo native messaging host',
+        path: sandbox.host,
+        type: 'stdio',
+        ...allowed,
+    }));
+}
+
+const launchers = {
+    async chromium(sandbox, environment) {
+        const userDataDir = join(sandbox.home, 'chromium');
+        registerHost(join(userDataDir, 'NativeMessagingHosts'), sandbox,
+                     { allowed_origins: [`chrome-extension://${chromiumId()}/`] });
+        const browser = await puppeteer.launch({
+            executablePath: '/usr/bin/chromium',
+            enableExtensions: true,
+            pipe: true,
+            userDataDir,
+            env: environment,
+            args: ['--no-sandbox', '--disable-gpu', '--no-first-run', '--disable-quic',
+                   '--disable-background-networking', '--disable-component-update',
+                   '--disable-sync'],
+        });
+        return {
+            browser,
+            pagesOrigin: `chrome-extension://${chromiumId()}`,
+            ExtensionPage: ChromiumExtensionPage,
+        };
+    },
+
+    async firefox(sandbox, environment) {
+        registerHost(join(sandbox.home, '.mozilla/native-messaging-hosts'), sandbox,
+                     { allowed_extensions: [geckoId] });
+        const browser = await puppeteer.launch({
+            browser: 'firefox',
+            executablePath: '/usr/bin/firefox-esr',
+            args: ['--remote-allow-system-access'], // without it no page of an extension is shown
+            env: { ...environment, MOZ_HEADLESS: '1' },
+            extraPrefsFirefox: {
+                'browser.download.useDownloadDir': true,
+                'extensions.webextensions.uuids': JSON.stringify({ [geckoId]: firefoxPagesId }),
+            },
+        });
+        return {
+            browser,
+            pagesOrigin: `moz-extension://${firefoxPagesId}`,
+            ExtensionPage: FirefoxExtensionPage,
+        };
+    },
+};
+
+export const browserNames = Object.keys(launchers);
+
+/** A page of the extension in Chromium: what is evaluated there has the extension's rights. */
+class ChromiumExtensionPage {
+    static async open(browser, address) {
+        const page = await browser.newPage();
+        await page.goto(address);
+        return new ChromiumExtensionPage(page);
+    }
+
+    constructor(page) { this.page = page; }
+
+    /** Runs a function in the page; its arguments and its (awaited) result travel as JSON. */
+    evaluate(fn, ...args) { return this.page.evaluate(fn, ...args); }
+}
+
+/**
+ * The same in Firefox, where puppeteer's own pages lose sight of a tab that is moved to the process
+ * of extensions; the protocol beneath still reaches it.
+ */
+class FirefoxExtensionPage {
+    static async open(browser, address) {
+        const page = await browser.newPage();
+        const self = new FirefoxExtensionPage(browser.connection, page.mainFrame()._id);
+        await self.#send('browsingContext.navigate',
+                         { context: self.context, url: address, wait: 'none' });
+        await until(async () => {
+            const state = () => [location.href, document.readyState].join();
+            return await self.evaluate(state).catch(() => '') === `${address},complete`;
+        }, `${address} to load`);
+        return self;
+    }
+
+    constructor(connection, context) {
+        this.connection = connection;
+        this.context = context;
+    }
+
+    async evaluate(fn, ...args) {
+        const result = await this.#send('script.callFunction', {
+            target: { context: this.context },
+            functionDeclaration:
+                `async text => JSON.stringify(await (${fn})(...JSON.parse(text)) ?? null)`,
+            arguments: [{ type: 'string', value: JSON.stringify(args) }],
+            awaitPromise: true,
+        });
+        if (result.type !== 'success')
+            throw new Error(result.exceptionDetails.text);
+        return JSON.parse(result.result.value);
+    }
+
+    async #send(method, params) { return (await this.connection.send(method, params)).result; }
+}
+
+/** A running browser with the extension in it. */
+export class ExtendedBrowser {
+    /** @param {string} name one of browserNames */
+    static async launch(name, sandbox) {
+        const started = await launchers[name](sandbox, sandbox.environment());
+        const self = new ExtendedBrowser(sandbox, started);
+        try {
+            await self.browser.installExtension(extensionFolder);
+        } catch (error) {
+            await self.close();
+            throw error;
+        }
+        return self;
+    }
+
+    #pages;
+
+    constructor(sandbox, { browser, pagesOrigin, ExtensionPage }) {
+        this.sandbox = sandbox;
+        this.browser = browser;
+        this.#pages = { origin: pagesOrigin, Page: ExtensionPage };
+    }
+
+    openExtensionPage(path) {
+        return this.#pages.Page.open(this.browser, `${this.#pages.origin}/${path}`);
+    }
+
+    /** A port to a host of its own, held by a page of the extension. */
+    async openPort(page) {
+        const before = runningHosts(this.sandbox);
+        const port = await HostPort.open(page);
+        let started = [];
+        await until(() => {
+            started = runningHosts(this.sandbox).filter(pid => !before.includes(pid));
+            return started.length > 0;
+        }, 'the browser to start a host');
+        port.hostPid = started[0];
+        port.hostEnded = () => until(() => !runningHosts(this.sandbox).includes(port.hostPid),
+                                     `process ${port.hostPid} to end`);
+        return port;
+    }
+
+    version() { return this.browser.version(); }
+
+    async close() { await this.browser.close(); }
+}
+
+/** A native-messaging port in a page of the extension; messages go through the browser itself. */
+class HostPort {
+    static #count = 0;
+
+    static async open(page) {
+        const self = new HostPort(page, `port${++HostPort.#count}`);
+        await page.evaluate((name, host) => {
+            const port = chrome.runtime.connectNative(host);
+            const entry = { port, messages: [], waiting: [], disconnected: false };
+            port.onMessage.addListener(message => {
+                const waiting = entry.waiting.shift();
+                if (waiting)
+                    waiting(message);
+                else
+                    entry.messages.push(message);
+            });
+            port.onDisconnect.addListener(() => {
+                entry.disconnected = true;
+                for (const waiting of entry.waiting.splice(0))
+                    waiting({ error: 'the port was closed' });
+            });
+            globalThis[name] = entry;
+        }, self.name, hostName);
+        return self;
+    }
+
+    constructor(page, name) {
+        this.page = page;
+        this.name = name;
+    }
+
+    post(task) {
+        return this.page.evaluate((name, message) => {
+            globalThis[name].port.postMessage(message);
+        }, this.name, task);
+    }
+
+    /** Sends a task and resolves with the message that comes next. */
+    ask(task) {
+        return this.page.evaluate((name, message) => {
+            const entry = globalThis[name];
+            const next = entry.messages.length > 0
+                ? Promise.resolve(entry.messages.shift())
+                : new Promise(resolve => { entry.waiting.push(resolve); });
+            entry.port.postMessage(message);
+            return next;
+        }, this.name, task);
+    }
+
+    /** Whether the browser has told the page that the host is gone. */
+    isDisconnected() { return this.page.evaluate(name => globalThis[name].disconnected, this.name); }
+
+    close() { return this.page.evaluate(name => globalThis[name].port.disconnect(), this.name); }
+}
+
+/** Process ids of the hosts that were started in a sandbox and still run. */
+export function runningHosts(sandbox) {
+    return readdirSync('/proc').filter(name => /^\d+$/.test(name)).filter(pid => {
+        try {
+            return readlinkSync(`/proc/${pid}/exe`) === sandbox.host;
+        } catch {
+            return false; // it has just ended
+        }
+    }).map(Number);
+}

@@ -1,0 +1,168 @@
+// The built host as a browser has it: a child process with three pipes.
+
+import { spawn } from 'node:child_process';
+import { readFileSync } from 'node:fs';
+import { FrameReader, encodeFrame } from './framing.mjs';
+
+/** Long enough for a host under the sanitizers on a busy machine; only a hang reaches it. */
+const patience = 120_000;
+
+const handshakeOptions = {
+    crlf: 'response_add_crlf',
+    sendTextLength: 'response_send_data_len_as_string',
+    receivePercent: 'uri_encoding_for_rcv',
+    sendPercent: 'uri_encoding_for_send',
+    receiveBase64: 'base64_encoding_for_rcv',
+    sendBase64: 'base64_encoding_for_send',
+};
+
+/** A handshake task; options are the keys above that are to be on, as the host sees directions. */
+export function handshakeTask(id, ...options) {
+    const record = { api_version: '3', browser: 'test' };
+    for (const [option, name] of Object.entries(handshakeOptions))
+        record[name] = options.includes(option) ? '1' : '0';
+    return { id, type: 'handshake', handshake: record };
+}
+
+export class HostProcess {
+    /** How frames are written for the host, as encodeFrame() takes it. */
+    writing = {};
+    log = '';
+    #reader = new FrameReader();
+    #answers = [];
+    #waiting = [];
+    #lastId = 0;
+
+    /**
+     * @param {import('./sandbox.mjs').Sandbox} sandbox
+     * @param {{args?: string[], env?: object}} options
+     */
+    constructor(sandbox, { args = [], env = {} } = {}) {
+        this.writing.textLength = args.includes('--buggybrowser');
+        this.child = spawn(sandbox.host, args, {
+            cwd: sandbox.folder,
+            env: sandbox.environment(env),
+            stdio: ['pipe', 'pipe', 'pipe'],
+        });
+        this.child.stdout.on('data', chunk => this.#onOutput(chunk));
+        this.child.stderr.setEncoding('utf8').on('data', text => { this.log += text; });
+        // The host may be gone before all is written; how it ended is what tests look at.
+        this.child.stdin.on('error', () => {});
+        this.ended = new Promise((resolve, reject) => {
+            this.child.on('error', reject);
+            this.child.on('close', (code, signal) => resolve({ code, signal }));
+        });
+        this.ended.then(end => this.#giveUp(new Error(
+            `the host ended (${end.signal ?? end.code}) before it answered\n${this.log}`)));
+    }
+
+    get pid() { return this.child.pid; }
+
+    /** Writes bytes as they are; resolves when the pipe has taken them. */
+    write(bytes) {
+        return new Promise(resolve => { this.child.stdin.write(bytes, () => resolve()); });
+    }
+
+    /** Writes one frame: a task record, or a text that is none. */
+    send(task) {
+        return this.write(encodeFrame(typeof task === 'string' ? task : JSON.stringify(task),
+                                      this.writing));
+    }
+
+    /** The next message as text. */
+    receiveText() {
+        if (this.#answers.length > 0)
+            return Promise.resolve(this.#answers.shift());
+        return withPatience(new Promise((resolve, reject) => this.#waiting.push({ resolve, reject })),
+                            () => `no message from the host\n${this.log}`);
+    }
+
+    /** The next message as a record. */
+    async receive() { return JSON.parse(await this.receiveText()); }
+
+    /** Sends a task, which gets an id if it has none, and takes the next message as its answer. */
+    ask(task) {
+        this.send({ id: String(++this.#lastId), ...task });
+        return this.receive();
+    }
+
+    /** Messages that have come and were not asked for. */
+    get unread() { return this.#answers.length; }
+
+    /** Bytes that have come and make no whole message. */
+    get unreadBytes() { return this.#reader.pending; }
+
+    /** Switches options by a handshake, from whose answer on they hold. Returns that answer. */
+    async handshake(...options) {
+        this.#reader.options = {
+            crlf: options.includes('crlf'),
+            textLength: options.includes('sendTextLength'),
+            percent: options.includes('sendPercent'),
+            base64: options.includes('sendBase64'),
+        };
+        const answer = await this.ask(handshakeTask(undefined, ...options));
+        this.writing = {
+            ...this.writing,
+            percent: options.includes('receivePercent'),
+            base64: options.includes('receiveBase64'),
+        };
+        return answer;
+    }
+
+    closeInput() { this.child.stdin.end(); }
+    closeOutput() { this.child.stdout.destroy(); }
+    kill() { this.child.kill('SIGKILL'); }
+
+    /** How the process ended, as { code, signal }. */
+    end() { return withPatience(this.ended, () => `the host does not end\n${this.log}`); }
+
+    /** A number of the process's status that is given in kB, such as VmHWM (its peak memory). */
+    statusKilobytes(name) {
+        const status = readFileSync(`/proc/${this.pid}/status`, 'utf8');
+        return Number(status.match(new RegExp(`^${name}:\\s+(\\d+) kB`, 'm'))[1]);
+    }
+
+    /** Bytes that the process has read from anywhere so far. */
+    bytesRead() {
+        return Number(readFileSync(`/proc/${this.pid}/io`, 'utf8').match(/^rchar: (\d+)/m)[1]);
+    }
+
+    #onOutput(chunk) {
+        try {
+            this.#reader.push(chunk);
+            for (let text = this.#reader.next(); text !== undefined; text = this.#reader.next()) {
+                const waiting = this.#waiting.shift();
+                if (waiting)
+                    waiting.resolve(text);
+                else
+                    this.#answers.push(text);
+            }
+        } catch (error) {
+            this.#giveUp(error);
+            this.kill();
+        }
+    }
+
+    #giveUp(error) {
+        for (const waiting of this.#waiting.splice(0))
+            waiting.reject(error);
+    }
+}
+
+function withPatience(promise, describe) {
+    let timer;
+    const limit = new Promise((_, reject) => {
+        timer = setTimeout(() => reject(new Error(describe())), patience);
+    });
+    return Promise.race([promise, limit]).finally(() => clearTimeout(timer));
+}
+
+/** Resolves once the condition holds; looks every few milliseconds. */
+export async function until(condition, what) {
+    const end = Date.now() + patience;
+    while (!await condition()) {
+        if (Date.now() > end)
+            throw new Error(`waited in vain: ${what}`);
+        await new Promise(resolve => { setTimeout(resolve, 2); });
+    }
+}

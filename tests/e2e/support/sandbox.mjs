@@ -1,0 +1,69 @@
+// A home for what a test starts: its own folders, its own temporary folder (the local socket to the
+// application lies there), its own copy of the program. Nothing of the user's is read or written.
+
+import { copyFileSync, existsSync, linkSync, mkdirSync, mkdtempSync, rmSync, symlinkSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import { basename, dirname, join } from 'node:path';
+
+const passedOn = ['PATH', 'ASAN_OPTIONS', 'LSAN_OPTIONS', 'UBSAN_OPTIONS', 'TSAN_OPTIONS'];
+
+/** The built host, named by the environment variable KOVALO_HOST. */
+export function builtHost() {
+    const path = process.env.KOVALO_HOST;
+    if (!path || !existsSync(path))
+        throw new Error(`KOVALO_HOST names no built host: ${path}`);
+    return path;
+}
+
+export class Sandbox {
+    /** @param {string[]} beside names of programs that lie beside the host, and are to do so here */
+    constructor(beside = []) {
+        const host = builtHost();
+        this.folder = mkdtempSync(join(tmpdir(), 'kov-'));
+        this.home = this.#makeFolder('home');
+        this.temporary = this.#makeFolder('tmp');
+        this.programs = this.#makeFolder('bin');
+        for (const name of [basename(host), ...beside])
+            place(join(dirname(host), name), join(this.programs, name));
+        const translations = join(dirname(host), 'translations');
+        if (existsSync(translations))
+            symlinkSync(translations, join(this.programs, 'translations'));
+        this.host = join(this.programs, basename(host));
+    }
+
+    /** The environment for a process that lives here. */
+    environment(extra = {}) {
+        const environment = {
+            HOME: this.home,
+            LANG: 'C.UTF-8',
+            TMPDIR: this.temporary,
+            XDG_CACHE_HOME: join(this.home, '.cache'),
+            XDG_CONFIG_HOME: join(this.home, '.config'),
+            XDG_DATA_HOME: join(this.home, '.local/share'),
+            XDG_RUNTIME_DIR: this.temporary,
+            ...extra,
+        };
+        for (const name of passedOn) {
+            if (process.env[name] !== undefined)
+                environment[name] = process.env[name];
+        }
+        return environment;
+    }
+
+    remove() { rmSync(this.folder, { recursive: true, force: true, maxRetries: 5 }); }
+
+    #makeFolder(name) {
+        const folder = join(this.folder, name);
+        mkdirSync(folder, { mode: 0o700 });
+        return folder;
+    }
+}
+
+/** A link where the file system allows it: a host under the sanitizers is large. */
+function place(from, to) {
+    try {
+        linkSync(from, to);
+    } catch {
+        copyFileSync(from, to);
+    }
+}
