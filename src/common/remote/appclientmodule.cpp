@@ -1,0 +1,110 @@
+#include "appclientmodule.h"
+
+#include "abstractincomingdownloadsprocessor.h"
+#include "abstractjsonrequestsmanager.h"
+#include "appclientsettingsinitializer.h"
+#include "appclientsettingswriter.h"
+#include "appdataaccesshelper.h"
+#include "appremotefrontendclientmodule.h"
+#include "appserverlauncher.h"
+#include "appservername.h"
+#include "qtabstractserveraddress.h"
+#include "qtappconfigbase.h"
+#include "qtappportablemodesupport.h"
+#include "qtappsettingsinmemorymanager.h"
+#include "qtlocalsocket.h"
+#include "qtobjectfactory.h"
+#include "uniqueint64idgen.h"
+
+#include <unistd.h>
+
+#include <utility>
+
+namespace {
+
+constexpr IpcVersion ipcVersion = 0;
+constexpr bool useCbor = false;
+constexpr bool launchServerAutomatically = true;
+
+} // namespace
+
+AppClientModule::AppClientModule(QSharedPointer<QtAppConfigBase> config,
+                                 QSharedPointer<QtAppPortableModeSupport> portableModeSupport,
+                                 QObject *parent, QtClock &clock)
+    : QtAbstractComplexModule(parent), m_config(std::move(config)),
+      m_portableModeSupport(std::move(portableModeSupport)), m_clock(clock)
+{
+}
+
+AppClientModule::~AppClientModule() = default;
+
+bool AppClientModule::isConnected() const
+{
+    return m_remoteFrontendClientModule && m_remoteFrontendClientModule->isConnected();
+}
+
+bool AppClientModule::appDoesNotExist() const { return !AppServerLauncher::serverBinaryExists(); }
+
+QSharedPointer<QtAppAbstractSettingsManager> AppClientModule::settingsManager() const
+{
+    return m_settingsManager;
+}
+
+QSharedPointer<AppRemoteFrontendClientModule> AppClientModule::remoteFrontendClientModule() const
+{
+    return m_remoteFrontendClientModule;
+}
+
+QSharedPointer<AppClientSettingsInitializer> AppClientModule::settingsInitializer() const
+{
+    return m_settingsInitializer;
+}
+
+QSharedPointer<AbstractIncomingDownloadsProcessor>
+AppClientModule::incomingDownloadsProcessor() const
+{
+    return m_remoteFrontendClientModule ? m_remoteFrontendClientModule->incomingDownloadsProcessor()
+                                        : nullptr;
+}
+
+QSharedPointer<AbstractJsonRequestsManager> AppClientModule::jsonRequestsManager() const
+{
+    return m_remoteFrontendClientModule ? m_remoteFrontendClientModule->jsonRequestsManager()
+                                        : nullptr;
+}
+
+void AppClientModule::initializeSelfBefore(bool init)
+{
+    if (init) {
+        m_idGen = QSharedPointer<UniqueInt64IdGen>::create();
+        m_dataAccessHelper =
+            qtCreateObject<AppDataAccessHelper>(m_config->dataDir(), m_portableModeSupport);
+        m_settingsManager = qtCreateObject<QtAppSettingsInMemoryManager>();
+        const auto socket = qtCreateObject<QtLocalSocket>();
+        socket->setRequiredServerUser(::getuid());
+        m_remoteFrontendClientModule = qtCreateObject<AppRemoteFrontendClientModule>(
+            socket, ipcVersion, useCbor, QtAbstractServerAddress(appServerName()),
+            m_settingsManager, m_idGen, launchServerAutomatically, nullptr, m_clock);
+        addModule(m_remoteFrontendClientModule.data());
+    }
+    onInitializeSelfBeforeFinished(init);
+}
+
+void AppClientModule::initializeSelfAfter(bool init)
+{
+    if (init) {
+        m_settingsInitializer = qtCreateObject<AppClientSettingsInitializer>(
+            m_remoteFrontendClientModule, m_settingsManager, m_dataAccessHelper);
+        m_settingsWriter = qtCreateObject<AppClientSettingsWriter>(
+            m_remoteFrontendClientModule, m_settingsManager, m_dataAccessHelper);
+    } else {
+        clearModules();
+        m_settingsWriter.reset();
+        m_settingsInitializer.reset();
+        m_remoteFrontendClientModule.reset();
+        m_settingsManager.reset();
+        m_dataAccessHelper.reset();
+        m_idGen.reset();
+    }
+    onInitializeSelfAfterFinished(init);
+}
