@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QVariantHash>
+
+/// Where a download goes to.
+struct AbstractDownloadDestination {
+    /// The kind of destination; 0 is the file system.
+    int type = 0;
+    /// The folder or file; the application's own choice if empty.
+    QString path;
+    /// What that kind of destination needs besides.
+    QByteArray data;
+
+    bool operator==(const AbstractDownloadDestination &) const = default;
+};
+
+QVariantHash toVariantHash(const AbstractDownloadDestination &destination);
+AbstractDownloadDestination toDownloadDestination(const QVariantHash &hash);

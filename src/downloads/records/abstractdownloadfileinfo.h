@@ -1,0 +1,33 @@
+#pragma once
+
+#include "abstractdownloadenums.h"
+#include "abstractdownloadsection.h"
+#include "abstractfileinfo.h"
+
+#include <QList>
+#include <QString>
+#include <QVariantHash>
+#include <QVariantList>
+
+/// One file of a download.
+struct AbstractDownloadFileInfo : AbstractFileInfo {
+    AbstractDownloadPriority priority = AbstractDownloadPriority::Inherited;
+    QList<AbstractDownloadSection> sections;
+    /// Where the next byte is written when the file is written from its beginning to its end.
+    qint64 writeOffset = 0;
+    /// The file's name while it is not complete.
+    QString tmpPath;
+    quint32 flags = 0;
+
+    /// The fields of AbstractFileInfo and its own in one hash.
+    QVariantHash toVariantHash() const;
+    static AbstractDownloadFileInfo fromVariantHash(const QVariantHash &hash);
+
+    bool operator==(const AbstractDownloadFileInfo &) const = default;
+};
+
+QVariantList toVariantList(const QList<AbstractDownloadFileInfo> &files);
+QList<AbstractDownloadFileInfo> toDownloadFilesInfos(const QVariantList &list);
+
+/// A hash that says nothing but the files: the list under the key "files", as within a download.
+QVariantHash filesInfosToHash(const QList<AbstractDownloadFileInfo> &files);

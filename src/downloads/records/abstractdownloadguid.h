@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+#include <QVariantHash>
+
+/// The identity of a download in another system than this one. An empty guid means that there is
+/// none, whatever the types say; it is not encoded.
+struct AbstractDownloadGuid {
+    /// How the guid is formed; 0 is unknown.
+    int guidType = 0;
+    /// Which system it is from; 0 is unknown.
+    int type = 0;
+    QString guid;
+
+    bool operator==(const AbstractDownloadGuid &) const = default;
+};
+
+QVariantHash toVariantHash(const AbstractDownloadGuid &guid);
+AbstractDownloadGuid toDownloadGuid(const QVariantHash &hash);

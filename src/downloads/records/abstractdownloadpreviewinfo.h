@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+#include <QVariantHash>
+
+/// The pictures that stand for a download in the list.
+struct AbstractDownloadPreviewInfo {
+    /// Names of stored pictures; empty if there is none.
+    QString smallPreviewId;
+    QString largePreviewId;
+    quint32 flags = 0;
+
+    bool operator==(const AbstractDownloadPreviewInfo &) const = default;
+};
+
+QVariantHash toVariantHash(const AbstractDownloadPreviewInfo &preview);
+AbstractDownloadPreviewInfo toDownloadPreviewInfo(const QVariantHash &hash);

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "abstractdownloadenums.h"
+#include "abstractlivedownloadruntimeinfo.h"
+#include "abstractlockeddownloadoperationinfo.h"
+
+#include <QList>
+#include <QString>
+#include <QVariantHash>
+
+/// What is true of a download only as long as the application runs.
+struct AbstractDownloadRunTimeInfo {
+    AbstractLiveDownloadRunTimeInfo live;
+    quint32 flags = 0;
+    /// Why the download cannot be changed now; 0 if it can.
+    int lockReason = 0;
+    /// The operation that locks it.
+    AbstractLockedDownloadOperationInfo loi;
+    QList<AbstractFileType> allFilesTypes;
+    /// How many reasons there are not to try again by itself after an error.
+    int forbidAutoRetryCount = 0;
+    /// Names the disk that the download is written to.
+    QString storageId;
+
+    bool operator==(const AbstractDownloadRunTimeInfo &) const = default;
+};
+
+QVariantHash toVariantHash(const AbstractDownloadRunTimeInfo &info);
+AbstractDownloadRunTimeInfo toDownloadRunTimeInfo(const QVariantHash &hash);

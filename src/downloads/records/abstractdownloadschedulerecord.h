@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QVariantHash>
+
+/// When a download may run: between two times of day, on some days of the week.
+struct AbstractDownloadScheduleRecord {
+    /// One bit per day, the lowest is Monday.
+    int days = 0;
+    /// In seconds since midnight, local time.
+    int fromTime = 0;
+    int toTime = 0;
+
+    bool operator==(const AbstractDownloadScheduleRecord &) const = default;
+};
+
+QVariantHash toVariantHash(const AbstractDownloadScheduleRecord &schedule);
+AbstractDownloadScheduleRecord toDownloadScheduleRecord(const QVariantHash &hash);

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QVariantHash>
+
+/// A piece of a file that is downloaded on its own. All in bytes.
+struct AbstractDownloadSection {
+    qint64 offset = 0;
+    qint64 size = 0;
+    qint64 done = 0;
+
+    QVariantHash toVariantHash() const;
+    static AbstractDownloadSection fromVariantHash(const QVariantHash &hash);
+
+    bool operator==(const AbstractDownloadSection &) const = default;
+};

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "abstractnewdownloadsrequest.h"
+
+#include <QVariantHash>
+
+/// A request and the number under which its outcome is told.
+struct AbstractNewDownloadsRequestJob {
+    qint64 id = 0;
+    AbstractNewDownloadsRequest request;
+
+    bool operator==(const AbstractNewDownloadsRequestJob &) const = default;
+};
+
+/// The request alone: a message about a job carries the id beside it. Read by
+/// toNewDownloadsRequest().
+QVariantHash toVariantHash(const AbstractNewDownloadsRequestJob &job);
