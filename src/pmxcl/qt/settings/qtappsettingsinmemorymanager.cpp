@@ -1,0 +1,86 @@
+#include "qtappsettingsinmemorymanager.h"
+
+#include <QReadLocker>
+#include <QWriteLocker>
+
+QtAppSettingsInMemoryManager::QtAppSettingsInMemoryManager(QObject *parent)
+    : QtAppAbstractSettingsManager(parent)
+{
+}
+
+QString QtAppSettingsInMemoryManager::value(const QString &key) const
+{
+    {
+        const QReadLocker locker(&m_lock);
+        if (const auto it = m_values.constFind(key); it != m_values.constEnd())
+            return *it;
+    }
+    return defaultValue(key);
+}
+
+QString QtAppSettingsInMemoryManager::defaultValue(const QString &key) const
+{
+    const QReadLocker locker(&m_lock);
+    return m_defaultValues.value(key);
+}
+
+void QtAppSettingsInMemoryManager::setDefaultValue(const QString &key, const QString &value)
+{
+    const QWriteLocker locker(&m_lock);
+    m_defaultValues.insert(key, value);
+}
+
+QtAppAbstractSettingsManager::Values QtAppSettingsInMemoryManager::allValues() const
+{
+    const QReadLocker locker(&m_lock);
+    return m_values;
+}
+
+QtAppAbstractSettingsManager::Values QtAppSettingsInMemoryManager::allDefaultValues() const
+{
+    const QReadLocker locker(&m_lock);
+    return m_defaultValues;
+}
+
+void QtAppSettingsInMemoryManager::setAllValues(const Values &values, const QString &source)
+{
+    {
+        const QWriteLocker locker(&m_lock);
+        m_values = values;
+    }
+    Q_EMIT allValuesChanged(source);
+}
+
+void QtAppSettingsInMemoryManager::setAllDefaultValues(const Values &values)
+{
+    const QWriteLocker locker(&m_lock);
+    m_defaultValues = values;
+}
+
+void QtAppSettingsInMemoryManager::setValues(const QList<std::pair<QString, QString>> &values,
+                                             const QString &source)
+{
+    QList<std::pair<QString, QString>> changed = values;
+    changed.removeIf([this](const std::pair<QString, QString> &pair) {
+        return pair.second == value(pair.first);
+    });
+    if (changed.isEmpty())
+        return;
+    {
+        const QWriteLocker locker(&m_lock);
+        for (const auto &[key, newValue] : std::as_const(changed))
+            m_values.insert(key, newValue);
+    }
+    Q_EMIT valuesChanged(changed, source);
+}
+
+void QtAppSettingsInMemoryManager::resetToDefaults(const QString &source)
+{
+    {
+        const QWriteLocker locker(&m_lock);
+        if (m_values.isEmpty())
+            return;
+        m_values.clear();
+    }
+    Q_EMIT settingsResetToDefaults(source);
+}

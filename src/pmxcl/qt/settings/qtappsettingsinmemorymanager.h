@@ -1,0 +1,38 @@
+#pragma once
+
+#include "qtappabstractsettingsmanager.h"
+
+#include <QReadWriteLock>
+
+/**
+ * Settings that live as long as this object.
+ *
+ * Any thread. Signals are emitted on the thread that made the change, after the lock was let go.
+ * A value is never taken away by itself: one that equals its default stays once it was set.
+ */
+class QtAppSettingsInMemoryManager : public QtAppAbstractSettingsManager {
+    Q_OBJECT
+public:
+    explicit QtAppSettingsInMemoryManager(QObject *parent = nullptr);
+
+    QString value(const QString &key) const override;
+    QString defaultValue(const QString &key) const override;
+    /// Defaults change without a signal.
+    void setDefaultValue(const QString &key, const QString &value) override;
+    Values allValues() const override;
+    Values allDefaultValues() const override;
+    /// Emits allValuesChanged(), whether anything differs or not.
+    void setAllValues(const Values &values, const QString &source) override;
+    void setAllDefaultValues(const Values &values) override;
+    /// Takes over, in the order of the list, the pairs that differ from value(), and reports them
+    /// with valuesChanged(); nothing when none does.
+    void setValues(const QList<std::pair<QString, QString>> &values,
+                   const QString &source) override;
+    /// Forgets all values and emits settingsResetToDefaults(); nothing when there are none.
+    void resetToDefaults(const QString &source) override;
+
+private:
+    mutable QReadWriteLock m_lock;
+    Values m_values;
+    Values m_defaultValues;
+};
