@@ -167,8 +167,11 @@ bool QtAbstractSocketBasicIpc::readHandshake()
 
 bool QtAbstractSocketBasicIpc::readCborStep(QCborStreamReader &reader)
 {
-    if (!reader.hasNext())
-        return isDataMissing(reader) ? false : failCbor("the stream is corrupt or has ended");
+    // Asked for first: while a part of an item is missing, the reader still shows what was before.
+    if (isDataMissing(reader))
+        return false;
+    if (reader.lastError() != QCborError::NoError || !reader.hasNext())
+        return failCbor("the stream is corrupt or has ended");
     if (reader.containerDepth() == 0) {
         if (!reader.isArray())
             return failCbor("the stream is not an array");

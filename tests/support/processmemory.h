@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QByteArray>
+#include <QFile>
+#include <QtGlobal>
+
+#include <unistd.h>
+
+/// Bytes of address space that the process has reserved, touched or not.
+inline qint64 reservedMemory()
+{
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    return file.readAll().split(' ').constFirst().toLongLong() * ::sysconf(_SC_PAGESIZE);
+}
