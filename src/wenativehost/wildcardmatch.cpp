@@ -1,0 +1,48 @@
+#include "wildcardmatch.h"
+
+#include <cctype>
+#include <string_view>
+
+namespace {
+
+/// The characters are compared after "fold".
+template <typename Fold> bool matches(std::string_view text, std::string_view mask, Fold fold)
+{
+    constexpr std::size_t None = std::string_view::npos;
+    std::size_t t = 0;
+    std::size_t m = 0;
+    // Only the last "*" is ever tried again: what stands between it and the one before matched as
+    // early as it could, which leaves the most text for the rest.
+    std::size_t lastStar = None;
+    std::size_t textAtLastStar = 0;
+    while (t < text.size()) {
+        if (m < mask.size() && mask[m] == '*') {
+            if (m + 1 == mask.size())
+                return true;
+            lastStar = m++;
+            textAtLastStar = t;
+        } else if (m < mask.size() && (mask[m] == '?' || fold(mask[m]) == fold(text[t]))) {
+            ++t;
+            ++m;
+        } else if (lastStar != None) {
+            m = lastStar + 1;
+            t = ++textAtLastStar;
+        } else {
+            return false;
+        }
+    }
+    return m == mask.size();
+}
+
+} // namespace
+
+const char *strcmp_m(const char *str, const char *mask)
+{
+    return str && mask && matches(str, mask, [](char c) { return c; }) ? str : nullptr;
+}
+
+const char *strcmpi_m(const char *str, const char *mask)
+{
+    const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
+    return str && mask && matches(str, mask, lower) ? str : nullptr;
+}
