@@ -60,7 +60,8 @@ enum class AbstractDownloadFileExistsAction : qint32 {
     Ask = 4,
 };
 
-enum class AbstractFileType : qint32 {
+/// Of 64 bits as in the lists that carry it; what a single file or download says is an int.
+enum class AbstractFileType : qint64 {
     Unknown = 0,
     Video = 1,
     Music = 2,

@@ -29,5 +29,8 @@ struct AbstractDownloadFileInfo : AbstractFileInfo {
 QVariantList toVariantList(const QList<AbstractDownloadFileInfo> &files);
 QList<AbstractDownloadFileInfo> toDownloadFilesInfos(const QVariantList &list);
 
-/// A hash that says nothing but the files: the list under the key "files", as within a download.
+/// The key of the files within a download.
+inline QString downloadFilesKey() { return QStringLiteral("files"); }
+
+/// A hash that says nothing but the files, under their key.
 QVariantHash filesInfosToHash(const QList<AbstractDownloadFileInfo> &files);

@@ -1,0 +1,6 @@
+#include "abstractnewdownloadsrequestjob.h"
+
+QVariantHash toVariantHash(const AbstractNewDownloadsRequestJob &job)
+{
+    return toVariantHash(job.request);
+}
