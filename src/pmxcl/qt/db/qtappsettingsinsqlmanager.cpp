@@ -1,0 +1,112 @@
+#include "qtappsettingsinsqlmanager.h"
+
+#include "abstractsqldatabasemanager.h"
+#include "assertionlog.h"
+#include "qtappabstractsettingscodec.h"
+#include "qtappdefaultlogger.h"
+#include "qtappsettingssqltable.h"
+
+#include <QThread>
+
+#include <utility>
+
+QtAppSettingsInSqlManager::QtAppSettingsInSqlManager(
+    QSharedPointer<AbstractSqlDatabaseManager> db,
+    QSharedPointer<const QtAppAbstractSettingsCodec> codec, QObject *parent)
+    : QtAppSettingsInMemoryManager(parent), m_db(std::move(db)), m_codec(std::move(codec)),
+      m_table(std::make_unique<QtAppSettingsSqlTable>(m_db))
+{
+    load();
+    if (m_table->lastError().isValid())
+        return;
+    // Direct: the change is stored when the call that made it returns, on whichever thread.
+    connect(this, &QtAppAbstractSettingsManager::valuesChanged, this,
+            &QtAppSettingsInSqlManager::onValuesChanged, Qt::DirectConnection);
+    connect(this, &QtAppAbstractSettingsManager::allValuesChanged, this,
+            &QtAppSettingsInSqlManager::onAllValuesChanged, Qt::DirectConnection);
+    connect(this, &QtAppAbstractSettingsManager::settingsResetToDefaults, this,
+            &QtAppSettingsInSqlManager::onSettingsResetToDefaults, Qt::DirectConnection);
+}
+
+QtAppSettingsInSqlManager::~QtAppSettingsInSqlManager() = default;
+
+void QtAppSettingsInSqlManager::load()
+{
+    Values records = m_table->readAll();
+    logLine(1,
+            QStringLiteral("[QtAppSettingsInSqlManager]: got %1 records in the settings table")
+                .arg(records.size()));
+    if (m_codec)
+        for (auto it = records.begin(); it != records.end(); ++it)
+            *it = m_codec->decode(it.key(), *it);
+    QtAppSettingsInMemoryManager::setAllValues(records, QString());
+}
+
+template <typename Function> void QtAppSettingsInSqlManager::onDatabaseThread(Function &&function)
+{
+    if (m_db->canBeUsedInCurrentThread() || thread() == QThread::currentThread())
+        function();
+    else
+        QMetaObject::invokeMethod(this, std::forward<Function>(function), Qt::QueuedConnection);
+}
+
+void QtAppSettingsInSqlManager::onValuesChanged(const QList<std::pair<QString, QString>> &changed,
+                                                const QString & /*source*/)
+{
+    onDatabaseThread([this, changed] { writeChanged(changed); });
+}
+
+void QtAppSettingsInSqlManager::onAllValuesChanged(const QString & /*source*/)
+{
+    onDatabaseThread([this] { storeAllValues(); });
+}
+
+void QtAppSettingsInSqlManager::onSettingsResetToDefaults()
+{
+    onDatabaseThread([this] { storeAllValues(); });
+}
+
+void QtAppSettingsInSqlManager::writeChanged(const QList<std::pair<QString, QString>> &changed)
+{
+    if (!checkStored(m_table->beginTransaction(), "m_table->beginTransaction()"))
+        return;
+    // Another thread may have changed the same settings since, and stored them already: what
+    // counts is the memory as it is now.
+    const Values current = allValues();
+    bool stored = true;
+    for (const auto &p : changed) {
+        if (const auto it = current.constFind(p.first); it != current.constEnd())
+            stored &= checkStored(write(p.first, *it), "m_table->write(p.first, p.second)");
+    }
+    if (checkStored(m_table->endTransaction(true), "m_table->endTransaction(true)") && stored)
+        m_failureLogged = false;
+}
+
+void QtAppSettingsInSqlManager::storeAllValues()
+{
+    if (!checkStored(m_table->beginTransaction(), "m_table->beginTransaction()"))
+        return;
+    const Values current = allValues();
+    bool stored = checkStored(m_table->clearTable(), "m_table->clearTable()");
+    for (auto it = current.cbegin(); stored && it != current.cend(); ++it)
+        stored = checkStored(write(it.key(), it.value()), "m_table->write(it.key(), it.value())");
+    // Half of the values are worse than all of the old ones.
+    if (checkStored(m_table->endTransaction(stored), "m_table->endTransaction(stored)") && stored)
+        m_failureLogged = false;
+}
+
+bool QtAppSettingsInSqlManager::write(const QString &key, const QString &value)
+{
+    return m_table->write(key, m_codec ? m_codec->encode(key, value) : value);
+}
+
+bool QtAppSettingsInSqlManager::checkStored(bool ok, const char *step, int line)
+{
+    if (!ok && !m_failureLogged.exchange(true)) {
+        logLine(1,
+                QStringLiteral("[QtAppSettingsInSqlManager]: WARNING: cannot store settings: %1")
+                    .arg(m_table->lastError().text()));
+        checkOrLog(false, step, __builtin_FILE(), line);
+    }
+    return ok;
+}

@@ -1,0 +1,108 @@
+#include "sqldatabasemanager.h"
+
+#include "assertionlog.h"
+#include "qtappdefaultlogger.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSqlError>
+#include <QThread>
+
+#include <utility>
+
+namespace {
+
+/// SQLite gives a new file, and those that it puts beside it, the permissions that the process
+/// gives to all its files; settings hold passwords. SQLite takes an empty file for a new database.
+void createPrivateFile(const QString &filePath)
+{
+    QDir().mkpath(QFileInfo(filePath).absolutePath());
+    QFile file(filePath);
+    // A file that exists is left alone. Where this fails, opening the database does, too, and has
+    // the reason.
+    file.open(QIODevice::WriteOnly | QIODevice::NewOnly, QFile::ReadOwner | QFile::WriteOwner);
+}
+
+/// The driver passes over connect options that it does not know, so the journal's mode is set
+/// here.
+void useWriteAheadLog(const QSqlDatabase &db)
+{
+    QSqlQuery query(QStringLiteral("PRAGMA journal_mode=WAL"), db);
+    const QString mode = query.next() ? query.value(0).toString() : query.lastError().text();
+    if (mode != u"wal")
+        logLine(2, QStringLiteral("[SqlDatabaseManager]: no write-ahead log: %1").arg(mode));
+}
+
+} // namespace
+
+SqlDatabaseManager::SqlDatabaseManager(QString filePath, const QString &connectionName,
+                                       QSharedPointer<QRecursiveMutex> mutex, QObject *parent)
+    : AbstractSqlDatabaseManager(parent), m_filePath(std::move(filePath)),
+      m_connectionName(connectionName.toUtf8()), m_mutex(std::move(mutex))
+{
+}
+
+SqlDatabaseManager::~SqlDatabaseManager() { SqlDatabaseManager::closeDatabase(); }
+
+QString SqlDatabaseManager::dbConnectionName() const { return QString::fromUtf8(m_connectionName); }
+
+bool SqlDatabaseManager::canBeUsedInCurrentThread() const
+{
+    return !m_thread || m_thread == QThread::currentThread();
+}
+
+bool SqlDatabaseManager::openDatabase()
+{
+    if (m_db.isOpen())
+        return true;
+    if (!checkOrLog(canBeUsedInCurrentThread(), "canBeUsedInCurrentThread()"))
+        return false;
+    if (!m_db.isValid() && !takeConnection())
+        addConnection();
+    if (!checkOrLog(m_db.databaseName() == m_filePath, "m_db.databaseName() == m_filePath")) {
+        closeDatabase();
+        return false;
+    }
+    m_thread = QThread::currentThread();
+    if (m_db.isOpen())
+        return true;
+    createPrivateFile(m_filePath);
+    if (!m_db.open())
+        return false;
+    useWriteAheadLog(m_db);
+    return true;
+}
+
+bool SqlDatabaseManager::takeConnection()
+{
+    m_db = QSqlDatabase::database(dbConnectionName(), false);
+    return m_db.isValid();
+}
+
+void SqlDatabaseManager::addConnection()
+{
+    m_db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), dbConnectionName());
+    m_db.setConnectOptions(QStringLiteral("PRAGMA journal_mode=WAL;"));
+    m_db.setDatabaseName(m_filePath);
+    m_connectionAdded = true;
+}
+
+void SqlDatabaseManager::closeDatabase()
+{
+    if (m_connectionAdded)
+        m_db.close();
+    m_db = QSqlDatabase();
+    if (std::exchange(m_connectionAdded, false))
+        QSqlDatabase::removeDatabase(dbConnectionName());
+    m_thread = nullptr;
+}
+
+QSqlQuery SqlDatabaseManager::createQuery(const QString &sql)
+{
+    checkOrLog(canBeUsedInCurrentThread(), "canBeUsedInCurrentThread()");
+    QSqlQuery query(m_db);
+    if (!sql.isEmpty())
+        query.prepare(sql);
+    return query;
+}

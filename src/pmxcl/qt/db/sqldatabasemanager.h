@@ -1,0 +1,51 @@
+#pragma once
+
+#include "abstractsqldatabasemanager.h"
+
+#include <QByteArray>
+#include <QRecursiveMutex>
+#include <QSharedPointer>
+
+class QThread;
+
+/**
+ * One named connection to a database file. It belongs to the thread that opened it.
+ *
+ * The file is created readable and writable by its user only. Write-ahead logging is asked for, so
+ * that other processes can read while one writes; a file system that cannot do that gets a rollback
+ * journal. A statement waits for up to 5 s (Qt's default) while another process writes.
+ */
+class SqlDatabaseManager : public AbstractSqlDatabaseManager {
+    Q_OBJECT
+public:
+    /// The mutex is shared by all connections whose writes are to take turns.
+    SqlDatabaseManager(QString filePath, const QString &connectionName,
+                       QSharedPointer<QRecursiveMutex> mutex, QObject *parent = nullptr);
+    /// Closes the connection.
+    ~SqlDatabaseManager() override;
+
+    QString dbConnectionName() const;
+
+    QString databaseFilePath() const override { return m_filePath; }
+    bool canBeUsedInCurrentThread() const override;
+    void lock() override { m_mutex->lock(); }
+    void unlock() override { m_mutex->unlock(); }
+    /// Uses a connection of this name that exists already; false when it is to another file.
+    bool openDatabase() override;
+    /// A connection that someone else made stays open.
+    void closeDatabase() override;
+    bool databaseOpened() const override { return m_db.isOpen(); }
+    QSqlQuery createQuery(const QString &sql) override;
+    QSqlDatabase database() override { return m_db; }
+
+private:
+    bool takeConnection();
+    void addConnection();
+
+    const QString m_filePath;
+    const QByteArray m_connectionName;
+    const QSharedPointer<QRecursiveMutex> m_mutex;
+    QThread *m_thread = nullptr;
+    bool m_connectionAdded = false;
+    QSqlDatabase m_db;
+};

@@ -1,0 +1,183 @@
+#include "sqltablemanager.h"
+
+#include "abstractsqldatabasemanager.h"
+
+#include <QSqlDatabase>
+
+#include <mutex>
+
+SqlTableManager::SqlTableManager(QString tableName, QSharedPointer<AbstractSqlDatabaseManager> db)
+    : m_db(std::move(db)), m_tableName(std::move(tableName))
+{
+}
+
+SqlTableManager::~SqlTableManager() = default;
+
+QList<SqlTableManager::table_column> SqlTableManager::tableColumns() const { return {}; }
+
+QStringList SqlTableManager::tableColumns(AbstractSqlDatabaseManager &db, const QString &tableName,
+                                          QSqlError *error)
+{
+    QStringList names;
+    const std::lock_guard locker(db);
+    QSqlQuery query =
+        executed(db, QStringLiteral("PRAGMA table_info(%1)").arg(tableName), {}, error);
+    while (query.isActive() && query.next())
+        names += query.value(QStringLiteral("name")).toString();
+    return names;
+}
+
+bool SqlTableManager::createTable()
+{
+    QStringList columns;
+    QStringList primaryKeys;
+    for (const table_column &column : tableColumns()) {
+        columns += column.name + u' ' + column.type;
+        if (column.primaryKey)
+            primaryKeys += column.name;
+    }
+    if (!primaryKeys.isEmpty())
+        columns += QStringLiteral("PRIMARY KEY (%1)").arg(primaryKeys.join(u", "));
+    return execute(
+        QStringLiteral("CREATE TABLE IF NOT EXISTS %1 (%2)").arg(m_tableName, columns.join(u", ")));
+}
+
+bool SqlTableManager::addTableColumn(const QString &name, const QString &type,
+                                     const QVariant &defaultValue)
+{
+    QString sql = QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3").arg(m_tableName, name, type);
+    if (defaultValue.isValid() && !defaultValue.isNull())
+        sql += QStringLiteral(" DEFAULT %1").arg(defaultValue.toString());
+    return execute(sql + u';');
+}
+
+bool SqlTableManager::makeSureAllColumnsExists()
+{
+    QSqlError error;
+    const QStringList existing = tableColumns(*m_db, m_tableName, &error);
+    setLastError(error);
+    if (error.isValid())
+        return false;
+    for (const table_column &column : tableColumns()) {
+        // Another process may have added the column since it was looked for.
+        if (!existing.contains(column.name) && !addTableColumn(column.name, column.type, {})
+            && !tableColumns(*m_db, m_tableName).contains(column.name))
+            return false;
+    }
+    clearLastError();
+    return true;
+}
+
+bool SqlTableManager::replaceRecord(const QList<std::pair<QString, QVariant>> &values)
+{
+    QStringList columns;
+    QStringList placeholders;
+    for (const auto &[column, value] : values) {
+        columns += column;
+        placeholders += u':' + column;
+    }
+    return change(QStringLiteral("REPLACE INTO %1 (%2) VALUES (%3)")
+                      .arg(m_tableName, columns.join(u", "), placeholders.join(u", ")),
+                  values);
+}
+
+bool SqlTableManager::removeRecordWithValues(const QMap<QString, QVariant> &values)
+{
+    QStringList conditions;
+    Bindings bindings;
+    for (auto it = values.cbegin(); it != values.cend(); ++it) {
+        conditions += QStringLiteral("%1=:%1").arg(it.key());
+        bindings.emplace_back(it.key(), it.value());
+    }
+    return change(
+        QStringLiteral("DELETE FROM %1 WHERE %2").arg(m_tableName, conditions.join(u" AND ")),
+        bindings);
+}
+
+bool SqlTableManager::clearTable()
+{
+    return change(QStringLiteral("DELETE FROM %1;").arg(m_tableName), {});
+}
+
+QSqlQuery SqlTableManager::tableIterator(const QStringList &columns, const QString &condition)
+{
+    QString sql = QStringLiteral("SELECT %2 FROM %1").arg(m_tableName, columns.join(u", "));
+    if (!condition.isEmpty())
+        sql += QStringLiteral(" WHERE %1").arg(condition);
+    const std::lock_guard locker(*m_db);
+    return executed(*m_db, sql, {}, &m_lastError);
+}
+
+bool SqlTableManager::beginTransaction()
+{
+    m_db->lock();
+    QSqlDatabase db = m_db->database();
+    if (db.transaction()) {
+        clearLastError();
+        return true;
+    }
+    setLastError(db.lastError());
+    m_db->unlock();
+    return false;
+}
+
+bool SqlTableManager::endTransaction(bool commit)
+{
+    QSqlDatabase db = m_db->database();
+    const bool ended = commit ? db.commit() : db.rollback();
+    setLastError(ended ? QSqlError() : db.lastError());
+    if (!ended && commit)
+        db.rollback();
+    m_db->unlock();
+    return ended;
+}
+
+QSqlError SqlTableManager::lastError() const
+{
+    const std::lock_guard locker(*m_db);
+    return m_lastError;
+}
+
+void SqlTableManager::setLastError(const QSqlError &error)
+{
+    const std::lock_guard locker(*m_db);
+    m_lastError = error;
+}
+
+void SqlTableManager::clearLastError() { setLastError(QSqlError()); }
+
+bool SqlTableManager::execute(const QString &sql, const Bindings &bindings)
+{
+    const std::lock_guard locker(*m_db);
+    return executed(*m_db, sql, bindings, &m_lastError).isActive();
+}
+
+bool SqlTableManager::change(const QString &sql, const Bindings &bindings)
+{
+    m_db->notifyDatabaseAboutToChange();
+    const bool changed = execute(sql, bindings);
+    if (changed)
+        m_db->notifyDatabaseChanged();
+    return changed;
+}
+
+QSqlQuery SqlTableManager::executed(AbstractSqlDatabaseManager &db, const QString &sql,
+                                    const Bindings &bindings, QSqlError *error)
+{
+    QSqlError failure;
+    QSqlQuery query;
+    if (!db.databaseOpened()) {
+        failure = db.database().lastError();
+    } else {
+        query = db.createQuery(sql);
+        query.setForwardOnly(true);
+        for (const auto &[column, value] : bindings)
+            query.bindValue(u':' + column, value);
+        // Executing a query that could not be prepared would replace the reason.
+        if (query.lastError().isValid() || !query.exec())
+            failure = query.lastError();
+    }
+    if (error)
+        *error = failure;
+    return query;
+}
