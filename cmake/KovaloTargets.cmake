@@ -62,6 +62,9 @@ endfunction()
 function(kovalo_tests)
     cmake_parse_arguments(ARG "" "" "LIBS" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/tst_*.cpp)
+    # QProcess shares its memory with the child until that has become the other program; the thread
+    # sanitizer takes the test itself for a forked child then.
+    set(tsan_options "die_after_fork=0:suppressions=${CMAKE_SOURCE_DIR}/tests/tsan.supp")
     foreach(source IN LISTS sources)
         get_filename_component(name ${source} NAME_WE)
         add_executable(${name} ${source})
@@ -70,6 +73,6 @@ function(kovalo_tests)
         kovalo_use_pch(${name})
         add_test(NAME ${name} COMMAND ${name})
         set_tests_properties(${name} PROPERTIES TIMEOUT 300 LABELS unit
-            ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+            ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TSAN_OPTIONS=${tsan_options}")
     endforeach()
 endfunction()

@@ -1,7 +1,10 @@
 #include "qtapplogger.h"
 
+#include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 #include <QRegularExpression>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -9,12 +12,13 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdio>
+#include <memory>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -59,6 +63,25 @@ QByteArray contents(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+const QString writerSwitch = QStringLiteral("--write");
+const QString writerText = QString(200, u'x');
+constexpr int writerThreads = 3;
+constexpr int writerLines = 200;
+
+int writeLines(const QString &path, qint64 rotateAtBytes)
+{
+    QtAppLogger logger({.filePath = path, .rotateAtBytes = rotateAtBytes});
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < writerThreads; ++thread)
+        threads.emplace_back([&logger] {
+            for (int i = 0; i < writerLines; ++i)
+                logger.log(1, writerText);
+        });
+    for (std::thread &thread : threads)
+        thread.join();
+    return 0;
 }
 
 } // namespace
@@ -224,41 +247,27 @@ void TestQtAppLogger::followsAFileThatOthersRotated()
 
 void TestQtAppLogger::linesOfThreadsAndProcessesStayWhole()
 {
-    constexpr int processes = 4;
-    constexpr int threads = 3;
-    constexpr int lines = 200;
     // Full about half-way: rotated exactly once, whoever finds it full, and nothing is lost.
-    const QString text(200, u'x');
-    const qint64 limit = processes * threads * lines * 240 * 3 / 5;
-    (void)std::fflush(nullptr);
-    std::vector<pid_t> children;
-    for (int process = 0; process < processes; ++process) {
-        const pid_t child = ::fork();
-        if (child == 0) {
-            QtAppLogger logger({.filePath = m_path, .rotateAtBytes = limit});
-            std::vector<std::thread> running;
-            for (int thread = 0; thread < threads; ++thread)
-                running.emplace_back([&] {
-                    for (int i = 0; i < lines; ++i)
-                        logger.log(1, text);
-                });
-            for (std::thread &one : running)
-                one.join();
-            ::_exit(0);
-        }
-        children.push_back(child);
+    constexpr int processes = 4;
+    constexpr int lines = processes * writerThreads * writerLines;
+    std::vector<std::unique_ptr<QProcess>> writers;
+    for (int i = 0; i < processes; ++i) {
+        writers.push_back(std::make_unique<QProcess>());
+        writers.back()->start(QCoreApplication::applicationFilePath(),
+                              {writerSwitch, m_path, QString::number(lines * 240 * 3 / 5)});
     }
-    for (const pid_t child : children) {
-        int status = -1;
-        QCOMPARE(::waitpid(child, &status, 0), child);
-        QCOMPARE(status, 0);
+    for (const auto &writer : writers) {
+        QVERIFY(writer->waitForFinished());
+        QCOMPARE(writer->exitStatus(), QProcess::NormalExit);
+        QCOMPARE(writer->exitCode(), 0);
+        QCOMPARE(writer->readAllStandardOutput(), QByteArray());
     }
     const QByteArray rotated = contents(m_path + QStringLiteral(".1"));
     const QList<QByteArray> all = (rotated + contents(m_path)).trimmed().split('\n');
     QVERIFY(!rotated.isEmpty());
-    QCOMPARE(all.size(), processes * threads * lines);
+    QCOMPARE(all.size(), lines);
     for (const QByteArray &line : all)
-        QVERIFY2(line.endsWith(" 1 " + text.toUtf8()) && line.size() < 245, line.constData());
+        QVERIFY2(line.endsWith(" 1 " + writerText.toUtf8()) && line.size() < 245, line.constData());
 }
 
 void TestQtAppLogger::unwritableDestinationIsSilent_data()
@@ -363,5 +372,15 @@ void TestQtAppLogger::neverWritesToStdout()
     QCOMPARE(out, QByteArray());
 }
 
-QTEST_GUILESS_MAIN(TestQtAppLogger)
+/// Run by itself as "tst_qtapplogger --write <file> <limit>", it is one of the writers.
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == writerSwitch)
+        return writeLines(arguments.at(2), arguments.at(3).toLongLong());
+    TestQtAppLogger test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_qtapplogger.moc"
