@@ -1,66 +1,17 @@
 #include "logcapture.h"
 #include "qtlocalsocket.h"
+#include "serverprocess.h"
 
 #include <QLocalServer>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <fcntl.h>
-#include <sys/socket.h>
-#include <sys/stat.h>
-#include <sys/un.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
-#include <cstring>
 #include <memory>
 
 namespace {
-
-constexpr uid_t strangersUser = 65534;
-
-/// A server of another user, which greets everybody; needs root.
-class StrangersServer {
-public:
-    explicit StrangersServer(const QByteArray &path)
-    {
-        const int listener = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        sockaddr_un address = {};
-        address.sun_family = AF_UNIX;
-        std::strncpy(address.sun_path, path.constData(), sizeof(address.sun_path) - 1);
-        ::bind(listener, reinterpret_cast<const sockaddr *>(&address), sizeof(address));
-        int ready[2];
-        if (::pipe2(ready, O_CLOEXEC) != 0)
-            return;
-        m_pid = ::fork();
-        if (m_pid == 0) {
-            if (::setuid(strangersUser) != 0 || ::listen(listener, 5) != 0)
-                ::_exit(1);
-            (void)!::write(ready[1], "r", 1);
-            for (;;)
-                (void)!::write(::accept(listener, nullptr, nullptr), "hello", 5);
-        }
-        ::close(listener);
-        ::close(ready[1]);
-        char byte = 0;
-        m_listening = ::read(ready[0], &byte, 1) == 1;
-        ::close(ready[0]);
-    }
-    ~StrangersServer()
-    {
-        ::kill(m_pid, SIGKILL);
-        ::waitpid(m_pid, nullptr, 0);
-    }
-    Q_DISABLE_COPY_MOVE(StrangersServer)
-
-    bool isListening() const { return m_listening; }
-
-private:
-    pid_t m_pid = -1;
-    bool m_listening = false;
-};
 
 /// What a QtLocalSocket tells, in order.
 class Story {
@@ -320,7 +271,7 @@ void TestQtLocalSocket::refusesARealStranger()
 {
     if (::getuid() != 0)
         QSKIP("only root can run a server as another user");
-    const StrangersServer server(m_path.toUtf8());
+    const ServerProcess server({.path = m_path.toUtf8(), .greeting = "hello", .user = 65534});
     QVERIFY(server.isListening());
     QtLocalSocket socket;
     const Story story(socket);

@@ -1,0 +1,257 @@
+#include "logcapture.h"
+#include "multithreadedsqldatabasemanager.h"
+#include "qtappsettingssqltable.h"
+#include "sqldatabasemanager.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <thread>
+
+class TestSqlTableManager : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void createsTheTable();
+    void olderTables_data();
+    void olderTables();
+    void rows();
+    void failures();
+    void transactions();
+    void brokenFiles_data();
+    void brokenFiles();
+    void connections();
+    void connectionsEndWithTheirThreads();
+
+private:
+    QVariant query(const QString &sql) { return query(*m_db, sql); }
+    static QVariant query(AbstractSqlDatabaseManager &db, const QString &sql);
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+    QString m_path;
+    QSharedPointer<MultiThreadedSqlDatabaseManager> m_db;
+};
+
+QVariant TestSqlTableManager::query(AbstractSqlDatabaseManager &db, const QString &sql)
+{
+    QSqlQuery query = db.createQuery(sql);
+    return query.exec() && query.next() ? query.value(0) : QVariant(query.lastError().text());
+}
+
+void TestSqlTableManager::init()
+{
+    QTest::failOnWarning(QRegularExpression(u"."_qs));
+    m_db.reset();
+    m_dir = std::make_unique<QTemporaryDir>();
+    m_path = m_dir->filePath(u"new folder/db.sqlite"_qs);
+    m_db = QSharedPointer<MultiThreadedSqlDatabaseManager>::create(m_path, QString());
+}
+
+void TestSqlTableManager::createsTheTable()
+{
+    for (int round = 0; round < 2; ++round) {
+        const QtAppSettingsSqlTable table(m_db);
+        QVERIFY(!table.setupError().isValid());
+    }
+    QCOMPARE(query(u"SELECT sql FROM sqlite_master"_qs),
+             u"CREATE TABLE Settings (Name TEXT, Value TEXT, PRIMARY KEY (Name))"_qs);
+    QCOMPARE(query(u"PRAGMA journal_mode"_qs), u"wal"_qs);
+    QCOMPARE(m_db->database().connectOptions(), u"PRAGMA journal_mode=WAL;");
+    QCOMPARE(QFile::permissions(m_path) & (QFile::ReadGroup | QFile::ReadOther), 0);
+}
+
+void TestSqlTableManager::olderTables_data()
+{
+    QTest::addColumn<QString>("created");
+    QTest::addColumn<QString>("insert");
+    QTest::addColumn<QStringList>("columns");
+    const QString name = u"INSERT INTO Settings (Name) VALUES ('a')"_qs;
+    QTest::newRow("without Value")
+        << u"(Name TEXT, PRIMARY KEY (Name))"_qs << name << QStringList{u"Name"_qs, u"Value"_qs};
+    QTest::newRow("with a column of a later version")
+        << u"(Name TEXT, Value TEXT, Kind INT, PRIMARY KEY (Name))"_qs << name
+        << QStringList{u"Name"_qs, u"Value"_qs, u"Kind"_qs};
+}
+
+void TestSqlTableManager::olderTables()
+{
+    QFETCH(const QString, created);
+    QFETCH(const QString, insert);
+    QVERIFY(!query(u"CREATE TABLE Settings "_qs + created).toBool());
+    QVERIFY(!query(insert).toBool());
+    QtAppSettingsSqlTable table(m_db);
+    QTEST(SqlTableManager::tableColumns(*m_db, u"Settings"_qs), "columns");
+    QCOMPARE(table.readAll(), (QHash<QString, QString>{}));
+    QVERIFY(table.write(u"a"_qs, u"1"_qs));
+    QCOMPARE(table.readAll(), (QHash<QString, QString>{{u"a"_qs, u"1"_qs}}));
+
+    QVERIFY(table.addTableColumn(u"Extra"_qs, u"INT"_qs, 7));
+    QVERIFY(table.addTableColumn(u"Bare"_qs, u"INT"_qs, {}));
+    QCOMPARE(query(u"SELECT Extra FROM Settings"_qs), 7);
+    QVERIFY(query(u"SELECT Bare FROM Settings"_qs).isNull());
+}
+
+void TestSqlTableManager::rows()
+{
+    QtAppSettingsSqlTable table(m_db);
+    const QSignalSpy about(m_db.data(), &AbstractSqlDatabaseManager::databaseAboutToChange);
+    const QSignalSpy changed(m_db.data(), &AbstractSqlDatabaseManager::databaseChanged);
+    QVERIFY(table.write(u"a"_qs, u"1"_qs));
+    QVERIFY(table.write(u"a"_qs, u"it's; \"2\" – ü🎉"_qs));
+    for (int i = 0; i < 2; ++i)
+        QVERIFY(table.write(QString(), QString()));
+    QVERIFY(table.write(u"A"_qs, u"3"_qs));
+    QCOMPARE(table.readAll(),
+             (QHash<QString, QString>{
+                 {u"a"_qs, u"it's; \"2\" – ü🎉"_qs}, {u""_qs, u""_qs}, {u"A"_qs, u"3"_qs}}));
+    QCOMPARE(query(u"SELECT count(*) FROM Settings"_qs), 3);
+
+    QSqlQuery found = table.tableIterator({u"Value"_qs, u"Name"_qs}, u"Name='A'"_qs);
+    QCOMPARE(found.lastQuery(), u"SELECT Value, Name FROM Settings WHERE Name='A'");
+    QVERIFY(found.next());
+    QCOMPARE(found.value(0), u"3"_qs);
+    QVERIFY(!found.next());
+
+    QVERIFY(table.removeRecordWithValues({{u"Name"_qs, u"A"_qs}, {u"Value"_qs, u"no"_qs}}));
+    QCOMPARE(query(u"SELECT count(*) FROM Settings"_qs), 3);
+    QVERIFY(table.removeRecordWithValues({{u"Name"_qs, u"A"_qs}, {u"Value"_qs, u"3"_qs}}));
+    QVERIFY(table.remove(u""_qs));
+    QCOMPARE(query(u"SELECT count(*) FROM Settings"_qs), 1);
+    QVERIFY(table.clearTable());
+    QCOMPARE(query(u"SELECT count(*) FROM Settings"_qs), 0);
+    QCOMPARE(about.size(), 9);
+    QCOMPARE(changed.size(), 9);
+}
+
+void TestSqlTableManager::failures()
+{
+    QtAppSettingsSqlTable table(m_db);
+    QVERIFY(table.write(u"a"_qs, u"1"_qs));
+    const QSignalSpy changed(m_db.data(), &AbstractSqlDatabaseManager::databaseChanged);
+    QVERIFY(!table.replaceRecord({{u"Nope"_qs, 1}}));
+    QVERIFY(table.lastError().text().contains(u"no column named Nope"));
+    QVERIFY(!table.removeRecordWithValues({}));
+    QVERIFY(!table.tableIterator({u"Nope"_qs}).isActive());
+    QVERIFY(table.lastError().text().contains(u"no such column: Nope"));
+    QVERIFY(!table.addTableColumn(u"Value"_qs, u"TEXT"_qs, {}));
+    QVERIFY(table.lastError().text().contains(u"duplicate column name"));
+    QCOMPARE(changed.size(), 0);
+    QCOMPARE(table.readAll().size(), 1);
+    QVERIFY(!table.lastError().isValid());
+}
+
+void TestSqlTableManager::transactions()
+{
+    QtAppSettingsSqlTable table(m_db);
+    for (const bool commit : {false, true}) {
+        QVERIFY(table.beginTransaction());
+        QVERIFY(table.write(u"a"_qs, u"1"_qs));
+        QVERIFY(table.endTransaction(commit));
+        QCOMPARE(table.readAll().size(), commit ? 1 : 0);
+    }
+
+    QVERIFY(table.beginTransaction());
+    QVERIFY(!table.beginTransaction());
+    QVERIFY(table.lastError().isValid());
+    QVERIFY(table.endTransaction(false));
+    // Each of the two took the lock; if the failed one had kept it, this would stand still.
+    std::thread([this] { m_db->lock(), m_db->unlock(); }).join();
+}
+
+void TestSqlTableManager::brokenFiles_data()
+{
+    QTest::addColumn<int>("keptBytes");
+    QTest::addColumn<int>("overwriteFrom");
+    QTest::addColumn<QRegularExpression>("log");
+    const QString prefix =
+        u"^\\[AbstractSqlDatabaseManager\\]: WARNING: DB is corrupted. ERROR "_qs;
+    const auto row = [&prefix](const char *name, int keptBytes, int overwriteFrom,
+                               const QString &log) {
+        QTest::newRow(name) << keptBytes << overwriteFrom << QRegularExpression(prefix + log);
+    };
+    row("whole", -1, -1, u"nothing"_qs);
+    row("no database", -1, 0, u"#1: file is not a database"_qs);
+    row("truncated", 8192, -1, u"#1: database disk image is malformed"_qs);
+    row("damaged page", -1, 3 * 4096, u"#3: .*(\n.*ERROR #4: .*)*$"_qs);
+}
+
+void TestSqlTableManager::brokenFiles()
+{
+    QFETCH(const int, keptBytes);
+    QFETCH(const int, overwriteFrom);
+    QFETCH(const QRegularExpression, log);
+    {
+        QtAppSettingsSqlTable table(m_db);
+        QVERIFY(table.beginTransaction());
+        for (int i = 0; i < 1000; ++i)
+            QVERIFY(table.write(u"name %1"_qs.arg(i), QString(50, u'x')));
+        QVERIFY(table.endTransaction(true));
+    }
+    m_db->closeDatabase();
+    QFile file(m_path);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    if (overwriteFrom >= 0)
+        QVERIFY(file.seek(overwriteFrom) && file.write(QByteArray(4096, 'x')) == 4096);
+    if (keptBytes >= 0)
+        QVERIFY(file.resize(keptBytes));
+    file.close();
+
+    const LogCapture capture;
+    QVERIFY(m_db->openDatabase());
+    QCOMPARE(m_db->checkIfCorrupt(), keptBytes >= 0 || overwriteFrom >= 0);
+    QCOMPARE(log.match(capture.texts().join(u'\n')).hasMatch(), !capture.texts().isEmpty());
+    QCOMPARE(capture.texts().isEmpty(), keptBytes < 0 && overwriteFrom < 0);
+}
+
+void TestSqlTableManager::connections()
+{
+    const auto mutex = QSharedPointer<QRecursiveMutex>::create();
+    SqlDatabaseManager first(m_path, u"größe"_qs, mutex);
+    QVERIFY(first.canBeUsedInCurrentThread() && !first.databaseOpened());
+    QVERIFY(first.openDatabase() && first.openDatabase());
+    QVERIFY(QSqlDatabase::contains(u"größe"_qs));
+    {
+        SqlDatabaseManager sharing(m_path, u"größe"_qs, mutex);
+        QVERIFY(sharing.openDatabase());
+        QVERIFY(!query(sharing, u"CREATE TABLE T (A)"_qs).toBool());
+    }
+    QCOMPARE(query(first, u"SELECT name FROM sqlite_master"_qs), u"T"_qs);
+
+    const LogCapture log;
+    SqlDatabaseManager toAnotherFile(m_path + u'2', u"größe"_qs, mutex);
+    QVERIFY(!toAnotherFile.openDatabase());
+    QCOMPARE(log.texts().size(), 1);
+    std::thread([&first] { QVERIFY(!first.canBeUsedInCurrentThread()); }).join();
+    first.closeDatabase();
+    QVERIFY(!QSqlDatabase::contains(u"größe"_qs));
+    QVERIFY(!first.databaseOpened() && first.canBeUsedInCurrentThread());
+}
+
+void TestSqlTableManager::connectionsEndWithTheirThreads()
+{
+    QVERIFY(m_db->openDatabase());
+    const QString own =
+        u"_%1"_qs.arg(QString::number(reinterpret_cast<quintptr>(QThread::currentThread())));
+    QCOMPARE(QSqlDatabase::connectionNames(), QStringList{own});
+    QVERIFY(!query(u"CREATE TABLE T (A)"_qs).toBool());
+    const auto use = [this] {
+        QVERIFY(m_db->canBeUsedInCurrentThread() && m_db->databaseOpened());
+        QCOMPARE(query(u"SELECT name FROM sqlite_master"_qs), u"T"_qs);
+        QCOMPARE(QSqlDatabase::connectionNames().size(), 2);
+        QCOMPARE(m_db->thisThreadDbManager(), m_db->thisThreadDbManager(false));
+    };
+    std::thread(use).join();
+    QTRY_COMPARE(QSqlDatabase::connectionNames(), QStringList{own});
+    const std::unique_ptr<QThread> thread(QThread::create(use));
+    for (int round = 0; round < 2; ++round) {
+        thread->start();
+        QVERIFY(thread->wait());
+        QCOMPARE(QSqlDatabase::connectionNames(), QStringList{own});
+    }
+    m_db.reset();
+    QCOMPARE(QSqlDatabase::connectionNames(), QStringList());
+}
+
+QTEST_GUILESS_MAIN(TestSqlTableManager)
+#include "tst_sqltablemanager.moc"
