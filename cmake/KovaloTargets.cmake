@@ -16,7 +16,7 @@ if(KOVALO_SANITIZE)
                         -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${KOVALO_SANITIZE})
     # GCC's flow analysis raises false alarms in the code that the sanitizers add.
-    add_compile_options(-Wno-maybe-uninitialized)
+    add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 endif()
 
 if(KOVALO_PCH)
