@@ -63,10 +63,10 @@ export class HostProcess {
         return new Promise(resolve => { this.child.stdin.write(bytes, () => resolve()); });
     }
 
-    /** Writes one frame: a task record, or a text that is none. */
+    /** Writes one frame: a task record, or a body that is text or bytes. */
     send(task) {
-        return this.write(encodeFrame(typeof task === 'string' ? task : JSON.stringify(task),
-                                      this.writing));
+        const isBody = typeof task === 'string' || Buffer.isBuffer(task);
+        return this.write(encodeFrame(isBody ? task : JSON.stringify(task), this.writing));
     }
 
     /** The next message as text. */

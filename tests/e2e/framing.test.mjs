@@ -1,0 +1,136 @@
+// Frames and their options, as the host reads and writes them.
+
+import { deepStrictEqual, strictEqual } from 'node:assert';
+import { test } from 'node:test';
+import { encodeFrame, encodeLength } from './support/framing.mjs';
+import { until } from './support/hostprocess.mjs';
+import { endsInOrder, hostStarter } from './support/hosttest.mjs';
+
+const start = hostStarter();
+const handshakeOptions = ['crlf', 'sendTextLength', 'receivePercent', 'sendPercent', 'receiveBase64', 'sendBase64'];
+const unknownEmpty = { error: 'unknown_task_type', id: '', result: '', type: '' };
+
+test('an answer is compact JSON with its keys in order', async () => {
+    const host = start();
+    host.send({ id: '1', type: 'handshake', handshake: {} });
+    strictEqual(await host.receiveText(),
+                '{"bt":true,"error":"","id":"1","result":"","type":"handshake","version":"6.25.0.6016","yt":false}');
+    host.closeInput();
+    await endsInOrder(host);
+});
+
+for (const args of [[], ['--buggybrowser'], ['origin', '--BuggyBrowser']]) {
+    test(`every combination of the handshake's options, with arguments [${args}]`, async () => {
+        const host = start({ args });
+        // A long id, so that frames need more than one digit, with what the encodings care about.
+        const id = 'é%41%4 "\\/\r\n+=\u0001' + 'x'.repeat(300) + '日本';
+        for (let bits = 0; bits < 1 << handshakeOptions.length; ++bits) {
+            const options = handshakeOptions.filter((_, index) => bits & (1 << index));
+            strictEqual((await host.handshake(...options)).version, '6.25.0.6016', `${options}`);
+            deepStrictEqual(await host.ask({ id, type: 'window' }),
+                            { error: 'unknown_task_type', id, result: '', type: 'window' }, `${options}`);
+        }
+        await host.handshake();
+        host.closeInput();
+        await endsInOrder(host);
+        strictEqual(host.unread, 0);
+        strictEqual(host.unreadBytes, 0);
+    });
+}
+
+test("a value of an option that is not the text 0 or 1 leaves the option off", async () => {
+    const host = start();
+    for (const value of ['true', 'yes', '', '2', '-1', 1, true, null, ['1'], { 1: '1' }]) {
+        const handshake = Object.fromEntries(
+            ['response_add_crlf', 'response_send_data_len_as_string', 'uri_encoding_for_rcv',
+             'uri_encoding_for_send', 'base64_encoding_for_rcv', 'base64_encoding_for_send']
+                .map(name => [name, value]));
+        strictEqual((await host.ask({ type: 'handshake', handshake })).bt, true, JSON.stringify(value));
+    }
+    host.closeInput();
+    await endsInOrder(host);
+});
+
+test('malformed bodies are answered as tasks of no known type', async () => {
+    const host = start();
+    for (const body of ['', 'x', '{', '[]', '"handshake"', '{"id":"1"', Buffer.from([0xff, 0xfe, 0]),
+                        '['.repeat(1_000_000), '{"a":'.repeat(1_000_000)]) {
+        host.send(body);
+        deepStrictEqual(await host.receive(), unknownEmpty, body.toString().slice(0, 40));
+    }
+    await host.handshake('receiveBase64');
+    for (const [body, type] of [['ey*J', ''], ['e', ''], ['eyJ', ''], ['eyJhIjox=Q==', ''], ['====', ''],
+                                ['eyJpZCI6IiIsInR5cGUiOiJhIn0=\r\n', 'a']]) {
+        host.write(encodeFrame(body));
+        deepStrictEqual(await host.receive(), { ...unknownEmpty, type }, body);
+    }
+    host.closeInput();
+    await endsInOrder(host);
+});
+
+test('a length in digits may follow a line break, and its end of input is a 0 or no number', async () => {
+    const task = '{"id":"1","type":"window"}';
+    for (const [input, answers] of [[`\r\n26 ${task}\r\n\t +26 ${task}`, 2], ['0 ' + `26 ${task}`, 0],
+                                    [`x26 ${task}`, 0], [` 26 ${task}`, 0], [`26x ${task}`, 1]]) {
+        const host = start({ args: ['--buggybrowser'] });
+        host.write(input);
+        host.closeInput();
+        await endsInOrder(host);
+        strictEqual(host.unread, answers, JSON.stringify(input));
+    }
+});
+
+for (const args of [[], ['--buggybrowser']]) {
+    test(`frames that come in two pieces, cut at every byte, with arguments [${args}]`, async () => {
+        const host = start({ args });
+        await host.handshake();
+        const frame = encodeFrame('{"id":"cut é","type":"key_state"}', host.writing);
+        const answer = { error: '', id: 'cut é', keyCode: 45, pressed: false, result: '', type: 'key_state' };
+        for (let cut = 1; cut < frame.length; ++cut) {
+            const before = host.bytesRead();
+            await host.write(frame.subarray(0, cut));
+            await until(() => host.bytesRead() >= before + cut, 'the host to read the first piece');
+            host.write(frame.subarray(cut));
+            deepStrictEqual(await host.receive(), answer, `cut at ${cut}`);
+        }
+        host.closeInput();
+        await endsInOrder(host);
+    });
+
+    test(`frames that come one byte at a time, with arguments [${args}]`, async () => {
+        const host = start({ args });
+        for (const type of ['ui_strings', 'key_state', 'window']) {
+            for (const byte of encodeFrame(`{"id":"1","type":"${type}"}`, host.writing))
+                await host.write(Buffer.from([byte]));
+            strictEqual((await host.receive()).type, type);
+        }
+        host.closeInput();
+        await endsInOrder(host);
+    });
+}
+
+test('an empty frame is a message, and a length is believed only as bytes come', async () => {
+    for (const [args, prefix] of [[[], encodeLength(0xffffffff)],
+                                  [['--buggybrowser'], encodeLength(0xffffffff, true)]]) {
+        const host = start({ args });
+        await host.handshake();
+        const memoryBefore = host.statusKilobytes('VmHWM');
+        const readBefore = host.bytesRead();
+        await host.write(Buffer.concat([prefix, Buffer.from('0123456789')]));
+        await until(() => host.bytesRead() >= readBefore + prefix.length + 10, 'the host to read all');
+        const peaks = [host.statusKilobytes('VmHWM')];
+        host.closeInput();
+        await until(() => {
+            try {
+                peaks.push(host.statusKilobytes('VmHWM'));
+                return false;
+            } catch {
+                return true; // it has ended
+            }
+        }, 'the host to end');
+        await endsInOrder(host);
+        const grown = Math.max(...peaks) - memoryBefore;
+        strictEqual(grown < 64 * 1024, true, `${grown} kB of memory for 10 bytes`);
+        strictEqual(host.unread, 0);
+    }
+});

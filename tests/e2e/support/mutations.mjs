@@ -1,0 +1,154 @@
+// Tasks with faults in them: valid ones, changed at random as records and as texts.
+
+const download = {
+    url: 'http://example.com/a.zip', originalUrl: 'http://example.com/get', suggestedName: 'a.zip',
+    httpReferer: 'http://example.com/', documentUrl: 'http://example.com/', userAgent: 'agent',
+    httpCookies: 'a=b; c=d', httpPostData: 'x=1', fileSize: '1000',
+};
+
+/**
+ * Without "shutdown", which ends the host; without what is answered only once the application
+ * answers; and without options in the handshake, which would change the frames that follow.
+ */
+const tasks = [
+    { id: '1', type: 'handshake', handshake: { api_version: '3', browser: 'test' } },
+    { id: '2', type: 'ui_strings' },
+    { id: '3', type: 'key_state' },
+    { id: '4', type: 'browser_proxy', browser_proxy: { type: '1', protocol: 'http', addr: 'a', port: '80' } },
+    { id: '5', type: 'window', window: { windowHandle: '1', action: 'show', needWait: '1' } },
+    { id: '6', type: 'kov_json_task', json: '{"a":[1,2,{"b":null}]}' },
+    {
+        id: '7',
+        type: 'create_downloads',
+        create_downloads: {
+            downloads: { item: [download, { url: 'ftp://example.com/b' }] },
+            catchedDownloads: '1',
+            waitResponse: '1',
+            ignoreSettings: '0',
+        },
+    },
+    {
+        id: '8',
+        type: 'post_settings',
+        post_settings: {
+            browser: {
+                menu: { dllink: true, dlall: false, dlselected: true, dlvideo: true, dlpage: false, dlYtChannel: true },
+                monitor: {
+                    video: { enable: true, enableSnifferDll: false, showButton: true },
+                    enable: true,
+                    allowDownload: true,
+                    skipSmallerThan: '1024',
+                    skipExtensions: 'pls m3u',
+                    skipServersEnabled: true,
+                    skipServers: 'example.com',
+                    skipIfKeyPressed: false,
+                },
+            },
+            locale: 'en',
+        },
+    },
+];
+
+const values = [
+    null, true, false, 0, -1, 1e308, 0.1, 4294967296, '', '0', '1', '-1', 'x', ' 1', '18446744073709551616',
+    '\u0000', '\ud800', 'é'.repeat(50), 'handshake', 'kov_json_task x', [], {}, [[]], [{}], { item: [] }, { item: {} },
+];
+
+/** A small seeded generator (mulberry32): the same numbers on every machine. */
+function numbers(seed) {
+    let state = seed >>> 0;
+    const next = () => {
+        state = (state + 0x6d2b79f5) >>> 0;
+        let mixed = Math.imul(state ^ (state >>> 15), state | 1);
+        mixed ^= mixed + Math.imul(mixed ^ (mixed >>> 7), mixed | 61);
+        return (mixed ^ (mixed >>> 14)) >>> 0;
+    };
+    const below = limit => next() % limit;
+    return { below, pick: list => list[below(list.length)] };
+}
+
+function mutateRecord(task, random) {
+    const places = [];
+    const visit = node => {
+        for (const key of Object.keys(node)) {
+            places.push([node, key]);
+            if (node[key] !== null && typeof node[key] === 'object')
+                visit(node[key]);
+        }
+    };
+    visit(task);
+    const [node, key] = random.pick(places);
+    const other = random.pick(places);
+    const changes = [
+        () => { node[key] = structuredClone(random.pick(values)); },
+        () => { delete node[key]; },
+        () => { node[random.pick(['id', 'type', 'item', 'url', '', 'x'])] = structuredClone(node[key]); },
+        () => { node[key] = structuredClone(other[0][other[1]]); },
+        () => { node[key] = [node[key], structuredClone(node[key])]; },
+    ];
+    random.pick(changes)();
+}
+
+function mutateText(text, random) {
+    const bytes = [...Buffer.from(text)];
+    for (let count = 1 + random.below(3); count > 0; --count) {
+        const at = random.below(bytes.length);
+        const changes = [
+            () => { bytes[at] ^= 1 << random.below(8); },
+            () => { bytes.splice(at, 1 + random.below(4)); },
+            () => { bytes.splice(at, 0, random.below(256)); },
+            () => { bytes.splice(at, 0, ...Buffer.from(random.pick(['"', '{', '}', '[', ']', ',', ':', '\\', '\\u00']))); },
+            () => { bytes.splice(at, 0, ...bytes.slice(at, at + 1 + random.below(40))); },
+            () => { bytes.length = at + 1; },
+        ];
+        random.pick(changes)();
+        if (bytes.length === 0)
+            bytes.push(32);
+    }
+    return Buffer.from(bytes);
+}
+
+/** Endless; the same bytes for the same seed. */
+export function* mutatedFrames(seed) {
+    const random = numbers(seed);
+    for (;;) {
+        const task = structuredClone(random.pick(tasks));
+        const changes = random.below(4);
+        for (let i = 0; i < changes; ++i)
+            mutateRecord(task, random);
+        const text = JSON.stringify(task);
+        yield random.below(2) ? mutateText(text, random) : Buffer.from(text);
+    }
+}
+
+const isRecord = value => value !== null && typeof value === 'object' && !Array.isArray(value);
+
+/**
+ * Whether a task is, or may be, of the kinds at which the host is documented to end abnormally: a
+ * record that is none under "create_downloads" and "post_settings", and a "kov_json_task" whose id
+ * is no number.
+ */
+export function endsAbnormally(frame) {
+    let task;
+    try {
+        task = JSON.parse(frame.toString('utf8'));
+    } catch {
+        return false;
+    }
+    if (!isRecord(task) || typeof task.id !== 'string' || typeof task.type !== 'string')
+        return false;
+    const [type] = task.type.trimStart().split(/[ \t\n\v\f\r]/);
+    if (type === 'kov_json_task') {
+        const number = task.id.match(/^[ \t\n\v\f\r]*([+-]?\d+)/);
+        return !number || BigInt.asIntN(64, BigInt(number[1])) !== BigInt(number[1]);
+    }
+    if (type === 'create_downloads')
+        return type in task && !isRecord(task.create_downloads);
+    if (type === 'post_settings' && type in task) {
+        const settings = task.post_settings;
+        return !isRecord(settings) || ('browser' in settings && !(isRecord(settings.browser)
+            && [settings.browser.menu, settings.browser.monitor]
+                .every(record => record === undefined || isRecord(record))));
+    }
+    return false;
+}
