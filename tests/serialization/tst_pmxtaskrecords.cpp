@@ -281,6 +281,8 @@ void TestPmxTaskRecords::failedTasks()
     QFETCH(std::string, type);
     pmxKovBhIpcTask task;
     QVERIFY(!pmxJsonSerializeObject(task, text, 0));
+    // Nothing at all was read of what is no JSON.
+    QCOMPARE(task.readFailed(), text != "hello");
     QCOMPARE(task.id, id);
     QCOMPARE(task.type, type);
 }

@@ -12,6 +12,14 @@ kov_ipc_task_type pmxKovBhIpcTask::get_type() const
 
 bool pmxKovBhIpcTask::Serialize(pmxSerializationIoStream *stream, unsigned int)
 {
+    const bool ok = serializeMembers(stream);
+    if (stream->isReading())
+        m_readFailed = !ok;
+    return ok;
+}
+
+bool pmxKovBhIpcTask::serializeMembers(pmxSerializationIoStream *stream)
+{
     if (!stream->SerializeValue("id", id, true) || !stream->SerializeValue("type", type, true))
         return false;
     const kov_ipc_task_type taskType = get_type();

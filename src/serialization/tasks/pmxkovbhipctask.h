@@ -25,6 +25,8 @@ public:
     kov_ipc_task_type get_type() const;
 
     bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override;
+    /// Whether the task holds only what was read of a message before a required member was missing.
+    bool readFailed() const { return m_readFailed; }
 
     std::string id;
     /// As received: the name may be followed by a blank and more.
@@ -42,6 +44,9 @@ public:
     std::string json;
 
 private:
+    bool serializeMembers(pmxSerializationIoStream *stream);
     /// Null for a type without one.
     pmxSerializable *subRecord(kov_ipc_task_type taskType);
+
+    bool m_readFailed = false;
 };

@@ -6,7 +6,8 @@
 
 class WebExtensionSettingsManager;
 
-/// "post_settings": takes over the options that the extension sends.
+/// "post_settings": takes over the options that the extension sends. A message without options
+/// changes nothing and is answered with the error "invalid arguments".
 class pmxKovBhIpcPostSettingsTaskProcessor : public pmxKovBhIpcTaskProcessor {
     Q_OBJECT
 public:

@@ -1,0 +1,82 @@
+#include "pmxkovbhipccreatedownloadstaskprocessor.h"
+
+#include "capturerules.h"
+#include "keystatewatcher.h"
+#include "pmxtaskresponses.h"
+#include "wbeincomingdownloadsprocessor.h"
+#include "webextensionsettingsmanager.h"
+
+namespace {
+
+std::shared_ptr<pmxKovBhIpcTaskResponse> errorResponse(const pmxKovBhIpcTask &task,
+                                                       const char *error)
+{
+    auto response = pmxResponseTo(task);
+    response->error = error;
+    return response;
+}
+
+} // namespace
+
+pmxKovBhIpcCreateDownloadsTaskProcessor::pmxKovBhIpcCreateDownloadsTaskProcessor(
+    QSharedPointer<WebExtensionSettingsManager> settingsManager,
+    QSharedPointer<WbeIncomingDownloadsProcessor> incomingDownloads,
+    QSharedPointer<KeyStateWatcher> keyStateWatcher)
+    : m_settingsManager(std::move(settingsManager)),
+      m_incomingDownloads(std::move(incomingDownloads)),
+      m_keyStateWatcher(std::move(keyStateWatcher))
+{
+    connect(m_incomingDownloads.data(), &WbeIncomingDownloadsProcessor::finished, this,
+            &pmxKovBhIpcCreateDownloadsTaskProcessor::onFinished);
+}
+
+pmxKovBhIpcCreateDownloadsTaskProcessor::~pmxKovBhIpcCreateDownloadsTaskProcessor() = default;
+
+void pmxKovBhIpcCreateDownloadsTaskProcessor::process(std::shared_ptr<pmxKovBhIpcTask> task,
+                                                      Callback callback)
+{
+    if (task->create_downloads.downloads.empty()) {
+        callback(task, errorResponse(*task, "invalid arguments"));
+        return;
+    }
+    if (isLeftToBrowser(*task)) {
+        callback(task, errorResponse(*task, "ignoredDueSettings"));
+        return;
+    }
+    const QString id = QString::fromStdString(task->id);
+    m_pending.insert(id, {task, std::move(callback)});
+    m_incomingDownloads->process(id, task->create_downloads.downloads);
+}
+
+void pmxKovBhIpcCreateDownloadsTaskProcessor::onFinished(const QString &id, bool added,
+                                                         bool aborted,
+                                                         AbstractDownloadAbortReason abortReason,
+                                                         const QString &error)
+{
+    const auto it = m_pending.constFind(id);
+    if (it == m_pending.cend())
+        return;
+    const auto [task, callback] = *it;
+    m_pending.erase(it);
+
+    const auto response = pmxResponseTo(*task);
+    // Downloads that the application has already count as taken, or the browser would make them.
+    if (added || (aborted && abortReason == AbstractDownloadAbortReason::AlreadyExists))
+        response->result = "1";
+    else if (aborted)
+        response->result = "0";
+    else
+        response->error = error.toStdString();
+    callback(task, response);
+}
+
+bool pmxKovBhIpcCreateDownloadsTaskProcessor::isLeftToBrowser(const pmxKovBhIpcTask &task) const
+{
+    // The rules are for what the browser caught by itself, one at a time.
+    const pmxKovBhIpcTaskCreateDownloads &created = task.create_downloads;
+    return created.downloads.size() == 1 && created.catchedDownloads && !created.ignoreSettings
+        && pmxIsCatchedDownloadShoudBeIgnored(created.downloads.front().get(),
+                                              m_settingsManager->settings(),
+                                              m_keyStateWatcher.data())
+        != 0;
+}

@@ -1,0 +1,117 @@
+#include "wbeincomingdownloadsprocessor.h"
+
+#include "abstractincomingdownloadsprocessor.h"
+#include "abstractnewdownloadsrequestjob.h"
+#include "appclientmodule.h"
+#include "cookiestring.h"
+#include "urlchecks.h"
+
+#include <QUrl>
+
+#include <memory>
+#include <utility>
+
+namespace {
+
+QString fromUtf8(const std::string &text) { return QString::fromStdString(text); }
+
+AbstractNewDownloadRequest newDownload(const QUrl &url, const pmxKovBhIpcDownloadInfo &info)
+{
+    const auto download = std::make_shared<AbstractDownloadPersistentInfo>();
+    download->createdBy = AbstractDownloadCreatedBy::Browser;
+    download->userAgent = fromUtf8(info.userAgent);
+    download->preferredFileTitle = fromUtf8(info.suggestedName);
+
+    AbstractDownloadSourceInfo &source = download->source;
+    source.url = url;
+    source.referer = fromUtf8(info.httpReferer);
+    source.webPageUrl = QUrl(fromUtf8(info.documentUrl));
+    if (info.documentUrl.empty() && !info.httpReferer.empty()) {
+        source.webPageUrl = QUrl(source.referer);
+        source.flags |= AbstractDownloadSourceFlag::WebPageUrlIsReferer;
+    }
+    source.cookies = cookiesFromString(fromUtf8(info.httpCookies), u';');
+    source.postData = QByteArray::fromStdString(info.httpPostData);
+    return {download};
+}
+
+/// The two ends number the kinds of media differently.
+AbstractDownloadType downloadType(pmxKovBhIpcDownloadInfo::MediaKind kind,
+                                  AbstractDownloadType otherwise)
+{
+    switch (kind) {
+    case pmxKovBhIpcDownloadInfo::VideoMediaKind:
+        return AbstractDownloadType::Video;
+    case pmxKovBhIpcDownloadInfo::AudioMediaKind:
+        return AbstractDownloadType::Audio;
+    case pmxKovBhIpcDownloadInfo::StreamMediaKind:
+        return AbstractDownloadType::MediaStream;
+    case pmxKovBhIpcDownloadInfo::NoMediaKind:
+        break;
+    }
+    return otherwise;
+}
+
+} // namespace
+
+WbeIncomingDownloadsProcessor::WbeIncomingDownloadsProcessor(
+    QSharedPointer<AppClientModule> appClientModule, QObject *parent)
+    : QObject(parent), m_appClientModule(std::move(appClientModule))
+{
+    connect(m_appClientModule->incomingDownloadsProcessor().data(),
+            &AbstractIncomingDownloadsProcessor::finished, this,
+            &WbeIncomingDownloadsProcessor::onFinished);
+}
+
+WbeIncomingDownloadsProcessor::~WbeIncomingDownloadsProcessor() = default;
+
+void WbeIncomingDownloadsProcessor::process(const QString &id, const Downloads &downloads)
+{
+    const auto fail = [this, &id](const QString &error) {
+        Q_EMIT finished(id, false, false, AbstractDownloadAbortReason::None, error);
+    };
+    if (const auto earlier = m_requestIds.constFind(id); earlier != m_requestIds.cend()) {
+        m_taskIds.remove(*earlier);
+        m_requestIds.erase(earlier);
+    }
+    if (!m_appClientModule->isConnected() && m_appClientModule->appDoesNotExist()) {
+        fail(QStringLiteral("app_not_installed"));
+        return;
+    }
+
+    const auto application = m_appClientModule->incomingDownloadsProcessor();
+    AbstractNewDownloadsRequestJob job = application->createJob();
+    AbstractNewDownloadsRequest &request = job.request;
+    request.source = AbstractNewDownloadsRequestSource::Browser;
+    request.downloads.reserve(static_cast<qsizetype>(downloads.size()));
+    for (const auto &info : downloads) {
+        const QUrl url(fromUtf8(info->url));
+        if (!isValid(url))
+            continue;
+        request.downloads.append(newDownload(url, *info));
+        request.preferredDownloadType =
+            downloadType(info->mediaKind, request.preferredDownloadType);
+    }
+    if (request.downloads.isEmpty()) {
+        fail(QStringLiteral("invalid_parameter"));
+        return;
+    }
+    request.selectedDownloads.fill(true, request.downloads.size());
+
+    m_taskIds.insert(job.id, id);
+    m_requestIds.insert(id, job.id);
+    application->process(job);
+}
+
+void WbeIncomingDownloadsProcessor::onFinished(qint64 requestId, bool added, bool aborted,
+                                               AbstractDownloadAbortReason abortReason,
+                                               const QString &error)
+{
+    const auto it = m_taskIds.constFind(requestId);
+    if (it == m_taskIds.cend())
+        return;
+    const QString id = *it;
+    m_taskIds.erase(it);
+    m_requestIds.remove(id);
+    Q_EMIT finished(id, added, aborted, abortReason, error);
+}
