@@ -27,12 +27,8 @@ public:
     }
     Q_DISABLE_COPY_MOVE(IsolatedClientModule)
 
-    /// Brings the module up.
-    const QSharedPointer<AppClientModule> &up()
-    {
-        m_module->initialize(true);
-        return m_module;
-    }
+    void bringUp() { m_module->initialize(true); }
+    const QSharedPointer<AppClientModule> &module() const { return m_module; }
     /// The application accepts connections and says nothing.
     bool listen() { return m_server.listen(appServerName()); }
     /// The application's settings, empty until something is written, count as known.

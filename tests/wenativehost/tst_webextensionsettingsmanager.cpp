@@ -67,7 +67,8 @@ private:
 void TestWebExtensionSettingsManager::init()
 {
     m_client = std::make_unique<IsolatedClientModule>();
-    m_manager = std::make_unique<WebExtensionSettingsManager>(m_client->up());
+    m_client->bringUp();
+    m_manager = std::make_unique<WebExtensionSettingsManager>(m_client->module());
     if (qstrcmp(QTest::currentTestFunction(), "startsWithDefaults") != 0
         && qstrcmp(QTest::currentTestFunction(), "readsTheLocalSettings") != 0)
         m_client->initializeSettings();
@@ -109,7 +110,7 @@ void TestWebExtensionSettingsManager::readsTheLocalSettings()
 void TestWebExtensionSettingsManager::startsInitialized()
 {
     m_client->settings().setValues(values({{AppSettings::WbInterceptDownloads, "1"}}), u"a"_qs);
-    const WebExtensionSettingsManager another(m_client->up());
+    const WebExtensionSettingsManager another(m_client->module());
     QVERIFY(another.isInitialized());
     QCOMPARE(described(another.settings().browser.monitor), u"10 0 '' 0 '' 0"_qs);
 }
