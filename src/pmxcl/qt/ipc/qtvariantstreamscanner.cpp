@@ -147,7 +147,7 @@ bool QtVariantStreamScanner::scanVariantMap(int depth)
 
 bool QtVariantStreamScanner::readString(QByteArrayView &utf16)
 {
-    return readByteArray(utf16) && utf16.size() % sizeof(char16_t) == 0;
+    return readByteArray(utf16) && utf16.size() % qsizetype(sizeof(char16_t)) == 0;
 }
 
 bool QtVariantStreamScanner::readByteArray(QByteArrayView &bytes)
