@@ -1,0 +1,33 @@
+#pragma once
+
+#include "pmxkovbhipctaskprocessor.h"
+
+#include <QSharedPointer>
+
+class BrowserActivityMonitor;
+class BrowserTabsRequestsTracker;
+class NetworkRequestsCollector;
+
+/**
+ * "network_request_notification": what the browser tells of its requests and tabs. Every
+ * notification is answered at once with a plain response; what it says goes to the collector
+ * ("request", "response", "redirect", "playlist", "completed", "failed") or the tabs tracker
+ * ("tab_navigated", "tab_url_changed", both with the new URL in "data", and "tab_closed").
+ *
+ * Requests of what the browser downloads by itself are not collected.
+ */
+class pmxKovBhIpcNetworkRequestNotificationTaskProcessor : public pmxKovBhIpcTaskProcessor {
+    Q_OBJECT
+public:
+    pmxKovBhIpcNetworkRequestNotificationTaskProcessor(
+        QSharedPointer<BrowserActivityMonitor> monitor,
+        QSharedPointer<NetworkRequestsCollector> requests,
+        QSharedPointer<BrowserTabsRequestsTracker> tabs);
+
+    void process(std::shared_ptr<pmxKovBhIpcTask> task, Callback callback) override;
+
+private:
+    const QSharedPointer<BrowserActivityMonitor> m_monitor;
+    const QSharedPointer<NetworkRequestsCollector> m_requests;
+    const QSharedPointer<BrowserTabsRequestsTracker> m_tabs;
+};

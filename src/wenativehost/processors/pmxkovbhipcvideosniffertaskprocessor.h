@@ -1,0 +1,49 @@
+#pragma once
+
+#include "abstractdownloadenums.h"
+#include "pmxkovbhipctaskprocessor.h"
+
+#include <QHash>
+#include <QSharedPointer>
+#include <QString>
+
+#include <utility>
+
+class MediaRequestsAnalyzer;
+class WbeIncomingDownloadsProcessor;
+
+/**
+ * "video_sniffer": hands the best candidate for the video that the user asked for, or exactly the
+ * one that the task names, to the application, with the referrer, cookies and user agent of the
+ * browser's own request.
+ *
+ * Answered when the application has answered; the members of "videoSniffer" and the response's own
+ * say the same: result "1" (added) or "0" (refused), or the error "no_media_found",
+ * "invalid arguments" (the task says nothing to look for), "app_not_installed" or the application's
+ * own text, with the detail in "error2".
+ */
+class pmxKovBhIpcVideoSnifferTaskProcessor : public pmxKovBhIpcTaskProcessor {
+    Q_OBJECT
+public:
+    pmxKovBhIpcVideoSnifferTaskProcessor(QSharedPointer<WbeIncomingDownloadsProcessor> downloads,
+                                         QSharedPointer<MediaRequestsAnalyzer> analyzer);
+
+    void process(std::shared_ptr<pmxKovBhIpcTask> task, Callback callback) override;
+
+private Q_SLOTS:
+    void onFinished(const QString &id, bool added, bool aborted,
+                    AbstractDownloadAbortReason abortReason, const QString &error);
+
+private:
+    struct Answer {
+        std::string result;
+        std::string error;
+        std::string error2;
+    };
+    static void answer(const std::shared_ptr<pmxKovBhIpcTask> &task, const Callback &callback,
+                       const Answer &answer);
+
+    const QSharedPointer<WbeIncomingDownloadsProcessor> m_downloads;
+    const QSharedPointer<MediaRequestsAnalyzer> m_analyzer;
+    QHash<QString, std::pair<std::shared_ptr<pmxKovBhIpcTask>, Callback>> m_pending;
+};

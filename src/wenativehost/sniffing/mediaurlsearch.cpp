@@ -1,0 +1,105 @@
+#include "mediaurlsearch.h"
+
+#include "mediakind.h"
+
+#include <QSet>
+
+#include <string_view>
+
+namespace {
+
+constexpr int maxDepth = 3;
+
+bool namesMedia(const QUrl &url)
+{
+    return mediaKindOfFileName(url.fileName(QUrl::FullyDecoded)) != MediaKind::NoMediaKind;
+}
+
+class Search {
+public:
+    explicit Search(const QUrl &pageUrl) : m_pageUrl(pageUrl) { }
+
+    void searchText(QByteArrayView text, int depth)
+    {
+        constexpr std::string_view separators = "&;|,\"'<>{}[]() \t\r\n";
+        qsizetype begin = 0;
+        for (qsizetype at = 0; at <= text.size(); ++at) {
+            if (at < text.size() && separators.find(text[at]) == std::string_view::npos)
+                continue;
+            if (at > begin)
+                searchWord(text.sliced(begin, at - begin), depth);
+            begin = at + 1;
+        }
+    }
+
+    std::vector<QUrl> takeFound() { return std::move(m_found); }
+
+private:
+    void searchWord(QByteArrayView word, int depth)
+    {
+        const QByteArrayView address = withoutName(word);
+        if (address.startsWith("http://") || address.startsWith("https://")) {
+            addIfMedia(address);
+            // Players are handed addresses inside their own one.
+            if (const auto query = address.indexOf('?'); query >= 0 && depth < maxDepth)
+                searchWord(address.sliced(query + 1), depth + 1);
+            return;
+        }
+        if (depth < maxDepth && address.contains('%')) {
+            const QByteArray decoded = QByteArray::fromPercentEncoding(address.toByteArray());
+            if (hasStructure(decoded) && decoded != address) {
+                searchText(decoded, depth + 1);
+                return;
+            }
+        }
+        addIfMedia(address);
+    }
+
+    /// The value of "name=value"; anything else as it is.
+    static QByteArrayView withoutName(QByteArrayView word)
+    {
+        const auto equals = word.indexOf('=');
+        if (equals < 0)
+            return word;
+        const QByteArrayView name = word.first(equals);
+        return name.contains('/') || name.contains(':') || name.contains('?')
+            ? word
+            : word.sliced(equals + 1);
+    }
+
+    /// Whether there is more in a text than one file name.
+    static bool hasStructure(QByteArrayView text)
+    {
+        return text.contains('/') || text.contains(':') || text.contains('=') || text.contains('&')
+            || text.contains('%');
+    }
+
+    void addIfMedia(QByteArrayView address)
+    {
+        // Longer ones are data, not addresses.
+        constexpr qsizetype maxAddress = 8192;
+        if (address.isEmpty() || address.size() > maxAddress || !address.contains('.'))
+            return;
+        const QUrl url = m_pageUrl.resolved(QUrl(QString::fromUtf8(address)));
+        const bool fetchable = url.isValid()
+            && (url.scheme() == QStringLiteral("http") || url.scheme() == QStringLiteral("https"))
+            && !url.host().isEmpty();
+        if (fetchable && namesMedia(url) && !m_known.contains(url)) {
+            m_known.insert(url);
+            m_found.push_back(url);
+        }
+    }
+
+    const QUrl m_pageUrl;
+    QSet<QUrl> m_known;
+    std::vector<QUrl> m_found;
+};
+
+} // namespace
+
+std::vector<QUrl> findMediaUrls(const std::string &text, const QUrl &pageUrl)
+{
+    Search search(pageUrl);
+    search.searchText(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())), 0);
+    return search.takeFound();
+}

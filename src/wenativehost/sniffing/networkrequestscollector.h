@@ -1,0 +1,80 @@
+#pragma once
+
+#include "networkrequest.h"
+#include "qtclock.h"
+
+#include <QObject>
+
+#include <list>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+class pmxKovBhIpcTaskNetworkRequestNotification;
+
+/**
+ * The requests that the browser made lately, one entry per request id, put together from its
+ * notifications:
+ *
+ * | type        | adds                                   | "data"                   |
+ * |-------------|----------------------------------------|--------------------------|
+ * | "request"   | URL, page and request headers          | method                   |
+ * | "response"  | response headers                       | HTTP status              |
+ * | "redirect"  | the new URL                            | new URL                  |
+ * | "playlist"  | the text of a playlist that it fetched | text                     |
+ * | "completed" | that it ended well                     |                          |
+ * | "failed"    | that it did not                        |                          |
+ *
+ * Other types are ignored. A "request" with the id of a finished request is a new one.
+ *
+ * What is kept is bounded by number, by age since the last notification and by the bytes of the
+ * texts; what goes first is finished, and among those what the browser told of longest ago. One
+ * notification costs the same however many requests are held. Belongs to one thread.
+ */
+class NetworkRequestsCollector : public QObject {
+    Q_OBJECT
+public:
+    static constexpr size_t maxRequests = 2000;
+    static constexpr qint64 maxAgeMs = 10 * 60 * 1000;
+    static constexpr size_t maxTextBytes = 16 * 1024 * 1024;
+
+    explicit NetworkRequestsCollector(QObject *parent = nullptr,
+                                      QtClock &clock = QtClock::system());
+
+    void process(const pmxKovBhIpcTaskNetworkRequestNotification &notification);
+
+    void setPageUrl(const std::string &requestId, const std::string &pageUrl);
+    void forget(const std::string &requestId);
+    /// Forgets the requests of that URL, whatever their page.
+    void forgetUrl(const std::string &url);
+
+    size_t size() const { return m_byId.size(); }
+    size_t textBytes() const { return m_textBytes; }
+    /// Null if it is not (or no longer) known. Valid until the next call of a non-const function.
+    const NetworkRequest *request(const std::string &requestId) const;
+    /// Those that are not too old, unfinished ones last. Valid as request() is.
+    std::vector<const NetworkRequest *> requests() const;
+
+Q_SIGNALS:
+    void requestForgotten(const std::string &requestId);
+
+private:
+    using Requests = std::list<NetworkRequest>;
+
+    void begin(const pmxKovBhIpcTaskNetworkRequestNotification &notification);
+    void update(Requests::iterator request,
+                const pmxKovBhIpcTaskNetworkRequestNotification &notification);
+    Requests &listOf(const NetworkRequest &request);
+    bool isTooOld(const NetworkRequest &request) const;
+    void forget(Requests &list, Requests::iterator request);
+    void keepWithinBounds();
+
+    QtClock &m_clock;
+    /// Both in the order of the last notification, oldest first.
+    Requests m_finished;
+    Requests m_unfinished;
+    std::unordered_map<std::string, Requests::iterator> m_byId;
+    size_t m_textBytes = 0;
+    quint64 m_lastNumber = 0;
+};

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "networkrequest.h"
+
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+/**
+ * Knows the pieces of the streams whose playlists were seen on one page: what lies beside or below
+ * a playlist, what has a segment's file name, and what a playlist's own lines name.
+ */
+class StreamSegments {
+public:
+    /// The playlists that were seen.
+    void addPlaylist(const NetworkRequest &playlist);
+
+    /// Whether a request for something that is no playlist fetches a piece of a stream.
+    bool isSegment(const std::string &url) const;
+    /// Whether a playlist is part of another one: one of the qualities that a master playlist
+    /// offers.
+    bool isPartOfOther(const NetworkRequest &playlist) const;
+
+private:
+    std::vector<std::pair<std::string, std::string>> m_urlsAndFolders;
+    std::unordered_set<std::string> m_named;
+};
