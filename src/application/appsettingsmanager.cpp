@@ -61,7 +61,7 @@ void AppSettingsManager::setupDefaults()
     if (m_portableModeSupport)
         defaultDownloadPath = m_portableModeSupport->encodePath(defaultDownloadPath);
 
-    setAllDefaultValues({
+    QtAppSettingsInSqlManager::setAllDefaultValues({
         {toString(AppSettings::NetworkProxyMode), QString::number(AppSettings::SystemProxy)},
         {toString(DmCoreSettings::DefaultDownloadPath), defaultDownloadPath},
         {toString(DmCoreSettings::DownloadPathDependsOnFileType), off},
@@ -128,8 +128,9 @@ void AppSettingsManager::setupDefaults()
         {toString(DmCoreSettings::ScheduleForNewDownloads), defaultSchedule()},
         {toString(DmCoreSettings::DetectUnwantedDownloadErrors), on},
         {toString(DmCoreSettings::MaxAdditionalQueryInfoDownloads), QStringLiteral("3")},
-        {toString(DmCoreSettings::MaxAdditionalSmallDownloads), on},
-        {toString(DmCoreSettings::MaxAdditionalDownloadsIfTotalSpeedIsTooSlow), on},
+        {toString(DmCoreSettings::MaxAdditionalSmallDownloads), QStringLiteral("1")},
+        {toString(DmCoreSettings::MaxAdditionalDownloadsIfTotalSpeedIsTooSlow),
+         QStringLiteral("1")},
         {toString(DmCoreSettings::UseSystemDefaultUserAgent), on},
         {toString(AppSettings::HideDockIcon), off},
     });

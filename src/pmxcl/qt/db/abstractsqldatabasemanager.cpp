@@ -1,6 +1,7 @@
 #include "abstractsqldatabasemanager.h"
 
 #include "qtappdefaultlogger.h"
+#include "sqlbusyretry.h"
 
 #include <QSqlError>
 
@@ -23,17 +24,25 @@ void AbstractSqlDatabaseManager::notifyDatabaseAboutToChange() { Q_EMIT database
 
 void AbstractSqlDatabaseManager::notifyDatabaseChanged() { Q_EMIT databaseChanged(); }
 
+bool AbstractSqlDatabaseManager::executeQuery(QSqlQuery &query)
+{
+    return !query.lastError().isValid() && !retryWhileBusy([&query] {
+                                                query.exec();
+                                                return query.lastError();
+                                            }).isValid();
+}
+
 bool AbstractSqlDatabaseManager::checkIfCorrupt()
 {
     const std::lock_guard locker(*this);
     if (QSqlQuery tables =
             createQuery(QStringLiteral("SELECT name, sql FROM sqlite_master WHERE type='table' ;"));
-        !tables.exec()) {
+        !executeQuery(tables)) {
         logCorrupt(1, tables.lastError().text());
         return true;
     }
     QSqlQuery check = createQuery(QStringLiteral("pragma quick_check"));
-    if (!check.exec() || !check.next()) {
+    if (!executeQuery(check) || !check.next()) {
         logCorrupt(2, check.lastError().text());
         return true;
     }

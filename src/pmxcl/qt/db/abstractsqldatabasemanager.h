@@ -21,9 +21,11 @@ public:
     /// No query of this connection may be alive.
     virtual void closeDatabase() = 0;
     virtual bool databaseOpened() const = 0;
-    /// A query on this manager's connection: prepared with the text, or empty without one. Whether
-    /// that went well says its lastError().
+    /// A query on this manager's connection: prepared with the text, or empty without one.
     virtual QSqlQuery createQuery(const QString &sql) = 0;
+    /// Executes a query of createQuery(), and waits while another process has the database. Unlike
+    /// QSqlQuery::exec(), keeps the reason why a query could not even be prepared.
+    static bool executeQuery(QSqlQuery &query);
     /// The connection; never to be kept longer than the manager, nor given to another thread.
     virtual QSqlDatabase database() = 0;
 

@@ -8,6 +8,7 @@
 
 #include <QThread>
 
+#include <mutex>
 #include <utility>
 
 QtAppSettingsInSqlManager::QtAppSettingsInSqlManager(
@@ -53,46 +54,71 @@ template <typename Function> void QtAppSettingsInSqlManager::onDatabaseThread(Fu
 void QtAppSettingsInSqlManager::onValuesChanged(const QList<std::pair<QString, QString>> &changed,
                                                 const QString & /*source*/)
 {
-    onDatabaseThread([this, changed] { writeChanged(changed); });
+    onDatabaseThread([this, changed] {
+        const std::lock_guard locker(*m_db);
+        for (const auto &[key, value] : changed)
+            m_unstoredKeys.insert(key);
+        storePending();
+    });
 }
 
-void QtAppSettingsInSqlManager::onAllValuesChanged(const QString & /*source*/)
+void QtAppSettingsInSqlManager::onAllValuesChanged(const QString & /*source*/) { storeAllValues(); }
+
+void QtAppSettingsInSqlManager::onSettingsResetToDefaults() { storeAllValues(); }
+
+void QtAppSettingsInSqlManager::storeAllValues()
 {
-    onDatabaseThread([this] { storeAllValues(); });
+    onDatabaseThread([this] {
+        const std::lock_guard locker(*m_db);
+        m_allUnstored = true;
+        storePending();
+    });
 }
 
-void QtAppSettingsInSqlManager::onSettingsResetToDefaults()
-{
-    onDatabaseThread([this] { storeAllValues(); });
-}
-
-void QtAppSettingsInSqlManager::writeChanged(const QList<std::pair<QString, QString>> &changed)
+void QtAppSettingsInSqlManager::storePending()
 {
     if (!checkStored(m_table->beginTransaction(), "m_table->beginTransaction()"))
         return;
     // Another thread may have changed the same settings since, and stored them already: what
     // counts is the memory as it is now.
     const Values current = allValues();
-    bool stored = true;
-    for (const auto &p : changed) {
-        if (const auto it = current.constFind(p.first); it != current.constEnd())
-            stored &= checkStored(write(p.first, *it), "m_table->write(p.first, p.second)");
+    QSet<QString> failed;
+    if (m_allUnstored) {
+        const bool written = writeAll(current);
+        // Half of the values are worse than all of the old ones.
+        if (!checkStored(m_table->endTransaction(written), "m_table->endTransaction(written)")
+            || !written)
+            return;
+    } else {
+        failed = writeUnstoredKeys(current);
+        if (!checkStored(m_table->endTransaction(true), "m_table->endTransaction(true)"))
+            return;
     }
-    if (checkStored(m_table->endTransaction(true), "m_table->endTransaction(true)") && stored)
-        m_failureLogged = false;
+    m_allUnstored = false;
+    m_unstoredKeys = failed;
+    m_failureLogged = !failed.isEmpty();
 }
 
-void QtAppSettingsInSqlManager::storeAllValues()
+bool QtAppSettingsInSqlManager::writeAll(const Values &current)
 {
-    if (!checkStored(m_table->beginTransaction(), "m_table->beginTransaction()"))
-        return;
-    const Values current = allValues();
-    bool stored = checkStored(m_table->clearTable(), "m_table->clearTable()");
-    for (auto it = current.cbegin(); stored && it != current.cend(); ++it)
-        stored = checkStored(write(it.key(), it.value()), "m_table->write(it.key(), it.value())");
-    // Half of the values are worse than all of the old ones.
-    if (checkStored(m_table->endTransaction(stored), "m_table->endTransaction(stored)") && stored)
-        m_failureLogged = false;
+    if (!checkStored(m_table->clearTable(), "m_table->clearTable()"))
+        return false;
+    for (auto it = current.cbegin(); it != current.cend(); ++it)
+        if (!checkStored(write(it.key(), it.value()), "m_table->write(it.key(), it.value())"))
+            return false;
+    return true;
+}
+
+QSet<QString> QtAppSettingsInSqlManager::writeUnstoredKeys(const Values &current)
+{
+    QSet<QString> failed;
+    for (const QString &key : std::as_const(m_unstoredKeys)) {
+        const auto p = current.constFind(key);
+        if (p != current.constEnd()
+            && !checkStored(write(key, *p), "m_table->write(p.first, p.second)"))
+            failed.insert(key);
+    }
+    return failed;
 }
 
 bool QtAppSettingsInSqlManager::write(const QString &key, const QString &value)
@@ -102,7 +128,7 @@ bool QtAppSettingsInSqlManager::write(const QString &key, const QString &value)
 
 bool QtAppSettingsInSqlManager::checkStored(bool ok, const char *step, int line)
 {
-    if (!ok && !m_failureLogged.exchange(true)) {
+    if (!ok && !std::exchange(m_failureLogged, true)) {
         logLine(1,
                 QStringLiteral("[QtAppSettingsInSqlManager]: WARNING: cannot store settings: %1")
                     .arg(m_table->lastError().text()));

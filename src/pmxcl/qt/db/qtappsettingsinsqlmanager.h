@@ -2,9 +2,9 @@
 
 #include "qtappsettingsinmemorymanager.h"
 
+#include <QSet>
 #include <QSharedPointer>
 
-#include <atomic>
 #include <memory>
 
 class AbstractSqlDatabaseManager;
@@ -19,9 +19,10 @@ class QtAppSettingsSqlTable;
  * that made it returns. With a database manager of one thread, changes made on other threads are
  * written when this object's thread comes to it.
  *
- * A database that fails costs nothing but the storing: the settings are served from memory, and
- * what is wrong is logged once, until a write succeeds again. When the table could not be read to
- * its end, nothing is written to it, so that a broken file stays as it is.
+ * A database that fails costs nothing but the storing: the settings are served from memory, what
+ * is wrong is logged once, and the next change that can be stored takes along what could not. When
+ * the table could not be read to its end, nothing is written to it, so that a broken file stays as
+ * it is.
  */
 class QtAppSettingsInSqlManager : public QtAppSettingsInMemoryManager {
     Q_OBJECT
@@ -39,17 +40,24 @@ private Q_SLOTS:
 
 private:
     void load();
-    /// Makes the table what the memory is.
-    void storeAllValues();
-    void writeChanged(const QList<std::pair<QString, QString>> &changed);
-    bool write(const QString &key, const QString &value);
     /// Runs the function on a thread that can use the database: this one or, later, this object's.
     template <typename Function> void onDatabaseThread(Function &&function);
+    void storeAllValues();
+    /// Writes what is not stored yet. It and what it calls run under the database's lock.
+    void storePending();
+    /// Makes the table what the memory is.
+    bool writeAll(const Values &current);
+    /// Returns the keys whose values could not be written.
+    QSet<QString> writeUnstoredKeys(const Values &current);
+    bool write(const QString &key, const QString &value);
     /// Logs a failed step of storing, unless an earlier one is logged and still stands.
     bool checkStored(bool ok, const char *step, int line = __builtin_LINE());
 
     const QSharedPointer<AbstractSqlDatabaseManager> m_db;
     const QSharedPointer<const QtAppAbstractSettingsCodec> m_codec;
     const std::unique_ptr<QtAppSettingsSqlTable> m_table;
-    std::atomic<bool> m_failureLogged = false;
+    // What could not be stored so far; guarded by the database's lock.
+    bool m_failureLogged = false;
+    bool m_allUnstored = false;
+    QSet<QString> m_unstoredKeys;
 };

@@ -2,6 +2,7 @@
 
 #include "assertionlog.h"
 #include "qtappdefaultlogger.h"
+#include "sqlbusyretry.h"
 
 #include <QDir>
 #include <QFile>
@@ -22,16 +23,6 @@ void createPrivateFile(const QString &filePath)
     // A file that exists is left alone. Where this fails, opening the database does, too, and has
     // the reason.
     file.open(QIODevice::WriteOnly | QIODevice::NewOnly, QFile::ReadOwner | QFile::WriteOwner);
-}
-
-/// The driver passes over connect options that it does not know, so the journal's mode is set
-/// here.
-void useWriteAheadLog(const QSqlDatabase &db)
-{
-    QSqlQuery query(QStringLiteral("PRAGMA journal_mode=WAL"), db);
-    const QString mode = query.next() ? query.value(0).toString() : query.lastError().text();
-    if (mode != u"wal")
-        logLine(2, QStringLiteral("[SqlDatabaseManager]: no write-ahead log: %1").arg(mode));
 }
 
 } // namespace
@@ -70,7 +61,8 @@ bool SqlDatabaseManager::openDatabase()
     createPrivateFile(m_filePath);
     if (!m_db.open())
         return false;
-    useWriteAheadLog(m_db);
+    QSqlQuery(QStringLiteral("PRAGMA busy_timeout=%1").arg(sqlBusyTimeout.count()), m_db);
+    useWriteAheadLog();
     return true;
 }
 
@@ -88,6 +80,16 @@ void SqlDatabaseManager::addConnection()
     m_connectionAdded = true;
 }
 
+void SqlDatabaseManager::useWriteAheadLog()
+{
+    // The driver passes over connect options that it does not know.
+    QSqlQuery query = createQuery(QStringLiteral("PRAGMA journal_mode=WAL"));
+    const QString mode =
+        executeQuery(query) && query.next() ? query.value(0).toString() : query.lastError().text();
+    if (mode != u"wal")
+        logLine(2, QStringLiteral("[SqlDatabaseManager]: no write-ahead log: %1").arg(mode));
+}
+
 void SqlDatabaseManager::closeDatabase()
 {
     if (m_connectionAdded)
@@ -103,6 +105,9 @@ QSqlQuery SqlDatabaseManager::createQuery(const QString &sql)
     checkOrLog(canBeUsedInCurrentThread(), "canBeUsedInCurrentThread()");
     QSqlQuery query(m_db);
     if (!sql.isEmpty())
-        query.prepare(sql);
+        retryWhileBusy([&query, &sql] {
+            query.prepare(sql);
+            return query.lastError();
+        });
     return query;
 }

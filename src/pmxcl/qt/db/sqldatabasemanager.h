@@ -13,7 +13,8 @@ class QThread;
  *
  * The file is created readable and writable by its user only. Write-ahead logging is asked for, so
  * that other processes can read while one writes; a file system that cannot do that gets a rollback
- * journal. A statement waits for up to 5 s (Qt's default) while another process writes.
+ * journal. Preparing and executing a statement each wait for up to 5 s while another process
+ * writes.
  */
 class SqlDatabaseManager : public AbstractSqlDatabaseManager {
     Q_OBJECT
@@ -41,6 +42,7 @@ public:
 private:
     bool takeConnection();
     void addConnection();
+    void useWriteAheadLog();
 
     const QString m_filePath;
     const QByteArray m_connectionName;

@@ -1,6 +1,7 @@
 #include "sqltablemanager.h"
 
 #include "abstractsqldatabasemanager.h"
+#include "sqlbusyretry.h"
 
 #include <QSqlDatabase>
 
@@ -124,12 +125,14 @@ bool SqlTableManager::beginTransaction()
 bool SqlTableManager::endTransaction(bool commit)
 {
     QSqlDatabase db = m_db->database();
-    const bool ended = commit ? db.commit() : db.rollback();
-    setLastError(ended ? QSqlError() : db.lastError());
-    if (!ended && commit)
+    const QSqlError error = retryWhileBusy([&db, commit] {
+        return (commit ? db.commit() : db.rollback()) ? QSqlError() : db.lastError();
+    });
+    setLastError(error);
+    if (error.isValid() && commit)
         db.rollback();
     m_db->unlock();
-    return ended;
+    return !error.isValid();
 }
 
 QSqlError SqlTableManager::lastError() const
@@ -173,8 +176,7 @@ QSqlQuery SqlTableManager::executed(AbstractSqlDatabaseManager &db, const QStrin
         query.setForwardOnly(true);
         for (const auto &[column, value] : bindings)
             query.bindValue(u':' + column, value);
-        // Executing a query that could not be prepared would replace the reason.
-        if (query.lastError().isValid() || !query.exec())
+        if (!AbstractSqlDatabaseManager::executeQuery(query))
             failure = query.lastError();
     }
     if (error)

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QDeadlineTimer>
+#include <QSqlError>
+
+#include <chrono>
+
+/**
+ * For how long SQLite itself waits while another process writes, before a step is repeated.
+ *
+ * SQLite looks at the lock less and less often, every 100 ms in the end, and a process that writes
+ * again and again leaves it for microseconds only. Short waits look often, so that nobody starves.
+ */
+constexpr std::chrono::milliseconds sqlBusyTimeout{50};
+/// For how long a step is repeated.
+constexpr std::chrono::seconds sqlBusyRetryTime{5};
+
+/// Whether another process has the database, so that the same step may go well later.
+bool isBusyError(const QSqlError &error);
+
+/// Runs a step, which returns its error, again and again while another process has the database.
+/// Returns the last error; invalid on success.
+template <typename Step> QSqlError retryWhileBusy(Step step)
+{
+    const QDeadlineTimer deadline(sqlBusyRetryTime);
+    QSqlError error = step();
+    while (isBusyError(error) && !deadline.hasExpired())
+        error = step();
+    return error;
+}
