@@ -62,9 +62,9 @@ void pmxKovBhIpcCreateDownloadsTaskProcessor::onFinished(const QString &id, bool
     const auto response = pmxResponseTo(*task);
     // Downloads that the application has already count as taken, or the browser would make them.
     if (added || (aborted && abortReason == AbstractDownloadAbortReason::AlreadyExists))
-        response->result = "1";
+        response->result = '1';
     else if (aborted)
-        response->result = "0";
+        response->result = '0';
     else
         response->error = error.toStdString();
     callback(task, response);
