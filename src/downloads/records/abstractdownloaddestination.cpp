@@ -1,30 +1,23 @@
 #include "abstractdownloaddestination.h"
 
-#include "variantfieldsreader.h"
-#include "variantfieldswriter.h"
+#include "variantrecordcodec.h"
 
 namespace {
 
-template <typename Fields> void describe(Fields &fields, auto &destination)
-{
-    fields.value(u"type"_qs, destination.type);
-    fields.value(u"path"_qs, destination.path);
-    fields.value(u"data"_qs, destination.data);
-}
+constexpr auto recordFields = [](auto &fields) {
+    fields.value(u"type"_qs, &AbstractDownloadDestination::type);
+    fields.value(u"path"_qs, &AbstractDownloadDestination::path);
+    fields.value(u"data"_qs, &AbstractDownloadDestination::data);
+};
 
 } // namespace
 
 QVariantHash toVariantHash(const AbstractDownloadDestination &destination)
 {
-    VariantFieldsWriter fields;
-    describe(fields, destination);
-    return fields.takeHash();
+    return encodedRecord(destination, recordFields);
 }
 
 AbstractDownloadDestination toDownloadDestination(const QVariantHash &hash)
 {
-    AbstractDownloadDestination destination;
-    VariantFieldsReader fields(hash);
-    describe(fields, destination);
-    return destination;
+    return decodedRecord<AbstractDownloadDestination>(hash, recordFields);
 }

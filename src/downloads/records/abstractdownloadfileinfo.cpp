@@ -1,15 +1,15 @@
 #include "abstractdownloadfileinfo.h"
 
-#include "variantfieldsreader.h"
-#include "variantfieldswriter.h"
+#include "abstractfileinfofields.h"
+#include "variantrecordcodec.h"
 
 namespace {
 
-template <typename Fields> void describe(Fields &fields, auto &file)
-{
-    fields.value(u"priority"_qs, file.priority);
+constexpr auto recordFields = [](auto &fields) {
+    abstractFileInfoFields(fields);
+    fields.value(u"priority"_qs, &AbstractDownloadFileInfo::priority);
     fields.value(
-        u"sections"_qs, file.sections,
+        u"sections"_qs, &AbstractDownloadFileInfo::sections,
         [](const QList<AbstractDownloadSection> &sections) {
             return toVariantListWith(sections,
                                      [](const auto &section) { return section.toVariantHash(); });
@@ -18,27 +18,21 @@ template <typename Fields> void describe(Fields &fields, auto &file)
             return fromVariantHashesWith<AbstractDownloadSection>(
                 variant.toList(), AbstractDownloadSection::fromVariantHash);
         });
-    fields.value(u"writeOffset"_qs, file.writeOffset);
-    fields.value(u"tmpPath"_qs, file.tmpPath);
-    fields.value(u"flags"_qs, file.flags);
-}
+    fields.value(u"writeOffset"_qs, &AbstractDownloadFileInfo::writeOffset);
+    fields.value(u"tmpPath"_qs, &AbstractDownloadFileInfo::tmpPath);
+    fields.value(u"flags"_qs, &AbstractDownloadFileInfo::flags);
+};
 
 } // namespace
 
 QVariantHash AbstractDownloadFileInfo::toVariantHash() const
 {
-    VariantFieldsWriter fields(AbstractFileInfo::toVariantHash());
-    describe(fields, *this);
-    return fields.takeHash();
+    return encodedRecord(*this, recordFields);
 }
 
 AbstractDownloadFileInfo AbstractDownloadFileInfo::fromVariantHash(const QVariantHash &hash)
 {
-    AbstractDownloadFileInfo file;
-    static_cast<AbstractFileInfo &>(file) = AbstractFileInfo::fromVariantHash(hash);
-    VariantFieldsReader fields(hash);
-    describe(fields, file);
-    return file;
+    return decodedRecord<AbstractDownloadFileInfo>(hash, recordFields);
 }
 
 QVariantList toVariantList(const QList<AbstractDownloadFileInfo> &files)

@@ -1,16 +1,14 @@
 #include "abstractdownloadguid.h"
 
-#include "variantfieldsreader.h"
-#include "variantfieldswriter.h"
+#include "variantrecordcodec.h"
 
 namespace {
 
-template <typename Fields> void describe(Fields &fields, auto &guid)
-{
-    fields.value(u"guidType"_qs, guid.guidType);
-    fields.value(u"type"_qs, guid.type);
-    fields.value(u"guid"_qs, guid.guid);
-}
+constexpr auto recordFields = [](auto &fields) {
+    fields.value(u"guidType"_qs, &AbstractDownloadGuid::guidType);
+    fields.value(u"type"_qs, &AbstractDownloadGuid::type);
+    fields.value(u"guid"_qs, &AbstractDownloadGuid::guid);
+};
 
 } // namespace
 
@@ -18,15 +16,10 @@ QVariantHash toVariantHash(const AbstractDownloadGuid &guid)
 {
     if (guid.guid.isEmpty())
         return {};
-    VariantFieldsWriter fields;
-    describe(fields, guid);
-    return fields.takeHash();
+    return encodedRecord(guid, recordFields);
 }
 
 AbstractDownloadGuid toDownloadGuid(const QVariantHash &hash)
 {
-    AbstractDownloadGuid guid;
-    VariantFieldsReader fields(hash);
-    describe(fields, guid);
-    return guid;
+    return decodedRecord<AbstractDownloadGuid>(hash, recordFields);
 }

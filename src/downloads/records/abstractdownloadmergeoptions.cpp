@@ -1,30 +1,23 @@
 #include "abstractdownloadmergeoptions.h"
 
-#include "variantfieldsreader.h"
-#include "variantfieldswriter.h"
+#include "variantrecordcodec.h"
 
 namespace {
 
-template <typename Fields> void describe(Fields &fields, auto &mergeOptions)
-{
-    fields.value(u"options"_qs, mergeOptions.options);
-}
+constexpr auto recordFields = [](auto &fields) {
+    fields.value(u"options"_qs, &AbstractDownloadMergeOptions::options);
+};
 
 } // namespace
 
 QVariantHash toVariantHash(const AbstractDownloadMergeOptions &mergeOptions)
 {
-    VariantFieldsWriter fields;
-    describe(fields, mergeOptions);
-    return fields.takeHash();
+    return encodedRecord(mergeOptions, recordFields);
 }
 
 AbstractDownloadMergeOptions toDownloadMergeOptions(const QVariantHash &hash)
 {
-    AbstractDownloadMergeOptions mergeOptions;
-    VariantFieldsReader fields(hash);
-    describe(fields, mergeOptions);
-    return mergeOptions;
+    return decodedRecord<AbstractDownloadMergeOptions>(hash, recordFields);
 }
 
 QList<AbstractDownloadOption> toDownloadOptions(const QVariantList &list)

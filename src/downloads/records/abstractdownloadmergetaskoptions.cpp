@@ -1,31 +1,24 @@
 #include "abstractdownloadmergetaskoptions.h"
 
-#include "variantfieldsreader.h"
-#include "variantfieldswriter.h"
+#include "variantrecordcodec.h"
 
 namespace {
 
-template <typename Fields> void describe(Fields &fields, auto &taskOptions)
-{
-    fields.record(u"mo"_qs, taskOptions.mo, toDownloadMergeOptions);
-    fields.value(u"dontMergeJustAddNew"_qs, taskOptions.dontMergeJustAddNew);
-    fields.value(u"restart"_qs, taskOptions.restart);
-    fields.value(u"start"_qs, taskOptions.start);
-}
+constexpr auto recordFields = [](auto &fields) {
+    fields.record(u"mo"_qs, &AbstractDownloadMergeTaskOptions::mo, toDownloadMergeOptions);
+    fields.value(u"dontMergeJustAddNew"_qs, &AbstractDownloadMergeTaskOptions::dontMergeJustAddNew);
+    fields.value(u"restart"_qs, &AbstractDownloadMergeTaskOptions::restart);
+    fields.value(u"start"_qs, &AbstractDownloadMergeTaskOptions::start);
+};
 
 } // namespace
 
 QVariantHash toVariantHash(const AbstractDownloadMergeTaskOptions &taskOptions)
 {
-    VariantFieldsWriter fields;
-    describe(fields, taskOptions);
-    return fields.takeHash();
+    return encodedRecord(taskOptions, recordFields);
 }
 
 AbstractDownloadMergeTaskOptions toDownloadMergeTaskOptions(const QVariantHash &hash)
 {
-    AbstractDownloadMergeTaskOptions taskOptions;
-    VariantFieldsReader fields(hash);
-    describe(fields, taskOptions);
-    return taskOptions;
+    return decodedRecord<AbstractDownloadMergeTaskOptions>(hash, recordFields);
 }

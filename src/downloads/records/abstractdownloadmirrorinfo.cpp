@@ -1,31 +1,23 @@
 #include "abstractdownloadmirrorinfo.h"
 
-#include "variantfieldsreader.h"
-#include "variantfieldswriter.h"
+#include "variantrecordcodec.h"
 
 namespace {
 
-template <typename Fields> void describe(Fields &fields, auto &mirror)
-{
-    fields.record(u"source"_qs, mirror.source, toDownloadSourceInfo);
-}
+constexpr auto recordFields = [](auto &fields) {
+    fields.record(u"source"_qs, &AbstractDownloadMirrorInfo::source, toDownloadSourceInfo);
+};
 
 } // namespace
 
 QVariant toVariant(const AbstractDownloadMirrorInfo &mirror)
 {
-    VariantFieldsWriter fields;
-    describe(fields, mirror);
-    return fields.takeHash();
+    return encodedRecord(mirror, recordFields);
 }
 
 AbstractDownloadMirrorInfo toDownloadMirror(const QVariant &variant)
 {
-    AbstractDownloadMirrorInfo mirror;
-    const QVariantHash hash = variant.toHash();
-    VariantFieldsReader fields(hash);
-    describe(fields, mirror);
-    return mirror;
+    return decodedRecord<AbstractDownloadMirrorInfo>(variant.toHash(), recordFields);
 }
 
 QVariant toVariant(const QList<AbstractDownloadMirrorInfo> &mirrors)

@@ -1,30 +1,23 @@
 #include "abstractdownloadpreviewinfo.h"
 
-#include "variantfieldsreader.h"
-#include "variantfieldswriter.h"
+#include "variantrecordcodec.h"
 
 namespace {
 
-template <typename Fields> void describe(Fields &fields, auto &preview)
-{
-    fields.value(u"smallPreviewId"_qs, preview.smallPreviewId);
-    fields.value(u"largePreviewId"_qs, preview.largePreviewId);
-    fields.value(u"flags"_qs, preview.flags);
-}
+constexpr auto recordFields = [](auto &fields) {
+    fields.value(u"smallPreviewId"_qs, &AbstractDownloadPreviewInfo::smallPreviewId);
+    fields.value(u"largePreviewId"_qs, &AbstractDownloadPreviewInfo::largePreviewId);
+    fields.value(u"flags"_qs, &AbstractDownloadPreviewInfo::flags);
+};
 
 } // namespace
 
 QVariantHash toVariantHash(const AbstractDownloadPreviewInfo &preview)
 {
-    VariantFieldsWriter fields;
-    describe(fields, preview);
-    return fields.takeHash();
+    return encodedRecord(preview, recordFields);
 }
 
 AbstractDownloadPreviewInfo toDownloadPreviewInfo(const QVariantHash &hash)
 {
-    AbstractDownloadPreviewInfo preview;
-    VariantFieldsReader fields(hash);
-    describe(fields, preview);
-    return preview;
+    return decodedRecord<AbstractDownloadPreviewInfo>(hash, recordFields);
 }

@@ -1,32 +1,25 @@
 #include "abstractdownloadresourcedescription.h"
 
-#include "variantfieldsreader.h"
-#include "variantfieldswriter.h"
+#include "variantrecordcodec.h"
 
 namespace {
 
-template <typename Fields> void describe(Fields &fields, auto &description)
-{
-    fields.value(u"title"_qs, description.title);
-    fields.value(u"filesTypes"_qs, description.filesTypes);
-    fields.value(u"previewImageUrl"_qs, description.previewImageUrl);
-    fields.value(u"mediaDurationHr"_qs, description.mediaDurationHr);
-    fields.value(u"ageHr"_qs, description.ageHr);
-}
+constexpr auto recordFields = [](auto &fields) {
+    fields.value(u"title"_qs, &AbstractDownloadResourceDescription::title);
+    fields.value(u"filesTypes"_qs, &AbstractDownloadResourceDescription::filesTypes);
+    fields.value(u"previewImageUrl"_qs, &AbstractDownloadResourceDescription::previewImageUrl);
+    fields.value(u"mediaDurationHr"_qs, &AbstractDownloadResourceDescription::mediaDurationHr);
+    fields.value(u"ageHr"_qs, &AbstractDownloadResourceDescription::ageHr);
+};
 
 } // namespace
 
 QVariantHash toVariantHash(const AbstractDownloadResourceDescription &description)
 {
-    VariantFieldsWriter fields;
-    describe(fields, description);
-    return fields.takeHash();
+    return encodedRecord(description, recordFields);
 }
 
 AbstractDownloadResourceDescription toDownloadResourceDesc(const QVariantHash &hash)
 {
-    AbstractDownloadResourceDescription description;
-    VariantFieldsReader fields(hash);
-    describe(fields, description);
-    return description;
+    return decodedRecord<AbstractDownloadResourceDescription>(hash, recordFields);
 }

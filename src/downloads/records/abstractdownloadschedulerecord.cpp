@@ -1,30 +1,23 @@
 #include "abstractdownloadschedulerecord.h"
 
-#include "variantfieldsreader.h"
-#include "variantfieldswriter.h"
+#include "variantrecordcodec.h"
 
 namespace {
 
-template <typename Fields> void describe(Fields &fields, auto &schedule)
-{
-    fields.value(u"days"_qs, schedule.days);
-    fields.value(u"fromTime"_qs, schedule.fromTime);
-    fields.value(u"toTime"_qs, schedule.toTime);
-}
+constexpr auto recordFields = [](auto &fields) {
+    fields.value(u"days"_qs, &AbstractDownloadScheduleRecord::days);
+    fields.value(u"fromTime"_qs, &AbstractDownloadScheduleRecord::fromTime);
+    fields.value(u"toTime"_qs, &AbstractDownloadScheduleRecord::toTime);
+};
 
 } // namespace
 
 QVariantHash toVariantHash(const AbstractDownloadScheduleRecord &schedule)
 {
-    VariantFieldsWriter fields;
-    describe(fields, schedule);
-    return fields.takeHash();
+    return encodedRecord(schedule, recordFields);
 }
 
 AbstractDownloadScheduleRecord toDownloadScheduleRecord(const QVariantHash &hash)
 {
-    AbstractDownloadScheduleRecord schedule;
-    VariantFieldsReader fields(hash);
-    describe(fields, schedule);
-    return schedule;
+    return decodedRecord<AbstractDownloadScheduleRecord>(hash, recordFields);
 }

@@ -1,30 +1,23 @@
 #include "abstractdownloadsection.h"
 
-#include "variantfieldsreader.h"
-#include "variantfieldswriter.h"
+#include "variantrecordcodec.h"
 
 namespace {
 
-template <typename Fields> void describe(Fields &fields, auto &section)
-{
-    fields.value(u"offset"_qs, section.offset);
-    fields.value(u"size"_qs, section.size);
-    fields.value(u"done"_qs, section.done);
-}
+constexpr auto recordFields = [](auto &fields) {
+    fields.value(u"offset"_qs, &AbstractDownloadSection::offset);
+    fields.value(u"size"_qs, &AbstractDownloadSection::size);
+    fields.value(u"done"_qs, &AbstractDownloadSection::done);
+};
 
 } // namespace
 
 QVariantHash AbstractDownloadSection::toVariantHash() const
 {
-    VariantFieldsWriter fields;
-    describe(fields, *this);
-    return fields.takeHash();
+    return encodedRecord(*this, recordFields);
 }
 
 AbstractDownloadSection AbstractDownloadSection::fromVariantHash(const QVariantHash &hash)
 {
-    AbstractDownloadSection section;
-    VariantFieldsReader fields(hash);
-    describe(fields, section);
-    return section;
+    return decodedRecord<AbstractDownloadSection>(hash, recordFields);
 }

@@ -1,7 +1,6 @@
 #include "abstractdownloadsourceinfo.h"
 
-#include "variantfieldsreader.h"
-#include "variantfieldswriter.h"
+#include "variantrecordcodec.h"
 
 namespace {
 
@@ -14,32 +13,27 @@ QByteArray toRawForms(const QList<QNetworkCookie> &cookies)
     return forms.join('\n');
 }
 
-template <typename Fields> void describe(Fields &fields, auto &source)
-{
-    fields.value(u"url"_qs, source.url);
-    fields.value(u"referer"_qs, source.referer);
-    fields.value(u"cookies"_qs, source.cookies, toRawForms, [](const QVariant &variant) {
-        return QNetworkCookie::parseCookies(variant.toByteArray());
-    });
-    fields.value(u"postData"_qs, source.postData);
-    fields.value(u"webPageUrl"_qs, source.webPageUrl);
-    fields.value(u"customData"_qs, source.customData);
-    fields.value(u"flags"_qs, source.flags);
-}
+constexpr auto recordFields = [](auto &fields) {
+    fields.value(u"url"_qs, &AbstractDownloadSourceInfo::url);
+    fields.value(u"referer"_qs, &AbstractDownloadSourceInfo::referer);
+    fields.value(u"cookies"_qs, &AbstractDownloadSourceInfo::cookies, toRawForms,
+                 [](const QVariant &variant) {
+                     return QNetworkCookie::parseCookies(variant.toByteArray());
+                 });
+    fields.value(u"postData"_qs, &AbstractDownloadSourceInfo::postData);
+    fields.value(u"webPageUrl"_qs, &AbstractDownloadSourceInfo::webPageUrl);
+    fields.value(u"customData"_qs, &AbstractDownloadSourceInfo::customData);
+    fields.value(u"flags"_qs, &AbstractDownloadSourceInfo::flags);
+};
 
 } // namespace
 
 QVariantHash toVariantHash(const AbstractDownloadSourceInfo &source)
 {
-    VariantFieldsWriter fields;
-    describe(fields, source);
-    return fields.takeHash();
+    return encodedRecord(source, recordFields);
 }
 
 AbstractDownloadSourceInfo toDownloadSourceInfo(const QVariantHash &hash)
 {
-    AbstractDownloadSourceInfo source;
-    VariantFieldsReader fields(hash);
-    describe(fields, source);
-    return source;
+    return decodedRecord<AbstractDownloadSourceInfo>(hash, recordFields);
 }

@@ -1,42 +1,36 @@
 #include "abstractlivedownloadruntimeinfo.h"
 
-#include "variantfieldsreader.h"
-#include "variantfieldswriter.h"
+#include "variantrecordcodec.h"
 
 namespace {
 
-template <typename Fields> void describe(Fields &fields, auto &info)
-{
-    fields.value(u"downloadSpeed"_qs, info.downloadSpeed);
-    fields.value(u"uploadSpeed"_qs, info.uploadSpeed);
-    fields.value(u"payloadDownloadSpeed"_qs, info.payloadDownloadSpeed);
-    fields.value(u"payloadUploadSpeed"_qs, info.payloadUploadSpeed);
-    fields.value(u"running"_qs, info.running);
-    fields.value(u"stopping"_qs, info.stopping);
-    fields.value(u"tasks"_qs, info.tasks);
-    fields.value(u"tasksProgress"_qs, info.tasksProgress);
+constexpr auto recordFields = [](auto &fields) {
+    fields.value(u"downloadSpeed"_qs, &AbstractLiveDownloadRunTimeInfo::downloadSpeed);
+    fields.value(u"uploadSpeed"_qs, &AbstractLiveDownloadRunTimeInfo::uploadSpeed);
+    fields.value(u"payloadDownloadSpeed"_qs,
+                 &AbstractLiveDownloadRunTimeInfo::payloadDownloadSpeed);
+    fields.value(u"payloadUploadSpeed"_qs, &AbstractLiveDownloadRunTimeInfo::payloadUploadSpeed);
+    fields.value(u"running"_qs, &AbstractLiveDownloadRunTimeInfo::running);
+    fields.value(u"stopping"_qs, &AbstractLiveDownloadRunTimeInfo::stopping);
+    fields.value(u"tasks"_qs, &AbstractLiveDownloadRunTimeInfo::tasks);
+    fields.value(u"tasksProgress"_qs, &AbstractLiveDownloadRunTimeInfo::tasksProgress);
     fields.value(
-        u"connections"_qs, info.connections,
+        u"connections"_qs, &AbstractLiveDownloadRunTimeInfo::connections,
         [](const QtConnectionsMap &connections) { return toVariant(connections); },
         toConnectionsMap);
-    fields.value(u"details"_qs, info.details);
-}
+    fields.value(u"details"_qs, &AbstractLiveDownloadRunTimeInfo::details);
+};
 
 } // namespace
 
 QVariantHash toVariantHash(const AbstractLiveDownloadRunTimeInfo &info)
 {
-    VariantFieldsWriter fields;
-    describe(fields, info);
-    return fields.takeHash();
+    return encodedRecord(info, recordFields);
 }
 
 AbstractLiveDownloadRunTimeInfo toLiveDownloadRunTimeInfo(const QVariantHash &hash)
 {
-    AbstractLiveDownloadRunTimeInfo info;
-    VariantFieldsReader fields(hash);
-    describe(fields, info);
-    return info;
+    return decodedRecord<AbstractLiveDownloadRunTimeInfo>(hash, recordFields);
 }
 
 QList<int> toDownloadTasksProgress(const QVariantList &list)

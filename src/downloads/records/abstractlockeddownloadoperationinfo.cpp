@@ -1,32 +1,26 @@
 #include "abstractlockeddownloadoperationinfo.h"
 
-#include "variantfieldsreader.h"
-#include "variantfieldswriter.h"
+#include "variantrecordcodec.h"
 
 namespace {
 
-template <typename Fields> void describe(Fields &fields, auto &operation)
-{
-    fields.value(u"running"_qs, operation.running);
-    fields.value(u"currentProgress"_qs, operation.currentProgress);
-    fields.value(u"totalProgress"_qs, operation.totalProgress);
-    fields.record(u"error"_qs, operation.error, abstractErrorFromContainer<QVariantHash>);
-    fields.value(u"errorTime"_qs, operation.errorTime);
-}
+constexpr auto recordFields = [](auto &fields) {
+    fields.value(u"running"_qs, &AbstractLockedDownloadOperationInfo::running);
+    fields.value(u"currentProgress"_qs, &AbstractLockedDownloadOperationInfo::currentProgress);
+    fields.value(u"totalProgress"_qs, &AbstractLockedDownloadOperationInfo::totalProgress);
+    fields.record(u"error"_qs, &AbstractLockedDownloadOperationInfo::error,
+                  abstractErrorFromContainer<QVariantHash>);
+    fields.value(u"errorTime"_qs, &AbstractLockedDownloadOperationInfo::errorTime);
+};
 
 } // namespace
 
 QVariantHash toVariantHash(const AbstractLockedDownloadOperationInfo &operation)
 {
-    VariantFieldsWriter fields;
-    describe(fields, operation);
-    return fields.takeHash();
+    return encodedRecord(operation, recordFields);
 }
 
 AbstractLockedDownloadOperationInfo toLockedDownloadOperationInfo(const QVariantHash &hash)
 {
-    AbstractLockedDownloadOperationInfo operation;
-    VariantFieldsReader fields(hash);
-    describe(fields, operation);
-    return operation;
+    return decodedRecord<AbstractLockedDownloadOperationInfo>(hash, recordFields);
 }

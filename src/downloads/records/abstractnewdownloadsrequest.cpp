@@ -1,7 +1,6 @@
 #include "abstractnewdownloadsrequest.h"
 
-#include "variantfieldsreader.h"
-#include "variantfieldswriter.h"
+#include "variantrecordcodec.h"
 
 #include <QByteArray>
 
@@ -26,29 +25,26 @@ QByteArray toBytes(const QBitArray &bits)
     return bytes;
 }
 
-template <typename Fields> void describe(Fields &fields, auto &request)
-{
-    fields.value(u"downloads"_qs, request.downloads, encodeDownloads, decodeDownloads);
-    fields.value(u"selectedDownloads"_qs, request.selectedDownloads, toBytes, toBitArray);
-    fields.value(u"flags"_qs, request.flags);
-    fields.value(u"source"_qs, request.source);
-    fields.value(u"preferredDownloadType"_qs, request.preferredDownloadType);
-}
+constexpr auto recordFields = [](auto &fields) {
+    fields.value(u"downloads"_qs, &AbstractNewDownloadsRequest::downloads, encodeDownloads,
+                 decodeDownloads);
+    fields.value(u"selectedDownloads"_qs, &AbstractNewDownloadsRequest::selectedDownloads, toBytes,
+                 toBitArray);
+    fields.value(u"flags"_qs, &AbstractNewDownloadsRequest::flags);
+    fields.value(u"source"_qs, &AbstractNewDownloadsRequest::source);
+    fields.value(u"preferredDownloadType"_qs, &AbstractNewDownloadsRequest::preferredDownloadType);
+};
 
 } // namespace
 
 QVariantHash toVariantHash(const AbstractNewDownloadsRequest &request)
 {
-    VariantFieldsWriter fields;
-    describe(fields, request);
-    return fields.takeHash();
+    return encodedRecord(request, recordFields);
 }
 
 AbstractNewDownloadsRequest toNewDownloadsRequest(const QVariantHash &hash)
 {
-    AbstractNewDownloadsRequest request;
-    VariantFieldsReader fields(hash);
-    describe(fields, request);
+    auto request = decodedRecord<AbstractNewDownloadsRequest>(hash, recordFields);
     const qsizetype known = request.selectedDownloads.size();
     const qsizetype count = request.downloads.size();
     if (count > known) {

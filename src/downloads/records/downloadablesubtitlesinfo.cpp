@@ -1,33 +1,25 @@
 #include "downloadablesubtitlesinfo.h"
 
-#include "variantfieldsreader.h"
-#include "variantfieldswriter.h"
+#include "variantrecordcodec.h"
 
 namespace {
 
-template <typename Fields> void describe(Fields &fields, auto &subtitles)
-{
-    fields.value(u"languageCode"_qs, subtitles.languageCode);
-    fields.value(u"languageName"_qs, subtitles.languageName);
-    fields.value(u"url"_qs, subtitles.url);
-}
+constexpr auto recordFields = [](auto &fields) {
+    fields.value(u"languageCode"_qs, &DownloadableSubtitlesInfo::languageCode);
+    fields.value(u"languageName"_qs, &DownloadableSubtitlesInfo::languageName);
+    fields.value(u"url"_qs, &DownloadableSubtitlesInfo::url);
+};
 
 } // namespace
 
 QVariant toVariant(const DownloadableSubtitlesInfo &subtitles)
 {
-    VariantFieldsWriter fields;
-    describe(fields, subtitles);
-    return fields.takeHash();
+    return encodedRecord(subtitles, recordFields);
 }
 
 DownloadableSubtitlesInfo toDownloadableSubtitlesInfo(const QVariant &variant)
 {
-    DownloadableSubtitlesInfo subtitles;
-    const QVariantHash hash = variant.toHash();
-    VariantFieldsReader fields(hash);
-    describe(fields, subtitles);
-    return subtitles;
+    return decodedRecord<DownloadableSubtitlesInfo>(variant.toHash(), recordFields);
 }
 
 QVariant toVariant(const QList<DownloadableSubtitlesInfo> &subtitles)

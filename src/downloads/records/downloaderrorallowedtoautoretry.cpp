@@ -1,32 +1,24 @@
 #include "downloaderrorallowedtoautoretry.h"
 
-#include "variantfieldsreader.h"
-#include "variantfieldswriter.h"
+#include "variantrecordcodec.h"
 
 namespace {
 
-template <typename Fields> void describe(Fields &fields, auto &error)
-{
-    fields.value(u"category"_qs, error.category);
-    fields.value(u"code"_qs, error.code);
-}
+constexpr auto recordFields = [](auto &fields) {
+    fields.value(u"category"_qs, &DownloadErrorAllowedToAutoRetry::category);
+    fields.value(u"code"_qs, &DownloadErrorAllowedToAutoRetry::code);
+};
 
 } // namespace
 
 QVariant toVariant(const DownloadErrorAllowedToAutoRetry &error)
 {
-    VariantFieldsWriter fields;
-    describe(fields, error);
-    return fields.takeHash();
+    return encodedRecord(error, recordFields);
 }
 
 DownloadErrorAllowedToAutoRetry toDownloadErrorAllowedToAutoRetry(const QVariant &variant)
 {
-    DownloadErrorAllowedToAutoRetry error;
-    const QVariantHash hash = variant.toHash();
-    VariantFieldsReader fields(hash);
-    describe(fields, error);
-    return error;
+    return decodedRecord<DownloadErrorAllowedToAutoRetry>(variant.toHash(), recordFields);
 }
 
 QVariant toVariant(const QSet<DownloadErrorAllowedToAutoRetry> &errors)

@@ -1,32 +1,24 @@
 #include "downloadstagdetails.h"
 
-#include "variantfieldsreader.h"
-#include "variantfieldswriter.h"
+#include "variantrecordcodec.h"
 
 namespace {
 
-template <typename Fields> void describe(Fields &fields, auto &details)
-{
-    fields.value(u"defaultExtensions"_qs, details.defaultExtensions);
-    fields.value(u"defaultDownloadFolder"_qs, details.defaultDownloadFolder);
-}
+constexpr auto recordFields = [](auto &fields) {
+    fields.value(u"defaultExtensions"_qs, &DownloadsTagDetails::defaultExtensions);
+    fields.value(u"defaultDownloadFolder"_qs, &DownloadsTagDetails::defaultDownloadFolder);
+};
 
 } // namespace
 
 QVariant toVariant(const DownloadsTagDetails &details)
 {
-    VariantFieldsWriter fields;
-    describe(fields, details);
-    return fields.takeHash();
+    return encodedRecord(details, recordFields);
 }
 
 DownloadsTagDetails toDownloadsTagDetails(const QVariant &variant)
 {
-    DownloadsTagDetails details;
-    const QVariantHash hash = variant.toHash();
-    VariantFieldsReader fields(hash);
-    describe(fields, details);
-    return details;
+    return decodedRecord<DownloadsTagDetails>(variant.toHash(), recordFields);
 }
 
 QVariant toVariant(const QList<DownloadsTagDetails> &details)

@@ -1,21 +1,18 @@
 #include "qtconnectionsmap.h"
 
-#include "variantfieldsreader.h"
-#include "variantfieldswriter.h"
+#include "variantrecordcodec.h"
 
 namespace {
 
-struct PeerConnections {
-    QtHostAndPort address;
+struct PeerConnections : QtHostAndPort {
     int count = 0;
 };
 
-template <typename Fields> void describe(Fields &fields, auto &peer)
-{
-    fields.value(u"host"_qs, peer.address.host);
-    fields.value(u"port"_qs, peer.address.port);
-    fields.value(u"count"_qs, peer.count);
-}
+constexpr auto recordFields = [](auto &fields) {
+    fields.value(u"host"_qs, &PeerConnections::host);
+    fields.value(u"port"_qs, &PeerConnections::port);
+    fields.value(u"count"_qs, &PeerConnections::count);
+};
 
 } // namespace
 
@@ -23,12 +20,8 @@ QVariant toVariant(const QtConnectionsMap &connections)
 {
     QVariantList list;
     list.reserve(connections.size());
-    for (auto it = connections.cbegin(); it != connections.cend(); ++it) {
-        VariantFieldsWriter fields;
-        const PeerConnections peer{it.key(), it.value()};
-        describe(fields, peer);
-        list.append(fields.takeHash());
-    }
+    for (auto it = connections.cbegin(); it != connections.cend(); ++it)
+        list.append(encodedRecord(PeerConnections{{it.key()}, it.value()}, recordFields));
     return list;
 }
 
@@ -37,11 +30,8 @@ QtConnectionsMap toConnectionsMap(const QVariant &variant)
     QtConnectionsMap map;
     const QVariantList list = variant.toList();
     for (const QVariant &element : list) {
-        const QVariantHash hash = element.toHash();
-        PeerConnections peer;
-        VariantFieldsReader fields(hash);
-        describe(fields, peer);
-        map.insert(peer.address, peer.count);
+        const auto peer = decodedRecord<PeerConnections>(element.toHash(), recordFields);
+        map.insert(peer, peer.count);
     }
     return map;
 }

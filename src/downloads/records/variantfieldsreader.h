@@ -7,68 +7,72 @@
 #include <QVariant>
 #include <QVariantHash>
 
+#include <type_traits>
+
 /// Decodes a record from a variant hash, field by field: see VariantFieldsWriter, where the meaning
 /// of each function is told. A key that is missing is read as an invalid variant, which makes the
-/// field zero or empty.
-class VariantFieldsReader {
+/// member zero or empty.
+template <typename Record> class VariantFieldsReader {
 public:
-    /// The hash must live as long as the reader.
-    explicit VariantFieldsReader(const QVariantHash &hash) : m_hash(hash) { }
-
-    template <typename T> void value(const QString &key, T &value) const
+    /// Both must live as long as the reader.
+    VariantFieldsReader(const QVariantHash &hash, Record &record) : m_hash(hash), m_record(record)
     {
-        readVariantValue(variant(key), value);
     }
 
-    template <typename T> void valueIfPresent(const QString &key, T &value) const
+    template <typename Owner, typename T> void value(const QString &key, T Owner::*member)
+    {
+        readVariantValue(variant(key), m_record.*member);
+    }
+
+    template <typename Owner, typename T> void valueIfPresent(const QString &key, T Owner::*member)
     {
         if (m_hash.contains(key))
-            readVariantValue(variant(key), value);
+            value(key, member);
     }
 
-    void numberOr(const QString &key, int &value, int fallback) const
+    template <typename Owner, typename T>
+    void numberOr(const QString &key, T Owner::*member, std::type_identity_t<T> fallback)
     {
+        static_assert(std::is_same_v<T, int> || std::is_same_v<T, qint64>);
         bool isNumber = false;
-        const int number = variant(key).toInt(&isNumber);
-        value = isNumber ? number : fallback;
+        if constexpr (std::is_same_v<T, int>)
+            m_record.*member = variant(key).toInt(&isNumber);
+        else
+            m_record.*member = variant(key).toLongLong(&isNumber);
+        if (!isNumber)
+            m_record.*member = fallback;
     }
 
-    void numberOr(const QString &key, qint64 &value, qint64 fallback) const
+    template <typename Owner, typename T> void valueUnlessZero(const QString &key, T Owner::*member)
     {
-        bool isNumber = false;
-        const qint64 number = variant(key).toLongLong(&isNumber);
-        value = isNumber ? number : fallback;
+        value(key, member);
     }
 
-    template <typename T> void valueUnlessZero(const QString &key, T &value) const
-    {
-        readVariantValue(variant(key), value);
-    }
-
-    void millisecondsIfValid(const QString &key, QDateTime &time) const
+    template <typename Owner> void millisecondsIfValid(const QString &key, QDateTime Owner::*member)
     {
         bool isNumber = false;
         const qint64 milliseconds = variant(key).toLongLong(&isNumber);
-        time = isNumber ? QDateTime::fromMSecsSinceEpoch(milliseconds, Qt::UTC) : QDateTime();
+        m_record.*member =
+            isNumber ? QDateTime::fromMSecsSinceEpoch(milliseconds, Qt::UTC) : QDateTime();
     }
 
-    template <typename T, typename Encode, typename Decode>
-    void value(const QString &key, T &value, Encode /*encode*/, Decode decode) const
+    template <typename Owner, typename T, typename Encode, typename Decode>
+    void value(const QString &key, T Owner::*member, Encode /*encode*/, Decode decode)
     {
-        value = decode(variant(key));
+        m_record.*member = decode(variant(key));
     }
 
-    template <typename T, typename Decode>
-    void record(const QString &key, T &value, Decode decode) const
+    template <typename Owner, typename T, typename Decode>
+    void record(const QString &key, T Owner::*member, Decode decode)
     {
-        value = decode(variant(key).toHash());
+        m_record.*member = decode(variant(key).toHash());
     }
 
-    template <typename T, typename Decode>
-    void recordIfPresent(const QString &key, T &value, Decode decode) const
+    template <typename Owner, typename T, typename Decode>
+    void recordIfPresent(const QString &key, T Owner::*member, Decode decode)
     {
         if (m_hash.contains(key))
-            value = decode(variant(key).toHash());
+            record(key, member, decode);
     }
 
 private:
@@ -80,4 +84,5 @@ private:
     }
 
     const QVariantHash &m_hash;
+    Record &m_record;
 };

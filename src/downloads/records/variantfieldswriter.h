@@ -9,99 +9,95 @@
 #include <QVariantHash>
 
 #include <type_traits>
-#include <utility>
 
 /**
  * Encodes a record into a variant hash, field by field. VariantFieldsReader has the same functions
- * and decodes, so that a record names its fields once, in one function that takes either:
- *
- *     template <typename Fields> void describe(Fields &fields, auto &destination)
- *     {
- *         fields.value(u"type"_qs, destination.type);
- *         …
+ * and decodes: see variantrecordcodec.h. Every function names the key and the member.
  */
-class VariantFieldsWriter {
+template <typename Record> class VariantFieldsWriter {
 public:
-    VariantFieldsWriter() = default;
-    /// Adds to a hash that holds other fields of the record already.
-    explicit VariantFieldsWriter(QVariantHash hash) : m_hash(std::move(hash)) { }
-
-    QVariantHash takeHash() { return std::exchange(m_hash, {}); }
-
-    template <typename T> void value(const QString &key, const T &value)
+    /// Given a record that the hash holds already, only the members that differ from it are
+    /// written; else all. Everything must live as long as the writer.
+    VariantFieldsWriter(const Record &record, QVariantHash &hash, const Record *written)
+        : m_record(record), m_hash(hash), m_written(written)
     {
-        m_hash.insert(key, toVariantValue(value));
+    }
+
+    template <typename Owner, typename T> void value(const QString &key, T Owner::*member)
+    {
+        insertChanged(key, member, [](const T &value) { return toVariantValue(value); });
     }
 
     /// Keeps the record's default when the key is missing.
-    template <typename T> void valueIfPresent(const QString &key, const T &value)
+    template <typename Owner, typename T> void valueIfPresent(const QString &key, T Owner::*member)
     {
-        m_hash.insert(key, toVariantValue(value));
+        value(key, member);
     }
 
     /// Is the fallback when the key is missing or its value no number.
-    template <typename T>
-    void numberOr(const QString &key, const T &value, std::type_identity_t<T> /*fallback*/)
+    template <typename Owner, typename T>
+    void numberOr(const QString &key, T Owner::*member, std::type_identity_t<T> /*fallback*/)
     {
-        m_hash.insert(key, toVariantValue(value));
+        value(key, member);
     }
 
     /// Is not written when it is 0.
-    template <typename T> void valueUnlessZero(const QString &key, const T &value)
+    template <typename Owner, typename T> void valueUnlessZero(const QString &key, T Owner::*member)
     {
-        if (value != 0)
-            m_hash.insert(key, toVariantValue(value));
+        if (m_record.*member != 0)
+            m_hash.insert(key, toVariantValue(m_record.*member));
     }
 
     /// In milliseconds since the epoch; not written when it is invalid.
-    void millisecondsIfValid(const QString &key, const QDateTime &time)
+    template <typename Owner> void millisecondsIfValid(const QString &key, QDateTime Owner::*member)
     {
-        if (time.isValid())
-            m_hash.insert(key, time.toMSecsSinceEpoch());
+        if ((m_record.*member).isValid())
+            m_hash.insert(key, (m_record.*member).toMSecsSinceEpoch());
     }
 
     /// Of a form of its own: encode makes it something that fits into a variant, decode reads it
     /// from a variant.
-    template <typename T, typename Encode, typename Decode>
-    void value(const QString &key, const T &value, Encode encode, Decode /*decode*/)
+    template <typename Owner, typename T, typename Encode, typename Decode>
+    void value(const QString &key, T Owner::*member, Encode encode, Decode /*decode*/)
     {
-        m_hash.insert(key, QVariant(encode(value)));
+        insertChanged(key, member, encode);
     }
 
     /// A nested record; decode reads it from a variant hash.
-    template <typename T, typename Decode>
-    void record(const QString &key, const T &value, Decode /*decode*/)
+    template <typename Owner, typename T, typename Decode>
+    void record(const QString &key, T Owner::*member, Decode /*decode*/)
     {
-        m_hash.insert(key, encodedRecord(value));
+        insertChanged(key, member, [](const T &value) { return hashOf(value); });
     }
 
-    template <typename T, typename Decode>
-    void recordIfPresent(const QString &key, const T &value, Decode /*decode*/)
+    template <typename Owner, typename T, typename Decode>
+    void recordIfPresent(const QString &key, T Owner::*member, Decode decode)
     {
-        m_hash.insert(key, encodedRecord(value));
+        record(key, member, decode);
     }
 
 private:
-    /// Most nested records of a download say nothing. They share one encoded form, since a hash of
-    /// its own costs a few KiB however small it is.
-    template <typename T> static QVariantHash encodedRecord(const T &value)
+    template <typename Owner, typename T, typename Encode>
+    void insertChanged(const QString &key, T Owner::*member, Encode encode)
     {
-        static const T nothing{};
-        static const QVariantHash encodedNothing = encodedAnew(nothing);
-        return value == nothing ? encodedNothing : encodedAnew(value);
+        const T &value = m_record.*member;
+        if (!m_written || !(value == m_written->*member))
+            m_hash.insert(key, QVariant(encode(value)));
     }
 
-    template <typename T> static QVariantHash encodedAnew(const T &value)
+    template <typename T> static QVariantHash hashOf(const T &value)
     {
         if constexpr (requires { value.toVariantHash(); })
             return value.toVariantHash();
         else
             return toVariantHash(value);
     }
-    static QVariantHash encodedAnew(const AbstractError &error)
+    static QVariantHash hashOf(const AbstractError &error)
     {
         return toContainer<QVariantHash>(error);
     }
 
-    QVariantHash m_hash;
+    const Record &m_record;
+    QVariantHash &m_hash;
+    const Record *const m_written;
 };
