@@ -2,12 +2,10 @@
 
 #include "qtabstractmodule.h"
 
-#include <QList>
 #include <QSharedPointer>
 #include <QString>
 
 #include <memory>
-#include <utility>
 
 class AppClientModule;
 class AppLocalizationManager;
@@ -36,8 +34,7 @@ public:
 private:
     void bringUp();
     void takeDown();
-    void connectLocaleChanges();
-    void startReading();
+    void followLocaleSetting();
 
     QSharedPointer<AppLocalizationManager> m_localizationManager;
     QSharedPointer<ConsoleMessagesReceiver> m_receiver;
@@ -47,6 +44,6 @@ private:
     QSharedPointer<WebExtensionSettingsManager> m_settingsManager;
     const QSharedPointer<QtAppDelayedShutdownManager> m_delayedShutdownManager;
     const QSharedPointer<AppClientModule> m_appClientModule;
-    /// Name of the locale that was loaded last; empty before.
+    /// The locale that was loaded last, as installed; empty before.
     QString m_loadedLocale;
 };

@@ -7,13 +7,18 @@
 #include "keystatewatcher.h"
 #include "pmxjsonserializeobject.h"
 #include "pmxkovbhipcbrowserproxytaskprocessor.h"
+#include "pmxkovbhipccreatedownloadstaskprocessor.h"
 #include "pmxkovbhipchandshaketaskprocessor.h"
 #include "pmxkovbhipckeystatetaskprocessor.h"
 #include "pmxkovbhipckovjsontaskprocessor.h"
+#include "pmxkovbhipcpostsettingstaskprocessor.h"
+#include "pmxkovbhipcquerysettingstaskprocessor.h"
 #include "pmxkovbhipcuistringstaskprocessor.h"
 #include "pmxtaskresponses.h"
 #include "qtappdelayedshutdownmanager.h"
 #include "qtobjectfactory.h"
+#include "wbeincomingdownloadsprocessor.h"
+#include "webextensionsettingsmanager.h"
 
 #include <utility>
 
@@ -32,6 +37,7 @@ WeNativeHostTasksProcessor::WeNativeHostTasksProcessor(
     : QObject(parent), m_delayedShutdownManager(std::move(delayedShutdownManager)),
       m_receiver(std::move(receiver)), m_sender(std::move(sender)),
       m_settingsManager(std::move(settingsManager)), m_appClientModule(std::move(appClientModule)),
+      m_incomingDownloads(qtCreateObject<WbeIncomingDownloadsProcessor>(m_appClientModule)),
       m_keyStateWatcher(qtCreateObject<KeyStateWatcher>(watchedKeyCode))
 {
     if (const auto strongReceiver = m_receiver.toStrongRef())
@@ -81,8 +87,16 @@ void WeNativeHostTasksProcessor::registerProcessors()
                       std::make_unique<pmxKovBhIpcHandshakeTaskProcessor>(m_receiver, m_sender));
     registerProcessor(kov_ipc_task_ui_strings,
                       std::make_unique<pmxKovBhIpcUiStringsTaskProcessor>());
+    registerProcessor(
+        kov_ipc_task_query_settings,
+        std::make_unique<pmxKovBhIpcQuerySettingsTaskProcessor>(m_settingsManager, m_sender));
     registerProcessor(kov_ipc_task_browser_proxy,
                       std::make_unique<pmxKovBhIpcBrowserProxyTaskProcessor>());
+    registerProcessor(kov_ipc_task_post_settings,
+                      std::make_unique<pmxKovBhIpcPostSettingsTaskProcessor>(m_settingsManager));
+    registerProcessor(kov_ipc_task_create_downloads,
+                      std::make_unique<pmxKovBhIpcCreateDownloadsTaskProcessor>(
+                          m_settingsManager, m_incomingDownloads, m_keyStateWatcher));
     registerProcessor(kov_ipc_task_kov_json_task,
                       std::make_unique<pmxKovBhIpcKovJsonTaskProcessor>(
                           m_appClientModule->jsonRequestsManager()));

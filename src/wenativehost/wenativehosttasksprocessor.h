@@ -16,6 +16,7 @@ class ConsoleMessagesReceiver;
 class ConsoleMessagesSender;
 class KeyStateWatcher;
 class QtAppDelayedShutdownManager;
+class WbeIncomingDownloadsProcessor;
 class WebExtensionSettingsManager;
 
 /**
@@ -55,6 +56,7 @@ private:
     const QWeakPointer<ConsoleMessagesSender> m_sender;
     const QSharedPointer<WebExtensionSettingsManager> m_settingsManager;
     const QSharedPointer<AppClientModule> m_appClientModule;
+    const QSharedPointer<WbeIncomingDownloadsProcessor> m_incomingDownloads;
     const QSharedPointer<KeyStateWatcher> m_keyStateWatcher;
     std::map<kov_ipc_task_type, std::unique_ptr<pmxKovBhIpcTaskProcessor>> m_processors;
 };

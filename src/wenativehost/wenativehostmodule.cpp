@@ -1,0 +1,134 @@
+#include "wenativehostmodule.h"
+
+#include "appclientmodule.h"
+#include "appclientsettingsinitializer.h"
+#include "applocalizationmanager.h"
+#include "appsettings.h"
+#include "consolemessagesreceiver.h"
+#include "consolemessagessender.h"
+#include "qtappabstractsettingsmanager.h"
+#include "qtappdelayedshutdownmanager.h"
+#include "qtobjectfactory.h"
+#include "readconsolethread.h"
+#include "webextensionsettingsmanager.h"
+#include "wenativehosttasksprocessor.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+#include <QLoggingCategory>
+
+#include <algorithm>
+
+namespace {
+
+/// Given by browsers that do not frame messages as the others do: lengths are texts then.
+QString textLengthSwitch() { return QStringLiteral("--buggybrowser"); }
+
+/// Qt's own messages are no business of whoever reads this program's log.
+void silenceQt()
+{
+    QLoggingCategory *const category = QLoggingCategory::defaultCategory();
+    for (const QtMsgType type : {QtDebugMsg, QtWarningMsg, QtCriticalMsg, QtFatalMsg})
+        category->setEnabled(type, false);
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.network.ssl.warning=false"));
+}
+
+} // namespace
+
+WeNativeHostModule::WeNativeHostModule(
+    QSharedPointer<QtAppDelayedShutdownManager> delayedShutdownManager,
+    QSharedPointer<AppClientModule> appClientModule, QObject *parent)
+    : QtAbstractModule(parent), m_delayedShutdownManager(std::move(delayedShutdownManager)),
+      m_appClientModule(std::move(appClientModule))
+{
+}
+
+WeNativeHostModule::~WeNativeHostModule() { takeDown(); }
+
+void WeNativeHostModule::initialize(bool init)
+{
+    setInitializeRunning(true, init);
+    if (init)
+        bringUp();
+    else
+        takeDown();
+    setInitializeRunning(false, init);
+}
+
+void WeNativeHostModule::bringUp()
+{
+    silenceQt();
+    m_localizationManager = qtCreateObject<AppLocalizationManager>();
+    loadLocalization();
+    followLocaleSetting();
+
+    m_receiver = qtCreateObject<ConsoleMessagesReceiver>();
+    if (QCoreApplication::arguments().contains(textLengthSwitch()))
+        m_receiver->enableFlags(ConsoleMessagesReceiver::TextLength, true);
+    connect(m_receiver.data(), &ConsoleMessagesReceiver::finished, m_delayedShutdownManager.data(),
+            &QtAppDelayedShutdownManager::shutdownAppViaConnection);
+    m_readThread = std::make_unique<ReadConsoleThread>();
+    m_readThread->setObjectName(QStringLiteral("Read console thread"));
+    m_readThread->start(QThread::InheritPriority);
+    m_receiver->moveToThread(m_readThread.get());
+
+    m_sender = qtCreateObject<ConsoleMessagesSender>();
+    m_settingsManager = qtCreateObject<WebExtensionSettingsManager>(m_appClientModule);
+    m_tasksProcessor = qtCreateObject<WeNativeHostTasksProcessor>(
+        m_delayedShutdownManager, m_receiver.toWeakRef(), m_sender.toWeakRef(), m_settingsManager,
+        m_appClientModule);
+    m_receiver->start();
+}
+
+void WeNativeHostModule::takeDown()
+{
+    m_tasksProcessor.reset();
+    m_settingsManager.reset();
+    m_sender.reset();
+    if (m_readThread)
+        m_readThread->stop();
+    m_readThread.reset();
+    m_receiver.reset();
+    m_localizationManager.reset();
+}
+
+void WeNativeHostModule::loadLocalization()
+{
+    if (!m_localizationManager)
+        return;
+    const QString name =
+        m_appClientModule->settingsManager()->value(toString(AppSettings::LocaleName));
+    QLocale wanted(QLocale::English);
+    if (!name.isEmpty())
+        wanted = QLocale(name);
+    else if (m_localizationManager->isTranslationInstalled(QLocale::system()))
+        wanted = QLocale::system();
+    else if (m_loadedLocale.isEmpty())
+        return;
+
+    const QString installed = m_localizationManager->findInstalledTranslation(wanted);
+    const QString chosen = installed.isEmpty() ? wanted.name() : installed;
+    if (chosen == m_loadedLocale)
+        return;
+    m_loadedLocale = chosen;
+    m_localizationManager->load(wanted);
+}
+
+// At start-up the settings are rarely known: the application sends them when it is connected to.
+void WeNativeHostModule::followLocaleSetting()
+{
+    using Settings = QtAppAbstractSettingsManager;
+    connect(m_appClientModule->settingsInitializer().data(),
+            &AppClientSettingsInitializer::settingsInitialized, this,
+            &WeNativeHostModule::loadLocalization);
+    const Settings *const settings = m_appClientModule->settingsManager().data();
+    connect(settings, &Settings::allValuesChanged, this, &WeNativeHostModule::loadLocalization);
+    connect(settings, &Settings::settingsResetToDefaults, this,
+            &WeNativeHostModule::loadLocalization);
+    connect(settings, &Settings::valuesChanged, this, [this](const Settings::ValuesList &changed) {
+        const QString key = toString(AppSettings::LocaleName);
+        if (std::any_of(changed.cbegin(), changed.cend(),
+                        [&key](const auto &pair) { return pair.first == key; }))
+            loadLocalization();
+    });
+}
