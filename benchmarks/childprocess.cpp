@@ -1,0 +1,109 @@
+#include "childprocess.h"
+
+#include <QFile>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+void require(bool ok, const char *what)
+{
+    if (ok)
+        return;
+    std::fprintf(stderr, "%s: %s\n", what, std::strerror(errno));
+    std::exit(1);
+}
+
+} // namespace
+
+ChildProcess::ChildProcess(const QString &program)
+{
+    std::array<int, 2> in = {};
+    std::array<int, 2> out = {};
+    require(::pipe2(in.data(), O_CLOEXEC) == 0 && ::pipe2(out.data(), O_CLOEXEC) == 0, "pipe");
+    posix_spawn_file_actions_t actions = {};
+    ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawn_file_actions_adddup2(&actions, in[0], STDIN_FILENO);
+    ::posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
+    QByteArray path = QFile::encodeName(program);
+    std::array<char *, 2> arguments = {path.data(), nullptr};
+    errno = ::posix_spawn(&m_pid, path.constData(), &actions, nullptr, arguments.data(), environ);
+    require(errno == 0, path.constData());
+    ::posix_spawn_file_actions_destroy(&actions);
+    ::close(in[0]);
+    ::close(out[1]);
+    m_input = in[1];
+    m_output = out[0];
+}
+
+ChildProcess::~ChildProcess()
+{
+    if (m_pid > 0)
+        finish();
+}
+
+void ChildProcess::write(const QByteArray &bytes)
+{
+    require(::write(m_input, bytes.constData(), static_cast<size_t>(bytes.size()))
+                == static_cast<ssize_t>(bytes.size()),
+            "write");
+}
+
+QByteArray ChildProcess::read(qsizetype size)
+{
+    QByteArray bytes(size, Qt::Uninitialized);
+    qsizetype got = 0;
+    while (got < size) {
+        const ssize_t count = ::read(m_output, bytes.data() + got, static_cast<size_t>(size - got));
+        require(count > 0, "read");
+        got += count;
+    }
+    return bytes;
+}
+
+void ChildProcess::exchange(const QByteArray &bytes, qsizetype answerSize)
+{
+    require(::fcntl(m_input, F_SETFL, O_NONBLOCK) == 0, "fcntl");
+    std::array<char, 65536> answers;
+    qsizetype written = 0;
+    qsizetype got = 0;
+    while (got < answerSize) {
+        std::array<pollfd, 2> ends = {pollfd{m_output, POLLIN, 0}, pollfd{m_input, POLLOUT, 0}};
+        require(::poll(ends.data(), written < bytes.size() ? 2 : 1, -1) > 0, "poll");
+        if (ends[0].revents != 0) {
+            const ssize_t count = ::read(m_output, answers.data(), answers.size());
+            require(count > 0, "read");
+            got += count;
+        }
+        if (ends[1].revents != 0) {
+            const ssize_t count = ::write(m_input, bytes.constData() + written,
+                                          static_cast<size_t>(bytes.size() - written));
+            require(count >= 0 || errno == EAGAIN, "write");
+            written += std::max<ssize_t>(count, 0);
+        }
+    }
+    require(::fcntl(m_input, F_SETFL, 0) == 0, "fcntl");
+}
+
+ChildUsage ChildProcess::finish()
+{
+    ::close(m_input);
+    int status = 0;
+    rusage usage = {};
+    require(::wait4(m_pid, &status, 0, &usage) == m_pid, "wait");
+    ::close(m_output);
+    m_pid = -1;
+    return {WIFEXITED(status) && WEXITSTATUS(status) == 0, usage.ru_maxrss};
+}
