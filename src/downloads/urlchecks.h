@@ -20,5 +20,6 @@ bool isDownloadableByCurl(const QUrl &url);
 QUrl appendQuery(const QUrl &url, const QString &query, QUrl::ParsingMode mode);
 
 /// Whether the URL's host is rootHost or below it, ignoring case: "a.example.org" is below
-/// "example.org", "badexample.org" is not.
+/// "example.org", "badexample.org" is not. rootHost is spelt as QUrl::host() spells it, which
+/// decodes international names only where it holds the domain's registry trustworthy.
 bool isRootHostEqualTo(const QUrl &url, const QString &rootHost);
