@@ -4,6 +4,8 @@
 
 bool isBusyError(const QSqlError &error)
 {
+    if (!error.isValid())
+        return false;
     // SQLITE_BUSY and the extended codes that have it as their lowest byte, but for
     // SQLITE_BUSY_SNAPSHOT, which lasts as long as the transaction
     // (https://sqlite.org/rescode.html).

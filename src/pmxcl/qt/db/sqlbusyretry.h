@@ -22,9 +22,12 @@ bool isBusyError(const QSqlError &error);
 /// Returns the last error; invalid on success.
 template <typename Step> QSqlError retryWhileBusy(Step step)
 {
-    const QDeadlineTimer deadline(sqlBusyRetryTime);
     QSqlError error = step();
-    while (isBusyError(error) && !deadline.hasExpired())
+    if (!isBusyError(error))
+        return error;
+    const QDeadlineTimer deadline(sqlBusyRetryTime);
+    do
         error = step();
+    while (isBusyError(error) && !deadline.hasExpired());
     return error;
 }

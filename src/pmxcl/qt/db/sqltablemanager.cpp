@@ -21,8 +21,10 @@ QStringList SqlTableManager::tableColumns(AbstractSqlDatabaseManager &db, const 
 {
     QStringList names;
     const std::lock_guard locker(db);
-    QSqlQuery query =
-        executed(db, QStringLiteral("PRAGMA table_info(%1)").arg(tableName), {}, error);
+    QSqlQuery query = preparedQuery(db, QStringLiteral("PRAGMA table_info(%1)").arg(tableName));
+    const QSqlError failure = executeQuery(db, query, {});
+    if (error)
+        *error = failure;
     while (query.isActive() && query.next())
         names += query.value(QStringLiteral("name")).toString();
     return names;
@@ -106,7 +108,9 @@ QSqlQuery SqlTableManager::tableIterator(const QStringList &columns, const QStri
     if (!condition.isEmpty())
         sql += QStringLiteral(" WHERE %1").arg(condition);
     const std::lock_guard locker(*m_db);
-    return executed(*m_db, sql, {}, &m_lastError);
+    QSqlQuery query = preparedQuery(*m_db, sql);
+    m_lastError = executeQuery(*m_db, query, {});
+    return query;
 }
 
 bool SqlTableManager::beginTransaction()
@@ -114,6 +118,7 @@ bool SqlTableManager::beginTransaction()
     m_db->lock();
     QSqlDatabase db = m_db->database();
     if (db.transaction()) {
+        m_inTransaction = true;
         clearLastError();
         return true;
     }
@@ -124,6 +129,8 @@ bool SqlTableManager::beginTransaction()
 
 bool SqlTableManager::endTransaction(bool commit)
 {
+    m_inTransaction = false;
+    m_transactionQuery = QSqlQuery();
     QSqlDatabase db = m_db->database();
     const QSqlError error = retryWhileBusy([&db, commit] {
         return (commit ? db.commit() : db.rollback()) ? QSqlError() : db.lastError();
@@ -152,7 +159,13 @@ void SqlTableManager::clearLastError() { setLastError(QSqlError()); }
 bool SqlTableManager::execute(const QString &sql, const Bindings &bindings)
 {
     const std::lock_guard locker(*m_db);
-    return executed(*m_db, sql, bindings, &m_lastError).isActive();
+    QSqlQuery query = m_inTransaction && m_transactionQuery.lastQuery() == sql
+        ? std::move(m_transactionQuery)
+        : preparedQuery(*m_db, sql);
+    m_lastError = executeQuery(*m_db, query, bindings);
+    if (m_inTransaction && !m_lastError.isValid())
+        m_transactionQuery = std::move(query);
+    return !m_lastError.isValid();
 }
 
 bool SqlTableManager::change(const QString &sql, const Bindings &bindings)
@@ -164,22 +177,21 @@ bool SqlTableManager::change(const QString &sql, const Bindings &bindings)
     return changed;
 }
 
-QSqlQuery SqlTableManager::executed(AbstractSqlDatabaseManager &db, const QString &sql,
-                                    const Bindings &bindings, QSqlError *error)
+QSqlQuery SqlTableManager::preparedQuery(AbstractSqlDatabaseManager &db, const QString &sql)
 {
-    QSqlError failure;
-    QSqlQuery query;
-    if (!db.databaseOpened()) {
-        failure = db.database().lastError();
-    } else {
-        query = db.createQuery(sql);
-        query.setForwardOnly(true);
-        for (const auto &[column, value] : bindings)
-            query.bindValue(u':' + column, value);
-        if (!AbstractSqlDatabaseManager::executeQuery(query))
-            failure = query.lastError();
-    }
-    if (error)
-        *error = failure;
+    if (!db.databaseOpened())
+        return QSqlQuery();
+    QSqlQuery query = db.createQuery(sql);
+    query.setForwardOnly(true);
     return query;
+}
+
+QSqlError SqlTableManager::executeQuery(AbstractSqlDatabaseManager &db, QSqlQuery &query,
+                                        const Bindings &bindings)
+{
+    if (!db.databaseOpened())
+        return db.database().lastError();
+    for (const auto &[column, value] : bindings)
+        query.bindValue(u':' + column, value);
+    return AbstractSqlDatabaseManager::executeQuery(query) ? QSqlError() : query.lastError();
 }

@@ -72,11 +72,16 @@ private:
     bool execute(const QString &sql, const Bindings &bindings = {});
     /// Executes what changes rows, and tells the database's listeners.
     bool change(const QString &sql, const Bindings &bindings);
-    /// Active when it went well. Called under the database's lock.
-    static QSqlQuery executed(AbstractSqlDatabaseManager &db, const QString &sql,
-                              const Bindings &bindings, QSqlError *error);
+    // They are called under the database's lock, and tell of a database that is not open.
+    static QSqlQuery preparedQuery(AbstractSqlDatabaseManager &db, const QString &sql);
+    static QSqlError executeQuery(AbstractSqlDatabaseManager &db, QSqlQuery &query,
+                                  const Bindings &bindings);
 
     const QSharedPointer<AbstractSqlDatabaseManager> m_db;
     const QString m_tableName;
+    // Guarded by the database's lock.
     QSqlError m_lastError;
+    bool m_inTransaction = false;
+    /// The transaction's last statement: preparing one costs more than executing it.
+    QSqlQuery m_transactionQuery;
 };

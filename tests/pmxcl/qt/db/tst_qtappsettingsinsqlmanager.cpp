@@ -25,6 +25,7 @@ private Q_SLOTS:
     void faults_data();
     void faults();
     void diskFillsUpAndEmpties();
+    void refusedValue();
 
 private:
     QSharedPointer<MultiThreadedSqlDatabaseManager> database() const;
@@ -273,6 +274,35 @@ void TestQtAppSettingsInSqlManager::diskFillsUpAndEmpties()
         settings.setValue(u"b"_qs, QString::number(round));
         QCOMPARE(stored(), settings.allValues());
     }
+}
+
+/// The others of the same change are stored, and so is it when it is no longer refused.
+void TestQtAppSettingsInSqlManager::refusedValue()
+{
+    const LogCapture log;
+    const auto db = database();
+    QtAppSettingsInSqlManager settings(db);
+    const auto run = [&db](const QString &sql) { return db->createQuery(sql).exec(); };
+    QVERIFY(run(u"CREATE TRIGGER t BEFORE INSERT ON Settings WHEN NEW.Value = 'bad' "
+                "BEGIN SELECT RAISE(ABORT, 'refused'); END"_qs));
+    QtAppAbstractSettingsManager::ValuesList values{{u"bad"_qs, u"bad"_qs}};
+    for (int i = 0; i < 20; ++i)
+        values.emplace_back(QString::number(i), u"good"_qs);
+    settings.setValues(values, {});
+    settings.setValue(u"0"_qs, u"better"_qs);
+    Values expected = settings.allValues();
+    QCOMPARE(expected.take(u"bad"_qs), u"bad");
+    QCOMPARE(stored(), expected);
+    QCOMPARE(log.texts().filter(u"refused"_qs).size(), 1);
+    QVERIFY(log.texts()
+                .filter(u"ASSERTION"_qs)
+                .value(0)
+                .startsWith(u"ASSERTION FAILED: m_table->write(p.first, p.second), "
+                            "../../src/pmxcl/qt/db/qtappsettingsinsqlmanager,"));
+
+    QVERIFY(run(u"DROP TRIGGER t"_qs));
+    settings.setValue(u"0"_qs, u"best"_qs);
+    QCOMPARE(stored(), settings.allValues());
 }
 
 QTEST_GUILESS_MAIN(TestQtAppSettingsInSqlManager)
