@@ -16,7 +16,7 @@ template <typename T> void qtTrackObject(T *object)
 /// Makes a long-lived object, without a parent, and registers it with the objects tracker.
 template <typename T, typename... Args> QSharedPointer<T> qtCreateObject(Args &&...args)
 {
-    const auto object = QSharedPointer<T>::create(std::forward<Args>(args)...);
+    auto object = QSharedPointer<T>::create(std::forward<Args>(args)...);
     qtTrackObject(object.data());
     return object;
 }

@@ -35,13 +35,14 @@ void QtQObjectsTracker::registerObject(QObject *object, const char *className)
     }
     // Direct: objects die on their own threads, and the entry must be gone before the address is
     // used again.
-    connect(
-        object, &QObject::destroyed, this,
-        [this](QObject *destroyed) {
-            const QMutexLocker locker(&m_mutex);
-            m_alive.remove(destroyed);
-        },
-        Qt::DirectConnection);
+    connect(object, &QObject::destroyed, this, &QtQObjectsTracker::forgetObject,
+            Qt::DirectConnection);
+}
+
+void QtQObjectsTracker::forgetObject(const QObject *object)
+{
+    const QMutexLocker locker(&m_mutex);
+    m_alive.remove(object);
 }
 
 QStringList QtQObjectsTracker::aliveObjects() const

@@ -25,6 +25,8 @@ public:
     QStringList aliveObjects() const;
 
 private:
+    void forgetObject(const QObject *object);
+
     mutable QMutex m_mutex;
     QHash<const QObject *, QString> m_alive;
 };

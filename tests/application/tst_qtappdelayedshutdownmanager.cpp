@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
@@ -130,8 +131,8 @@ void TestQtAppDelayedShutdownManager::holderOfTheLastMoment()
 {
     // Who hears of the request may still ask for time.
     QObject holder;
-    connect(m_manager.get(), &QtAppDelayedShutdownManager::shutdownRequested, this,
-            [&] { m_manager->registerObject(&holder, true); });
+    connect(m_manager.get(), &QtAppDelayedShutdownManager::shutdownRequested, &holder,
+            [this, late = &holder] { m_manager->registerObject(late, true); });
     QVERIFY(leavesLoop([&] {
         m_manager->shutdownApp(QString());
         QCOMPARE(m_signals, QStringList{QStringLiteral("requested")});

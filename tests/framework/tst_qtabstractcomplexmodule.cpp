@@ -308,7 +308,7 @@ void TestQtAbstractComplexModule::overrideMayContinueLater()
     // The parent's word about a child's end, not the child's signal, continues the pass.
     class Patient : public Tree {
     public:
-        void goOn() { QtAbstractComplexModule::onModuleInitializeRunning(false, true); }
+        void goOn() { Tree::onModuleInitializeRunning(false, true); }
 
     protected:
         void onModuleInitializeRunning(bool, bool) override { }

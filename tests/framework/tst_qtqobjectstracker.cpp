@@ -5,7 +5,9 @@
 
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -62,6 +64,7 @@ void TestQtQObjectsTracker::objectsOfManyThreads()
     const QtQObjectsTracker tracker;
     UniqueInt64IdGen ids;
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int thread = 0; thread < 4; ++thread)
         threads.emplace_back([&ids] {
             for (int i = 0; i < 500; ++i) {

@@ -65,8 +65,8 @@ QByteArray contents(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-const QString writerSwitch = QStringLiteral("--write");
-const QString writerText = QString(200, u'x');
+const QLatin1String writerSwitch("--write");
+QString writerText() { return QString(200, u'x'); }
 constexpr int writerThreads = 3;
 constexpr int writerLines = 200;
 
@@ -74,10 +74,11 @@ int writeLines(const QString &path, qint64 rotateAtBytes)
 {
     QtAppLogger logger({.filePath = path, .rotateAtBytes = rotateAtBytes});
     std::vector<std::thread> threads;
+    threads.reserve(writerThreads);
     for (int thread = 0; thread < writerThreads; ++thread)
         threads.emplace_back([&logger] {
             for (int i = 0; i < writerLines; ++i)
-                logger.log(1, writerText);
+                logger.log(1, writerText());
         });
     for (std::thread &thread : threads)
         thread.join();
@@ -267,7 +268,8 @@ void TestQtAppLogger::linesOfThreadsAndProcessesStayWhole()
     QVERIFY(!rotated.isEmpty());
     QCOMPARE(all.size(), lines);
     for (const QByteArray &line : all)
-        QVERIFY2(line.endsWith(" 1 " + writerText.toUtf8()) && line.size() < 245, line.constData());
+        QVERIFY2(line.endsWith(" 1 " + writerText().toUtf8()) && line.size() < 245,
+                 line.constData());
 }
 
 void TestQtAppLogger::unwritableDestinationIsSilent_data()
