@@ -70,7 +70,7 @@ test('malformed bodies are answered as tasks of no known type', async () => {
 
 test('a length in digits may follow a line break, and its end of input is a 0 or no number', async () => {
     const task = '{"id":"1","type":"window"}';
-    for (const [input, answers] of [[`\r\n26 ${task}\r\n\t +26 ${task}`, 2], ['0 ' + `26 ${task}`, 0],
+    for (const [input, answers] of [[`\r\n26 ${task}\r\n\t+26 ${task}`, 2], ['0 ' + `26 ${task}`, 0],
                                     [`x26 ${task}`, 0], [` 26 ${task}`, 0], [`26x ${task}`, 1]]) {
         const host = start({ args: ['--buggybrowser'] });
         host.write(input);

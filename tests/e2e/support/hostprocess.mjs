@@ -82,7 +82,7 @@ export class HostProcess {
 
     /** Sends a task, which gets an id if it has none, and takes the next message as its answer. */
     ask(task) {
-        this.send({ id: String(++this.#lastId), ...task });
+        this.send({ ...task, id: task.id ?? String(++this.#lastId) });
         return this.receive();
     }
 

@@ -20,7 +20,7 @@ export function hostStarter() {
         for (const host of started)
             host.kill();
         await Promise.all(started.map(host => host.ended));
-        sandbox.remove();
+        sandbox?.remove();
     });
     return options => {
         const host = new HostProcess(sandbox, options);
