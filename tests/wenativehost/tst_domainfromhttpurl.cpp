@@ -69,7 +69,7 @@ void TestDomainFromHttpUrl::asTheExpressionSays()
     const std::string alphabet = "/////:?#aBcd\n\r";
     std::mt19937 random(20240817);
     int found = 0;
-    for (int i = 0; i < 100'000; ++i) {
+    for (int i = 0; i < 40'000; ++i) {
         std::string url(random() % 13, '\0');
         for (char &c : url)
             c = alphabet[random() % alphabet.size()];
@@ -82,7 +82,7 @@ void TestDomainFromHttpUrl::asTheExpressionSays()
         QCOMPARE(domain, expected);
         found += !expected.empty();
     }
-    QVERIFY(found > 5'000);
+    QVERIFY(found > 2'000);
 }
 
 void TestDomainFromHttpUrl::longUrls_data()

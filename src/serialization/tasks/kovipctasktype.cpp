@@ -4,7 +4,7 @@
 
 namespace {
 
-const pmxNamedValues<kov_ipc_task_type> &names()
+const pmxNamedValues<kov_ipc_task_type> &typeNames()
 {
     static const pmxNamedValues<kov_ipc_task_type> table({
         {kov_ipc_task_handshake, "handshake"},
@@ -28,16 +28,16 @@ const pmxNamedValues<kov_ipc_task_type> &names()
 
 std::string kovIpcTaskTypeName(kov_ipc_task_type type)
 {
-    const std::string *name = names().name(type);
+    const std::string *name = typeNames().name(type);
     return name ? *name : std::string();
 }
 
 std::ostream &operator<<(std::ostream &stream, kov_ipc_task_type type)
 {
-    return names().write(stream, type);
+    return typeNames().write(stream, type);
 }
 
 std::istream &operator>>(std::istream &stream, kov_ipc_task_type &type)
 {
-    return names().read(stream, type);
+    return typeNames().read(stream, type);
 }

@@ -4,7 +4,7 @@
 
 namespace {
 
-const pmxNamedValues<WindowTaskType> &names()
+const pmxNamedValues<WindowTaskType> &actionNames()
 {
     static const pmxNamedValues<WindowTaskType> table({
         {WindowTaskShow, "show"},
@@ -17,10 +17,10 @@ const pmxNamedValues<WindowTaskType> &names()
 
 std::ostream &operator<<(std::ostream &stream, WindowTaskType type)
 {
-    return names().write(stream, type);
+    return actionNames().write(stream, type);
 }
 
 std::istream &operator>>(std::istream &stream, WindowTaskType &type)
 {
-    return names().read(stream, type);
+    return actionNames().read(stream, type);
 }
