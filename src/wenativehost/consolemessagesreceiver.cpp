@@ -5,8 +5,6 @@
 #include "qtappdefaultlogger.h"
 #include "readconsolethread.h"
 
-#include <QCoreApplication>
-#include <QScopedValueRollback>
 #include <QThread>
 
 #include <new>
@@ -30,20 +28,15 @@ void ConsoleMessagesReceiver::start()
 
 void ConsoleMessagesReceiver::enableFlags(quint32 flags, bool enable)
 {
-    if (QThread::currentThread() != thread()) {
-        QMetaObject::invokeMethod(
-            this, [this, flags, enable] { enableFlags(flags, enable); }, Qt::QueuedConnection);
-        return;
-    }
     if (enable)
-        m_flags |= flags;
+        m_flags.fetch_or(flags);
     else
-        m_flags &= ~flags;
+        m_flags.fetch_and(~flags);
 }
 
 void ConsoleMessagesReceiver::receive()
 {
-    if (m_inputEnded || m_insideReceive)
+    if (m_inputEnded)
         return;
     std::optional<quint32> length;
     std::optional<QByteArray> body;
@@ -60,28 +53,20 @@ void ConsoleMessagesReceiver::receive()
         Q_EMIT finished();
         return;
     }
-    takeQueuedCalls();
     if (body)
         handleBody(std::move(*body));
     if (m_running)
         QMetaObject::invokeMethod(this, &ConsoleMessagesReceiver::start, Qt::QueuedConnection);
 }
 
-// A change of the flags that was queued while the thread was blocked holds for the frame that ended
-// the wait: its sender had the answer to the handshake when it wrote it.
-void ConsoleMessagesReceiver::takeQueuedCalls()
-{
-    const QScopedValueRollback insideReceive(m_insideReceive, true);
-    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
-}
-
 void ConsoleMessagesReceiver::handleBody(QByteArray body)
 {
+    const quint32 flags = m_flags;
     QString message;
     try {
-        if (m_flags & Base64Encoded)
+        if (flags & Base64Encoded)
             body = Base64Transport::decode(body);
-        else if (m_flags & PercentEncoded)
+        else if (flags & PercentEncoded)
             body = PercentTransport::decode(body);
         message = QString::fromUtf8(body);
     } catch (const std::bad_alloc &) {

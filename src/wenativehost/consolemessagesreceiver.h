@@ -6,12 +6,14 @@
 #include <QObject>
 #include <QString>
 
+#include <atomic>
+
 /**
  * Reads the browser's messages from standard input, one frame per turn of its thread's event loop.
  *
  * Lives in a thread of its own (see ReadConsoleThread), where it blocks while there is no input.
- * Calls from other threads are queued to it; a queued change of the flags holds for every frame
- * that arrives after it, the one that is being waited for included.
+ * A change of the flags holds for every frame that arrives after it, the one that is being waited
+ * for included.
  */
 class ConsoleMessagesReceiver : public QObject {
     Q_OBJECT
@@ -42,12 +44,10 @@ Q_SIGNALS:
     void finished();
 
 private:
-    void takeQueuedCalls();
     void handleBody(QByteArray body);
 
     ConsoleFrameReader m_reader;
     bool m_running = false;
-    quint32 m_flags = 0;
-    bool m_insideReceive = false;
+    std::atomic<quint32> m_flags = 0;
     bool m_inputEnded = false;
 };

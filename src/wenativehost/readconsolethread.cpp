@@ -1,13 +1,20 @@
 #include "readconsolethread.h"
 
-ReadConsoleThread::ReadConsoleThread(QObject *parent) : QThread(parent) { }
+#include "queuedcallsdispatcher.h"
+
+ReadConsoleThread::ReadConsoleThread(QObject *parent) : QThread(parent)
+{
+    setEventDispatcher(new QueuedCallsDispatcher);
+}
 
 ReadConsoleThread::~ReadConsoleThread() { stop(); }
 
 void ReadConsoleThread::stop()
 {
+    m_stopping = true;
     // The one reaches it between two reads, the other inside of one.
-    quit();
+    if (QAbstractEventDispatcher *const dispatcher = eventDispatcher())
+        dispatcher->wakeUp();
     terminate();
     wait();
 }
@@ -15,5 +22,7 @@ void ReadConsoleThread::stop()
 void ReadConsoleThread::run()
 {
     setTerminationEnabled(false);
-    exec();
+    // An event loop object would complain when the thread is cut off inside of it.
+    while (!m_stopping)
+        eventDispatcher()->processEvents(QEventLoop::WaitForMoreEvents);
 }

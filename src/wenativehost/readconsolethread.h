@@ -2,8 +2,11 @@
 
 #include <QThread>
 
+#include <atomic>
+
 /**
- * A thread that spends its time blocked in reads that nothing but input ends.
+ * A thread that spends its time blocked in reads that nothing but input ends. Besides, it takes
+ * queued signals and calls (see QueuedCallsDispatcher).
  *
  * It can be cut off only inside a Blocking section. Everywhere else it may hold a lock of an event
  * queue, which whoever outlives the thread would then wait for in vain.
@@ -27,4 +30,7 @@ public:
 
 protected:
     void run() override;
+
+private:
+    std::atomic<bool> m_stopping = false;
 };

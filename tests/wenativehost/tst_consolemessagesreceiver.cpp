@@ -230,8 +230,8 @@ void TestConsoleMessagesReceiver::stopWhileWaiting()
 void TestConsoleMessagesReceiver::stopWhileMessagesCome()
 {
     // The thread is ended at any point between taking a message and posting it.
-    const QByteArray messages = QByteArray(frame("x")).repeated(10'000);
-    for (int round = 0; round < 200; ++round) {
+    const QByteArray messages = QByteArray(frame("x")).repeated(2'000);
+    for (int round = 0; round < 100; ++round) {
         PipedReceiver receiver;
         receiver.write(messages);
         receiver->start();
