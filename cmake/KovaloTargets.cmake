@@ -57,6 +57,16 @@ function(kovalo_library name)
     kovalo_use_pch(${name})
 endfunction()
 
+# Lets the thread sanitizer see those of Qt's locks that it does not see by itself.
+function(kovalo_show_qt_locks target)
+    target_sources(${target} PRIVATE ${CMAKE_SOURCE_DIR}/tests/support/tsanqtlocks.cpp)
+    foreach(symbol _ZN14QReadWriteLock11lockForReadEv _ZN14QReadWriteLock12lockForWriteEv
+            _ZN14QReadWriteLock6unlockEv _ZN15QRecursiveMutex7tryLockEi
+            _ZN15QRecursiveMutex6unlockEv)
+        target_link_options(${target} PRIVATE LINKER:--wrap=${symbol})
+    endforeach()
+endfunction()
+
 # kovalo_tests(LIBS...): every tst_*.cpp of the current folder is a test program of its own, run by
 # ctest under its file name. RESOURCE_LOCK and labels are set by the folder where it needs them.
 function(kovalo_tests)
@@ -71,6 +81,9 @@ function(kovalo_tests)
         target_link_libraries(${name} PRIVATE Qt6::Test ${ARG_LIBS})
         target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests/support)
         kovalo_use_pch(${name})
+        if(KOVALO_SANITIZE STREQUAL "thread")
+            kovalo_show_qt_locks(${name})
+        endif()
         add_test(NAME ${name} COMMAND ${name})
         set_tests_properties(${name} PROPERTIES TIMEOUT 300 LABELS unit
             ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TSAN_OPTIONS=${tsan_options}")
