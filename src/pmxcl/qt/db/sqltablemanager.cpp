@@ -6,6 +6,7 @@
 #include <QSqlDatabase>
 
 #include <mutex>
+#include <utility>
 
 SqlTableManager::SqlTableManager(QString tableName, QSharedPointer<AbstractSqlDatabaseManager> db)
     : m_db(std::move(db)), m_tableName(std::move(tableName))
@@ -160,7 +161,7 @@ bool SqlTableManager::execute(const QString &sql, const Bindings &bindings)
 {
     const std::lock_guard locker(*m_db);
     QSqlQuery query = m_inTransaction && m_transactionQuery.lastQuery() == sql
-        ? std::move(m_transactionQuery)
+        ? std::exchange(m_transactionQuery, QSqlQuery())
         : preparedQuery(*m_db, sql);
     m_lastError = executeQuery(*m_db, query, bindings);
     if (m_inTransaction && !m_lastError.isValid())
