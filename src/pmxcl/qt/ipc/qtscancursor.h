@@ -22,12 +22,18 @@ public:
         m_bytes = m_bytes.sliced(sizeof(value));
         return true;
     }
-    bool skip(quint64 size)
+    bool take(quint64 size, QByteArrayView &bytes)
     {
         if (free() < size)
             return false;
+        bytes = m_bytes.first(static_cast<qsizetype>(size));
         m_bytes = m_bytes.sliced(static_cast<qsizetype>(size));
         return true;
+    }
+    bool skip(quint64 size)
+    {
+        QByteArrayView skipped;
+        return take(size, skipped);
     }
     QByteArrayView rest() const { return m_bytes; }
 

@@ -1,40 +1,20 @@
 #include "qtvhbodycodec.h"
 
 #include "qtcborscanner.h"
-#include "qtvariantstreamscanner.h"
+#include "qtvariantstreamreader.h"
+#include "qtvariantstreamwriter.h"
 
 #include <QCborMap>
 #include <QCborValue>
-#include <QDataStream>
-#include <QIODevice>
-
-namespace {
-constexpr QDataStream::Version streamVersion = QDataStream::Qt_5_12;
-}
 
 QByteArray QtVhBodyCodec::toDataStream(const QHash<QString, QVariant> &map)
 {
-    QByteArray body;
-    if (map.isEmpty())
-        return body;
-    QDataStream stream(&body, QIODevice::WriteOnly);
-    stream.setVersion(streamVersion);
-    stream << map;
-    return body;
+    return map.isEmpty() ? QByteArray() : QtVariantStreamWriter::writeHash(map);
 }
 
 std::optional<QHash<QString, QVariant>> QtVhBodyCodec::fromDataStream(const QByteArray &body)
 {
-    if (!QtVariantStreamScanner::isSafeHash(body))
-        return std::nullopt;
-    QHash<QString, QVariant> map;
-    QDataStream stream(body);
-    stream.setVersion(streamVersion);
-    stream.startTransaction();
-    stream >> map;
-    if (!stream.commitTransaction())
-        return std::nullopt;
-    return map;
+    return QtVariantStreamReader::readHash(body);
 }
 
 QByteArray QtVhBodyCodec::toCbor(const QHash<QString, QVariant> &map)

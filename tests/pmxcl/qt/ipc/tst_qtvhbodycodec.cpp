@@ -3,6 +3,7 @@
 
 #include <QBitArray>
 #include <QByteArrayList>
+#include <QDataStream>
 #include <QDateTime>
 #include <QLineF>
 #include <QRectF>
@@ -102,6 +103,10 @@ void TestQtVhBodyCodec::dataStreamKeepsValues_data()
     row("character", QChar(u'\u20AC'));
     row("text", QStringLiteral("\u20AC"));
     row("null text", QString());
+    row("text, null as a variant", QVariant(QMetaType::fromType<QString>()));
+    row("integer, null as a variant", QVariant(QMetaType::fromType<int>()));
+    row("list, null as a variant", QVariant(QMetaType::fromType<QVariantList>()));
+    row("URL, null as a variant", QVariant(QMetaType::fromType<QUrl>()));
     row("empty text", QStringLiteral(""));
     row("texts", QStringList{QStringLiteral("a"), QString()});
     row("bytes", QByteArray("\0\xFF", 2));
@@ -133,7 +138,13 @@ void TestQtVhBodyCodec::dataStreamKeepsValues_data()
 void TestQtVhBodyCodec::dataStreamKeepsValues()
 {
     QFETCH(const QVariant, value);
-    const auto decoded = fromDataStream(toDataStream(entry(value)));
+    QByteArray asQtHasIt;
+    QDataStream stream(&asQtHasIt, QIODevice::WriteOnly);
+    stream.setVersion(QDataStream::Qt_5_12);
+    stream << entry(value);
+    QCOMPARE(toDataStream(entry(value)).toHex(), asQtHasIt.toHex());
+
+    const auto decoded = fromDataStream(asQtHasIt);
     QVERIFY(decoded);
     const QVariant found = decoded->value(QStringLiteral("key"));
     QCOMPARE(found.typeId(), value.typeId());

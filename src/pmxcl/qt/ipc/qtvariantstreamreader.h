@@ -1,0 +1,48 @@
+#pragma once
+
+#include "qtscancursor.h"
+
+#include <QByteArrayView>
+#include <QHash>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+#include <optional>
+
+/**
+ * Reads a QHash<QString, QVariant> as QDataStream writes it (version Qt_5_12), from anybody.
+ *
+ * QDataStream's own reading reserves memory for as many items as a list announces, descends into
+ * lists as deep as they go, and makes a value of whatever type is named. Here counts and lengths
+ * are held against the bytes that are there, nesting is bounded, and only plain values are let in:
+ * numbers, texts, byte arrays, bit arrays, dates and times, URLs, UUIDs, geometry, and lists, maps
+ * and hashes of them. Bytes after the hash are ignored.
+ */
+class QtVariantStreamReader {
+public:
+    /// Nothing when the body is cut off, wrong or not of plain values. Linear in its size.
+    static std::optional<QHash<QString, QVariant>> readHash(QByteArrayView body);
+
+private:
+    explicit QtVariantStreamReader(QByteArrayView body) : m_cursor(body) { }
+
+    bool readVariant(QVariant &value, int depth);
+    bool readCommonValue(quint32 type, QVariant &value, int depth);
+    bool readOtherValue(quint32 type, const char *begin, QVariant &value);
+    template <typename Number> bool readNumber(QVariant &value);
+    bool readList(QVariantList &list, int depth);
+    template <typename Map> bool readMap(Map &map, int depth);
+    bool readStringList(QStringList &list);
+    bool readString(QString &text);
+    bool readBytes(QByteArrayView &bytes, bool &isNull);
+
+    bool skipOtherValue(quint32 type);
+    bool skipBytes();
+    bool skipByteArrayList();
+    bool skipBitArray();
+    bool skipDateTime();
+    bool skipTimeZone();
+
+    QtScanCursor m_cursor;
+};
