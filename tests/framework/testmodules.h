@@ -2,6 +2,7 @@
 
 #include "qtabstractcomplexmodule.h"
 
+#include <QPointer>
 #include <QSharedPointer>
 #include <QStringList>
 #include <QTimer>
@@ -48,7 +49,11 @@ public:
             setInitFailed(init);
         if (end == End::WantsExit)
             setNeedExit();
+        const QPointer<Leaf> self(this);
+        Journal *const journal = m_journal;
         setInitializeRunning(false, init);
+        if (!self)
+            journal->append(QStringLiteral("released while it reported"));
     }
 
     End down = End::AtOnce;
