@@ -80,17 +80,16 @@ void QtAppSettingsInSqlManager::storePending()
     if (!checkStored(m_table->beginTransaction(), "m_table->beginTransaction()"))
         return;
     // Another thread may have changed the same settings since, and stored them already: what
-    // counts is the memory as it is now.
-    const Values current = allValues();
+    // counts is the memory as it is now, not what was reported.
     QSet<QString> failed;
     if (m_allUnstored) {
-        const bool written = writeAll(current);
+        const bool written = writeAll();
         // Half of the values are worse than all of the old ones.
         if (!checkStored(m_table->endTransaction(written), "m_table->endTransaction(written)")
             || !written)
             return;
     } else {
-        failed = writeUnstoredKeys(current);
+        failed = writeUnstoredKeys();
         if (!checkStored(m_table->endTransaction(true), "m_table->endTransaction(true)"))
             return;
     }
@@ -99,23 +98,23 @@ void QtAppSettingsInSqlManager::storePending()
     m_failureLogged = !failed.isEmpty();
 }
 
-bool QtAppSettingsInSqlManager::writeAll(const Values &current)
+bool QtAppSettingsInSqlManager::writeAll()
 {
     if (!checkStored(m_table->clearTable(), "m_table->clearTable()"))
         return false;
+    const Values current = allValues();
     for (auto it = current.cbegin(); it != current.cend(); ++it)
         if (!checkStored(write(it.key(), it.value()), "m_table->write(it.key(), it.value())"))
             return false;
     return true;
 }
 
-QSet<QString> QtAppSettingsInSqlManager::writeUnstoredKeys(const Values &current)
+QSet<QString> QtAppSettingsInSqlManager::writeUnstoredKeys()
 {
     QSet<QString> failed;
     for (const QString &key : std::as_const(m_unstoredKeys)) {
-        const auto p = current.constFind(key);
-        if (p != current.constEnd()
-            && !checkStored(write(key, *p), "m_table->write(p.first, p.second)"))
+        const std::optional<QString> value = ownValue(key);
+        if (value && !checkStored(write(key, *value), "m_table->write(p.first, p.second)"))
             failed.insert(key);
     }
     return failed;

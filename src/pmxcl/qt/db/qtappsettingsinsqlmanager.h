@@ -46,9 +46,9 @@ private:
     /// Writes what is not stored yet. It and what it calls run under the database's lock.
     void storePending();
     /// Makes the table what the memory is.
-    bool writeAll(const Values &current);
+    bool writeAll();
     /// Returns the keys whose values could not be written.
-    QSet<QString> writeUnstoredKeys(const Values &current);
+    QSet<QString> writeUnstoredKeys();
     bool write(const QString &key, const QString &value);
     /// Logs a failed step of storing, unless an earlier one is logged and still stands.
     bool checkStored(bool ok, const char *step, int line = __builtin_LINE());

@@ -10,12 +10,15 @@ QtAppSettingsInMemoryManager::QtAppSettingsInMemoryManager(QObject *parent)
 
 QString QtAppSettingsInMemoryManager::value(const QString &key) const
 {
-    {
-        const QReadLocker locker(&m_lock);
-        if (const auto it = m_values.constFind(key); it != m_values.constEnd())
-            return *it;
-    }
-    return defaultValue(key);
+    const std::optional<QString> own = ownValue(key);
+    return own ? *own : defaultValue(key);
+}
+
+std::optional<QString> QtAppSettingsInMemoryManager::ownValue(const QString &key) const
+{
+    const QReadLocker locker(&m_lock);
+    const auto it = m_values.constFind(key);
+    return it != m_values.constEnd() ? std::optional(*it) : std::nullopt;
 }
 
 QString QtAppSettingsInMemoryManager::defaultValue(const QString &key) const

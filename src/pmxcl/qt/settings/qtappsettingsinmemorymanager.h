@@ -4,6 +4,8 @@
 
 #include <QReadWriteLock>
 
+#include <optional>
+
 /**
  * Settings that live as long as this object.
  *
@@ -30,6 +32,10 @@ public:
                    const QString &source) override;
     /// Forgets all values and emits settingsResetToDefaults(); nothing when there are none.
     void resetToDefaults(const QString &source) override;
+
+protected:
+    /// The value that was set, if one was; unlike value(), never a default.
+    std::optional<QString> ownValue(const QString &key) const;
 
 private:
     mutable QReadWriteLock m_lock;

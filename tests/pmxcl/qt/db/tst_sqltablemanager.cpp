@@ -248,11 +248,11 @@ void TestSqlTableManager::connectionsEndWithTheirThreads()
         u"_%1"_qs.arg(QString::number(reinterpret_cast<quintptr>(QThread::currentThread())));
     QCOMPARE(QSqlDatabase::connectionNames(), QStringList{own});
     QVERIFY(!query(u"CREATE TABLE T (A)"_qs).toBool());
-    const auto use = [this] {
-        QVERIFY(m_db->canBeUsedInCurrentThread() && m_db->databaseOpened());
-        QCOMPARE(query(u"SELECT name FROM sqlite_master"_qs), u"T"_qs);
+    const auto use = [db = m_db.data()] {
+        QVERIFY(db->canBeUsedInCurrentThread() && db->databaseOpened());
+        QCOMPARE(query(*db, u"SELECT name FROM sqlite_master"_qs), u"T"_qs);
         QCOMPARE(QSqlDatabase::connectionNames().size(), 2);
-        QCOMPARE(m_db->thisThreadDbManager(), m_db->thisThreadDbManager(false));
+        QCOMPARE(db->thisThreadDbManager(), db->thisThreadDbManager(false));
     };
     std::thread(use).join();
     QTRY_COMPARE(QSqlDatabase::connectionNames(), QStringList{own});
@@ -262,6 +262,7 @@ void TestSqlTableManager::connectionsEndWithTheirThreads()
         QVERIFY(thread->wait());
         QCOMPARE(QSqlDatabase::connectionNames(), QStringList{own});
     }
+    QVERIFY(m_db->databaseOpened());
     m_db.reset();
     QCOMPARE(QSqlDatabase::connectionNames(), QStringList());
 }
