@@ -1,6 +1,21 @@
 #include "cookiestring.h"
 
+#include <QByteArray>
+#include <QStringDecoder>
 #include <QStringTokenizer>
+
+namespace {
+
+/// QString::fromUtf8() would drop a byte order mark, which within a cookie is a character like any.
+QString fromUtf8(const QByteArray &bytes)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8,
+                           QStringDecoder::Flag::Stateless
+                               | QStringDecoder::Flag::ConvertInitialBom);
+    return decoder(bytes);
+}
+
+} // namespace
 
 QString cookiesToString(const QList<QNetworkCookie> &cookies, QChar separator)
 {
@@ -8,9 +23,9 @@ QString cookiesToString(const QList<QNetworkCookie> &cookies, QChar separator)
     for (const QNetworkCookie &cookie : cookies) {
         if (&cookie != &cookies.first())
             text += separator;
-        text += QString::fromUtf8(cookie.name());
+        text += fromUtf8(cookie.name());
         text += u'=';
-        text += QString::fromUtf8(cookie.value());
+        text += fromUtf8(cookie.value());
     }
     return text;
 }

@@ -63,6 +63,8 @@ void TestCookieString::writing_data()
     withMore.setSecure(true);
     QTest::newRow("none") << Cookies() << QString();
     QTest::newRow("one") << cookiesOf({{"a", "1"}}) << u"a=1"_qs;
+    QTest::newRow("byte order mark")
+        << cookiesOf({{"\uFEFFa", "\uFEFF1"}}) << u"\uFEFFa=\uFEFF1"_qs;
     QTest::newRow("equal ones, empty ones, and name and value alone")
         << cookiesOf({{"a", "1"}, {"a", "1"}, {"", ""}, {"\xc4\x9b", ""}}) + Cookies{withMore}
         << u"a=1;a=1;=;ě=;c=3"_qs;
