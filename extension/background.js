@@ -7,7 +7,7 @@ import { NativeHost } from './lib/nativehost.js';
 import { pageLinks } from './lib/pagelinks.js';
 import { RequestLog } from './lib/requestlog.js';
 import { Settings } from './lib/settings.js';
-import { Status } from './lib/status.js';
+import { Status, inWords } from './lib/status.js';
 
 const host = new NativeHost();
 const status = new Status();
@@ -43,11 +43,10 @@ host.onNotification = message => {
         settings.accept(message);
 };
 settings.onChanged = current => {
-    status.applicationAnswered();
     showMenus(captions, current.browser.menu);
     tell({ settings: current });
 };
-downloads.onOutcome = error => (error ? status.failed(error) : status.applicationAnswered());
+downloads.onOutcome = error => (error ? status.failed(error) : status.succeeded());
 status.onChanged = current => tell({ status: current });
 
 // --- what the user does --------------------------------------------------------------------------
@@ -93,7 +92,7 @@ chrome.runtime.onMessage.addListener((message, _sender, respond) => {
         return false;
     Promise.resolve(handle(message)).then(
         value => respond({ value }),
-        error => respond({ problem: chrome.i18n.getMessage(error.message, error.detail) || error.message }));
+        error => respond({ problem: inWords(error) }));
     return true;
 });
 

@@ -5,13 +5,9 @@ import { ask, follow } from './lib/background.js';
 const text = chrome.i18n.getMessage;
 const element = id => document.getElementById(id);
 
-function show({ version, applicationAnswers, problem }) {
-    let line = 'statusConnecting';
-    if (applicationAnswers)
-        line = 'statusWorking';
-    else if (version)
-        line = 'statusConnected';
-    element('status').textContent = problem ?? text(line, version);
+function show({ version, problem }) {
+    element('status').textContent = problem
+        ?? (version ? text('statusConnected', version) : text('statusConnecting'));
     element('status').classList.toggle('problem', problem !== null);
     element('retry').hidden = problem === null;
 }

@@ -1,51 +1,28 @@
 // What works and what does not, in words: shown by the popup, and by a mark on the button.
 
-/** After so long without the application's settings it is said that the application is missing. */
-const applicationPatience = 5000;
-
 export class Status {
     #problem = null;
     #version = '';
-    #applicationAnswers = false;
-    #applicationTimer = 0;
 
     onChanged = _status => {};
 
-    /** The host answered; the application behind it has still to. */
     hostConnected(version) {
         this.#version = version;
-        this.#applicationAnswers = false;
-        this.#show(null);
-        clearTimeout(this.#applicationTimer);
-        this.#applicationTimer = setTimeout(() => {
-            if (!this.#applicationAnswers)
-                this.#show(chrome.i18n.getMessage('problemApplicationSilent'));
-        }, applicationPatience);
-    }
-
-    applicationAnswered() {
-        this.#applicationAnswers = true;
-        clearTimeout(this.#applicationTimer);
         this.#show(null);
     }
 
     hostDisconnected(error) {
         this.#version = '';
-        this.#applicationAnswers = false;
-        clearTimeout(this.#applicationTimer);
         this.failed(error);
     }
 
     /** Something the user asked for could not be done. */
-    failed(error) { this.#show(chrome.i18n.getMessage(error.message, error.detail) || error.message); }
+    failed(error) { this.#show(inWords(error)); }
 
-    describe() {
-        return {
-            version: this.#version,
-            applicationAnswers: this.#applicationAnswers,
-            problem: this.#problem,
-        };
-    }
+    /** What the user asked for was done, so whatever was wrong is no longer. */
+    succeeded() { this.#show(null); }
+
+    describe() { return { version: this.#version, problem: this.#problem }; }
 
     #show(problem) {
         this.#problem = problem;
@@ -53,4 +30,9 @@ export class Status {
         chrome.action.setBadgeText({ text: problem ? '!' : '' });
         this.onChanged(this.describe());
     }
+}
+
+/** The text of an error whose message is a key of the extension's texts; else the message itself. */
+export function inWords(error) {
+    return chrome.i18n.getMessage(error.message, error.detail) || error.message;
 }

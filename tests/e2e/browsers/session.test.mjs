@@ -1,0 +1,81 @@
+// The host as real browsers start it, use it and end it.
+
+import { notStrictEqual, strictEqual } from 'node:assert';
+import { renameSync } from 'node:fs';
+import { after, before, describe, test } from 'node:test';
+import { ExtendedBrowser, browserNames, runningHosts } from '../support/browsers.mjs';
+import { converse, farewell } from '../support/conversation.mjs';
+import { until } from '../support/hostprocess.mjs';
+import { Sandbox } from '../support/sandbox.mjs';
+
+for (const name of browserNames) {
+    describe(name, { timeout: 180_000 }, () => {
+        let sandbox;
+        let browser;
+        let popup;
+        before(async () => {
+            sandbox = new Sandbox();
+            browser = await ExtendedBrowser.launch(name, sandbox);
+            popup = await browser.openExtensionPage('popup.html');
+        });
+        after(async () => {
+            await browser?.close();
+            if (sandbox)
+                await until(() => runningHosts(sandbox).length === 0, 'the hosts to end with their browser');
+            sandbox?.remove();
+        });
+        const status = () => popup.evaluate(() => document.getElementById('status').textContent);
+        const statusIs = pattern => until(async () => pattern.test(await status()), `the popup to say ${pattern}`);
+
+        test('the extension starts the host and shows its version', async () => {
+            await statusIs(/^Connected to the Kovalo host 6\.25\.0\.6016\.$/);
+            strictEqual(runningHosts(sandbox).length, 1);
+        });
+
+        test('the host answers an extension, and ends on "shutdown"', async () => {
+            const port = await browser.openPort(popup);
+            await converse(task => port.ask(task));
+            await port.post(farewell);
+            await port.hostEnded();
+            await until(() => port.isDisconnected(), 'the browser to close the port');
+        });
+
+        test('the host ends when its port is closed', async () => {
+            const port = await browser.openPort(popup);
+            strictEqual((await port.ask({ id: '1', type: 'key_state' })).keyCode, 45);
+            await port.close();
+            await port.hostEnded();
+        });
+
+        test('a long answer and characters of every kind reach the extension', async () => {
+            const port = await browser.openPort(popup);
+            const id = 'é日本\u{1f600}"\\\u0001'.repeat(10_000);
+            strictEqual((await port.ask({ id, type: 'window' })).id, id);
+            await port.close();
+            await port.hostEnded();
+        });
+
+        test('the extension starts the host anew when it was killed', async () => {
+            const [first] = runningHosts(sandbox);
+            process.kill(first, 'SIGKILL');
+            await until(() => runningHosts(sandbox).some(pid => pid !== first), 'another host');
+            await statusIs(/^Connected to the Kovalo host/);
+            notStrictEqual(runningHosts(sandbox)[0], first);
+        });
+
+        test('a host that is missing is told in words, and found again on demand', async () => {
+            renameSync(sandbox.host, `${sandbox.host}.away`);
+            const [pid] = runningHosts({ host: `${sandbox.host}.away` });
+            process.kill(pid, 'SIGKILL');
+            const retry = () => popup.evaluate(() => document.getElementById('retry').click());
+            await statusIs(/host stopped/);
+            await retry();
+            await statusIs(/host is not installed/);
+            strictEqual(await popup.evaluate(() => chrome.action.getBadgeText({})), '!');
+            renameSync(`${sandbox.host}.away`, sandbox.host);
+            await retry();
+            await statusIs(/^Connected to the Kovalo host/);
+            strictEqual(await popup.evaluate(() => chrome.action.getBadgeText({})), '');
+        });
+    });
+}
