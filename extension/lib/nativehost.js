@@ -54,7 +54,7 @@ export class NativeHost {
         port.onDisconnect.addListener(() => {
             const reason = port.error?.message ?? chrome.runtime.lastError?.message ?? '';
             if (this.#port === port)
-                this.#onDisconnect(errorForReason(reason));
+                this.#onDisconnect(this.#errorForReason(reason));
         });
         const answer = await this.#send('handshake', {
             handshake: { api_version: protocolVersion, browser: navigator.userAgent },
@@ -97,13 +97,13 @@ export class NativeHost {
         this.#retryTimer = setTimeout(() => this.open().catch(() => {}), this.#retryDelay);
         this.#retryDelay = Math.min(2 * this.#retryDelay, longestRetryDelay);
     }
-}
 
-/** Browsers say why a port closed only in words, each in its own. */
-function errorForReason(reason) {
-    if (/not found|No such native application/i.test(reason))
-        return new HostError('problemHostMissing');
-    if (/forbidden|not allowed|permission/i.test(reason))
-        return new HostError('problemHostForbidden');
-    return new HostError('problemHostStopped', reason);
+    /** Browsers say why a port closed only in words, each in its own. */
+    #errorForReason(reason) {
+        if (/not found|No such native application/i.test(reason))
+            return new HostError('problemHostMissing');
+        if (/forbidden|not allowed|permission/i.test(reason))
+            return new HostError('problemHostForbidden');
+        return new HostError(this.#version ? 'problemHostStopped' : 'problemHostNotStarted', reason);
+    }
 }
