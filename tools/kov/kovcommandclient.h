@@ -1,0 +1,43 @@
+#pragma once
+
+#include "qtclock.h"
+#include "qtsingleshottimer.h"
+
+#include <QObject>
+#include <QSharedPointer>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+class KovCommandClientPart;
+class QtAbstractSocketVhIpc;
+class QtLocalSocket;
+
+/// Has the running application carry out a command line.
+class KovCommandClient : public QObject {
+    Q_OBJECT
+public:
+    /// For an application that does not answer.
+    static constexpr int answerWithinMs = 30'000;
+
+    explicit KovCommandClient(QObject *parent = nullptr, QtClock &clock = QtClock::system());
+    ~KovCommandClient() override;
+
+    /// Once per object.
+    void run(const QString &serverName, const QStringList &arguments);
+
+Q_SIGNALS:
+    /// Once, after run(). As KovCommandResult; a failure to reach the application is one, too.
+    void finished(int exitCode, const QString &output);
+
+private:
+    void finish(int exitCode, const QString &output);
+
+    const QSharedPointer<QtLocalSocket> m_socket;
+    const QSharedPointer<KovCommandClientPart> m_part;
+    const QSharedPointer<QtAbstractSocketVhIpc> m_vhIpc;
+    const std::unique_ptr<QtSingleShotTimer> m_timer;
+    QStringList m_arguments;
+    bool m_finished = false;
+};

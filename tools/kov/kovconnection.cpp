@@ -1,0 +1,72 @@
+#include "kovconnection.h"
+
+#include "kovcommandmessages.h"
+#include "kovcommandspart.h"
+#include "kovincomingdownloadspart.h"
+#include "kovjsonecho.h"
+#include "kovmisctaskspart.h"
+#include "kovsettingsbridge.h"
+#include "qtabstractsocketvhipc.h"
+#include "qtlocalsocket.h"
+#include "qtvhipccompositepart.h"
+#include "remotejsonrequestsmanager.h"
+#include "uniqueint64idgen.h"
+#include "vhipcincomingdownloadskeys.h"
+#include "vhipcjsonrequests.h"
+#include "vhipcmisctasksclient.h"
+#include "vhipcsettings.h"
+
+#include <QLocalSocket>
+
+namespace {
+
+/// The clients follow these settings: they are told of everything, and what they change is taken.
+constexpr quint32 settingsFlags = VhIpcSettings::ApplyChanged | VhIpcSettings::ApplyReset
+    | VhIpcSettings::SendChanged | VhIpcSettings::SendAllOnAllValuesChanged
+    | VhIpcSettings::SendReset;
+
+constexpr IpcVersion ipcVersion = 0;
+constexpr bool useCbor = false;
+
+QSharedPointer<QtVhIpcCompositePart>
+createParts(const KovConnection::Services &services,
+            const QSharedPointer<RemoteJsonRequestsManager> &jsonRequests)
+{
+    const auto parts = QSharedPointer<QtVhIpcCompositePart>::create(nullptr, nullptr);
+    const auto add = [&parts](const QString &name, QtAbstractVhIpcPart *part) {
+        parts->addPart(name, QSharedPointer<QtAbstractVhIpcPart>(part), false, false);
+    };
+    add(VhIpcSettings::partName(),
+        new VhIpcSettings(QSharedPointer<KovSettingsBridge>::create(services.settings),
+                          settingsFlags, {}));
+    add(VhIpcIncomingDownloadsKeys::partName(), new KovIncomingDownloadsPart(services.queue));
+    add(VhIpcJsonRequests::partName(), new VhIpcJsonRequests(jsonRequests));
+    add(VhIpcMiscTasksClient::partName(), new KovMiscTasksPart);
+    add(KovCommandMessages::partName(), new KovCommandsPart(services.commands));
+    return parts;
+}
+
+} // namespace
+
+KovConnection::KovConnection(const QSharedPointer<QLocalSocket> &socket, const Services &services,
+                             QObject *parent)
+    : QObject(parent), m_socket(QSharedPointer<QtLocalSocket>::create(socket)),
+      m_jsonRequests(QSharedPointer<RemoteJsonRequestsManager>::create(
+          QSharedPointer<UniqueInt64IdGen>::create())),
+      m_parts(createParts(services, m_jsonRequests)),
+      m_vhIpc(QSharedPointer<QtAbstractSocketVhIpc>::create(m_socket, m_parts, ipcVersion, useCbor))
+{
+    connect(m_jsonRequests.data(), &RemoteJsonRequestsManager::received, this,
+            [this](qint64 id, const QString &json, bool isRequest) {
+                if (isRequest)
+                    m_jsonRequests->send(id, kovJsonEcho(json), false);
+            });
+    connect(m_socket.data(), &QtLocalSocket::connectedStateChanged, this, [this](bool connected) {
+        if (!connected)
+            Q_EMIT disconnected();
+    });
+}
+
+KovConnection::~KovConnection() = default;
+
+void KovConnection::disconnectFromClient() { m_socket->disconnectFromHost(); }

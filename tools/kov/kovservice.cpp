@@ -1,0 +1,148 @@
+#include "kovservice.h"
+
+#include "appdataaccesshelper.h"
+#include "kovcommands.h"
+#include "kovdownloadsqueue.h"
+#include "qtappabstractsettingsmanager.h"
+#include "qtappconfigbase.h"
+#include "qtappdefaultlogger.h"
+#include "qtappportablemodesupport.h"
+
+#include <QElapsedTimer>
+#include <QLocalSocket>
+#include <QThread>
+
+#include <sys/socket.h>
+#include <unistd.h>
+#include <utility>
+
+namespace {
+
+constexpr int connectWithinMs = 1000;
+constexpr int lockRetryMs = 50;
+
+QString lockPath(const QtAppConfigBase &config)
+{
+    return config.dataDir().filePath(QStringLiteral("kov.lock"));
+}
+
+/// Anybody can make a socket of that name where sockets lie.
+bool isOwnedByThisUser(const QLocalSocket &connection)
+{
+    ucred server = {};
+    socklen_t size = sizeof(server);
+    return ::getsockopt(static_cast<int>(connection.socketDescriptor()), SOL_SOCKET, SO_PEERCRED,
+                        &server, &size)
+        == 0
+        && server.uid == ::getuid();
+}
+
+} // namespace
+
+KovService::KovService(const QtAppConfigBase &config,
+                       const QSharedPointer<QtAppPortableModeSupport> &portableModeSupport,
+                       QString serverName, QObject *parent, QtClock &clock)
+    : QObject(parent), m_serverName(std::move(serverName)), m_stopTimer(clock.createTimer()),
+      m_lock(lockPath(config)), m_dataAccess(QSharedPointer<AppDataAccessHelper>::create(
+                                    config.dataDir(), portableModeSupport)),
+      m_portableModeSupport(portableModeSupport)
+{
+    m_server.setSocketOptions(QLocalServer::UserAccessOption);
+    connect(&m_server, &QLocalServer::newConnection, this, &KovService::onNewConnection);
+    connect(m_stopTimer.get(), &QtSingleShotTimer::timeout, this, &KovService::stopped);
+}
+
+KovService::~KovService() = default;
+
+KovService::StartResult KovService::start()
+{
+    const StartResult claimed = claimService();
+    if (claimed != StartResult::Serving)
+        return claimed;
+
+    m_services.settings = m_dataAccess->settings();
+    m_services.queue =
+        QSharedPointer<KovDownloadsQueue>::create(m_services.settings, m_portableModeSupport);
+    m_services.commands =
+        QSharedPointer<KovCommands>::create(m_services.settings, m_services.queue);
+    connect(m_services.commands.data(), &KovCommands::quitRequested, this, &KovService::stop,
+            Qt::QueuedConnection);
+    return listen();
+}
+
+KovService::StartResult KovService::claimService()
+{
+    QElapsedTimer waited;
+    waited.start();
+    for (;;) {
+        switch (m_lock.tryLock()) {
+        case KovInstanceLock::Result::Locked:
+            return StartResult::Serving;
+        case KovInstanceLock::Result::Failed:
+            m_error = m_lock.errorString();
+            return StartResult::Failed;
+        case KovInstanceLock::Result::HeldByAnother:
+            break;
+        }
+        if (anotherAccepts())
+            return StartResult::AnotherServes;
+        if (waited.hasExpired(otherInstanceWithinMs)) {
+            m_error = QStringLiteral("another instance neither serves nor ends");
+            return StartResult::Failed;
+        }
+        QThread::msleep(lockRetryMs);
+    }
+}
+
+KovService::StartResult KovService::listen()
+{
+    // Nobody serves from this data folder; a service with another one may still use the name.
+    if (anotherAccepts())
+        return StartResult::AnotherServes;
+    QLocalServer::removeServer(m_serverName);
+    if (m_server.listen(m_serverName)) {
+        logLine(1, QStringLiteral("[KovService]: serving at %1").arg(m_server.fullServerName()));
+        return StartResult::Serving;
+    }
+    m_error =
+        QStringLiteral("cannot serve at \"%1\": %2").arg(m_serverName, m_server.errorString());
+    return StartResult::Failed;
+}
+
+bool KovService::anotherAccepts() const
+{
+    QLocalSocket probe;
+    probe.connectToServer(m_serverName);
+    return probe.waitForConnected(connectWithinMs) && isOwnedByThisUser(probe);
+}
+
+void KovService::onNewConnection()
+{
+    while (QLocalSocket *const accepted = m_server.nextPendingConnection()) {
+        accepted->setParent(nullptr);
+        const QSharedPointer<QLocalSocket> socket(accepted, &QObject::deleteLater);
+        auto *const connection = new KovConnection(socket, m_services, this);
+        m_connections.append(connection);
+        connect(
+            connection, &KovConnection::disconnected, this,
+            [this, connection] { removeConnection(connection); }, Qt::QueuedConnection);
+    }
+}
+
+void KovService::removeConnection(KovConnection *connection)
+{
+    if (!m_connections.removeOne(connection))
+        return;
+    connection->deleteLater();
+    if (m_connections.isEmpty() && m_stopTimer->isActive())
+        m_stopTimer->start(0);
+}
+
+void KovService::stop()
+{
+    logLine(1, QStringLiteral("[KovService]: stopping"));
+    m_server.close();
+    m_stopTimer->start(m_connections.isEmpty() ? 0 : flushWithinMs);
+    for (KovConnection *const connection : std::as_const(m_connections))
+        connection->disconnectFromClient();
+}

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "kovconnection.h"
+#include "kovinstancelock.h"
+#include "qtclock.h"
+#include "qtsingleshottimer.h"
+
+#include <QList>
+#include <QLocalServer>
+#include <QObject>
+#include <QSharedPointer>
+#include <QString>
+
+#include <memory>
+
+class AppDataAccessHelper;
+class QtAppConfigBase;
+class QtAppPortableModeSupport;
+
+/**
+ * The application in service mode: serves the clients of one local socket.
+ *
+ * One at a time serves a user: a lock in the data folder decides, so that a socket file that a
+ * killed service left behind can be told from a live one and be replaced.
+ */
+class KovService : public QObject {
+    Q_OBJECT
+public:
+    /// The support object may be null.
+    KovService(const QtAppConfigBase &config,
+               const QSharedPointer<QtAppPortableModeSupport> &portableModeSupport,
+               QString serverName, QObject *parent = nullptr, QtClock &clock = QtClock::system());
+    ~KovService() override;
+
+    enum class StartResult { Serving, AnotherServes, Failed };
+    /// When another holds the lock, waits until that one accepts connections or has ended, for up
+    /// to otherInstanceWithinMs.
+    StartResult start();
+    /// Why it failed.
+    QString errorString() const { return m_error; }
+
+    /// Accepts no more clients, and lets what was written to the others go out. stopped() follows
+    /// from the event loop, after flushWithinMs at the latest.
+    void stop();
+
+    static constexpr int otherInstanceWithinMs = 10'000;
+    static constexpr int flushWithinMs = 2000;
+
+Q_SIGNALS:
+    void stopped();
+
+private:
+    StartResult claimService();
+    StartResult listen();
+    bool anotherAccepts() const;
+    void onNewConnection();
+    void removeConnection(KovConnection *connection);
+
+    const QString m_serverName;
+    const std::unique_ptr<QtSingleShotTimer> m_stopTimer;
+    KovInstanceLock m_lock;
+    const QSharedPointer<AppDataAccessHelper> m_dataAccess;
+    const QSharedPointer<QtAppPortableModeSupport> m_portableModeSupport;
+    QString m_error;
+    KovConnection::Services m_services;
+    QLocalServer m_server;
+    QList<KovConnection *> m_connections;
+};
