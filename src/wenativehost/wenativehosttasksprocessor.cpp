@@ -2,18 +2,25 @@
 
 #include "appclientmodule.h"
 #include "assertionlog.h"
+#include "browsertabsrequeststracker.h"
 #include "consolemessagesreceiver.h"
 #include "consolemessagessender.h"
 #include "keystatewatcher.h"
+#include "mediarequestsanalyzer.h"
+#include "mediarequestscollector.h"
+#include "networkrequestscollector.h"
 #include "pmxjsonserializeobject.h"
 #include "pmxkovbhipcbrowserproxytaskprocessor.h"
 #include "pmxkovbhipccreatedownloadstaskprocessor.h"
+#include "pmxkovbhipcdownloadstatereporttaskprocessor.h"
 #include "pmxkovbhipchandshaketaskprocessor.h"
 #include "pmxkovbhipckeystatetaskprocessor.h"
 #include "pmxkovbhipckovjsontaskprocessor.h"
+#include "pmxkovbhipcnetworkrequestnotificationtaskprocessor.h"
 #include "pmxkovbhipcpostsettingstaskprocessor.h"
 #include "pmxkovbhipcquerysettingstaskprocessor.h"
 #include "pmxkovbhipcuistringstaskprocessor.h"
+#include "pmxkovbhipcvideosniffertaskprocessor.h"
 #include "pmxtaskresponses.h"
 #include "qtappdelayedshutdownmanager.h"
 #include "qtobjectfactory.h"
@@ -38,6 +45,10 @@ WeNativeHostTasksProcessor::WeNativeHostTasksProcessor(
       m_receiver(std::move(receiver)), m_sender(std::move(sender)),
       m_settingsManager(std::move(settingsManager)), m_appClientModule(std::move(appClientModule)),
       m_incomingDownloads(qtCreateObject<WbeIncomingDownloadsProcessor>(m_appClientModule)),
+      m_networkRequests(qtCreateObject<NetworkRequestsCollector>()),
+      m_mediaRequests(qtCreateObject<MediaRequestsCollector>(m_networkRequests)),
+      m_tabsRequests(qtCreateObject<BrowserTabsRequestsTracker>()),
+      m_mediaAnalyzer(qtCreateObject<MediaRequestsAnalyzer>(m_mediaRequests)),
       m_keyStateWatcher(qtCreateObject<KeyStateWatcher>(watchedKeyCode))
 {
     if (const auto strongReceiver = m_receiver.toStrongRef())
@@ -97,6 +108,16 @@ void WeNativeHostTasksProcessor::registerProcessors()
     registerProcessor(kov_ipc_task_create_downloads,
                       std::make_unique<pmxKovBhIpcCreateDownloadsTaskProcessor>(
                           m_settingsManager, m_incomingDownloads, m_keyStateWatcher));
+    registerProcessor(kov_ipc_task_video_sniffer,
+                      std::make_unique<pmxKovBhIpcVideoSnifferTaskProcessor>(m_incomingDownloads,
+                                                                             m_mediaAnalyzer));
+    const auto activityMonitor = m_appClientModule->browserActivityMonitor();
+    registerProcessor(kov_ipc_task_network_request_notification,
+                      std::make_unique<pmxKovBhIpcNetworkRequestNotificationTaskProcessor>(
+                          activityMonitor, m_networkRequests, m_tabsRequests));
+    registerProcessor(
+        kov_ipc_task_browser_download_state_report,
+        std::make_unique<pmxKovBhIpcDownloadStateReportTaskProcessor>(activityMonitor));
     registerProcessor(kov_ipc_task_kov_json_task,
                       std::make_unique<pmxKovBhIpcKovJsonTaskProcessor>(
                           m_appClientModule->jsonRequestsManager()));

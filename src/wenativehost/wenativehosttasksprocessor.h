@@ -12,9 +12,13 @@
 #include <memory>
 
 class AppClientModule;
+class BrowserTabsRequestsTracker;
 class ConsoleMessagesReceiver;
 class ConsoleMessagesSender;
 class KeyStateWatcher;
+class MediaRequestsAnalyzer;
+class MediaRequestsCollector;
+class NetworkRequestsCollector;
 class QtAppDelayedShutdownManager;
 class WbeIncomingDownloadsProcessor;
 class WebExtensionSettingsManager;
@@ -57,6 +61,10 @@ private:
     const QSharedPointer<WebExtensionSettingsManager> m_settingsManager;
     const QSharedPointer<AppClientModule> m_appClientModule;
     const QSharedPointer<WbeIncomingDownloadsProcessor> m_incomingDownloads;
+    const QSharedPointer<NetworkRequestsCollector> m_networkRequests;
+    const QSharedPointer<MediaRequestsCollector> m_mediaRequests;
+    const QSharedPointer<BrowserTabsRequestsTracker> m_tabsRequests;
+    const QSharedPointer<MediaRequestsAnalyzer> m_mediaAnalyzer;
     const QSharedPointer<KeyStateWatcher> m_keyStateWatcher;
     std::map<kov_ipc_task_type, std::unique_ptr<pmxKovBhIpcTaskProcessor>> m_processors;
 };

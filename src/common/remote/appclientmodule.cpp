@@ -8,6 +8,7 @@
 #include "appremotefrontendclientmodule.h"
 #include "appserverlauncher.h"
 #include "appservername.h"
+#include "browseractivitymonitor.h"
 #include "qtabstractserveraddress.h"
 #include "qtappconfigbase.h"
 #include "qtappportablemodesupport.h"
@@ -73,6 +74,11 @@ QSharedPointer<AbstractJsonRequestsManager> AppClientModule::jsonRequestsManager
                                         : nullptr;
 }
 
+QSharedPointer<BrowserActivityMonitor> AppClientModule::browserActivityMonitor() const
+{
+    return m_browserActivityMonitor;
+}
+
 void AppClientModule::initializeSelfBefore(bool init)
 {
     if (init) {
@@ -95,10 +101,12 @@ void AppClientModule::initializeSelfAfter(bool init)
     if (init) {
         m_settingsInitializer = qtCreateObject<AppClientSettingsInitializer>(
             m_remoteFrontendClientModule, m_settingsManager, m_dataAccessHelper);
+        m_browserActivityMonitor = qtCreateObject<BrowserActivityMonitor>();
         m_settingsWriter = qtCreateObject<AppClientSettingsWriter>(
             m_remoteFrontendClientModule, m_settingsManager, m_dataAccessHelper);
     } else {
         clearModules();
+        m_browserActivityMonitor.reset();
         m_settingsWriter.reset();
         m_settingsInitializer.reset();
         m_remoteFrontendClientModule.reset();

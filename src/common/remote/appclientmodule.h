@@ -11,6 +11,7 @@ class AppClientSettingsInitializer;
 class AppClientSettingsWriter;
 class AppDataAccessHelper;
 class AppRemoteFrontendClientModule;
+class BrowserActivityMonitor;
 class QtAppAbstractSettingsManager;
 class QtAppConfigBase;
 class QtAppPortableModeSupport;
@@ -43,6 +44,7 @@ public:
     QSharedPointer<AppClientSettingsInitializer> settingsInitializer() const;
     QSharedPointer<AbstractIncomingDownloadsProcessor> incomingDownloadsProcessor() const;
     QSharedPointer<AbstractJsonRequestsManager> jsonRequestsManager() const;
+    QSharedPointer<BrowserActivityMonitor> browserActivityMonitor() const;
 
 protected:
     void initializeSelfBefore(bool init) override;
@@ -58,4 +60,5 @@ private:
     QSharedPointer<AppRemoteFrontendClientModule> m_remoteFrontendClientModule;
     QSharedPointer<AppClientSettingsInitializer> m_settingsInitializer;
     QSharedPointer<AppClientSettingsWriter> m_settingsWriter;
+    QSharedPointer<BrowserActivityMonitor> m_browserActivityMonitor;
 };
