@@ -8,12 +8,19 @@
 #include <QTranslator>
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 namespace {
 
 const QLatin1String appFilePrefix("kov");
 const QLatin1String appFileSuffix(".qm");
+
+bool isAppFile(const QString &fileName)
+{
+    return fileName.startsWith(appFilePrefix) && fileName.endsWith(appFileSuffix)
+        && fileName.at(appFilePrefix.size()) == u'_';
+}
 
 /// The locale in the file name "kov_<locale>.qm".
 QString localeOfAppFile(const QString &fileName)
@@ -38,43 +45,25 @@ QString AppLocalizationManager::appTranslationsPath()
 
 QStringList AppLocalizationManager::installedTranslations() const
 {
-    if (!m_installedTranslations.isEmpty())
-        return m_installedTranslations;
-
-    // English language name and locale name.
-    std::vector<std::pair<QString, QString>> found;
-    const QStringList files =
-        QDir(m_translationsPath + QStringLiteral("/main"))
-            .entryList({appFilePrefix + QStringLiteral("_*") + appFileSuffix}, QDir::Files);
-    for (const QString &file : files) {
-        const QString name = localeOfAppFile(file);
-        // Chinese is offered through its regional files only: the scripts differ.
-        if (name.isEmpty() || name.compare(u"zh", Qt::CaseInsensitive) == 0)
-            continue;
-        const QString localeName = QLocale(name).name();
-        found.emplace_back(QLocale::languageToString(QLocale(localeName).language()), localeName);
-    }
-    std::stable_sort(found.begin(), found.end(),
-                     [](const auto &a, const auto &b) { return a.first < b.first; });
-
-    m_installedTranslations.reserve(static_cast<qsizetype>(found.size()) + 1);
-    m_installedTranslations.append(QLocale(QStringLiteral("en")).name());
-    for (const auto &[language, localeName] : found)
-        m_installedTranslations.append(localeName);
-    return m_installedTranslations;
+    const std::vector<Translation> &translations = installed();
+    QStringList names;
+    names.reserve(static_cast<qsizetype>(translations.size()));
+    for (const Translation &translation : translations)
+        names.append(translation.name);
+    return names;
 }
 
 QString AppLocalizationManager::findInstalledTranslation(const QLocale &locale) const
 {
-    const QStringList installed = installedTranslations();
+    const std::vector<Translation> &translations = installed();
     const QString wanted = locale.name();
-    for (const QString &name : installed) {
-        if (name == wanted || QLocale(name) == locale)
-            return name;
+    for (const Translation &translation : translations) {
+        if (translation.name == wanted || translation.locale == locale)
+            return translation.name;
     }
-    for (const QString &name : installed) {
-        if (QLocale(name).language() == locale.language())
-            return name;
+    for (const Translation &translation : translations) {
+        if (translation.locale.language() == locale.language())
+            return translation.name;
     }
     return {};
 }
@@ -149,4 +138,35 @@ bool AppLocalizationManager::loadTranslator(const QLocale &locale, const QString
         return false;
     m_translators.push_back(std::move(translator));
     return true;
+}
+
+AppLocalizationManager::Translation AppLocalizationManager::translationFor(const QLocale &locale)
+{
+    return {locale.name(), QLocale::languageToString(locale.language()), locale};
+}
+
+const std::vector<AppLocalizationManager::Translation> &AppLocalizationManager::installed() const
+{
+    if (!m_installed.empty())
+        return m_installed;
+
+    // Without a name filter: QDir would compile a regular expression, at every start.
+    const QStringList files =
+        QDir(m_translationsPath + QStringLiteral("/main")).entryList(QDir::Files, QDir::Unsorted);
+    m_installed.reserve(static_cast<size_t>(files.size()) + 1);
+    for (const QString &file : files) {
+        if (!isAppFile(file))
+            continue;
+        const QString name = localeOfAppFile(file);
+        // Chinese is offered through its regional files only: the scripts differ.
+        if (name.isEmpty() || name.compare(u"zh", Qt::CaseInsensitive) == 0)
+            continue;
+        m_installed.push_back(translationFor(QLocale(name)));
+    }
+    std::sort(m_installed.begin(), m_installed.end(),
+              [](const Translation &a, const Translation &b) {
+                  return std::tie(a.language, a.name) < std::tie(b.language, b.name);
+              });
+    m_installed.insert(m_installed.begin(), translationFor(QLocale(QLocale::English)));
+    return m_installed;
 }

@@ -49,6 +49,15 @@ Q_SIGNALS:
     void translationsLoaded();
 
 private:
+    struct Translation {
+        QString name;
+        /// In English.
+        QString language;
+        QLocale locale;
+    };
+
+    static Translation translationFor(const QLocale &locale);
+    const std::vector<Translation> &installed() const;
     void loadTranslators(const QLocale &locale);
     /// Keeps the translator if there is such a file; returns whether there is.
     bool loadTranslator(const QLocale &locale, const QString &prefix, const QString &directory);
@@ -56,5 +65,6 @@ private:
     const QString m_translationsPath;
     QLocale m_currentLocale;
     std::vector<std::unique_ptr<QTranslator>> m_translators;
-    mutable QStringList m_installedTranslations;
+    /// Filled when first asked for.
+    mutable std::vector<Translation> m_installed;
 };

@@ -20,8 +20,6 @@ int run(int argc, char *argv[])
     QCoreApplication::setOrganizationName(QStringLiteral("Tessmark"));
     QCoreApplication::setApplicationName(QStringLiteral("Kovalo"));
 
-    qtRegisterAbstractDownloadsModuleMetatypes();
-
     const auto portableVersionManager = qtCreateObject<PortableVersionManager>(QString());
     const QSharedPointer<QtAppConfigBase> config = QSharedPointer<AppCoreConfig>::create(
         QSharedPointer<QtAppConfigBase>::create(), portableVersionManager);
@@ -40,6 +38,8 @@ int run(int argc, char *argv[])
         Qt::DirectConnection);
 
     appModule.initialize(true);
+    // While the reader's thread starts.
+    qtRegisterAbstractDownloadsModuleMetatypes();
     const int exitCode = QCoreApplication::exec();
     // What was released with deleteLater() goes before those that it may know.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
