@@ -99,6 +99,7 @@ void pmxJson2SerializationOutputStream::flush()
     if (!m_target || m_flushed)
         return;
     m_flushed = true;
-    const std::string text = getResultingJsonValue().serialize();
+    const std::string text =
+        m_children.empty() ? m_value->serialize() : getResultingJsonValue().serialize();
     m_target->write(text.data(), static_cast<std::streamsize>(text.size()));
 }

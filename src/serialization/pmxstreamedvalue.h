@@ -5,6 +5,7 @@
 #include <ostream>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 
@@ -23,6 +24,10 @@ template <typename T> std::string pmxTextFromValue(const T &value)
     return stream.str();
 }
 
+/// This thread's stream over the text, in the classic locale; good until the next call. One stream
+/// serves all texts: making one costs many times what reading a number does.
+std::istream &pmxStreamOverText(std::string_view text);
+
 /**
  * The reverse. Blanks before the value and anything after it are ignored; a negative number read
  * as unsigned wraps around, so that "-1" has all bits set. False when there is no value of that
@@ -30,8 +35,7 @@ template <typename T> std::string pmxTextFromValue(const T &value)
  */
 template <typename T> bool pmxValueFromText(const std::string &text, T &value)
 {
-    std::istringstream stream(text);
-    stream.imbue(std::locale::classic());
+    std::istream &stream = pmxStreamOverText(text);
     if constexpr (std::is_enum_v<T> && !requires(std::istream & in, T & read) { in >> read; }) {
         std::underlying_type_t<T> number{};
         if (!(stream >> number))

@@ -6,6 +6,7 @@
 #include "pmxkovbhipchandshaketaskresponse.h"
 #include "pmxtaskresponses.h"
 
+#include <string>
 #include <utility>
 
 pmxKovBhIpcHandshakeTaskProcessor::pmxKovBhIpcHandshakeTaskProcessor(
@@ -33,6 +34,7 @@ void pmxKovBhIpcHandshakeTaskProcessor::process(std::shared_ptr<pmxKovBhIpcTask>
         receiver->enableFlags(Receiver::Base64Encoded, wish.base64_encoding_for_rcv);
     }
     const auto response = pmxResponseTo<pmxKovBhIpcHandshakeTaskResponse>(*task);
-    response->version = appVersion().toStdString();
+    static const std::string version = appVersion().toStdString();
+    response->version = version;
     callback(task, response);
 }

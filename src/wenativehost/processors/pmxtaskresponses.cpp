@@ -3,11 +3,15 @@
 #include "pmxjsonserializeobject.h"
 
 #include <sstream>
+#include <string>
 #include <string_view>
 
 std::optional<QString> pmxResponseText(pmxKovBhIpcTaskResponse &response)
 {
-    std::ostringstream json;
+    // One for all responses of a thread: making one costs as much as writing a small response.
+    thread_local std::ostringstream json;
+    json.str(std::string());
+    json.clear();
     if (!pmxJsonSerializeObject(response, json, 0))
         return std::nullopt;
     const std::string_view text = json.view();
