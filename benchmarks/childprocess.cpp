@@ -37,6 +37,7 @@ ChildProcess::ChildProcess(const QString &program)
     ::posix_spawn_file_actions_init(&actions);
     ::posix_spawn_file_actions_adddup2(&actions, in[0], STDIN_FILENO);
     ::posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
+    ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
     QByteArray path = QFile::encodeName(program);
     std::array<char *, 2> arguments = {path.data(), nullptr};
     errno = ::posix_spawn(&m_pid, path.constData(), &actions, nullptr, arguments.data(), environ);

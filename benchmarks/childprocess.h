@@ -12,7 +12,8 @@ struct ChildUsage {
     long peakMemory = 0;
 };
 
-/// A native messaging host that was just started, with pipes to its stdin and stdout. The process
+/// A native messaging host that was just started, with pipes to its stdin and stdout; nobody reads
+/// its stderr. The process
 /// ends when its input ends. Every failure ends the benchmark.
 class ChildProcess {
 public:
