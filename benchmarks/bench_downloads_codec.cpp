@@ -8,6 +8,7 @@
 
 #include <QByteArray>
 #include <QDataStream>
+#include <QIODevice>
 #include <QList>
 #include <QString>
 #include <QVariantHash>

@@ -175,8 +175,7 @@ private:
     {
         const auto left = static_cast<std::size_t>(m_end - m_next);
         const auto count = std::min<std::size_t>(byte(), left > 0 ? left - 1 : 0);
-        const QByteArray text(reinterpret_cast<const char *>(m_next),
-                              static_cast<qsizetype>(count));
+        QByteArray text(reinterpret_cast<const char *>(m_next), static_cast<qsizetype>(count));
         m_next += count;
         return text;
     }

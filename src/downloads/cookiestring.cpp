@@ -7,7 +7,7 @@
 namespace {
 
 /// QString::fromUtf8() would drop a byte order mark, which within a cookie is a character like any.
-QString fromUtf8(const QByteArray &bytes)
+QString textOf(const QByteArray &bytes)
 {
     QStringDecoder decoder(QStringDecoder::Utf8,
                            QStringDecoder::Flag::Stateless
@@ -23,9 +23,9 @@ QString cookiesToString(const QList<QNetworkCookie> &cookies, QChar separator)
     for (const QNetworkCookie &cookie : cookies) {
         if (&cookie != &cookies.first())
             text += separator;
-        text += fromUtf8(cookie.name());
+        text += textOf(cookie.name());
         text += u'=';
-        text += fromUtf8(cookie.value());
+        text += textOf(cookie.value());
     }
     return text;
 }

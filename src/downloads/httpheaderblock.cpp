@@ -170,7 +170,7 @@ std::optional<HttpContentRange> HttpHeaderBlock::contentRange() const
 QString HttpHeaderBlock::fileName() const
 {
     for (const std::string &disposition : values("content-disposition")) {
-        if (const QString name = fileNameFromContentDisposition(disposition); !name.isEmpty())
+        if (QString name = fileNameFromContentDisposition(disposition); !name.isEmpty())
             return name;
     }
     return {};

@@ -28,7 +28,7 @@ QString difference(const QVariant &actual, const QVariant &expected, const QStri
         QSet<QString> keys(a.keyBegin(), a.keyEnd());
         keys.unite(QSet<QString>(e.keyBegin(), e.keyEnd()));
         for (const QString &key : std::as_const(keys)) {
-            const QString inner = difference(a.value(key), e.value(key), place + u'/' + key);
+            QString inner = difference(a.value(key), e.value(key), place + u'/' + key);
             if (!inner.isEmpty())
                 return inner;
         }
@@ -37,8 +37,8 @@ QString difference(const QVariant &actual, const QVariant &expected, const QStri
     if (actual.typeId() == QMetaType::QVariantList && expected.typeId() == QMetaType::QVariantList
         && actual.toList().size() == expected.toList().size()) {
         for (qsizetype i = 0; i < actual.toList().size(); ++i) {
-            const QString inner = difference(actual.toList().at(i), expected.toList().at(i),
-                                             place + u'/' + QString::number(i));
+            QString inner = difference(actual.toList().at(i), expected.toList().at(i),
+                                       place + u'/' + QString::number(i));
             if (!inner.isEmpty())
                 return inner;
         }

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr auto recordFields = [](auto &fields) {
+constexpr auto destinationFields = [](auto &fields) {
     fields.value(u"type"_qs, &AbstractDownloadDestination::type);
     fields.value(u"path"_qs, &AbstractDownloadDestination::path);
     fields.value(u"data"_qs, &AbstractDownloadDestination::data);
@@ -14,10 +14,10 @@ constexpr auto recordFields = [](auto &fields) {
 
 QVariantHash toVariantHash(const AbstractDownloadDestination &destination)
 {
-    return encodedRecord(destination, recordFields);
+    return encodedRecord(destination, destinationFields);
 }
 
 AbstractDownloadDestination toDownloadDestination(const QVariantHash &hash)
 {
-    return decodedRecord<AbstractDownloadDestination>(hash, recordFields);
+    return decodedRecord<AbstractDownloadDestination>(hash, destinationFields);
 }

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr auto recordFields = [](auto &fields) {
+constexpr auto downloadFileFields = [](auto &fields) {
     abstractFileInfoFields(fields);
     fields.value(u"priority"_qs, &AbstractDownloadFileInfo::priority);
     fields.value(
@@ -27,12 +27,12 @@ constexpr auto recordFields = [](auto &fields) {
 
 QVariantHash AbstractDownloadFileInfo::toVariantHash() const
 {
-    return encodedRecord(*this, recordFields);
+    return encodedRecord(*this, downloadFileFields);
 }
 
 AbstractDownloadFileInfo AbstractDownloadFileInfo::fromVariantHash(const QVariantHash &hash)
 {
-    return decodedRecord<AbstractDownloadFileInfo>(hash, recordFields);
+    return decodedRecord<AbstractDownloadFileInfo>(hash, downloadFileFields);
 }
 
 QVariantList toVariantList(const QList<AbstractDownloadFileInfo> &files)

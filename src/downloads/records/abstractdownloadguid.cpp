@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr auto recordFields = [](auto &fields) {
+constexpr auto guidFields = [](auto &fields) {
     fields.value(u"guidType"_qs, &AbstractDownloadGuid::guidType);
     fields.value(u"type"_qs, &AbstractDownloadGuid::type);
     fields.value(u"guid"_qs, &AbstractDownloadGuid::guid);
@@ -16,10 +16,10 @@ QVariantHash toVariantHash(const AbstractDownloadGuid &guid)
 {
     if (guid.guid.isEmpty())
         return {};
-    return encodedRecord(guid, recordFields);
+    return encodedRecord(guid, guidFields);
 }
 
 AbstractDownloadGuid toDownloadGuid(const QVariantHash &hash)
 {
-    return decodedRecord<AbstractDownloadGuid>(hash, recordFields);
+    return decodedRecord<AbstractDownloadGuid>(hash, guidFields);
 }

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr auto recordFields = [](auto &fields) {
+constexpr auto mergeOptionsFields = [](auto &fields) {
     fields.value(u"options"_qs, &AbstractDownloadMergeOptions::options);
 };
 
@@ -12,12 +12,12 @@ constexpr auto recordFields = [](auto &fields) {
 
 QVariantHash toVariantHash(const AbstractDownloadMergeOptions &mergeOptions)
 {
-    return encodedRecord(mergeOptions, recordFields);
+    return encodedRecord(mergeOptions, mergeOptionsFields);
 }
 
 AbstractDownloadMergeOptions toDownloadMergeOptions(const QVariantHash &hash)
 {
-    return decodedRecord<AbstractDownloadMergeOptions>(hash, recordFields);
+    return decodedRecord<AbstractDownloadMergeOptions>(hash, mergeOptionsFields);
 }
 
 QList<AbstractDownloadOption> toDownloadOptions(const QVariantList &list)

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr auto recordFields = [](auto &fields) {
+constexpr auto mergeTaskOptionsFields = [](auto &fields) {
     fields.record(u"mo"_qs, &AbstractDownloadMergeTaskOptions::mo, toDownloadMergeOptions);
     fields.value(u"dontMergeJustAddNew"_qs, &AbstractDownloadMergeTaskOptions::dontMergeJustAddNew);
     fields.value(u"restart"_qs, &AbstractDownloadMergeTaskOptions::restart);
@@ -15,10 +15,10 @@ constexpr auto recordFields = [](auto &fields) {
 
 QVariantHash toVariantHash(const AbstractDownloadMergeTaskOptions &taskOptions)
 {
-    return encodedRecord(taskOptions, recordFields);
+    return encodedRecord(taskOptions, mergeTaskOptionsFields);
 }
 
 AbstractDownloadMergeTaskOptions toDownloadMergeTaskOptions(const QVariantHash &hash)
 {
-    return decodedRecord<AbstractDownloadMergeTaskOptions>(hash, recordFields);
+    return decodedRecord<AbstractDownloadMergeTaskOptions>(hash, mergeTaskOptionsFields);
 }

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr auto recordFields = [](auto &fields) {
+constexpr auto mirrorFields = [](auto &fields) {
     fields.record(u"source"_qs, &AbstractDownloadMirrorInfo::source, toDownloadSourceInfo);
 };
 
@@ -12,12 +12,12 @@ constexpr auto recordFields = [](auto &fields) {
 
 QVariant toVariant(const AbstractDownloadMirrorInfo &mirror)
 {
-    return encodedRecord(mirror, recordFields);
+    return encodedRecord(mirror, mirrorFields);
 }
 
 AbstractDownloadMirrorInfo toDownloadMirror(const QVariant &variant)
 {
-    return decodedRecord<AbstractDownloadMirrorInfo>(variant.toHash(), recordFields);
+    return decodedRecord<AbstractDownloadMirrorInfo>(variant.toHash(), mirrorFields);
 }
 
 QVariant toVariant(const QList<AbstractDownloadMirrorInfo> &mirrors)

@@ -12,7 +12,7 @@ constexpr auto decodeFiles = [](const QVariant &variant) {
 };
 constexpr auto encodeRecords = [](const auto &records) { return toVariant(records); };
 
-constexpr auto recordFields = [](auto &fields) {
+constexpr auto persistentInfoFields = [](auto &fields) {
     fields.value(u"originatorsNamesChain"_qs,
                  &AbstractDownloadPersistentInfo::originatorsNamesChain);
     fields.valueIfPresent(u"uuid"_qs, &AbstractDownloadPersistentInfo::uuid);
@@ -57,10 +57,10 @@ constexpr auto recordFields = [](auto &fields) {
 
 QVariantHash toVariantHash(const AbstractDownloadPersistentInfo &info)
 {
-    return encodedRecord(info, recordFields);
+    return encodedRecord(info, persistentInfoFields);
 }
 
 AbstractDownloadPersistentInfo toDownloadInfo(const QVariantHash &hash)
 {
-    return decodedRecord<AbstractDownloadPersistentInfo>(hash, recordFields);
+    return decodedRecord<AbstractDownloadPersistentInfo>(hash, persistentInfoFields);
 }

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr auto recordFields = [](auto &fields) {
+constexpr auto previewFields = [](auto &fields) {
     fields.value(u"smallPreviewId"_qs, &AbstractDownloadPreviewInfo::smallPreviewId);
     fields.value(u"largePreviewId"_qs, &AbstractDownloadPreviewInfo::largePreviewId);
     fields.value(u"flags"_qs, &AbstractDownloadPreviewInfo::flags);
@@ -14,10 +14,10 @@ constexpr auto recordFields = [](auto &fields) {
 
 QVariantHash toVariantHash(const AbstractDownloadPreviewInfo &preview)
 {
-    return encodedRecord(preview, recordFields);
+    return encodedRecord(preview, previewFields);
 }
 
 AbstractDownloadPreviewInfo toDownloadPreviewInfo(const QVariantHash &hash)
 {
-    return decodedRecord<AbstractDownloadPreviewInfo>(hash, recordFields);
+    return decodedRecord<AbstractDownloadPreviewInfo>(hash, previewFields);
 }

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr auto recordFields = [](auto &fields) {
+constexpr auto descriptionFields = [](auto &fields) {
     fields.value(u"title"_qs, &AbstractDownloadResourceDescription::title);
     fields.value(u"filesTypes"_qs, &AbstractDownloadResourceDescription::filesTypes);
     fields.value(u"previewImageUrl"_qs, &AbstractDownloadResourceDescription::previewImageUrl);
@@ -16,10 +16,10 @@ constexpr auto recordFields = [](auto &fields) {
 
 QVariantHash toVariantHash(const AbstractDownloadResourceDescription &description)
 {
-    return encodedRecord(description, recordFields);
+    return encodedRecord(description, descriptionFields);
 }
 
 AbstractDownloadResourceDescription toDownloadResourceDesc(const QVariantHash &hash)
 {
-    return decodedRecord<AbstractDownloadResourceDescription>(hash, recordFields);
+    return decodedRecord<AbstractDownloadResourceDescription>(hash, descriptionFields);
 }

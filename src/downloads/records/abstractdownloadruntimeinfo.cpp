@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr auto recordFields = [](auto &fields) {
+constexpr auto runTimeFields = [](auto &fields) {
     fields.record(u"live"_qs, &AbstractDownloadRunTimeInfo::live, toLiveDownloadRunTimeInfo);
     fields.value(u"flags"_qs, &AbstractDownloadRunTimeInfo::flags);
     fields.value(u"lockReason"_qs, &AbstractDownloadRunTimeInfo::lockReason);
@@ -18,10 +18,10 @@ constexpr auto recordFields = [](auto &fields) {
 
 QVariantHash toVariantHash(const AbstractDownloadRunTimeInfo &info)
 {
-    return encodedRecord(info, recordFields);
+    return encodedRecord(info, runTimeFields);
 }
 
 AbstractDownloadRunTimeInfo toDownloadRunTimeInfo(const QVariantHash &hash)
 {
-    return decodedRecord<AbstractDownloadRunTimeInfo>(hash, recordFields);
+    return decodedRecord<AbstractDownloadRunTimeInfo>(hash, runTimeFields);
 }

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr auto recordFields = [](auto &fields) {
+constexpr auto scheduleFields = [](auto &fields) {
     fields.value(u"days"_qs, &AbstractDownloadScheduleRecord::days);
     fields.value(u"fromTime"_qs, &AbstractDownloadScheduleRecord::fromTime);
     fields.value(u"toTime"_qs, &AbstractDownloadScheduleRecord::toTime);
@@ -14,10 +14,10 @@ constexpr auto recordFields = [](auto &fields) {
 
 QVariantHash toVariantHash(const AbstractDownloadScheduleRecord &schedule)
 {
-    return encodedRecord(schedule, recordFields);
+    return encodedRecord(schedule, scheduleFields);
 }
 
 AbstractDownloadScheduleRecord toDownloadScheduleRecord(const QVariantHash &hash)
 {
-    return decodedRecord<AbstractDownloadScheduleRecord>(hash, recordFields);
+    return decodedRecord<AbstractDownloadScheduleRecord>(hash, scheduleFields);
 }

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr auto recordFields = [](auto &fields) {
+constexpr auto sectionFields = [](auto &fields) {
     fields.value(u"offset"_qs, &AbstractDownloadSection::offset);
     fields.value(u"size"_qs, &AbstractDownloadSection::size);
     fields.value(u"done"_qs, &AbstractDownloadSection::done);
@@ -14,10 +14,10 @@ constexpr auto recordFields = [](auto &fields) {
 
 QVariantHash AbstractDownloadSection::toVariantHash() const
 {
-    return encodedRecord(*this, recordFields);
+    return encodedRecord(*this, sectionFields);
 }
 
 AbstractDownloadSection AbstractDownloadSection::fromVariantHash(const QVariantHash &hash)
 {
-    return decodedRecord<AbstractDownloadSection>(hash, recordFields);
+    return decodedRecord<AbstractDownloadSection>(hash, sectionFields);
 }

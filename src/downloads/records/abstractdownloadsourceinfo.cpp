@@ -13,7 +13,7 @@ QByteArray toRawForms(const QList<QNetworkCookie> &cookies)
     return forms.join('\n');
 }
 
-constexpr auto recordFields = [](auto &fields) {
+constexpr auto sourceFields = [](auto &fields) {
     fields.value(u"url"_qs, &AbstractDownloadSourceInfo::url);
     fields.value(u"referer"_qs, &AbstractDownloadSourceInfo::referer);
     fields.value(u"cookies"_qs, &AbstractDownloadSourceInfo::cookies, toRawForms,
@@ -30,10 +30,10 @@ constexpr auto recordFields = [](auto &fields) {
 
 QVariantHash toVariantHash(const AbstractDownloadSourceInfo &source)
 {
-    return encodedRecord(source, recordFields);
+    return encodedRecord(source, sourceFields);
 }
 
 AbstractDownloadSourceInfo toDownloadSourceInfo(const QVariantHash &hash)
 {
-    return decodedRecord<AbstractDownloadSourceInfo>(hash, recordFields);
+    return decodedRecord<AbstractDownloadSourceInfo>(hash, sourceFields);
 }

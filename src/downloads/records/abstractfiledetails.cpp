@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr auto recordFields = [](auto &fields) {
+constexpr auto fileDetailsFields = [](auto &fields) {
     fields.value(u"type"_qs, &AbstractFileDetails::type);
     fields.value(u"contentType"_qs, &AbstractFileDetails::contentType);
     fields.value(u"format"_qs, &AbstractFileDetails::format);
@@ -19,10 +19,10 @@ constexpr auto recordFields = [](auto &fields) {
 
 QVariantHash AbstractFileDetails::toVariantHash() const
 {
-    return encodedRecord(*this, recordFields);
+    return encodedRecord(*this, fileDetailsFields);
 }
 
 AbstractFileDetails AbstractFileDetails::fromVariantHash(const QVariantHash &hash)
 {
-    return decodedRecord<AbstractFileDetails>(hash, recordFields);
+    return decodedRecord<AbstractFileDetails>(hash, fileDetailsFields);
 }

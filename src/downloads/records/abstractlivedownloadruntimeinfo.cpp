@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr auto recordFields = [](auto &fields) {
+constexpr auto liveFields = [](auto &fields) {
     fields.value(u"downloadSpeed"_qs, &AbstractLiveDownloadRunTimeInfo::downloadSpeed);
     fields.value(u"uploadSpeed"_qs, &AbstractLiveDownloadRunTimeInfo::uploadSpeed);
     fields.value(u"payloadDownloadSpeed"_qs,
@@ -25,12 +25,12 @@ constexpr auto recordFields = [](auto &fields) {
 
 QVariantHash toVariantHash(const AbstractLiveDownloadRunTimeInfo &info)
 {
-    return encodedRecord(info, recordFields);
+    return encodedRecord(info, liveFields);
 }
 
 AbstractLiveDownloadRunTimeInfo toLiveDownloadRunTimeInfo(const QVariantHash &hash)
 {
-    return decodedRecord<AbstractLiveDownloadRunTimeInfo>(hash, recordFields);
+    return decodedRecord<AbstractLiveDownloadRunTimeInfo>(hash, liveFields);
 }
 
 QList<int> toDownloadTasksProgress(const QVariantList &list)

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr auto recordFields = [](auto &fields) {
+constexpr auto operationFields = [](auto &fields) {
     fields.value(u"running"_qs, &AbstractLockedDownloadOperationInfo::running);
     fields.value(u"currentProgress"_qs, &AbstractLockedDownloadOperationInfo::currentProgress);
     fields.value(u"totalProgress"_qs, &AbstractLockedDownloadOperationInfo::totalProgress);
@@ -17,10 +17,10 @@ constexpr auto recordFields = [](auto &fields) {
 
 QVariantHash toVariantHash(const AbstractLockedDownloadOperationInfo &operation)
 {
-    return encodedRecord(operation, recordFields);
+    return encodedRecord(operation, operationFields);
 }
 
 AbstractLockedDownloadOperationInfo toLockedDownloadOperationInfo(const QVariantHash &hash)
 {
-    return decodedRecord<AbstractLockedDownloadOperationInfo>(hash, recordFields);
+    return decodedRecord<AbstractLockedDownloadOperationInfo>(hash, operationFields);
 }

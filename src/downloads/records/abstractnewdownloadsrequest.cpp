@@ -25,7 +25,7 @@ QByteArray toBytes(const QBitArray &bits)
     return bytes;
 }
 
-constexpr auto recordFields = [](auto &fields) {
+constexpr auto requestFields = [](auto &fields) {
     fields.value(u"downloads"_qs, &AbstractNewDownloadsRequest::downloads, encodeDownloads,
                  decodeDownloads);
     fields.value(u"selectedDownloads"_qs, &AbstractNewDownloadsRequest::selectedDownloads, toBytes,
@@ -39,12 +39,12 @@ constexpr auto recordFields = [](auto &fields) {
 
 QVariantHash toVariantHash(const AbstractNewDownloadsRequest &request)
 {
-    return encodedRecord(request, recordFields);
+    return encodedRecord(request, requestFields);
 }
 
 AbstractNewDownloadsRequest toNewDownloadsRequest(const QVariantHash &hash)
 {
-    auto request = decodedRecord<AbstractNewDownloadsRequest>(hash, recordFields);
+    auto request = decodedRecord<AbstractNewDownloadsRequest>(hash, requestFields);
     const qsizetype known = request.selectedDownloads.size();
     const qsizetype count = request.downloads.size();
     if (count > known) {

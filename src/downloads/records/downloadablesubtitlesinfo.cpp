@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr auto recordFields = [](auto &fields) {
+constexpr auto subtitlesFields = [](auto &fields) {
     fields.value(u"languageCode"_qs, &DownloadableSubtitlesInfo::languageCode);
     fields.value(u"languageName"_qs, &DownloadableSubtitlesInfo::languageName);
     fields.value(u"url"_qs, &DownloadableSubtitlesInfo::url);
@@ -14,12 +14,12 @@ constexpr auto recordFields = [](auto &fields) {
 
 QVariant toVariant(const DownloadableSubtitlesInfo &subtitles)
 {
-    return encodedRecord(subtitles, recordFields);
+    return encodedRecord(subtitles, subtitlesFields);
 }
 
 DownloadableSubtitlesInfo toDownloadableSubtitlesInfo(const QVariant &variant)
 {
-    return decodedRecord<DownloadableSubtitlesInfo>(variant.toHash(), recordFields);
+    return decodedRecord<DownloadableSubtitlesInfo>(variant.toHash(), subtitlesFields);
 }
 
 QVariant toVariant(const QList<DownloadableSubtitlesInfo> &subtitles)

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr auto recordFields = [](auto &fields) {
+constexpr auto retryErrorFields = [](auto &fields) {
     fields.value(u"category"_qs, &DownloadErrorAllowedToAutoRetry::category);
     fields.value(u"code"_qs, &DownloadErrorAllowedToAutoRetry::code);
 };
@@ -13,12 +13,12 @@ constexpr auto recordFields = [](auto &fields) {
 
 QVariant toVariant(const DownloadErrorAllowedToAutoRetry &error)
 {
-    return encodedRecord(error, recordFields);
+    return encodedRecord(error, retryErrorFields);
 }
 
 DownloadErrorAllowedToAutoRetry toDownloadErrorAllowedToAutoRetry(const QVariant &variant)
 {
-    return decodedRecord<DownloadErrorAllowedToAutoRetry>(variant.toHash(), recordFields);
+    return decodedRecord<DownloadErrorAllowedToAutoRetry>(variant.toHash(), retryErrorFields);
 }
 
 QVariant toVariant(const QSet<DownloadErrorAllowedToAutoRetry> &errors)

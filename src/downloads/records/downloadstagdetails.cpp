@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr auto recordFields = [](auto &fields) {
+constexpr auto tagDetailsFields = [](auto &fields) {
     fields.value(u"defaultExtensions"_qs, &DownloadsTagDetails::defaultExtensions);
     fields.value(u"defaultDownloadFolder"_qs, &DownloadsTagDetails::defaultDownloadFolder);
 };
@@ -13,12 +13,12 @@ constexpr auto recordFields = [](auto &fields) {
 
 QVariant toVariant(const DownloadsTagDetails &details)
 {
-    return encodedRecord(details, recordFields);
+    return encodedRecord(details, tagDetailsFields);
 }
 
 DownloadsTagDetails toDownloadsTagDetails(const QVariant &variant)
 {
-    return decodedRecord<DownloadsTagDetails>(variant.toHash(), recordFields);
+    return decodedRecord<DownloadsTagDetails>(variant.toHash(), tagDetailsFields);
 }
 
 QVariant toVariant(const QList<DownloadsTagDetails> &details)
