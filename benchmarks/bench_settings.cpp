@@ -120,8 +120,7 @@ void run(const char *where, const QString &folder)
     const QTemporaryDir dir(folder + QStringLiteral("/bench_settings-XXXXXX"));
     require(dir.isValid(), "folder");
     const auto makeDatabase = [&dir](const QString &name) {
-        const auto db =
-            QSharedPointer<MultiThreadedSqlDatabaseManager>::create(dir.filePath(name), name);
+        auto db = QSharedPointer<MultiThreadedSqlDatabaseManager>::create(dir.filePath(name), name);
         QtAppSettingsInSqlManager(db).setValues(makeValues(rowsCount, -1), {});
         return db;
     };

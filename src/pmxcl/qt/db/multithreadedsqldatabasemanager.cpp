@@ -3,6 +3,7 @@
 #include "assertionlog.h"
 #include "qtobjectfactory.h"
 #include "sqldatabasemanager.h"
+#include "sqlfailurelog.h"
 
 #include <QMutexLocker>
 #include <QThread>
@@ -35,7 +36,9 @@ MultiThreadedSqlDatabaseManager::thisThreadDbManager(bool create) const
         return it != m_managers.constEnd() ? *it : nullptr;
     const auto db =
         qtCreateObject<SqlDatabaseManager>(m_filePath, thisThreadConnectionName(), m_sharedMutex);
-    checkOrLog(db->openDatabase(), "db->openDatabase()");
+    if (const char *step = "db->openDatabase()";
+        !db->openDatabase() && SqlFailureLog::isNews(m_filePath, QLatin1String(step)))
+        checkOrLog(false, step);
     // Direct: a connection is closed on the thread that it belongs to, before that is gone.
     connect(thread, &QThread::finished, this, &MultiThreadedSqlDatabaseManager::onThreadFinished,
             static_cast<Qt::ConnectionType>(Qt::DirectConnection | Qt::UniqueConnection));

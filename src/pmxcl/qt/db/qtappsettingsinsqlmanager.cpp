@@ -5,6 +5,7 @@
 #include "qtappabstractsettingscodec.h"
 #include "qtappdefaultlogger.h"
 #include "qtappsettingssqltable.h"
+#include "sqlfailurelog.h"
 
 #include <QThread>
 
@@ -96,6 +97,8 @@ void QtAppSettingsInSqlManager::storePending()
     m_allUnstored = false;
     m_unstoredKeys = failed;
     m_failureLogged = !failed.isEmpty();
+    if (failed.isEmpty())
+        SqlFailureLog::forget(m_db->databaseFilePath());
 }
 
 bool QtAppSettingsInSqlManager::writeAll()
@@ -127,11 +130,14 @@ bool QtAppSettingsInSqlManager::write(const QString &key, const QString &value)
 
 bool QtAppSettingsInSqlManager::checkStored(bool ok, const char *step, int line)
 {
-    if (!ok && !std::exchange(m_failureLogged, true)) {
+    if (ok || std::exchange(m_failureLogged, true))
+        return ok;
+    if (const QString failure = m_table->lastError().text();
+        SqlFailureLog::isNews(m_db->databaseFilePath(), failure)) {
         logLine(1,
                 QStringLiteral("[QtAppSettingsInSqlManager]: WARNING: cannot store settings: %1")
-                    .arg(m_table->lastError().text()));
+                    .arg(failure));
         checkOrLog(false, step, __builtin_FILE(), line);
     }
-    return ok;
+    return false;
 }

@@ -20,9 +20,9 @@ class QtAppSettingsSqlTable;
  * written when this object's thread comes to it.
  *
  * A database that fails costs nothing but the storing: the settings are served from memory, what
- * is wrong is logged once, and the next change that can be stored takes along what could not. When
- * the table could not be read to its end, nothing is written to it, so that a broken file stays as
- * it is.
+ * is wrong is logged once per file, and the next change that can be stored takes along what could
+ * not. When the table could not be read to its end, nothing is written to it, so that a broken file
+ * stays as it is.
  */
 class QtAppSettingsInSqlManager : public QtAppSettingsInMemoryManager {
     Q_OBJECT

@@ -1,6 +1,7 @@
 #include "qtappsettingssqltable.h"
 
 #include "qtappdefaultlogger.h"
+#include "sqlfailurelog.h"
 
 namespace {
 
@@ -47,11 +48,10 @@ QHash<QString, QString> QtAppSettingsSqlTable::readAll()
     // What kept the table from being made says more than that there is none.
     if (lastError().isValid() && setupError().isValid())
         setLastError(setupError());
-    if (lastError().isValid()) {
-        logLine(
-            1,
-            QStringLiteral("[%1:%2]: WARNING: DB TABLE ERROR: %3")
-                .arg(QStringLiteral(__FILE_NAME__), QString::number(__LINE__), lastError().text()));
-    }
+    if (const QString failure = lastError().text();
+        lastError().isValid() && SqlFailureLog::isNews(databaseFilePath(), failure))
+        logLine(1,
+                QStringLiteral("[%1:%2]: WARNING: DB TABLE ERROR: %3")
+                    .arg(QStringLiteral(__FILE_NAME__), QString::number(__LINE__), failure));
     return values;
 }

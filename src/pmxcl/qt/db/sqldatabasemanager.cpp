@@ -61,7 +61,7 @@ bool SqlDatabaseManager::openDatabase()
     createPrivateFile(m_filePath);
     if (!m_db.open())
         return false;
-    QSqlQuery(QStringLiteral("PRAGMA busy_timeout=%1").arg(sqlBusyTimeout.count()), m_db);
+    createQuery(QStringLiteral("PRAGMA busy_timeout=%1").arg(sqlBusyTimeout.count())).exec();
     useWriteAheadLog();
     return true;
 }

@@ -33,6 +33,8 @@ public:
     virtual ~SqlTableManager();
     Q_DISABLE_COPY_MOVE(SqlTableManager)
 
+    QString databaseFilePath() const;
+
     /// The columns that the table should have; none by default.
     virtual QList<table_column> tableColumns() const;
     /// The names of the columns that a table has; empty when there is no such table. An error that

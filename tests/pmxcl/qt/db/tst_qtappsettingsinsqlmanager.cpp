@@ -111,6 +111,7 @@ void TestQtAppSettingsInSqlManager::eightThreads()
     const auto db = database();
     QtAppSettingsInSqlManager settings(db);
     std::vector<std::unique_ptr<QThread>> threads;
+    threads.reserve(8);
     for (int number = 0; number < 8; ++number)
         threads.emplace_back(QThread::create([&settings, number] {
             const QString own = u"own%1"_qs.arg(number);
@@ -229,7 +230,7 @@ void TestQtAppSettingsInSqlManager::faults()
     const QByteArray before = content();
 
     const LogCapture log;
-    {
+    for (int opening = 0; opening < 2; ++opening) {
         QtAppSettingsInSqlManager settings(database());
         settings.setDefaultValue(u"a"_qs, u"default"_qs);
         for (const QString &value : {u"1"_qs, u"2"_qs, u"3"_qs})
