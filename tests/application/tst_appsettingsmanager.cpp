@@ -14,7 +14,6 @@ class TestAppSettingsManager : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase();
-    void keys_data();
     void keys();
     void defaults();
     void pathsInTheTable_data();
@@ -40,42 +39,22 @@ void TestAppSettingsManager::initTestCase()
     qputenv("XDG_CONFIG_HOME", m_dir.path().toUtf8());
 }
 
-void TestAppSettingsManager::keys_data()
-{
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("expected");
-    const auto app = [](int number, const QString &expected) {
-        QTest::addRow("application, %d", number)
-            << toString(static_cast<AppSettings::Setting>(number)) << expected;
-    };
-    const auto engine = [](int number, const QString &expected) {
-        QTest::addRow("engine, %d", number)
-            << toString(static_cast<DmCoreSettings::Setting>(number)) << expected;
-    };
-    app(0, u"NetworkProxyMode"_qs);
-    app(16, u"Socks5_ProxyPwd"_qs);
-    app(27, u"WbDontInterceptDownloadsIfKeyIsPressed"_qs);
-    app(34, u"LocaleName"_qs);
-    app(47, u"HideDockIcon"_qs);
-    app(48, u"LastSettingValuePlus1"_qs);
-    app(49, QString());
-    engine(0, u"DefaultDownloadPath"_qs);
-    // Of two names of a number the one that is declared first.
-    engine(4, u"TumSettingsFirstValue"_qs);
-    engine(5, u"MaxUploadSpeed"_qs);
-    engine(9, u"MaxURatio"_qs);
-    engine(10, u"MaxAdditionalQueryInfoDownloads"_qs);
-    engine(36, u"BatteryMinimumPowerLevelToRunDownloads"_qs);
-    engine(45, u"BtEnablePex"_qs);
-    engine(52, u"UseSystemDefaultUserAgent"_qs);
-    engine(53, u"LastSettingValuePlus1"_qs);
-    engine(-1, QString());
-}
-
 void TestAppSettingsManager::keys()
 {
-    QFETCH(const QString, key);
-    QTEST(key, "expected");
+    QStringList keys;
+    for (const int number : {0, 16, 27, 34, 47, 48, 49})
+        keys += toString(static_cast<AppSettings::Setting>(number));
+    QCOMPARE(keys.join(u' '),
+             u"NetworkProxyMode Socks5_ProxyPwd WbDontInterceptDownloadsIfKeyIsPressed LocaleName "
+             "HideDockIcon LastSettingValuePlus1 "_qs);
+    keys.clear();
+    // Of two names of a number (4 and 9) the one that is declared first.
+    for (const int number : {0, 4, 5, 9, 10, 36, 45, 52, 53, -1})
+        keys += toString(static_cast<DmCoreSettings::Setting>(number));
+    QCOMPARE(keys.join(u' '),
+             u"DefaultDownloadPath TumSettingsFirstValue MaxUploadSpeed MaxURatio "
+             "MaxAdditionalQueryInfoDownloads BatteryMinimumPowerLevelToRunDownloads BtEnablePex "
+             "UseSystemDefaultUserAgent LastSettingValuePlus1 "_qs);
 }
 
 void TestAppSettingsManager::defaults()
@@ -133,46 +112,37 @@ void TestAppSettingsManager::defaults()
 
 void TestAppSettingsManager::pathsInTheTable_data()
 {
-    QTest::addColumn<bool>("support");
-    QTest::addColumn<bool>("portable");
-    QTest::addColumn<QString>("defaultPath");
-    QTest::addColumn<Values>("stored");
-    const Values plain{{u"DefaultDownloadPath"_qs, u"/home/me/dl"_qs},
-                       {u"FixedDownloadPath"_qs, u"/home/me/dl/x"_qs},
-                       {u"TorrentsFolder"_qs, u"/home/me/dl/x"_qs},
-                       {u"AntivirusPath"_qs, u"/home/me/dl/x"_qs},
-                       {u"LaunchExternalAppOnDownloadCompletion_AppPath"_qs, u"/home/me/dl/x"_qs},
-                       {u"AntivirusArgs"_qs, u"/home/me/dl/x"_qs}};
-    QTest::newRow("no support") << false << false << u"/home/me/dl"_qs << plain;
-    QTest::newRow("not portable") << true << false << u"/home/me/dl"_qs << plain;
-    QTest::newRow("portable") << true << true << u"sysdownloadloc"_qs
-                              << Values{{u"DefaultDownloadPath"_qs, u"sysdownloadloc"_qs},
-                                        {u"FixedDownloadPath"_qs, u"sysdownloadloc/x"_qs},
-                                        {u"TorrentsFolder"_qs, u"sysdownloadloc/x"_qs},
-                                        {u"AntivirusPath"_qs, u"sysdownloadloc/x"_qs},
-                                        {u"LaunchExternalAppOnDownloadCompletion_AppPath"_qs,
-                                         u"sysdownloadloc/x"_qs},
-                                        {u"AntivirusArgs"_qs, u"/home/me/dl/x"_qs}};
+    QTest::addColumn<QSharedPointer<QtAppPortableModeSupport>>("support");
+    QTest::addColumn<QString>("stored");
+    QTest::newRow("no support") << QSharedPointer<QtAppPortableModeSupport>() << u"/home/me/dl"_qs;
+    QTest::newRow("not portable") << QSharedPointer<QtAppPortableModeSupport>::create(false)
+                                  << u"/home/me/dl"_qs;
+    QTest::newRow("portable") << QSharedPointer<QtAppPortableModeSupport>::create(true)
+                              << u"sysdownloadloc"_qs;
 }
 
 void TestAppSettingsManager::pathsInTheTable()
 {
-    QFETCH(const bool, support);
-    QFETCH(const bool, portable);
-    QFETCH(const Values, stored);
-    const auto portableModeSupport =
-        support ? QSharedPointer<QtAppPortableModeSupport>::create(portable) : nullptr;
-    Values inMemory;
-    for (auto it = stored.cbegin(); it != stored.cend(); ++it)
-        inMemory.insert(it.key(), u"/home/me/dl/x"_qs);
-    inMemory.insert(u"DefaultDownloadPath"_qs, u"/home/me/dl"_qs);
-    {
-        AppSettingsManager settings(database(), portableModeSupport);
-        QTEST(settings.defaultValue(u"DefaultDownloadPath"_qs), "defaultPath");
-        settings.setAllValues(inMemory, {});
+    QFETCH(const QSharedPointer<QtAppPortableModeSupport>, support);
+    QFETCH(const QString, stored);
+    Values inMemory{{u"AntivirusArgs"_qs, u"/home/me/dl"_qs}};
+    Values inTable = inMemory;
+    for (const QString &key :
+         {u"DefaultDownloadPath"_qs, u"FixedDownloadPath"_qs, u"TorrentsFolder"_qs,
+          u"AntivirusPath"_qs, u"LaunchExternalAppOnDownloadCompletion_AppPath"_qs}) {
+        inMemory.insert(key, u"/home/me/dl/x"_qs);
+        inTable.insert(key, stored + u"/x"_qs);
     }
-    QCOMPARE(AppSettingsManager(database(), portableModeSupport).allValues(), inMemory);
-    QCOMPARE(AppSettingsManager(database()).allValues(), stored);
+    {
+        AppSettingsManager settings(database(), support);
+        QCOMPARE(settings.defaultValue(u"DefaultDownloadPath"_qs), stored);
+        settings.setAllValues(inMemory, {});
+        settings.setValue(u"TorrentsFolder"_qs, u"/home/me/dl/y"_qs);
+    }
+    inMemory.insert(u"TorrentsFolder"_qs, u"/home/me/dl/y"_qs);
+    inTable.insert(u"TorrentsFolder"_qs, stored + u"/y"_qs);
+    QCOMPARE(AppSettingsManager(database(), support).allValues(), inMemory);
+    QCOMPARE(AppSettingsManager(database()).allValues(), inTable);
 }
 
 void TestAppSettingsManager::forbiddenToChangeByRemote()

@@ -36,9 +36,8 @@ MultiThreadedSqlDatabaseManager::thisThreadDbManager(bool create) const
         return it != m_managers.constEnd() ? *it : nullptr;
     const auto db =
         qtCreateObject<SqlDatabaseManager>(m_filePath, thisThreadConnectionName(), m_sharedMutex);
-    if (const char *step = "db->openDatabase()";
-        !db->openDatabase() && SqlFailureLog::isNews(m_filePath, QLatin1String(step)))
-        checkOrLog(false, step);
+    if (!db->openDatabase() && SqlFailureLog::isNews(m_filePath, QStringLiteral("open")))
+        checkOrLog(false, "db->openDatabase()");
     // Direct: a connection is closed on the thread that it belongs to, before that is gone.
     connect(thread, &QThread::finished, this, &MultiThreadedSqlDatabaseManager::onThreadFinished,
             static_cast<Qt::ConnectionType>(Qt::DirectConnection | Qt::UniqueConnection));

@@ -1,6 +1,5 @@
 #include "logcapture.h"
 #include "multithreadedsqldatabasemanager.h"
-#include "qtappabstractsettingscodec.h"
 #include "qtappsettingsinsqlmanager.h"
 #include "sqldatabasemanager.h"
 #include "tmpfsmount.h"
@@ -19,7 +18,6 @@ class TestQtAppSettingsInSqlManager : public QObject {
 private Q_SLOTS:
     void init();
     void mirrorsEveryChange();
-    void storesInTheCodecsForm();
     void eightThreads();
     void databaseOfOneThread();
     void faults_data();
@@ -76,33 +74,6 @@ void TestQtAppSettingsInSqlManager::mirrorsEveryChange()
         expected +=
             u"[QtAppSettingsInSqlManager]: got %1 records in the settings table"_qs.arg(records);
     QCOMPARE(log.texts(), expected);
-}
-
-namespace {
-class MarkingCodec : public QtAppAbstractSettingsCodec {
-public:
-    QString encode(const QString &key, const QString &value) const override
-    {
-        return key + u'/' + value;
-    }
-    QString decode(const QString &key, const QString &stored) const override
-    {
-        return stored.mid(key.size() + 1);
-    }
-};
-} // namespace
-
-void TestQtAppSettingsInSqlManager::storesInTheCodecsForm()
-{
-    const auto codec = QSharedPointer<const MarkingCodec>::create();
-    {
-        QtAppSettingsInSqlManager settings(database(), codec);
-        settings.setAllValues({{u"a"_qs, u"1"_qs}}, {});
-        settings.setValue(u"b"_qs, u"2"_qs);
-    }
-    QCOMPARE(stored(), (Values{{u"a"_qs, u"a/1"_qs}, {u"b"_qs, u"b/2"_qs}}));
-    QCOMPARE(QtAppSettingsInSqlManager(database(), codec).allValues(),
-             (Values{{u"a"_qs, u"1"_qs}, {u"b"_qs, u"2"_qs}}));
 }
 
 void TestQtAppSettingsInSqlManager::eightThreads()
