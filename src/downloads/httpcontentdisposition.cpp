@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QStringDecoder>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 
@@ -40,6 +41,37 @@ QByteArray toByteArray(std::string_view text)
     return QByteArray(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+int hexDigit(char c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    return -1;
+}
+
+/// Each marker with two hexadecimal digits behind it becomes a byte; any other stands for itself,
+/// where QByteArray::fromPercentEncoding() would make something up.
+QByteArray decodedHexPairs(std::string_view text, char marker)
+{
+    QByteArray bytes;
+    bytes.reserve(static_cast<qsizetype>(text.size()));
+    for (size_t i = 0; i < text.size(); ++i) {
+        const bool mayDecode = text[i] == marker && i + 2 < text.size();
+        const int high = mayDecode ? hexDigit(text[i + 1]) : -1;
+        const int low = mayDecode ? hexDigit(text[i + 2]) : -1;
+        if (high >= 0 && low >= 0) {
+            bytes.append(static_cast<char>(high * 16 + low));
+            i += 2;
+        } else {
+            bytes.append(text[i]);
+        }
+    }
+    return bytes;
+}
+
 /// RFC 8187: charset'language'percent-encoded.
 std::optional<QString> decodedExtendedValue(std::string_view value)
 {
@@ -50,14 +82,14 @@ std::optional<QString> decodedExtendedValue(std::string_view value)
     if (languageEnd == std::string_view::npos)
         return std::nullopt;
     return fromCharset(value.substr(0, charsetEnd),
-                       QByteArray::fromPercentEncoding(toByteArray(value.substr(languageEnd + 1))));
+                       decodedHexPairs(value.substr(languageEnd + 1), '%'));
 }
 
 QByteArray decodedQEncoding(std::string_view text)
 {
-    QByteArray bytes = toByteArray(text);
-    bytes.replace('_', ' ');
-    return QByteArray::fromPercentEncoding(bytes, '=');
+    std::string blanks(text);
+    std::replace(blanks.begin(), blanks.end(), '_', ' ');
+    return decodedHexPairs(blanks, '=');
 }
 
 /// RFC 2047: =?charset?B or Q?text?=, one or more in a row; nothing if it is not of that form.
@@ -97,13 +129,10 @@ QString decodedPlainValue(std::string_view value)
 {
     if (const auto words = decodedWords(value))
         return *words;
-    const QByteArray bytes = toByteArray(value);
     // Not by any standard, but widespread: percent-encoded UTF-8 in the plain parameter.
-    if (bytes.contains('%')) {
-        if (const auto text = fromUtf8(QByteArray::fromPercentEncoding(bytes)))
-            return *text;
-    }
-    return fromUtf8OrLatin1(bytes);
+    if (const auto text = fromUtf8(decodedHexPairs(value, '%')))
+        return *text;
+    return fromUtf8OrLatin1(toByteArray(value));
 }
 
 /// A server's name must not choose a folder.
