@@ -3,6 +3,7 @@
 #include "genericerrorcode.h"
 
 #include <QMetaType>
+#include <QString>
 #include <QTextStream>
 #include <QVariant>
 #include <string>
@@ -40,14 +41,21 @@ AbstractError genericError(GenericErrorCode::Code code, const std::string &sourc
 /// text is written up to its first zero byte.
 QTextStream &operator<<(QTextStream &stream, const AbstractError &error);
 
-/// The form in which errors cross the link: "code", "category", "source", "description".
+namespace AbstractErrorKey {
+inline QString code() { return QStringLiteral("code"); }
+inline QString category() { return QStringLiteral("category"); }
+inline QString source() { return QStringLiteral("source"); }
+inline QString description() { return QStringLiteral("description"); }
+} // namespace AbstractErrorKey
+
+/// The form in which errors cross the link: an int and three texts under the keys above.
 template <typename Container> Container toContainer(const AbstractError &error)
 {
     Container container;
-    container[QStringLiteral("code")] = error.code();
-    container[QStringLiteral("category")] = QString::fromStdString(error.category());
-    container[QStringLiteral("source")] = QString::fromStdString(error.source());
-    container[QStringLiteral("description")] = QString::fromStdString(error.description());
+    container[AbstractErrorKey::code()] = error.code();
+    container[AbstractErrorKey::category()] = QString::fromStdString(error.category());
+    container[AbstractErrorKey::source()] = QString::fromStdString(error.source());
+    container[AbstractErrorKey::description()] = QString::fromStdString(error.description());
     return container;
 }
 
@@ -56,7 +64,7 @@ template <typename Container> AbstractError abstractErrorFromContainer(const Con
     const auto text = [&container](const QString &key) {
         return container.value(key).toString().toStdString();
     };
-    return AbstractError(container.value(QStringLiteral("code")).toInt(),
-                         text(QStringLiteral("category")), text(QStringLiteral("source")),
-                         text(QStringLiteral("description")));
+    return AbstractError(container.value(AbstractErrorKey::code()).toInt(),
+                         text(AbstractErrorKey::category()), text(AbstractErrorKey::source()),
+                         text(AbstractErrorKey::description()));
 }
