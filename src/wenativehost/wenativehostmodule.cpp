@@ -27,10 +27,11 @@ QString textLengthSwitch() { return QStringLiteral("--buggybrowser"); }
 /// Qt's own messages are no business of whoever reads this program's log.
 void silenceQt()
 {
+    // New rules set every category back to its defaults, so they come first.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.network.ssl.warning=false"));
     QLoggingCategory *const category = QLoggingCategory::defaultCategory();
     for (const QtMsgType type : {QtDebugMsg, QtWarningMsg, QtCriticalMsg, QtFatalMsg})
         category->setEnabled(type, false);
-    QLoggingCategory::setFilterRules(QStringLiteral("qt.network.ssl.warning=false"));
 }
 
 } // namespace
