@@ -6,10 +6,11 @@
 namespace {
 
 constexpr auto downloadFileFields = [](auto &fields) {
+    using File = AbstractDownloadFileInfo;
     abstractFileInfoFields(fields);
-    fields.value(u"priority"_qs, &AbstractDownloadFileInfo::priority);
+    fields.value(u"priority"_qs, &File::priority);
     fields.value(
-        u"sections"_qs, &AbstractDownloadFileInfo::sections,
+        u"sections"_qs, &File::sections,
         [](const QList<AbstractDownloadSection> &sections) {
             return toVariantListWith(sections,
                                      [](const auto &section) { return section.toVariantHash(); });
@@ -18,9 +19,9 @@ constexpr auto downloadFileFields = [](auto &fields) {
             return fromVariantHashesWith<AbstractDownloadSection>(
                 variant.toList(), AbstractDownloadSection::fromVariantHash);
         });
-    fields.value(u"writeOffset"_qs, &AbstractDownloadFileInfo::writeOffset);
-    fields.value(u"tmpPath"_qs, &AbstractDownloadFileInfo::tmpPath);
-    fields.value(u"flags"_qs, &AbstractDownloadFileInfo::flags);
+    fields.value(u"writeOffset"_qs, &File::writeOffset);
+    fields.value(u"tmpPath"_qs, &File::tmpPath);
+    fields.value(u"flags"_qs, &File::flags);
 };
 
 } // namespace

@@ -5,10 +5,11 @@
 namespace {
 
 constexpr auto mergeTaskOptionsFields = [](auto &fields) {
-    fields.record(u"mo"_qs, &AbstractDownloadMergeTaskOptions::mo, toDownloadMergeOptions);
-    fields.value(u"dontMergeJustAddNew"_qs, &AbstractDownloadMergeTaskOptions::dontMergeJustAddNew);
-    fields.value(u"restart"_qs, &AbstractDownloadMergeTaskOptions::restart);
-    fields.value(u"start"_qs, &AbstractDownloadMergeTaskOptions::start);
+    using Options = AbstractDownloadMergeTaskOptions;
+    fields.record(u"mo"_qs, &Options::mo, toDownloadMergeOptions);
+    fields.value(u"dontMergeJustAddNew"_qs, &Options::dontMergeJustAddNew);
+    fields.value(u"restart"_qs, &Options::restart);
+    fields.value(u"start"_qs, &Options::start);
 };
 
 } // namespace

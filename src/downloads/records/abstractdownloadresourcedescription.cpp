@@ -5,11 +5,12 @@
 namespace {
 
 constexpr auto descriptionFields = [](auto &fields) {
-    fields.value(u"title"_qs, &AbstractDownloadResourceDescription::title);
-    fields.value(u"filesTypes"_qs, &AbstractDownloadResourceDescription::filesTypes);
-    fields.value(u"previewImageUrl"_qs, &AbstractDownloadResourceDescription::previewImageUrl);
-    fields.value(u"mediaDurationHr"_qs, &AbstractDownloadResourceDescription::mediaDurationHr);
-    fields.value(u"ageHr"_qs, &AbstractDownloadResourceDescription::ageHr);
+    using Description = AbstractDownloadResourceDescription;
+    fields.value(u"title"_qs, &Description::title);
+    fields.value(u"filesTypes"_qs, &Description::filesTypes);
+    fields.value(u"previewImageUrl"_qs, &Description::previewImageUrl);
+    fields.value(u"mediaDurationHr"_qs, &Description::mediaDurationHr);
+    fields.value(u"ageHr"_qs, &Description::ageHr);
 };
 
 } // namespace

@@ -5,13 +5,14 @@
 namespace {
 
 constexpr auto runTimeFields = [](auto &fields) {
-    fields.record(u"live"_qs, &AbstractDownloadRunTimeInfo::live, toLiveDownloadRunTimeInfo);
-    fields.value(u"flags"_qs, &AbstractDownloadRunTimeInfo::flags);
-    fields.value(u"lockReason"_qs, &AbstractDownloadRunTimeInfo::lockReason);
-    fields.record(u"loi"_qs, &AbstractDownloadRunTimeInfo::loi, toLockedDownloadOperationInfo);
-    fields.value(u"allFilesTypes"_qs, &AbstractDownloadRunTimeInfo::allFilesTypes);
-    fields.value(u"forbidAutoRetryCount"_qs, &AbstractDownloadRunTimeInfo::forbidAutoRetryCount);
-    fields.value(u"storageId"_qs, &AbstractDownloadRunTimeInfo::storageId);
+    using Info = AbstractDownloadRunTimeInfo;
+    fields.record(u"live"_qs, &Info::live, toLiveDownloadRunTimeInfo);
+    fields.value(u"flags"_qs, &Info::flags);
+    fields.value(u"lockReason"_qs, &Info::lockReason);
+    fields.record(u"loi"_qs, &Info::loi, toLockedDownloadOperationInfo);
+    fields.value(u"allFilesTypes"_qs, &Info::allFilesTypes);
+    fields.value(u"forbidAutoRetryCount"_qs, &Info::forbidAutoRetryCount);
+    fields.value(u"storageId"_qs, &Info::storageId);
 };
 
 } // namespace

@@ -14,16 +14,16 @@ QByteArray toRawForms(const QList<QNetworkCookie> &cookies)
 }
 
 constexpr auto sourceFields = [](auto &fields) {
-    fields.value(u"url"_qs, &AbstractDownloadSourceInfo::url);
-    fields.value(u"referer"_qs, &AbstractDownloadSourceInfo::referer);
-    fields.value(u"cookies"_qs, &AbstractDownloadSourceInfo::cookies, toRawForms,
-                 [](const QVariant &variant) {
-                     return QNetworkCookie::parseCookies(variant.toByteArray());
-                 });
-    fields.value(u"postData"_qs, &AbstractDownloadSourceInfo::postData);
-    fields.value(u"webPageUrl"_qs, &AbstractDownloadSourceInfo::webPageUrl);
-    fields.value(u"customData"_qs, &AbstractDownloadSourceInfo::customData);
-    fields.value(u"flags"_qs, &AbstractDownloadSourceInfo::flags);
+    using Source = AbstractDownloadSourceInfo;
+    fields.value(u"url"_qs, &Source::url);
+    fields.value(u"referer"_qs, &Source::referer);
+    fields.value(u"cookies"_qs, &Source::cookies, toRawForms, [](const QVariant &variant) {
+        return QNetworkCookie::parseCookies(variant.toByteArray());
+    });
+    fields.value(u"postData"_qs, &Source::postData);
+    fields.value(u"webPageUrl"_qs, &Source::webPageUrl);
+    fields.value(u"customData"_qs, &Source::customData);
+    fields.value(u"flags"_qs, &Source::flags);
 };
 
 } // namespace

@@ -5,20 +5,20 @@
 namespace {
 
 constexpr auto liveFields = [](auto &fields) {
-    fields.value(u"downloadSpeed"_qs, &AbstractLiveDownloadRunTimeInfo::downloadSpeed);
-    fields.value(u"uploadSpeed"_qs, &AbstractLiveDownloadRunTimeInfo::uploadSpeed);
-    fields.value(u"payloadDownloadSpeed"_qs,
-                 &AbstractLiveDownloadRunTimeInfo::payloadDownloadSpeed);
-    fields.value(u"payloadUploadSpeed"_qs, &AbstractLiveDownloadRunTimeInfo::payloadUploadSpeed);
-    fields.value(u"running"_qs, &AbstractLiveDownloadRunTimeInfo::running);
-    fields.value(u"stopping"_qs, &AbstractLiveDownloadRunTimeInfo::stopping);
-    fields.value(u"tasks"_qs, &AbstractLiveDownloadRunTimeInfo::tasks);
-    fields.value(u"tasksProgress"_qs, &AbstractLiveDownloadRunTimeInfo::tasksProgress);
+    using Info = AbstractLiveDownloadRunTimeInfo;
+    fields.value(u"downloadSpeed"_qs, &Info::downloadSpeed);
+    fields.value(u"uploadSpeed"_qs, &Info::uploadSpeed);
+    fields.value(u"payloadDownloadSpeed"_qs, &Info::payloadDownloadSpeed);
+    fields.value(u"payloadUploadSpeed"_qs, &Info::payloadUploadSpeed);
+    fields.value(u"running"_qs, &Info::running);
+    fields.value(u"stopping"_qs, &Info::stopping);
+    fields.value(u"tasks"_qs, &Info::tasks);
+    fields.value(u"tasksProgress"_qs, &Info::tasksProgress);
     fields.value(
-        u"connections"_qs, &AbstractLiveDownloadRunTimeInfo::connections,
+        u"connections"_qs, &Info::connections,
         [](const QtConnectionsMap &connections) { return toVariant(connections); },
         toConnectionsMap);
-    fields.value(u"details"_qs, &AbstractLiveDownloadRunTimeInfo::details);
+    fields.value(u"details"_qs, &Info::details);
 };
 
 } // namespace

@@ -5,12 +5,12 @@
 namespace {
 
 constexpr auto operationFields = [](auto &fields) {
-    fields.value(u"running"_qs, &AbstractLockedDownloadOperationInfo::running);
-    fields.value(u"currentProgress"_qs, &AbstractLockedDownloadOperationInfo::currentProgress);
-    fields.value(u"totalProgress"_qs, &AbstractLockedDownloadOperationInfo::totalProgress);
-    fields.record(u"error"_qs, &AbstractLockedDownloadOperationInfo::error,
-                  abstractErrorFromContainer<QVariantHash>);
-    fields.value(u"errorTime"_qs, &AbstractLockedDownloadOperationInfo::errorTime);
+    using Operation = AbstractLockedDownloadOperationInfo;
+    fields.value(u"running"_qs, &Operation::running);
+    fields.value(u"currentProgress"_qs, &Operation::currentProgress);
+    fields.value(u"totalProgress"_qs, &Operation::totalProgress);
+    fields.record(u"error"_qs, &Operation::error, abstractErrorFromContainer<QVariantHash>);
+    fields.value(u"errorTime"_qs, &Operation::errorTime);
 };
 
 } // namespace

@@ -26,13 +26,12 @@ QByteArray toBytes(const QBitArray &bits)
 }
 
 constexpr auto requestFields = [](auto &fields) {
-    fields.value(u"downloads"_qs, &AbstractNewDownloadsRequest::downloads, encodeDownloads,
-                 decodeDownloads);
-    fields.value(u"selectedDownloads"_qs, &AbstractNewDownloadsRequest::selectedDownloads, toBytes,
-                 toBitArray);
-    fields.value(u"flags"_qs, &AbstractNewDownloadsRequest::flags);
-    fields.value(u"source"_qs, &AbstractNewDownloadsRequest::source);
-    fields.value(u"preferredDownloadType"_qs, &AbstractNewDownloadsRequest::preferredDownloadType);
+    using Request = AbstractNewDownloadsRequest;
+    fields.value(u"downloads"_qs, &Request::downloads, encodeDownloads, decodeDownloads);
+    fields.value(u"selectedDownloads"_qs, &Request::selectedDownloads, toBytes, toBitArray);
+    fields.value(u"flags"_qs, &Request::flags);
+    fields.value(u"source"_qs, &Request::source);
+    fields.value(u"preferredDownloadType"_qs, &Request::preferredDownloadType);
 };
 
 } // namespace
