@@ -1,6 +1,7 @@
 #include "consolemessagessender.h"
 #include "frames.h"
 #include "logcapture.h"
+#include "outputfile.h"
 
 #include <QTest>
 #include <QThread>
@@ -23,26 +24,6 @@ private Q_SLOTS:
 };
 
 namespace {
-
-/// A temporary file that a sender writes to.
-class Output {
-public:
-    Output() : m_file(std::tmpfile()) { }
-    ~Output() { std::fclose(m_file); }
-    Q_DISABLE_COPY_MOVE(Output)
-
-    std::FILE *file() const { return m_file; }
-
-    /// What has left the stream's buffer.
-    QByteArray written() const
-    {
-        QFile file(QStringLiteral("/proc/self/fd/%1").arg(::fileno(m_file)));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
-private:
-    std::FILE *const m_file;
-};
 
 const QString sourceMark = QStringLiteral("../../src/wenativehost/consolemessagessender");
 
@@ -86,7 +67,7 @@ void TestConsoleMessagesSender::encoding()
     QFETCH(const quint32, flags);
     QFETCH(const QByteArray, bytes);
 
-    const Output output;
+    const OutputFile output;
     ConsoleMessagesSender sender(nullptr, output.file());
     sender.enableFlags(flags, true);
     sender.sendMessage(QStringLiteral(u"a b/\u00e9"));
@@ -95,7 +76,7 @@ void TestConsoleMessagesSender::encoding()
 
 void TestConsoleMessagesSender::flagsAddUp()
 {
-    const Output output;
+    const OutputFile output;
     ConsoleMessagesSender sender(nullptr, output.file());
     sender.enableFlags(1 | 8, true);
     sender.enableFlags(2 | 4, true);
@@ -106,7 +87,7 @@ void TestConsoleMessagesSender::flagsAddUp()
 
 void TestConsoleMessagesSender::messagesFollowEachOther()
 {
-    const Output output;
+    const OutputFile output;
     ConsoleMessagesSender sender(nullptr, output.file());
     sender.sendMessage(QStringLiteral("a"));
     sender.sendMessage(QString());
@@ -116,7 +97,7 @@ void TestConsoleMessagesSender::messagesFollowEachOther()
 
 void TestConsoleMessagesSender::largeMessage()
 {
-    const Output output;
+    const OutputFile output;
     ConsoleMessagesSender sender(nullptr, output.file());
     sender.sendMessage(QString(300'000, u'x'));
     QVERIFY(output.written() == frame(QByteArray(300'000, 'x')));
@@ -124,7 +105,7 @@ void TestConsoleMessagesSender::largeMessage()
 
 void TestConsoleMessagesSender::flushedAtOnce()
 {
-    const Output output;
+    const OutputFile output;
     ConsoleMessagesSender sender(nullptr, output.file());
     sender.sendMessage(QStringLiteral("a"));
     QCOMPARE(output.written(), frame("a"));
@@ -132,7 +113,7 @@ void TestConsoleMessagesSender::flushedAtOnce()
 
 void TestConsoleMessagesSender::otherThread()
 {
-    const Output output;
+    const OutputFile output;
     ConsoleMessagesSender sender(nullptr, output.file());
     const std::unique_ptr<QThread> thread(QThread::create([&sender] {
         sender.enableFlags(ConsoleMessagesSender::TextLength, true);
@@ -148,7 +129,7 @@ void TestConsoleMessagesSender::otherThread()
 void TestConsoleMessagesSender::lineBreakIsLogged()
 {
     const LogCapture log;
-    const Output output;
+    const OutputFile output;
     ConsoleMessagesSender sender(nullptr, output.file());
     sender.enableFlags(1 | 2, true);
     sender.sendMessage(QStringLiteral("{\"a\":1}"));
