@@ -266,7 +266,7 @@ int main(int argc, char *argv[])
     const Ends bare = connectedEnds(listener);
 
     const VhMap bigMessage = {{key("name"), key("jsonRequests")},
-                              {key("json"), QString(512 * 1024, u'j')}};
+                              {key("json"), QString(qsizetype(512) * 1024, u'j')}};
     const Case cases[] = {
         {"small message, round trip", smallMessage(), smallMessage(), roundTripsPerRound, 1},
         {"download and its answer", downloadMessage(), finishedMessage(), roundTripsPerRound, 1},

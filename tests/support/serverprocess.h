@@ -65,7 +65,7 @@ private:
         sockaddr_un address = {};
         address.sun_family = AF_UNIX;
         std::strncpy(address.sun_path, path.constData(), sizeof(address.sun_path) - 1);
-        ::bind(listener, reinterpret_cast<const sockaddr *>(&address), sizeof(address));
+        (void)::bind(listener, reinterpret_cast<const sockaddr *>(&address), sizeof(address));
         return listener;
     }
 

@@ -16,7 +16,7 @@
 
 namespace {
 
-const QString pidFileName = QStringLiteral("kov.pid");
+QString pidFileName() { return QStringLiteral("kov.pid"); }
 
 QByteArray procFile(const QByteArray &pid, const char *name)
 {
@@ -64,7 +64,7 @@ int serve()
             return 1;
         file.write(QByteArray::number(::getpid()));
     }
-    QFile::rename(folder + QStringLiteral("pid.new"), folder + pidFileName);
+    QFile::rename(folder + QStringLiteral("pid.new"), folder + pidFileName());
     ::alarm(60);
     ::pause();
     return 0;
@@ -107,7 +107,7 @@ void TestAppServerLauncher::startsServerOnItsOwn()
     QCOMPARE(finished.at(0).at(0).value<AbstractError>(), AbstractError());
     QCOMPARE(log.texts(), QStringList{QStringLiteral("[AppServerLauncher]: launching server...")});
 
-    QFile pidFile(folder + u'/' + pidFileName);
+    QFile pidFile(folder + u'/' + pidFileName());
     QTRY_VERIFY(pidFile.exists());
     QVERIFY(pidFile.open(QIODevice::ReadOnly));
     const QByteArray pid = pidFile.readAll();

@@ -24,7 +24,7 @@ qsizetype openDescriptors()
 }
 
 /// 16 bytes announced, 2 sent.
-const QByteArray halfAFrame = QByteArray::fromHex("00000010 6161");
+QByteArray halfAFrame() { return QByteArray::fromHex("00000010 6161"); }
 
 } // namespace
 
@@ -87,7 +87,7 @@ void TestLinkFaults::serverKilledInTheMiddleOfAFrame200Times()
     int wait = 300;
     for (int restart = 0; restart < 200; ++restart) {
         QCOMPARE(m_clock->nextTimerIn(), wait);
-        ServerProcess server({.path = path(), .greeting = halfAFrame});
+        ServerProcess server({.path = path(), .greeting = halfAFrame()});
         QVERIFY(server.isListening());
         m_clock->advance(wait);
         QVERIFY(isConnected());
@@ -115,7 +115,7 @@ void TestLinkFaults::halfClosed_data()
 void TestLinkFaults::halfClosed()
 {
     QFETCH(const Then, then);
-    const ServerProcess server({.path = path(), .greeting = halfAFrame, .then = then});
+    const ServerProcess server({.path = path(), .greeting = halfAFrame(), .then = then});
     QVERIFY(server.isListening());
     m_keeper->enable(true);
     for (const int wait : {300, 600, 1200}) {

@@ -10,9 +10,12 @@
 
 namespace {
 
-const QByteArray handshake = QByteArray::fromHex("1234FAACDDEE0197 00000000");
-const QByteArray cborOpening = QByteArray::fromHex("9F 1B1234FAACDDEE0197 00");
-const QString basicIpcSource = QStringLiteral("../../src/pmxcl/qt/ipc/qtabstractsocketbasicipc,");
+QByteArray handshake() { return QByteArray::fromHex("1234FAACDDEE0197 00000000"); }
+QByteArray cborOpening() { return QByteArray::fromHex("9F 1B1234FAACDDEE0197 00"); }
+QString basicIpcSource()
+{
+    return QStringLiteral("../../src/pmxcl/qt/ipc/qtabstractsocketbasicipc,");
+}
 
 /// The errors and messages of a basic layer, as one text: "<length or bytes>" and "error <code>".
 class Inbox {
@@ -109,13 +112,13 @@ void TestQtAbstractSocketBasicIpc::readsMessages_data()
     row("empty frame", 0, false, hex("00000000"), {""});
     row("frames, one empty", 0, false, hex("00000002 6161 00000000 00000001 62"), {"aa", "", "b"});
     row("big frame", 0, false, hex("00011170") + big, {big});
-    row("frame after a handshake", 1, false, handshake + hex("00000001 61"), {"a"});
+    row("frame after a handshake", 1, false, handshake() + hex("00000001 61"), {"a"});
     row("handshake of another version", 1, false, hex("1234FAACDDEE0197 00000007 00000001 61"),
         {"a"});
-    row("CBOR strings, one empty", 1, true, cborOpening + hex("4161 40 426262"), {"a", "", "bb"});
-    row("CBOR string in chunks", 1, true, cborOpening + hex("5F 4161 40 426262 FF 4163"),
+    row("CBOR strings, one empty", 1, true, cborOpening() + hex("4161 40 426262"), {"a", "", "bb"});
+    row("CBOR string in chunks", 1, true, cborOpening() + hex("5F 4161 40 426262 FF 4163"),
         {"abb", "c"});
-    row("big CBOR string", 1, true, cborOpening + hex("5A00011170") + big, {big});
+    row("big CBOR string", 1, true, cborOpening() + hex("5A00011170") + big, {big});
     row("CBOR array of known length", 1, true, hex("85 1B1234FAACDDEE0197 20 02 4161"), {"a"});
 }
 
@@ -167,10 +170,10 @@ void TestQtAbstractSocketBasicIpc::endsConnectionOfBrokenPeer_data()
     row("CBOR with wrong magic", 1, true, hex("9F 1B1234FAACDDEE0198 00 4161"), {}, 1, "213");
     row("CBOR with negative magic", 1, true, hex("9F 3B1234FAACDDEE0197 00 4161"), {}, 1, "213");
     row("CBOR without version", 1, true, hex("9F 1B1234FAACDDEE0197 4161"), {}, 1, "213");
-    row("CBOR text", 1, true, cborOpening + hex("4161 6162"), {"a"}, 1, "213");
-    row("CBOR array in the array", 1, true, cborOpening + hex("80"), {}, 1, "213");
-    row("CBOR chunk of another type", 1, true, cborOpening + hex("5F 6161 FF"), {}, 1, "213");
-    row("CBOR array closed", 1, true, cborOpening + hex("4161 FF"), {"a"}, 1, "213");
+    row("CBOR text", 1, true, cborOpening() + hex("4161 6162"), {"a"}, 1, "213");
+    row("CBOR array in the array", 1, true, cborOpening() + hex("80"), {}, 1, "213");
+    row("CBOR chunk of another type", 1, true, cborOpening() + hex("5F 6161 FF"), {}, 1, "213");
+    row("CBOR array closed", 1, true, cborOpening() + hex("4161 FF"), {"a"}, 1, "213");
     row("no CBOR at all", 1, true, hex("FC"), {}, 1, "213");
 }
 
@@ -193,7 +196,7 @@ void TestQtAbstractSocketBasicIpc::endsConnectionOfBrokenPeer()
     QCOMPARE(inbox.errorCount(), 1);
     QCOMPARE(inbox.error().code(), code);
     QCOMPARE(inbox.error().category(), std::string("GenericError"));
-    QVERIFY(QString::fromStdString(inbox.error().source()).startsWith(basicIpcSource + line));
+    QVERIFY(QString::fromStdString(inbox.error().source()).startsWith(basicIpcSource() + line));
     QCOMPARE(inbox.messages(), received);
     QCOMPARE(log.texts().size(), 1);
     QVERIFY(log.texts().constFirst().startsWith(
@@ -207,8 +210,9 @@ void TestQtAbstractSocketBasicIpc::reservesNothingAheadOfTheBytes_data()
     QTest::addColumn<bool>("useCbor");
     QTest::addColumn<QByteArray>("bytes");
     QTest::newRow("frame") << 0 << false << QByteArray::fromHex("7FFFFFFF");
-    QTest::newRow("CBOR string") << 1 << true << cborOpening + QByteArray::fromHex("5A7FFFFFFF");
-    QTest::newRow("CBOR chunk") << 1 << true << cborOpening + QByteArray::fromHex("5F 5A7FFFFFFF");
+    QTest::newRow("CBOR string") << 1 << true << cborOpening() + QByteArray::fromHex("5A7FFFFFFF");
+    QTest::newRow("CBOR chunk") << 1 << true
+                                << cborOpening() + QByteArray::fromHex("5F 5A7FFFFFFF");
 }
 
 void TestQtAbstractSocketBasicIpc::reservesNothingAheadOfTheBytes()
@@ -226,7 +230,7 @@ void TestQtAbstractSocketBasicIpc::reservesNothingAheadOfTheBytes()
         pair.say(piece);
         QTRY_VERIFY(!readyRead.isEmpty());
     }
-    QVERIFY(reservedMemory() - before < 256 * 1024 * 1024);
+    QVERIFY(reservedMemory() - before < 256'000'000);
     QVERIFY(pair.isConnected());
 }
 
@@ -235,8 +239,8 @@ void TestQtAbstractSocketBasicIpc::shakesHandsAgainAfterReconnect_data()
     QTest::addColumn<bool>("useCbor");
     QTest::addColumn<QByteArray>("opening");
     QTest::addColumn<QByteArray>("message");
-    QTest::newRow("data stream") << false << handshake << QByteArray::fromHex("00000001 61");
-    QTest::newRow("CBOR") << true << cborOpening << QByteArray::fromHex("4161");
+    QTest::newRow("data stream") << false << handshake() << QByteArray::fromHex("00000001 61");
+    QTest::newRow("CBOR") << true << cborOpening() << QByteArray::fromHex("4161");
 }
 
 void TestQtAbstractSocketBasicIpc::shakesHandsAgainAfterReconnect()
@@ -289,8 +293,8 @@ void TestQtAbstractSocketBasicIpc::maybeDestroyedByReceiver_data()
 {
     QTest::addColumn<bool>("useCbor");
     QTest::addColumn<QByteArray>("bytes");
-    QTest::newRow("data stream") << false << handshake + QByteArray::fromHex("00000001 61 0000");
-    QTest::newRow("CBOR") << true << cborOpening + QByteArray::fromHex("4161 4161");
+    QTest::newRow("data stream") << false << handshake() + QByteArray::fromHex("00000001 61 0000");
+    QTest::newRow("CBOR") << true << cborOpening() + QByteArray::fromHex("4161 4161");
 }
 
 void TestQtAbstractSocketBasicIpc::maybeDestroyedByReceiver()

@@ -210,7 +210,7 @@ void TestQtVhBodyCodec::refusesHostileDataStream()
     QFETCH(const QByteArray, body);
     const qint64 before = reservedMemory();
     QVERIFY(!fromDataStream(body));
-    QVERIFY(reservedMemory() - before < 64 * 1024 * 1024);
+    QVERIFY(reservedMemory() - before < 64'000'000);
 }
 
 void TestQtVhBodyCodec::refusesHostileCbor_data()
@@ -239,7 +239,7 @@ void TestQtVhBodyCodec::refusesHostileCbor()
     QFETCH(const QByteArray, body);
     const qint64 before = reservedMemory();
     QVERIFY(!fromCbor(body));
-    QVERIFY(reservedMemory() - before < 64 * 1024 * 1024);
+    QVERIFY(reservedMemory() - before < 64'000'000);
 }
 
 void TestQtVhBodyCodec::boundsNesting_data()

@@ -11,8 +11,8 @@ using Gate = QSharedPointer<QtToggleSwitchObject>;
 
 namespace {
 
-const QString partName = QStringLiteral("part");
-const QString otherName = QStringLiteral("other");
+QString partName() { return QStringLiteral("part"); }
+QString otherName() { return QStringLiteral("other"); }
 
 VhMap messageFor(const QString &name)
 {
@@ -50,10 +50,10 @@ void TestQtVhIpcCompositePart::routesByName_data()
 {
     QTest::addColumn<VhMap>("map");
     QTest::addColumn<int>("forPart");
-    QTest::newRow("its name") << messageFor(partName) << 1;
-    QTest::newRow("another's name") << messageFor(otherName) << 0;
+    QTest::newRow("its name") << messageFor(partName()) << 1;
+    QTest::newRow("another's name") << messageFor(otherName()) << 0;
     QTest::newRow("nobody's name") << messageFor(QStringLiteral("nobody")) << 0;
-    QTest::newRow("no name") << VhMap{{QStringLiteral("reason"), partName}} << 0;
+    QTest::newRow("no name") << VhMap{{QStringLiteral("reason"), partName()}} << 0;
     QTest::newRow("empty") << VhMap() << 0;
 }
 
@@ -62,7 +62,7 @@ void TestQtVhIpcCompositePart::routesByName()
     QFETCH(const VhMap, map);
     QFETCH(const int, forPart);
     QtVhIpcCompositePart composite({}, {});
-    composite.addPart(partName, m_part, true, true);
+    composite.addPart(partName(), m_part, true, true);
     QSignalSpy sent(&composite, &QtAbstractVhIpcPart::sendVh);
     composite.processVh(map);
     Q_EMIT m_part->sendVh(map);
@@ -75,15 +75,15 @@ void TestQtVhIpcCompositePart::routesByName()
 void TestQtVhIpcCompositePart::firstPartOfANameStays()
 {
     QtVhIpcCompositePart composite({}, {});
-    composite.addPart(partName, m_part, false, false);
+    composite.addPart(partName(), m_part, false, false);
     m_other->setRequiringServer(true);
-    composite.addPart(partName, m_other, false, false);
+    composite.addPart(partName(), m_other, false, false);
     QSignalSpy sent(&composite, &QtAbstractVhIpcPart::sendVh);
-    composite.processVh(messageFor(partName));
+    composite.processVh(messageFor(partName()));
     composite.onConnectChanged(true);
-    Q_EMIT m_other->sendVh(messageFor(partName));
-    QCOMPARE(composite.part(partName), m_part);
-    QCOMPARE(composite.part(otherName), nullptr);
+    Q_EMIT m_other->sendVh(messageFor(partName()));
+    QCOMPARE(composite.part(partName()), m_part);
+    QCOMPARE(composite.part(otherName()), nullptr);
     QCOMPARE(m_part->maps().size(), 1);
     QCOMPARE(m_other->maps().size(), 0);
     QCOMPARE(m_other->connects().size(), 0);
@@ -115,10 +115,10 @@ void TestQtVhIpcCompositePart::gatesStopMessages()
     QFETCH(const bool, secondOn);
     QFETCH(const bool, passes);
     QtVhIpcCompositePart composite(Gate::create(firstOn), Gate::create(secondOn));
-    composite.addPart(partName, m_part, needsFirst, needsSecond);
+    composite.addPart(partName(), m_part, needsFirst, needsSecond);
     QSignalSpy sent(&composite, &QtAbstractVhIpcPart::sendVh);
-    composite.processVh(messageFor(partName));
-    Q_EMIT m_part->sendVh(messageFor(partName));
+    composite.processVh(messageFor(partName()));
+    Q_EMIT m_part->sendVh(messageFor(partName()));
     composite.onConnectChanged(true);
     QCOMPARE(m_part->maps().size(), int(passes));
     QCOMPARE(sent.size(), int(passes));
@@ -129,8 +129,8 @@ void TestQtVhIpcCompositePart::connectionIsToldWhenGateOpens()
 {
     const auto gate = Gate::create(false);
     QtVhIpcCompositePart composite(gate, {});
-    composite.addPart(partName, m_part, true, false);
-    composite.addPart(otherName, m_other, false, true);
+    composite.addPart(partName(), m_part, true, false);
+    composite.addPart(otherName(), m_other, false, true);
     gate->setOn(true);
     gate->setOn(false);
     composite.onConnectChanged(true);
@@ -155,9 +155,9 @@ void TestQtVhIpcCompositePart::readyWhenAllPartsAre()
     QSignalSpy changed(&composite, &QtAbstractVhIpcPart::readyStateChanged);
     QVERIFY(composite.isReady());
     m_part->setReady(false);
-    composite.addPart(partName, m_part, false, false);
+    composite.addPart(partName(), m_part, false, false);
     QVERIFY(!composite.isReady());
-    composite.addPart(otherName, m_other, false, false);
+    composite.addPart(otherName(), m_other, false, false);
     m_other->setReady(false);
     m_part->setReady(true);
     QVERIFY(!composite.isReady());
@@ -179,8 +179,8 @@ void TestQtVhIpcCompositePart::requiresServerWhenAnyPartDoes()
 {
     QtVhIpcCompositePart composite({}, {});
     m_part->setRequiringServer(true);
-    composite.addPart(partName, m_part, false, false);
-    composite.addPart(otherName, m_other, false, false);
+    composite.addPart(partName(), m_part, false, false);
+    composite.addPart(otherName(), m_other, false, false);
     QVERIFY(composite.isRequiringServer());
     QSignalSpy changed(&composite, &QtAbstractVhIpcPart::requiringServerChanged);
     m_other->setRequiringServer(true);

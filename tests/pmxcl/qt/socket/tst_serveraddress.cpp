@@ -45,7 +45,5 @@ void TestServerAddress::serverNameEndsWithUserId()
     QCOMPARE(currentUserServerName(QStringLiteral("kov6fs")).toUtf8(), expected);
 }
 
-Q_DECLARE_METATYPE(QtAbstractServerAddress)
-
 QTEST_GUILESS_MAIN(TestServerAddress)
 #include "tst_serveraddress.moc"
