@@ -151,7 +151,7 @@ void TestWeNativeHostTasksProcessor::unreadable_data()
     QTest::newRow("without the sub-record")
         << QStringLiteral("{\"id\":\"1\",\"type\":\"browser_proxy\"}")
         << answer("1", "browser_proxy", "failure");
-    QTest::newRow("handshake that is a text")
+    QTest::newRow("handshake without its sub-record")
         << QStringLiteral("{\"id\":\"1\",\"type\":\"handshake\"}")
         << frame("{\"bt\":true,\"error\":\"\",\"id\":\"1\",\"result\":\"\",\"type\":\"handshake\","
                  "\"version\":\"6.25.0.6016\",\"yt\":false}");
