@@ -10,6 +10,9 @@ const leftToBrowser = 'ignoredDueSettings';
 /** Longer than the host itself waits for the application to come up. */
 const answerPatience = 60_000;
 
+/** Some browsers choose the name of a file only after they have told of the download. */
+const namePatience = 1000;
+
 /** Errors that the host names, and the texts that tell a user of them. */
 const knownErrors = {
     'app_not_installed': 'problemApplicationMissing',
@@ -35,11 +38,12 @@ export class Downloads {
     async onBegun(item) {
         if (!this.#isOurs(item))
             return;
-        const record = await this.#recordOf(item);
-        if (!record)
+        const posted = this.#postedFor(item);
+        if (posted === null)
             return;
         await pause(item.id);
         try {
+            const record = await this.#recordOf(item, posted);
             const answer = await this.#ask([record], { caught: true });
             const unwanted = answer.result === result.declined
                 && this.#settings.current?.browser.monitor.allowDownload === false;
@@ -71,24 +75,25 @@ export class Downloads {
 
     #isOurs(item) {
         return item.state === 'in_progress' && !item.byExtensionId
-            && /^https?:/i.test(item.finalUrl || item.url)
+            && /^https?:/i.test(addressOf(item))
             && this.#settings.current?.browser.monitor.enable !== false;
     }
 
-    /** null for what the application could not repeat. */
-    async #recordOf(item) {
-        const url = item.finalUrl || item.url;
-        const request = this.#requests.find(url);
-        const posted = request ? postedText(request) : '';
-        if (posted === null)
-            return null;
+    /** What was posted to get a download; null when the application could not repeat that. */
+    #postedFor(item) {
+        const request = this.#requests.find(addressOf(item));
+        return request ? postedText(request) : '';
+    }
+
+    async #recordOf(item, posted) {
+        const url = addressOf(item);
         const size = item.fileSize > 0 ? item.fileSize : item.totalBytes;
         return describe({
             url,
             originalUrl: item.url,
-            suggestedName: item.filename.split(/[/\\]/).pop(),
+            suggestedName: await nameOf(item),
             httpReferer: item.referrer ?? '',
-            documentUrl: request?.documentUrl || item.referrer || '',
+            documentUrl: this.#requests.find(url)?.documentUrl || item.referrer || '',
             httpPostData: posted,
             fileSize: String(size > 0 ? size : -1), // the host knows -1 as "not known"
         });
@@ -111,6 +116,43 @@ export class Downloads {
     }
 }
 
+/** Where a download comes from after all redirections, as far as the browser tells. */
+function addressOf(item) { return item.finalUrl || item.url; }
+
+/** The name under which the browser saves a file; else the last part of its address. */
+async function nameOf(item) {
+    const path = item.filename || await filenameOf(item.id);
+    return path.split(/[/\\]/).pop() || lastSegment(addressOf(item));
+}
+
+/** Resolves once the browser has chosen the file, with '' when that takes too long. */
+function filenameOf(id) {
+    return new Promise(resolve => {
+        const done = filename => {
+            clearTimeout(timer);
+            chrome.downloads.onChanged.removeListener(onChanged);
+            resolve(filename);
+        };
+        const onChanged = change => {
+            if (change.id === id && change.filename?.current)
+                done(change.filename.current);
+        };
+        const timer = setTimeout(() => done(''), namePatience);
+        chrome.downloads.onChanged.addListener(onChanged);
+        // It may have been chosen before anybody listened.
+        chrome.downloads.search({ id }).then(([found]) => { if (found?.filename) done(found.filename); });
+    });
+}
+
+function lastSegment(url) {
+    const segment = new URL(url).pathname.split('/').pop();
+    try {
+        return decodeURIComponent(segment);
+    } catch {
+        return segment;
+    }
+}
+
 function errorOf({ error }) {
     if (!error)
         return null;
@@ -130,7 +172,17 @@ async function describe(record) {
 // What a download allows depends on how far it is, and it goes on meanwhile: a small one is
 // complete before it can be paused. Each of these does what is left to do.
 
-async function pause(id) { await chrome.downloads.pause(id).catch(() => {}); }
+/**
+ * Chromium keeps the connection of a paused download. Firefox drops it and later asks the server
+ * again, which fails for what was posted and for servers that cannot resume; there, a download goes
+ * on until the application has it. (Only Chromium's downloads have the event named here.)
+ */
+const pausesWithoutLoss = 'onDeterminingFilename' in chrome.downloads;
+
+async function pause(id) {
+    if (pausesWithoutLoss)
+        await chrome.downloads.pause(id).catch(() => {});
+}
 
 async function resume(id) {
     const [item] = await chrome.downloads.search({ id });

@@ -30,12 +30,12 @@ async function throughPipes(sandbox) {
 }
 
 async function throughBrowser(name, sandbox) {
-    const { ExtendedBrowser, runningHosts } = await import('../../tests/e2e/support/browsers.mjs');
+    const { ExtendedBrowser, hostProgram } = await import('../../tests/e2e/support/browsers.mjs');
     const browser = await ExtendedBrowser.launch(name, sandbox);
     try {
         console.log(`${await browser.version()} runs the extension.`);
-        await until(() => runningHosts(sandbox).length > 0, 'the extension to start the host');
-        console.log(`The extension has started the host as process ${runningHosts(sandbox)}.`);
+        await until(() => sandbox.running(hostProgram).length > 0, 'the extension to start the host');
+        console.log(`The extension has started the host as process ${sandbox.running(hostProgram)}.`);
         const page = await browser.openExtensionPage('popup.html');
         await until(async () => (await page.evaluate(() => document.body.innerText)).includes('6.25'),
                     'the popup to tell the version');

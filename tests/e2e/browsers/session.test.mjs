@@ -3,7 +3,7 @@
 import { notStrictEqual, strictEqual } from 'node:assert';
 import { renameSync } from 'node:fs';
 import { after, before, describe, test } from 'node:test';
-import { ExtendedBrowser, browserNames, runningHosts } from '../support/browsers.mjs';
+import { ExtendedBrowser, browserNames, hostProgram } from '../support/browsers.mjs';
 import { converse, farewell } from '../support/conversation.mjs';
 import { until } from '../support/hostprocess.mjs';
 import { Sandbox } from '../support/sandbox.mjs';
@@ -21,7 +21,7 @@ for (const name of browserNames) {
         after(async () => {
             await browser?.close();
             if (sandbox)
-                await until(() => runningHosts(sandbox).length === 0, 'the hosts to end with their browser');
+                await until(() => sandbox.running(hostProgram).length === 0, 'the hosts to end with their browser');
             sandbox?.remove();
         });
         const status = () => popup.evaluate(() => document.getElementById('status').textContent);
@@ -29,7 +29,7 @@ for (const name of browserNames) {
 
         test('the extension starts the host and shows its version', async () => {
             await statusIs(/^Connected to the Kovalo host 6\.25\.0\.6016\.$/);
-            strictEqual(runningHosts(sandbox).length, 1);
+            strictEqual(sandbox.running(hostProgram).length, 1);
         });
 
         test('the host answers an extension, and ends on "shutdown"', async () => {
@@ -56,16 +56,16 @@ for (const name of browserNames) {
         });
 
         test('the extension starts the host anew when it was killed', async () => {
-            const [first] = runningHosts(sandbox);
+            const [first] = sandbox.running(hostProgram);
             process.kill(first, 'SIGKILL');
-            await until(() => runningHosts(sandbox).some(pid => pid !== first), 'another host');
+            await until(() => sandbox.running(hostProgram).some(pid => pid !== first), 'another host');
             await statusIs(/^Connected to the Kovalo host/);
-            notStrictEqual(runningHosts(sandbox)[0], first);
+            notStrictEqual(sandbox.running(hostProgram)[0], first);
         });
 
         test('a host that is missing is told in words, and found again on demand', async () => {
             renameSync(sandbox.host, `${sandbox.host}.away`);
-            const [pid] = runningHosts({ host: `${sandbox.host}.away` });
+            const [pid] = sandbox.running(`${hostProgram}.away`);
             process.kill(pid, 'SIGKILL');
             const retry = () => popup.evaluate(() => document.getElementById('retry').click());
             await statusIs(/host stopped/);

@@ -1,7 +1,7 @@
 // A real browser, headless, with the project's extension and the built host registered for it.
 
-import { mkdirSync, readFileSync, readdirSync, readlinkSync, writeFileSync } from 'node:fs';
 import { createHash } from 'node:crypto';
+import { mkdirSync, readFileSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import puppeteer from 'puppeteer-core';
@@ -9,6 +9,8 @@ import { until } from './hostprocess.mjs';
 
 const extensionFolder = fileURLToPath(new URL('../../../extension', import.meta.url));
 const extensionManifest = JSON.parse(readFileSync(join(extensionFolder, 'manifest.json')));
+/** The file name of the host. */
+export const hostProgram = 'wenativehost';
 const hostName = 'com.tessmark.kovalo';
 const geckoId = extensionManifest.browser_specific_settings.gecko.id;
 /** Firefox draws an id for the addresses of an extension's pages, unless it has one already. */
@@ -20,22 +22,25 @@ function chromiumId() {
     return digest.slice(0, 32).replace(/./g, digit => 'abcdefghijklmnop'[parseInt(digit, 16)]);
 }
 
-function registerHost(folder, sandbox, allowed) {
+/** Registers the host as an installation does. kind: "chromium" or "firefox". */
+function registerHost(folder, sandbox, kind) {
+    const template = new URL(`../../../packaging/manifests/${kind}.json.in`, import.meta.url);
     mkdirSync(folder, { recursive: true });
-    writeFileSync(join(folder, `${hostName}.json`), JSON.stringify({
-        name: hostName,
-        description: 'Kovalo native messaging host',
-        path: sandbox.host,
-        type: 'stdio',
-        ...allowed,
-    }));
+    writeFileSync(join(folder, `${hostName}.json`),
+                  readFileSync(template, 'utf8').replace('@HOST@', sandbox.host));
 }
+
+/** Where the browser puts what it downloads by itself; not where the application does. */
+export function browserDownloads(sandbox) { return join(sandbox.home, 'BrowserDownloads'); }
 
 const launchers = {
     async chromium(sandbox, environment) {
         const userDataDir = join(sandbox.home, 'chromium');
-        registerHost(join(userDataDir, 'NativeMessagingHosts'), sandbox,
-                     { allowed_origins: [`chrome-extension://${chromiumId()}/`] });
+        mkdirSync(join(userDataDir, 'Default'), { recursive: true });
+        writeFileSync(join(userDataDir, 'Default/Preferences'), JSON.stringify({
+            download: { default_directory: browserDownloads(sandbox), prompt_for_download: false },
+        }));
+        registerHost(join(userDataDir, 'NativeMessagingHosts'), sandbox, 'chromium');
         const browser = await puppeteer.launch({
             executablePath: '/usr/bin/chromium',
             enableExtensions: true,
@@ -54,14 +59,15 @@ const launchers = {
     },
 
     async firefox(sandbox, environment) {
-        registerHost(join(sandbox.home, '.mozilla/native-messaging-hosts'), sandbox,
-                     { allowed_extensions: [geckoId] });
+        registerHost(join(sandbox.home, '.mozilla/native-messaging-hosts'), sandbox, 'firefox');
         const browser = await puppeteer.launch({
             browser: 'firefox',
             executablePath: '/usr/bin/firefox-esr',
             args: ['--remote-allow-system-access'], // without it no page of an extension is shown
             env: { ...environment, MOZ_HEADLESS: '1' },
             extraPrefsFirefox: {
+                'browser.download.dir': browserDownloads(sandbox),
+                'browser.download.folderList': 2,
                 'browser.download.useDownloadDir': true,
                 'extensions.webextensions.uuids': JSON.stringify({ [geckoId]: firefoxPagesId }),
             },
@@ -157,15 +163,15 @@ export class ExtendedBrowser {
 
     /** A port to a host of its own, held by a page of the extension. */
     async openPort(page) {
-        const before = runningHosts(this.sandbox);
+        const before = this.sandbox.running(hostProgram);
         const port = await HostPort.open(page);
         let started = [];
         await until(() => {
-            started = runningHosts(this.sandbox).filter(pid => !before.includes(pid));
+            started = this.sandbox.running(hostProgram).filter(pid => !before.includes(pid));
             return started.length > 0;
         }, 'the browser to start a host');
         port.hostPid = started[0];
-        port.hostEnded = () => until(() => !runningHosts(this.sandbox).includes(port.hostPid),
+        port.hostEnded = () => until(() => !this.sandbox.running(hostProgram).includes(port.hostPid),
                                      `process ${port.hostPid} to end`);
         return port;
     }
@@ -228,15 +234,4 @@ class HostPort {
     isDisconnected() { return this.page.evaluate(name => globalThis[name].disconnected, this.name); }
 
     close() { return this.page.evaluate(name => globalThis[name].port.disconnect(), this.name); }
-}
-
-/** Process ids of the hosts that were started in a sandbox and still run. */
-export function runningHosts(sandbox) {
-    return readdirSync('/proc').filter(name => /^\d+$/.test(name)).filter(pid => {
-        try {
-            return readlinkSync(`/proc/${pid}/exe`) === sandbox.host;
-        } catch {
-            return false; // it has just ended
-        }
-    }).map(Number);
 }

@@ -1,7 +1,10 @@
 // A home for what a test starts: its own folders, its own temporary folder (the local socket to the
 // application lies there), its own copy of the program. Nothing of the user's is read or written.
 
-import { copyFileSync, existsSync, linkSync, mkdirSync, mkdtempSync, rmSync, symlinkSync } from 'node:fs';
+import {
+    copyFileSync, existsSync, linkSync, mkdirSync, mkdtempSync, readdirSync, readlinkSync, rmSync,
+    symlinkSync,
+} from 'node:fs';
 import { tmpdir } from 'node:os';
 import { basename, dirname, join } from 'node:path';
 
@@ -50,7 +53,27 @@ export class Sandbox {
         return environment;
     }
 
-    remove() { rmSync(this.folder, { recursive: true, force: true, maxRetries: 5 }); }
+    /** Where the application puts what it downloads. */
+    get downloads() { return join(this.home, 'Downloads'); }
+
+    /** Process ids of the programs that were started from here and still run. */
+    running(program) {
+        return readdirSync('/proc').filter(name => /^\d+$/.test(name)).filter(pid => {
+            try {
+                const path = readlinkSync(`/proc/${pid}/exe`);
+                return program ? path === join(this.programs, program) : dirname(path) === this.programs;
+            } catch {
+                return false; // it has just ended
+            }
+        }).map(Number);
+    }
+
+    /** Ends whatever still runs, and removes the folders. */
+    remove() {
+        for (const pid of this.running())
+            process.kill(pid, 'SIGKILL');
+        rmSync(this.folder, { recursive: true, force: true, maxRetries: 5 });
+    }
 
     #makeFolder(name) {
         const folder = join(this.folder, name);
