@@ -1,9 +1,15 @@
 // Shows the host at work: `node run.mjs pipes`, or with the name of a browser. Each message is
 // printed as it goes in (>) and comes out (<). The last line and the exit status say how it went.
 
+import { createHash } from 'node:crypto';
+import { existsSync, readFileSync } from 'node:fs';
+import { join } from 'node:path';
 import { conversation, converse, farewell } from '../../tests/e2e/support/conversation.mjs';
 import { HostProcess, until } from '../../tests/e2e/support/hostprocess.mjs';
 import { Sandbox } from '../../tests/e2e/support/sandbox.mjs';
+import { WebServer } from '../../tests/e2e/support/webserver.mjs';
+
+const filePath = '/files/data.bin';
 
 function show({ about, task }, answer) {
     console.log(`\n${about}\n  > ${JSON.stringify(task)}\n  < ${JSON.stringify(answer)}`);
@@ -13,11 +19,49 @@ function showFarewell() {
     console.log(`\nGood-bye. It has no answer; the host ends.\n  > ${JSON.stringify(farewell)}`);
 }
 
-async function throughPipes(sandbox) {
+const checksum = bytes => createHash('sha256').update(bytes).digest('hex');
+
+/** Waits for the application to have the file, and compares it with what the server gives. */
+async function compareDownload(sandbox, server) {
+    const file = join(sandbox.downloads, WebServer.fileName(filePath));
+    await until(() => existsSync(file), `the application to have ${file}`);
+    const [wanted, found] = [checksum(WebServer.content(filePath)), checksum(readFileSync(file))];
+    console.log(`  the application (process ${sandbox.running('kov')}) has it: ${file}\n`
+        + `  sha256 on the server ${wanted}\n  sha256 on the disk   ${found}`);
+    if (found !== wanted || server.requests.some(request => !request.allowed))
+        throw new Error('that is not the file');
+}
+
+async function throughPipes(sandbox, server) {
     const host = new HostProcess(sandbox);
     console.log(`The host runs as process ${host.pid}.`);
     try {
         await converse(task => host.ask(task), show);
+
+        const userAgent = 'demonstration';
+        const page = await fetch(server.pageUrl, { headers: { 'User-Agent': userAgent } });
+        const task = {
+            id: '8',
+            type: 'create_downloads',
+            create_downloads: {
+                downloads: {
+                    item: [{
+                        url: server.origin + filePath,
+                        httpReferer: server.pageUrl,
+                        userAgent,
+                        httpCookies: page.headers.get('set-cookie').replace(/; Path=[^,]*,?/g, ';'),
+                    }],
+                },
+                catchedDownloads: '1',
+            },
+        };
+        const about = 'A download, from a server that demands cookie, referrer and user agent.';
+        const answer = await host.ask(task);
+        show({ about, task }, answer);
+        if (answer.result !== '1')
+            throw new Error('the application did not take the download');
+        await compareDownload(sandbox, server);
+
         showFarewell();
         await host.send(farewell);
         const { code, signal } = await host.end();
@@ -29,43 +73,56 @@ async function throughPipes(sandbox) {
     }
 }
 
-async function throughBrowser(name, sandbox) {
+async function throughBrowser(name, sandbox, server) {
     const { ExtendedBrowser, hostProgram } = await import('../../tests/e2e/support/browsers.mjs');
     const browser = await ExtendedBrowser.launch(name, sandbox);
     try {
         console.log(`${await browser.version()} runs the extension.`);
         await until(() => sandbox.running(hostProgram).length > 0, 'the extension to start the host');
         console.log(`The extension has started the host as process ${sandbox.running(hostProgram)}.`);
-        const page = await browser.openExtensionPage('popup.html');
-        await until(async () => (await page.evaluate(() => document.body.innerText)).includes('6.25'),
-                    'the popup to tell the version');
-        console.log(`Its popup says: ${await page.evaluate(() => document.body.innerText.split('\n')[0])}`);
+        const popup = await browser.openExtensionPage('popup.html');
+        const popupLine = () => popup.evaluate(() => document.getElementById('status').textContent);
+        await until(async () => (await popupLine()).includes('6.25'), 'the popup to tell the version');
+        console.log(`Its popup says: ${await popupLine()}`);
+
         console.log('\nA page of the extension opens a port of its own.');
-        const port = await browser.openPort(page);
+        const port = await browser.openPort(popup);
         console.log(`The browser has started the host as process ${port.hostPid}.`);
         await converse(task => port.ask(task), show);
         showFarewell();
         await port.post(farewell);
         await port.hostEnded();
         console.log(`  process ${port.hostPid} has ended`);
-        const second = await browser.openPort(page);
+        const second = await browser.openPort(popup);
         console.log(`\nAnother port, with the host as process ${second.hostPid}, is closed.`);
         await second.close();
         await second.hostEnded();
         console.log(`  process ${second.hostPid} has ended`);
+
+        console.log(`\nA user visits ${server.pageUrl} and clicks the link to a file.`);
+        const page = await browser.browser.newPage();
+        await page.goto(server.pageUrl);
+        await page.click('#file');
+        await compareDownload(sandbox, server);
+        await until(async () => (await popup.evaluate(() => chrome.downloads.search({}))).length === 0,
+                    'the browser to forget the download');
+        console.log(`  the browser has let go of it; the popup says: ${await popupLine()}`);
     } finally {
         await browser.close();
     }
 }
 
 const peer = process.argv[2] ?? 'pipes';
-const sandbox = new Sandbox();
+const sandbox = new Sandbox(['kov']);
+const server = await WebServer.start();
 try {
-    await (peer === 'pipes' ? throughPipes(sandbox) : throughBrowser(peer, sandbox));
-    console.log(`\nOK: ${conversation.length} tasks answered as expected (${peer}), and the host ended.`);
+    await (peer === 'pipes' ? throughPipes(sandbox, server) : throughBrowser(peer, sandbox, server));
+    console.log(`\nOK (${peer}): ${conversation.length} tasks answered as expected, the download arrived`
+        + ' byte for byte, and the host ended.');
 } catch (error) {
     console.log(`\nFAILED: ${error.message}`);
     process.exitCode = 1;
 } finally {
+    await server.stop();
     sandbox.remove();
 }
