@@ -107,11 +107,9 @@ void WbeIncomingDownloadsProcessor::onFinished(qint64 requestId, bool added, boo
                                                AbstractDownloadAbortReason abortReason,
                                                const QString &error)
 {
-    const auto it = m_taskIds.constFind(requestId);
-    if (it == m_taskIds.cend())
+    if (!m_taskIds.contains(requestId))
         return;
-    const QString id = *it;
-    m_taskIds.erase(it);
+    const QString id = m_taskIds.take(requestId);
     m_requestIds.remove(id);
     Q_EMIT finished(id, added, aborted, abortReason, error);
 }

@@ -304,7 +304,7 @@ void TestPmxJsonStreams::nodeOutlivesItsStream()
     std::string text;
     QVERIFY(!input->ReadValue("a", text, false));
     QVERIFY(!input->BindToText("{"));
-    QVERIFY_EXCEPTION_THROWN(input->SelectNode("a"), std::runtime_error);
+    QVERIFY_THROWS_EXCEPTION(std::runtime_error, input->SelectNode("a"));
     input.reset();
     QVERIFY(node->ReadValue("v", text, false));
     QCOMPARE(text, "deep"s);

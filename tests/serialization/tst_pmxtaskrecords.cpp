@@ -306,7 +306,7 @@ void TestPmxTaskRecords::thrownTasks()
 {
     QFETCH(std::string, text);
     pmxKovBhIpcTask task;
-    QVERIFY_EXCEPTION_THROWN(pmxJsonSerializeObject(task, text, 0), std::runtime_error);
+    QVERIFY_THROWS_EXCEPTION(std::runtime_error, pmxJsonSerializeObject(task, text, 0));
     QCOMPARE(task.id, "1"s);
 }
 

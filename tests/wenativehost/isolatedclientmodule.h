@@ -41,7 +41,7 @@ public:
 private:
     class Config : public QtAppConfigBase {
     public:
-        explicit Config(QDir dir) : m_dir(std::move(dir)) { }
+        explicit Config(const QDir &dir) : m_dir(dir) { }
         QDir dataDir() const override { return m_dir; }
 
     private:

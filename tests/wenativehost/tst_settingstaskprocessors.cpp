@@ -76,7 +76,7 @@ void TestSettingsTaskProcessors::makeProcessors()
 
 std::shared_ptr<pmxKovBhIpcTask> TestSettingsTaskProcessors::task(const char *json)
 {
-    const auto read = std::make_shared<pmxKovBhIpcTask>();
+    auto read = std::make_shared<pmxKovBhIpcTask>();
     pmxJsonSerializeObject(*read, std::string(json), 0);
     return read;
 }

@@ -120,8 +120,8 @@ void TestWebExtensionSettingsManager::reading_data()
     using namespace AppSettings;
     QTest::addColumn<Values>("application");
     QTest::addColumn<QString>("monitor");
-    const auto row = [](const char *title, Values application, const QString &monitor) {
-        QTest::newRow(title) << std::move(application) << monitor;
+    const auto row = [](const char *title, const Values &application, const QString &monitor) {
+        QTest::newRow(title) << application << monitor;
     };
 
     row("all",
@@ -175,10 +175,10 @@ void TestWebExtensionSettingsManager::writing_data()
     using namespace AppSettings;
     QTest::addColumn<Change>("change");
     QTest::addColumn<Values>("written");
-    const auto row = [](const char *title, auto change, Values written) {
+    const auto row = [](const char *title, auto change, const Values &written) {
         QTest::newRow(title) << Change([change](WebExtensionSettings &s) {
             change(s.browser.monitor);
-        }) << std::move(written);
+        }) << written;
     };
 
     row(

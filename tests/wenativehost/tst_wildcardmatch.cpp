@@ -104,7 +104,7 @@ void TestWildcardMatch::asDefined()
         const std::string mask = randomText(random, "aAb*?*", 7);
         const bool expected = matchesByDefinition(text.c_str(), mask.c_str());
         const char *const result = strcmp_m(text.c_str(), mask.c_str());
-        const std::string what = "\"" + mask + "\" against \"" + text + "\"";
+        const std::string what = std::string(mask).append(" against ").append(text);
         QVERIFY2((result != nullptr) == expected, what.c_str());
         QVERIFY(!result || (result >= text.c_str() && result <= text.c_str() + text.size()));
         matched += expected;
