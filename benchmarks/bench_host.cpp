@@ -102,6 +102,7 @@ void runConversation(const QString &program, Samples &samples)
     samples[Start].push_back(microseconds(timer));
 
     std::vector<double> trips;
+    trips.reserve(roundTrips);
     for (int i = 0; i < roundTrips; ++i)
         trips.push_back(roundTrip(child, message));
     samples[RoundTrip].push_back(median(trips));

@@ -77,7 +77,7 @@ QByteArray ChildProcess::read(qsizetype size)
 void ChildProcess::exchange(const QByteArray &bytes, qsizetype answerSize)
 {
     require(::fcntl(m_input, F_SETFL, O_NONBLOCK) == 0, "fcntl");
-    std::array<char, 65536> answers;
+    std::array<char, 65536> answers{};
     qsizetype written = 0;
     qsizetype got = 0;
     while (got < answerSize) {

@@ -11,8 +11,7 @@
  * What the browser is downloading by itself: the URLs whose download it reported as begun and not
  * yet as ended. Their requests are no business of the host. Belongs to one thread.
  */
-class BrowserActivityMonitor : public QObject
-{
+class BrowserActivityMonitor : public QObject {
     Q_OBJECT
 public:
     /// More URLs than this are not remembered; the one heard of longest ago is dropped.
