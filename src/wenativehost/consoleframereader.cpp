@@ -108,7 +108,7 @@ std::optional<QByteArray> ConsoleFrameReader::readBody(quint32 length)
 
 void ConsoleFrameReader::skip(qsizetype count)
 {
-    std::array<char, 16384> piece;
+    std::array<char, 16384> piece{};
     while (count > 0) {
         const auto wanted = static_cast<size_t>(std::min<qsizetype>(count, piece.size()));
         if (std::fread(piece.data(), 1, wanted, m_input) < wanted)

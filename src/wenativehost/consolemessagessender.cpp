@@ -60,7 +60,7 @@ void ConsoleMessagesSender::sendMessage(const QString &message)
 
 QByteArray ConsoleMessagesSender::encoded(const QString &message) const
 {
-    const QByteArray text = message.toUtf8();
+    QByteArray text = message.toUtf8();
     if (m_flags & Base64Encode)
         return Base64Transport::encode(text);
     if (m_flags & PercentEncode)

@@ -23,7 +23,7 @@ class MediaRequestsCollector : public QObject {
 public:
     /// In bytes. What is smaller is a sound effect, a beacon or a placeholder; playlists are not
     /// measured.
-    static constexpr quint64 minSize = 64 * 1024;
+    static constexpr quint64 minSize = quint64{64} * 1024;
 
     explicit MediaRequestsCollector(QSharedPointer<NetworkRequestsCollector> requests,
                                     QObject *parent = nullptr);

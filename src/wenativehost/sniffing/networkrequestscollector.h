@@ -36,8 +36,8 @@ class NetworkRequestsCollector : public QObject {
     Q_OBJECT
 public:
     static constexpr size_t maxRequests = 2000;
-    static constexpr qint64 maxAgeMs = 10 * 60 * 1000;
-    static constexpr size_t maxTextBytes = 16 * 1024 * 1024;
+    static constexpr qint64 maxAgeMs = qint64{10} * 60 * 1000;
+    static constexpr size_t maxTextBytes = size_t{16} * 1024 * 1024;
 
     explicit NetworkRequestsCollector(QObject *parent = nullptr,
                                       QtClock &clock = QtClock::system());
