@@ -32,7 +32,7 @@ QSharedPointer<QtVhIpcCompositePart>
 createParts(const KovConnection::Services &services,
             const QSharedPointer<RemoteJsonRequestsManager> &jsonRequests)
 {
-    const auto parts = QSharedPointer<QtVhIpcCompositePart>::create(nullptr, nullptr);
+    auto parts = QSharedPointer<QtVhIpcCompositePart>::create(nullptr, nullptr);
     const auto add = [&parts](const QString &name, QtAbstractVhIpcPart *part) {
         parts->addPart(name, QSharedPointer<QtAbstractVhIpcPart>(part), false, false);
     };

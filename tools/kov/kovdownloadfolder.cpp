@@ -54,7 +54,7 @@ QString KovDownloadFolder::nextFreePath(const QString &name)
 {
     int &number = m_lastNumbers[name];
     for (;;) {
-        const QString path = m_path + u'/' + KovFileName::numbered(name, ++number);
+        QString path = m_path + u'/' + KovFileName::numbered(name, ++number);
         if (!exists(path) && !exists(path + m_partialEnding))
             return path;
     }

@@ -53,7 +53,7 @@ void KovDownloadsQueue::startNext()
 
 void KovDownloadsQueue::start(const Waiting &waiting)
 {
-    auto *const download = new KovHttpDownload(waiting.request, folder(), this);
+    auto *const download = new KovHttpDownload(waiting.request, folder(), m_network, this);
     const int id = waiting.id;
     connect(download, &KovHttpDownload::finished, this,
             [this, id](const QString &error) { onFinished(id, error); });

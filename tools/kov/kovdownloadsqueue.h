@@ -5,6 +5,7 @@
 
 #include <QHash>
 #include <QList>
+#include <QNetworkAccessManager>
 #include <QObject>
 #include <QSharedPointer>
 #include <QString>
@@ -76,6 +77,7 @@ private:
 
     const QSharedPointer<QtAppAbstractSettingsManager> m_settings;
     const QSharedPointer<QtAppPortableModeSupport> m_portableModeSupport;
+    QNetworkAccessManager m_network;
     std::shared_ptr<KovDownloadFolder> m_folder;
     QList<Job> m_jobs;
     std::deque<Waiting> m_waiting;

@@ -62,7 +62,7 @@ QString KovFileName::sanitized(const QString &suggestion)
     const qsizetype folderEnd =
         std::max(suggestion.lastIndexOf(u'/'), suggestion.lastIndexOf(u'\\'));
     QString name;
-    const QList<uint> characters = suggestion.mid(folderEnd + 1).toUcs4();
+    const QList<uint> characters = QStringView(suggestion).mid(folderEnd + 1).toUcs4();
     for (const char32_t c : characters)
         name += isUnsafe(c) ? QStringLiteral("_") : QString::fromUcs4(&c, 1);
 

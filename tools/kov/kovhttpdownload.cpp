@@ -6,9 +6,8 @@
 #include "kovfilename.h"
 #include "urlchecks.h"
 
-#include <QNetworkCookieJar>
+#include <QNetworkAccessManager>
 #include <QNetworkReply>
-#include <QNetworkRequest>
 
 #include <algorithm>
 #include <utility>
@@ -19,7 +18,7 @@ constexpr int maxRedirects = 20;
 /// A server that is silent for longer has gone.
 constexpr int silenceTimeoutMs = 60'000;
 /// Bounds what a fast server can pile up in memory.
-constexpr qint64 readBufferBytes = 1024 * 1024;
+constexpr qint64 readBufferBytes = 1 << 20;
 
 constexpr int firstSuccessStatus = 200;
 constexpr int lastSuccessStatus = 299;
@@ -50,21 +49,23 @@ bool KovHttpDownload::isSupported(const QUrl &url)
 }
 
 KovHttpDownload::KovHttpDownload(KovDownloadRequest request,
-                                 std::shared_ptr<KovDownloadFolder> folder, QObject *parent)
-    : QObject(parent), m_request(std::move(request)), m_folder(std::move(folder))
+                                 std::shared_ptr<KovDownloadFolder> folder,
+                                 QNetworkAccessManager &network, QObject *parent)
+    : QObject(parent), m_request(std::move(request)), m_folder(std::move(folder)),
+      m_network(&network)
 {
     addCookies();
 }
 
-KovHttpDownload::~KovHttpDownload() = default;
+KovHttpDownload::~KovHttpDownload() { delete m_reply; }
 
 void KovHttpDownload::start() { sendRequest(m_request.url); }
 
 void KovHttpDownload::sendRequest(const QUrl &url)
 {
     m_reply = m_request.postData.isEmpty()
-        ? m_network.get(networkRequest(url))
-        : m_network.post(networkRequest(url), m_request.postData);
+        ? m_network->get(networkRequest(url))
+        : m_network->post(networkRequest(url), m_request.postData);
     m_reply->setReadBufferSize(readBufferBytes);
     connect(m_reply, &QNetworkReply::readyRead, this, &KovHttpDownload::onReadyRead);
     connect(m_reply, &QNetworkReply::finished, this, &KovHttpDownload::onReplyFinished);
@@ -75,9 +76,14 @@ QString KovHttpDownload::path() const { return m_file ? m_file->path() : QString
 QNetworkRequest KovHttpDownload::networkRequest(const QUrl &url) const
 {
     QNetworkRequest request(url);
-    // Followed automatically, a redirect would take the cookies along to another host.
+    // What downloads share is the connections, nothing else. Followed automatically, a redirect
+    // would take the cookies along to another host.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::ManualRedirectPolicy);
+    for (const auto attribute :
+         {QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::CookieSaveControlAttribute,
+          QNetworkRequest::AuthenticationReuseAttribute})
+        request.setAttribute(attribute, QNetworkRequest::Manual);
     request.setTransferTimeout(silenceTimeoutMs);
     request.setRawHeader("User-Agent",
                          headerValue(m_request.userAgent.isEmpty()
@@ -86,6 +92,8 @@ QNetworkRequest KovHttpDownload::networkRequest(const QUrl &url) const
     request.setRawHeader("Accept", "*/*");
     // The file is wanted as the server has it, not what decompressing would make of it.
     request.setRawHeader("Accept-Encoding", "identity");
+    if (const QByteArray cookies = cookieHeader(url); !cookies.isEmpty())
+        request.setRawHeader("Cookie", cookies);
     if (!m_request.referrer.isEmpty())
         request.setRawHeader("Referer", headerValue(m_request.referrer));
     if (!m_request.postData.isEmpty())
@@ -94,9 +102,17 @@ QNetworkRequest KovHttpDownload::networkRequest(const QUrl &url) const
     return request;
 }
 
+QByteArray KovHttpDownload::cookieHeader(const QUrl &url) const
+{
+    QByteArrayList pairs;
+    const QList<QNetworkCookie> cookies = m_cookies.cookiesForUrl(url);
+    for (const QNetworkCookie &cookie : cookies)
+        pairs += cookie.toRawForm(QNetworkCookie::NameAndValueOnly);
+    return pairs.join("; ");
+}
+
 void KovHttpDownload::addCookies()
 {
-    QNetworkCookieJar *const jar = m_network.cookieJar();
     for (QNetworkCookie cookie : m_request.cookies) {
         if (hasControls(cookie.name()) || hasControls(cookie.value()))
             continue;
@@ -104,7 +120,7 @@ void KovHttpDownload::addCookies()
         if (cookie.path().isEmpty())
             cookie.setPath(QStringLiteral("/"));
         cookie.normalize(m_request.url);
-        jar->insertCookie(cookie);
+        m_cookies.insertCookie(cookie);
     }
 }
 
@@ -144,10 +160,10 @@ bool KovHttpDownload::save()
 
 QString KovHttpDownload::fileName() const
 {
-    const QString suggested = KovFileName::sanitized(m_request.suggestedName);
+    QString suggested = KovFileName::sanitized(m_request.suggestedName);
     if (!suggested.isEmpty())
         return suggested;
-    const QString sent = KovFileName::sanitized(
+    QString sent = KovFileName::sanitized(
         fileNameFromContentDisposition(m_reply->rawHeader("Content-Disposition").toStdString()));
     return sent.isEmpty() ? KovFileName::fromUrl(m_reply->url()) : sent;
 }
@@ -181,6 +197,9 @@ bool KovHttpDownload::followRedirect(const QUrl &target)
         m_error = QStringLiteral("redirected too often");
         return false;
     }
+    m_cookies.setCookiesFromUrl(
+        m_reply->header(QNetworkRequest::SetCookieHeader).value<QList<QNetworkCookie>>(),
+        m_reply->url());
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (status != temporaryRedirectStatus && status != permanentRedirectStatus)
         m_request.postData.clear();

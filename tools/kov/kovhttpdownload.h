@@ -3,7 +3,8 @@
 #include "kovdownloadfile.h"
 #include "kovdownloadrequest.h"
 
-#include <QNetworkAccessManager>
+#include <QNetworkCookieJar>
+#include <QNetworkRequest>
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -11,6 +12,7 @@
 #include <memory>
 
 class KovDownloadFolder;
+class QNetworkAccessManager;
 class QNetworkReply;
 
 /**
@@ -26,8 +28,9 @@ public:
     /// Whether this class can perform it.
     static bool isSupported(const QUrl &url);
 
+    /// Any number of downloads share the network access manager, which need not outlive them.
     KovHttpDownload(KovDownloadRequest request, std::shared_ptr<KovDownloadFolder> folder,
-                    QObject *parent = nullptr);
+                    QNetworkAccessManager &network, QObject *parent = nullptr);
     ~KovHttpDownload() override;
 
     void start();
@@ -50,6 +53,7 @@ private:
     void addCookies();
     void sendRequest(const QUrl &url);
     QNetworkRequest networkRequest(const QUrl &url) const;
+    QByteArray cookieHeader(const QUrl &url) const;
     /// Where the answer sends us; empty when it is no redirect.
     QUrl redirectTarget() const;
     /// False when the target may not be followed.
@@ -63,7 +67,8 @@ private:
     /// Without its body once a redirect has turned the POST into a GET.
     KovDownloadRequest m_request;
     const std::shared_ptr<KovDownloadFolder> m_folder;
-    QNetworkAccessManager m_network;
+    const QPointer<QNetworkAccessManager> m_network;
+    QNetworkCookieJar m_cookies;
     QPointer<QNetworkReply> m_reply;
     std::unique_ptr<KovDownloadFile> m_file;
     int m_redirects = 0;

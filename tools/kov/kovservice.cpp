@@ -20,6 +20,8 @@ namespace {
 
 constexpr int connectWithinMs = 1000;
 constexpr int lockRetryMs = 50;
+/// Who does not find a place in this queue tries again, in a loop that leaves others no time.
+constexpr int waitingConnections = 256;
 
 QString lockPath(const QtAppConfigBase &config)
 {
@@ -48,6 +50,7 @@ KovService::KovService(const QtAppConfigBase &config,
       m_portableModeSupport(portableModeSupport)
 {
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
+    m_server.setListenBacklogSize(waitingConnections);
     connect(&m_server, &QLocalServer::newConnection, this, &KovService::onNewConnection);
     connect(m_stopTimer.get(), &QtSingleShotTimer::timeout, this, &KovService::stopped);
 }

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QNetworkAccessManager>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -43,6 +44,7 @@ private:
 
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<TestHttpServer> m_server;
+    QNetworkAccessManager m_network;
 };
 
 void TestKovHttpDownload::init()
@@ -54,8 +56,8 @@ void TestKovHttpDownload::init()
 
 QString TestKovHttpDownload::download(const KovDownloadRequest &request)
 {
-    KovHttpDownload download(request,
-                             std::make_shared<KovDownloadFolder>(m_folder->path(), u"part"_qs));
+    KovHttpDownload download(
+        request, std::make_shared<KovDownloadFolder>(m_folder->path(), u"part"_qs), m_network);
     QSignalSpy finished(&download, &KovHttpDownload::finished);
     download.start();
     if (finished.isEmpty() && !finished.wait(10'000))
