@@ -136,11 +136,11 @@ void TestConsoleFrameReader::textLength()
 
 void TestConsoleFrameReader::textLengthWithoutEnd()
 {
-    const EndlessStream stream(64 * 1024 * 1024, " ");
+    const EndlessStream stream(qint64{64} * 1024 * 1024, " ");
     ConsoleFrameReader reader(stream.file());
     const qint64 before = peakMemory();
     QVERIFY(!reader.readLength(LengthForm::Text));
-    QVERIFY(sanitized || peakMemory() - before < 1024 * 1024);
+    QVERIFY(sanitized || peakMemory() - before < qint64{1024} * 1024);
 }
 
 void TestConsoleFrameReader::framesFollowEachOther()
@@ -202,7 +202,7 @@ void TestConsoleFrameReader::announcedButNotSent()
     const qint64 before = peakMemory();
     QCOMPARE(reader.readLength(LengthForm::Binary), maxLength);
     QVERIFY(!reader.readBody(maxLength));
-    QVERIFY(sanitized || peakMemory() - before < 1024 * 1024);
+    QVERIFY(sanitized || peakMemory() - before < qint64{1024} * 1024);
     QVERIFY(!reader.readLength(LengthForm::Binary));
 }
 

@@ -235,7 +235,7 @@ void TestAppClientModule::a_text_followed_by_the_end_arrives()
 {
     const auto peer = connectedPeer();
     QVERIFY(peer);
-    const QString text(4 * 1024 * 1024, u'x');
+    const QString text(qsizetype{4} * 1024 * 1024, u'x');
     m_module->jsonRequestsManager()->send(7, text, true);
     m_module->initialize(false);
     QVERIFY(m_module->isInitializeRunning(false));

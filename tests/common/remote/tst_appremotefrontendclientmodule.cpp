@@ -204,7 +204,7 @@ void TestAppRemoteFrontendClientModule::takes_down_when_everything_has_left()
     received += peer->readAll().size();
     QTRY_VERIFY(!m_module->isInitializeRunning(false));
     QTRY_COMPARE(peer->state(), QLocalSocket::UnconnectedState);
-    QVERIFY(received > 2 * hugeTextLength); // UTF-16
+    QVERIFY(received > qint64{2} * hugeTextLength); // UTF-16
     QCOMPARE(m_clock->monotonicMs(), 0);
     QCOMPARE(m_clock->nextTimerIn(), -1);
 }
