@@ -93,10 +93,11 @@ void TestDomainFromHttpUrl::longUrls_data()
     const std::string letters(Length, 'a');
     QTest::newRow("long path") << "http://host/" + letters << "host"s;
     QTest::newRow("long name") << "http://" + letters << letters;
-    QTest::newRow("only slashes") << std::string(Length, '/') << ""s;
-    QTest::newRow("name before slashes") << "//a" + std::string(Length, '/') << "a"s;
-    QTest::newRow("line breaks") << "//a" + std::string(Length, '\n')
-                                 << "a" + std::string(Length, '\n');
+    const std::string slashes(Length, '/');
+    const std::string lineBreaks(Length, '\n');
+    QTest::newRow("only slashes") << slashes << ""s;
+    QTest::newRow("name before slashes") << "//a"s.append(slashes) << "a"s;
+    QTest::newRow("line breaks") << "//a"s.append(lineBreaks) << "a"s.append(lineBreaks);
 }
 
 void TestDomainFromHttpUrl::longUrls()

@@ -201,7 +201,7 @@ void TestWeNativeHostTasksProcessor::processIsVirtual()
     QCOMPARE(m_output->written(), QByteArray());
 
     const auto response = std::make_shared<pmxKovBhIpcTaskResponse>();
-    response->id = "9";
+    response->id = late.taken->id;
     late.answerLater(late.taken, response);
     QCOMPARE(m_output->written(), answer("9", "", ""));
 }
