@@ -113,7 +113,7 @@ void TestConsoleMessagesReceiver::decoding_data()
     row("text length counts encoded bytes", 6, "12 eyJhIjoxfQ==", json);
     row("text length and percent", 5, "4 %41.", {QStringLiteral("A.")});
     row("text length and both", 7, "8 JTQxJTQx", {QStringLiteral("%41%41")});
-    row("cut in a length", 0, frame("a") + "\1\0", {QStringLiteral("a")});
+    row("cut in a length", 0, frame("a") + "\2\1", {QStringLiteral("a")});
     row("cut in a body", 0, frame("a") + frame("bcd").chopped(1), {QStringLiteral("a")});
     row("nothing", 0, "", {});
 }
