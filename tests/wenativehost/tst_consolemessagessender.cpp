@@ -25,12 +25,12 @@ private Q_SLOTS:
 
 namespace {
 
-const QString sourceMark = QStringLiteral("../../src/wenativehost/consolemessagessender");
+QString sourceMark() { return QStringLiteral("../../src/wenativehost/consolemessagessender"); }
 
 QString failedCheck(const char *expression, int line)
 {
     return QStringLiteral("ASSERTION FAILED: %1, %2,%3")
-        .arg(QString::fromLatin1(expression), sourceMark, QString::number(line));
+        .arg(QString::fromLatin1(expression), sourceMark(), QString::number(line));
 }
 
 } // namespace
@@ -174,7 +174,8 @@ void TestConsoleMessagesSender::outputCannotBeWritten()
     std::FILE *buffered = std::fopen("/dev/full", "w");
     QVERIFY(buffered);
     ConsoleMessagesSender(nullptr, buffered).sendMessage(QStringLiteral("a"));
-    QCOMPARE(log.texts().last(),
+    const QStringList afterFlush = log.texts();
+    QCOMPARE(afterFlush.last(),
              QStringLiteral("[ConsoleMessagesSender]: WARNING: a message was not written: "
                             "No space left on device"));
     std::fclose(full);

@@ -9,7 +9,7 @@
 
 namespace {
 
-const std::string page = "http://page/watch";
+constexpr auto page = "http://page/watch";
 
 /// One answered request: "id url status headers".
 struct Seen {
@@ -27,10 +27,10 @@ std::string video(int size)
     return "Content-Type: video/mp4\r\nContent-Length: " + std::to_string(size) + "\r\n";
 }
 
-const std::string hls = "Content-Type: application/vnd.apple.mpegurl\r\nContent-Length: 300\r\n";
-const std::string dash = "Content-Type: application/dash+xml\r\n";
-const std::string noType = "Content-Length: 1000000\r\n";
-const std::string octets = "Content-Type: application/octet-stream\r\nContent-Length: 1000000\r\n";
+constexpr auto hls = "Content-Type: application/vnd.apple.mpegurl\r\nContent-Length: 300\r\n";
+constexpr auto dash = "Content-Type: application/dash+xml\r\n";
+constexpr auto noType = "Content-Length: 1000000\r\n";
+constexpr auto octets = "Content-Type: application/octet-stream\r\nContent-Length: 1000000\r\n";
 
 } // namespace
 
@@ -90,7 +90,7 @@ void tst_MediaRequests::finds_data()
     row("by name, octets", {{"1", "http://h/a.mp3", 200, octets}}, "1:2");
     row("by suggested name",
         {{"1", "http://h/get", 200,
-          octets + "Content-Disposition: attachment; filename=\"v.mkv\"\r\n"}},
+          std::string(octets) + "Content-Disposition: attachment; filename=\"v.mkv\"\r\n"}},
         "1:1");
     row("a page with a media name", {{"1", "http://h/a.mp4", 200, "Content-Type: text/html\r\n"}},
         "");

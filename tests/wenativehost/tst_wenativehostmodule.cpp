@@ -46,9 +46,9 @@ private:
 
 namespace {
 
-const QString english = QStringLiteral("Download with %1");
-const QString french = QStringLiteral(u"T\u00e9l\u00e9charger avec %1");
-const QString german = QStringLiteral("Mit %1 herunterladen");
+QString english() { return QStringLiteral("Download with %1"); }
+QString french() { return QStringLiteral(u"T\u00e9l\u00e9charger avec %1"); }
+QString german() { return QStringLiteral("Mit %1 herunterladen"); }
 
 QString translationsFolder()
 {
@@ -94,12 +94,12 @@ void TestWeNativeHostModule::language_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("expected");
 
-    QTest::newRow("none: the system's") << QString() << french;
-    QTest::newRow("another") << QStringLiteral("de_DE") << german;
-    QTest::newRow("another region") << QStringLiteral("de_AT") << german;
-    QTest::newRow("source texts") << QStringLiteral("en_GB") << english;
-    QTest::newRow("not translated") << QStringLiteral("eu_ES") << english;
-    QTest::newRow("no locale at all") << QStringLiteral("?!") << english;
+    QTest::newRow("none: the system's") << QString() << french();
+    QTest::newRow("another") << QStringLiteral("de_DE") << german();
+    QTest::newRow("another region") << QStringLiteral("de_AT") << german();
+    QTest::newRow("source texts") << QStringLiteral("en_GB") << english();
+    QTest::newRow("not translated") << QStringLiteral("eu_ES") << english();
+    QTest::newRow("no locale at all") << QStringLiteral("?!") << english();
 }
 
 void TestWeNativeHostModule::language()
@@ -107,11 +107,11 @@ void TestWeNativeHostModule::language()
     QFETCH(const QString, name);
     QFETCH(const QString, expected);
 
-    QCOMPARE(caption(), french);
+    QCOMPARE(caption(), french());
     setLocale(name);
     QCOMPARE(caption(), expected);
     settings().resetToDefaults(QString());
-    QCOMPARE(caption(), french);
+    QCOMPARE(caption(), french());
     settings().setAllValues({{toString(AppSettings::LocaleName), name}}, QString());
     QCOMPARE(caption(), expected);
 }
@@ -121,9 +121,9 @@ void TestWeNativeHostModule::settingsThatBecomeKnown()
     settings().blockSignals(true);
     setLocale(QStringLiteral("de"));
     settings().blockSignals(false);
-    QCOMPARE(caption(), french);
+    QCOMPARE(caption(), french());
     m_client->initializeSettings();
-    QCOMPARE(caption(), german);
+    QCOMPARE(caption(), german());
 }
 
 void TestWeNativeHostModule::loadedAgainOnlyWhenItChanges()
@@ -147,7 +147,7 @@ void TestWeNativeHostModule::loadedAgainOnlyWhenItChanges()
     QCOMPARE(loads(), 1);
     setLocale(QString());
     QCOMPARE(loads(), 2);
-    QCOMPARE(caption(), french);
+    QCOMPARE(caption(), french());
 }
 
 void TestWeNativeHostModule::withoutTranslations()
@@ -162,9 +162,9 @@ void TestWeNativeHostModule::withoutTranslations()
     setLocale(QStringLiteral("de"));
     const QString after = caption();
     QVERIFY(QFile::rename(translationsFolder() + QStringLiteral(".away"), translationsFolder()));
-    QCOMPARE(before, english);
+    QCOMPARE(before, english());
     QCOMPARE(texts, QStringList());
-    QCOMPARE(after, english);
+    QCOMPARE(after, english());
 }
 
 void TestWeNativeHostModule::endOfInput()
@@ -178,9 +178,9 @@ void TestWeNativeHostModule::endOfInput()
 void TestWeNativeHostModule::takenDownTwice()
 {
     m_module->initialize(false);
-    QCOMPARE(caption(), english);
+    QCOMPARE(caption(), english());
     setLocale(QStringLiteral("de"));
-    QCOMPARE(caption(), english);
+    QCOMPARE(caption(), english());
     m_module->initialize(false);
     QVERIFY(!m_module->initFailed(false));
 }

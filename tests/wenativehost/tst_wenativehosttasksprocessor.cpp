@@ -59,9 +59,11 @@ QByteArray answer(const QByteArray &id, const QByteArray &type, const QByteArray
                  + type + "\"}");
 }
 
-const QString unreadableLine =
-    QStringLiteral("ASSERTION FAILED: pmxJsonSerializeObject(*task, msg.toStdString()), "
-                   "../../src/wenativehost/wenativehosttasksprocessor,136");
+QString unreadableLine()
+{
+    return QStringLiteral("ASSERTION FAILED: pmxJsonSerializeObject(*task, msg.toStdString()), "
+                          "../../src/wenativehost/wenativehosttasksprocessor,136");
+}
 
 } // namespace
 
@@ -131,7 +133,7 @@ void TestWeNativeHostTasksProcessor::dispatch()
     const LogCapture log;
     m_dispatcher->onConsoleGotMessage(message);
     QCOMPARE(m_output->written(), bytes);
-    QVERIFY(!log.texts().contains(unreadableLine));
+    QVERIFY(!log.texts().contains(unreadableLine()));
 }
 
 void TestWeNativeHostTasksProcessor::unreadable_data()
@@ -164,7 +166,7 @@ void TestWeNativeHostTasksProcessor::unreadable()
     const LogCapture log;
     m_dispatcher->onConsoleGotMessage(message);
     QCOMPARE(m_output->written(), begin);
-    QCOMPARE(log.texts(), QStringList(unreadableLine));
+    QCOMPARE(log.texts(), QStringList(unreadableLine()));
 }
 
 void TestWeNativeHostTasksProcessor::answersInOrderOfArrival()
