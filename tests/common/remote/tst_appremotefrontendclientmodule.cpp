@@ -134,7 +134,7 @@ void TestAppRemoteFrontendClientModule::takes_effect_on_its_own_thread()
     QThread *thread = nullptr;
     connect(
         m_module.data(), &QtAbstractModule::initializeRunning, m_module.data(),
-        [&thread] { thread = QThread::currentThread(); }, Qt::DirectConnection);
+        [seen = &thread] { *seen = QThread::currentThread(); }, Qt::DirectConnection);
     const std::unique_ptr<QThread> worker(QThread::create([this] { m_module->initialize(true); }));
     worker->start();
     QVERIFY(worker->wait());

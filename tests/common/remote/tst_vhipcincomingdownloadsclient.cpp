@@ -183,7 +183,7 @@ void TestVhIpcIncomingDownloadsClient::a_disconnect_fails_exactly_the_jobs_in_fl
     s.part.onConnectChanged(false);
     QCOMPARE(s.outcomes.size(), 2);
     s.part.onConnectChanged(true);
-    QCOMPARE(s.sentIds().last(), waiting);
+    QCOMPARE(s.sentIds().constLast(), waiting);
 }
 
 void TestVhIpcIncomingDownloadsClient::answers_data()
@@ -262,7 +262,7 @@ void TestVhIpcIncomingDownloadsClient::a_failure_may_be_followed_by_a_new_job()
     QCOMPARE(s.failedIds(), QList<qint64>{first});
     QVERIFY(s.part.isRequiringServer());
     s.part.onConnectChanged(true);
-    QCOMPARE(s.sentIds().last(), second);
+    QCOMPARE(s.sentIds().constLast(), second);
 }
 
 void TestVhIpcIncomingDownloadsClient::failures_are_told_in_the_users_language()
