@@ -3,7 +3,6 @@
 #include "base64transport.h"
 #include "percenttransport.h"
 #include "qtappdefaultlogger.h"
-#include "readconsolethread.h"
 
 #include <QThread>
 
@@ -38,22 +37,16 @@ void ConsoleMessagesReceiver::receive()
 {
     if (m_inputEnded)
         return;
-    std::optional<quint32> length;
-    std::optional<QByteArray> body;
-    {
-        const ReadConsoleThread::Blocking blocking;
-        length = m_reader.readLength(m_flags & TextLength ? ConsoleFrameReader::LengthForm::Text
-                                                          : ConsoleFrameReader::LengthForm::Binary);
-        if (length)
-            body = m_reader.readBody(*length);
-    }
+    const auto form = m_flags & TextLength ? ConsoleFrameReader::LengthForm::Text
+                                           : ConsoleFrameReader::LengthForm::Binary;
+    const std::optional<quint32> length = m_reader.readLength(form);
     if (!length) {
         m_running = false;
         m_inputEnded = true;
         Q_EMIT finished();
         return;
     }
-    if (body)
+    if (std::optional<QByteArray> body = m_reader.readBody(*length))
         handleBody(std::move(*body));
     if (m_running)
         QMetaObject::invokeMethod(this, &ConsoleMessagesReceiver::start, Qt::QueuedConnection);

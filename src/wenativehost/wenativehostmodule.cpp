@@ -6,6 +6,7 @@
 #include "appsettings.h"
 #include "consolemessagesreceiver.h"
 #include "consolemessagessender.h"
+#include "interruptibleinput.h"
 #include "qtappabstractsettingsmanager.h"
 #include "qtappdelayedshutdownmanager.h"
 #include "qtobjectfactory.h"
@@ -16,6 +17,8 @@
 #include <QCoreApplication>
 #include <QLocale>
 #include <QLoggingCategory>
+
+#include <unistd.h>
 
 #include <algorithm>
 
@@ -63,7 +66,8 @@ void WeNativeHostModule::bringUp()
     loadLocalization();
     followLocaleSetting();
 
-    m_receiver = qtCreateObject<ConsoleMessagesReceiver>();
+    m_input = std::make_unique<InterruptibleInput>(STDIN_FILENO);
+    m_receiver = qtCreateObject<ConsoleMessagesReceiver>(nullptr, m_input->file());
     if (QCoreApplication::arguments().contains(textLengthSwitch()))
         m_receiver->enableFlags(ConsoleMessagesReceiver::TextLength, true);
     connect(m_receiver.data(), &ConsoleMessagesReceiver::finished, m_delayedShutdownManager.data(),
@@ -86,10 +90,15 @@ void WeNativeHostModule::takeDown()
     m_tasksProcessor.reset();
     m_settingsManager.reset();
     m_sender.reset();
-    if (m_readThread)
+    if (m_readThread) {
+        // The end that the reader finds now is none of the input's.
+        m_receiver->disconnect(m_delayedShutdownManager.data());
+        m_input->interrupt();
         m_readThread->stop();
+    }
     m_readThread.reset();
     m_receiver.reset();
+    m_input.reset();
     m_localizationManager.reset();
 }
 

@@ -11,6 +11,7 @@ class AppClientModule;
 class AppLocalizationManager;
 class ConsoleMessagesReceiver;
 class ConsoleMessagesSender;
+class InterruptibleInput;
 class QtAppDelayedShutdownManager;
 class ReadConsoleThread;
 class WeNativeHostTasksProcessor;
@@ -37,6 +38,7 @@ private:
     void followLocaleSetting();
 
     QSharedPointer<AppLocalizationManager> m_localizationManager;
+    std::unique_ptr<InterruptibleInput> m_input;
     QSharedPointer<ConsoleMessagesReceiver> m_receiver;
     QSharedPointer<ConsoleMessagesSender> m_sender;
     QSharedPointer<WeNativeHostTasksProcessor> m_tasksProcessor;

@@ -1,12 +1,16 @@
 #include "consolemessagesreceiver.h"
 #include "frames.h"
+#include "interruptibleinput.h"
 #include "readconsolethread.h"
 
 #include <QStringList>
 #include <QTest>
 
+#include <fcntl.h>
+#include <pthread.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <memory>
 
 using Flag = ConsoleMessagesReceiver::Flag;
@@ -25,6 +29,8 @@ private Q_SLOTS:
     void stopWhileWaiting();
     void stopWhileMessagesCome();
     void stopAfterTheEnd();
+    void stopWhenStuckInARead();
+    void inputInNonBlockingMode();
 };
 
 namespace {
@@ -38,8 +44,9 @@ public:
         if (::pipe(ends) != 0)
             qFatal("no pipe");
         m_writeEnd = ends[1];
-        m_input = ::fdopen(ends[0], "r");
-        m_receiver = std::make_unique<ConsoleMessagesReceiver>(nullptr, m_input);
+        m_readEnd = ends[0];
+        m_input = std::make_unique<InterruptibleInput>(m_readEnd);
+        m_receiver = std::make_unique<ConsoleMessagesReceiver>(nullptr, m_input->file());
         connect(m_receiver.get(), &ConsoleMessagesReceiver::gotMessage, this,
                 [this](const QString &message) { messages.append(message); });
         connect(m_receiver.get(), &ConsoleMessagesReceiver::finished, this,
@@ -49,10 +56,10 @@ public:
     }
     ~PipedReceiver() override
     {
-        thread.stop();
+        stop();
         m_receiver.reset();
         closeInput();
-        std::fclose(m_input);
+        ::close(m_readEnd);
     }
 
     ConsoleMessagesReceiver *operator->() const { return m_receiver.get(); }
@@ -62,6 +69,12 @@ public:
         QCOMPARE(::write(m_writeEnd, bytes.constData(), static_cast<size_t>(bytes.size())),
                  static_cast<ssize_t>(bytes.size()));
     }
+    void stop()
+    {
+        m_input->interrupt();
+        thread.stop();
+    }
+    void setNonBlocking() const { QCOMPARE(::fcntl(m_readEnd, F_SETFL, O_NONBLOCK), 0); }
     void closeInput()
     {
         if (m_writeEnd >= 0)
@@ -75,7 +88,8 @@ public:
 
 private:
     int m_writeEnd = -1;
-    std::FILE *m_input = nullptr;
+    int m_readEnd = -1;
+    std::unique_ptr<InterruptibleInput> m_input;
     std::unique_ptr<ConsoleMessagesReceiver> m_receiver;
 };
 
@@ -200,7 +214,7 @@ void TestConsoleMessagesReceiver::startedTwice()
         expected.append(QString::number(i));
     QCOMPARE(receiver.messages, expected);
     // The second chain of calls comes to the end, too.
-    receiver.thread.stop();
+    receiver.stop();
     QCoreApplication::processEvents();
     QCOMPARE(receiver.timesFinished, 1);
 }
@@ -212,7 +226,7 @@ void TestConsoleMessagesReceiver::startedAfterTheEnd()
     receiver->start();
     QTRY_COMPARE(receiver.timesFinished, 1);
     receiver->start();
-    receiver.thread.stop();
+    receiver.stop();
     QCoreApplication::processEvents();
     QCOMPARE(receiver.timesFinished, 1);
 }
@@ -223,7 +237,7 @@ void TestConsoleMessagesReceiver::stopWhileWaiting()
     receiver->start();
     receiver.write(frame("a"));
     QTRY_COMPARE(receiver.messages.size(), 1);
-    receiver.thread.stop();
+    receiver.stop();
     QVERIFY(receiver.thread.isFinished());
 }
 
@@ -237,7 +251,7 @@ void TestConsoleMessagesReceiver::stopWhileMessagesCome()
         receiver->start();
         if (round % 2 == 0)
             QTRY_VERIFY(!receiver.messages.isEmpty());
-        receiver.thread.stop();
+        receiver.stop();
         // The event queue of this thread is whole.
         bool delivered = false;
         QMetaObject::invokeMethod(
@@ -252,8 +266,43 @@ void TestConsoleMessagesReceiver::stopAfterTheEnd()
     receiver->start();
     receiver.closeInput();
     QTRY_COMPARE(receiver.timesFinished, 1);
-    receiver.thread.stop();
+    receiver.stop();
     QVERIFY(receiver.thread.isFinished());
+}
+
+void TestConsoleMessagesReceiver::stopWhenStuckInARead()
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    QSKIP("sanitizers do not follow a thread that is cut off");
+#endif
+    ReadConsoleThread thread;
+    thread.start();
+    QObject there;
+    there.moveToThread(&thread);
+    std::atomic<bool> stuck = false;
+    QMetaObject::invokeMethod(&there, [&stuck] {
+        ::pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, nullptr);
+        stuck = true;
+        for (;;)
+            ::pause();
+    });
+    QTRY_VERIFY(stuck);
+    thread.stop();
+    QVERIFY(thread.isFinished());
+}
+
+void TestConsoleMessagesReceiver::inputInNonBlockingMode()
+{
+    PipedReceiver receiver;
+    receiver.setNonBlocking();
+    receiver->start();
+    receiver.write(frame("a"));
+    QTRY_COMPARE(receiver.messages, QStringList(QStringLiteral("a")));
+    receiver.write("\1");
+    QTest::qWait(10);
+    receiver.write(QByteArray("\0\0\0b", 4));
+    QTRY_COMPARE(receiver.messages, QStringList({QStringLiteral("a"), QStringLiteral("b")}));
+    QCOMPARE(receiver.timesFinished, 0);
 }
 
 QTEST_GUILESS_MAIN(TestConsoleMessagesReceiver)
