@@ -3,6 +3,7 @@
 #include "base64transport.h"
 #include "percenttransport.h"
 #include "qtappdefaultlogger.h"
+#include "readconsolethread.h"
 
 #include <QThread>
 
@@ -37,16 +38,22 @@ void ConsoleMessagesReceiver::receive()
 {
     if (m_inputEnded)
         return;
-    const auto form = m_flags & TextLength ? ConsoleFrameReader::LengthForm::Text
-                                           : ConsoleFrameReader::LengthForm::Binary;
-    const std::optional<quint32> length = m_reader.readLength(form);
+    std::optional<quint32> length;
+    std::optional<QByteArray> body;
+    {
+        const ReadConsoleThread::Blocking blocking;
+        length = m_reader.readLength(m_flags & TextLength ? ConsoleFrameReader::LengthForm::Text
+                                                          : ConsoleFrameReader::LengthForm::Binary);
+        if (length)
+            body = m_reader.readBody(*length);
+    }
     if (!length) {
         m_running = false;
         m_inputEnded = true;
         Q_EMIT finished();
         return;
     }
-    if (std::optional<QByteArray> body = m_reader.readBody(*length))
+    if (body)
         handleBody(std::move(*body));
     if (m_running)
         QMetaObject::invokeMethod(this, &ConsoleMessagesReceiver::start, Qt::QueuedConnection);

@@ -6,8 +6,10 @@
 
 /**
  * The events of a thread in which nothing but queued signals and calls is to happen: no timers, no
- * sockets; asking for one is a failed check. Between two events it makes no system call, and being
- * cut off in the middle of one does it no harm.
+ * sockets; asking for one is a failed check.
+ *
+ * Being cut off in the middle of an event does it no harm, and between two events it makes no
+ * system call.
  */
 class QueuedCallsDispatcher : public QAbstractEventDispatcher {
     Q_OBJECT

@@ -2,30 +2,35 @@
 
 #include <QThread>
 
-#include <mutex>
+#include <atomic>
 
 /**
- * A thread for what blocks in reads of an InterruptibleInput. Besides, it takes queued signals and
- * calls, and nothing else (see QueuedCallsDispatcher).
+ * A thread that spends its time blocked in reads that nothing but input ends. Besides, it takes
+ * queued signals and calls (see QueuedCallsDispatcher).
+ *
+ * It can be cut off only inside a Blocking section. Everywhere else it may hold a lock of an event
+ * queue, which whoever outlives the thread would then wait for in vain.
  */
 class ReadConsoleThread : public QThread {
     Q_OBJECT
 public:
+    /// Encloses a blocking read; an end of the thread that was asked for before takes effect here.
+    class Blocking {
+    public:
+        Blocking() { setTerminationEnabled(true); }
+        ~Blocking() { setTerminationEnabled(false); }
+        Q_DISABLE_COPY_MOVE(Blocking)
+    };
+
     explicit ReadConsoleThread(QObject *parent = nullptr);
-    /// Stops it.
     ~ReadConsoleThread() override;
 
-    /// Ends the thread when it has handled the event that it is at, and waits for that. Its input
-    /// has been interrupted before.
+    /// Ends the thread wherever it is and waits for that.
     void stop();
 
 protected:
     void run() override;
 
 private:
-    bool isStopping();
-
-    std::mutex m_mutex;
-    bool m_stopping = false;
-    bool m_hasDispatcher = false;
+    std::atomic<bool> m_stopping = false;
 };

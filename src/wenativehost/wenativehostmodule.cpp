@@ -6,7 +6,6 @@
 #include "appsettings.h"
 #include "consolemessagesreceiver.h"
 #include "consolemessagessender.h"
-#include "interruptibleinput.h"
 #include "qtappabstractsettingsmanager.h"
 #include "qtappdelayedshutdownmanager.h"
 #include "qtobjectfactory.h"
@@ -17,8 +16,6 @@
 #include <QCoreApplication>
 #include <QLocale>
 #include <QLoggingCategory>
-
-#include <unistd.h>
 
 #include <algorithm>
 
@@ -66,8 +63,7 @@ void WeNativeHostModule::bringUp()
     loadLocalization();
     followLocaleSetting();
 
-    m_input = std::make_unique<InterruptibleInput>(STDIN_FILENO);
-    m_receiver = qtCreateObject<ConsoleMessagesReceiver>(nullptr, m_input->file());
+    m_receiver = qtCreateObject<ConsoleMessagesReceiver>();
     if (QCoreApplication::arguments().contains(textLengthSwitch()))
         m_receiver->enableFlags(ConsoleMessagesReceiver::TextLength, true);
     connect(m_receiver.data(), &ConsoleMessagesReceiver::finished, m_delayedShutdownManager.data(),
@@ -90,15 +86,10 @@ void WeNativeHostModule::takeDown()
     m_tasksProcessor.reset();
     m_settingsManager.reset();
     m_sender.reset();
-    if (m_readThread) {
-        // The end that the reader finds now is none of the input's.
-        m_receiver->disconnect(m_delayedShutdownManager.data());
-        m_input->interrupt();
+    if (m_readThread)
         m_readThread->stop();
-    }
     m_readThread.reset();
     m_receiver.reset();
-    m_input.reset();
     m_localizationManager.reset();
 }
 

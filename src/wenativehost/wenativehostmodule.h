@@ -11,7 +11,6 @@ class AppClientModule;
 class AppLocalizationManager;
 class ConsoleMessagesReceiver;
 class ConsoleMessagesSender;
-class InterruptibleInput;
 class QtAppDelayedShutdownManager;
 class ReadConsoleThread;
 class WeNativeHostTasksProcessor;
@@ -38,7 +37,6 @@ private:
     void followLocaleSetting();
 
     QSharedPointer<AppLocalizationManager> m_localizationManager;
-    std::unique_ptr<InterruptibleInput> m_input;
     QSharedPointer<ConsoleMessagesReceiver> m_receiver;
     QSharedPointer<ConsoleMessagesSender> m_sender;
     QSharedPointer<WeNativeHostTasksProcessor> m_tasksProcessor;

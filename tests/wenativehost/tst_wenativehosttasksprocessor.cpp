@@ -1,7 +1,6 @@
 #include "consolemessagesreceiver.h"
 #include "consolemessagessender.h"
 #include "frames.h"
-#include "interruptibleinput.h"
 #include "isolatedclientmodule.h"
 #include "logcapture.h"
 #include "outputfile.h"
@@ -298,12 +297,13 @@ void TestWeNativeHostTasksProcessor::encodingsOfAHandshakeHoldAtOnce()
 {
     int ends[2];
     QCOMPARE(::pipe(ends), 0);
-    const InterruptibleInput input(ends[0]);
+    const std::unique_ptr<std::FILE, decltype(&std::fclose)> input(::fdopen(ends[0], "r"),
+                                                                   &std::fclose);
     const auto write = [&ends](const QByteArray &bytes) {
         QCOMPARE(::write(ends[1], bytes.constData(), static_cast<size_t>(bytes.size())),
                  static_cast<ssize_t>(bytes.size()));
     };
-    m_receiver = QSharedPointer<ConsoleMessagesReceiver>::create(nullptr, input.file());
+    m_receiver = QSharedPointer<ConsoleMessagesReceiver>::create(nullptr, input.get());
     makeDispatcher();
     ReadConsoleThread thread;
     thread.start();
@@ -322,10 +322,7 @@ void TestWeNativeHostTasksProcessor::encodingsOfAHandshakeHoldAtOnce()
     QTRY_COMPARE(m_output->written().mid(answered),
                  QByteArray("115 %7B%22error%22%3A%22unknown%5Ftask%5Ftype%22%2C%22id%22%3A%222%22"
                             "%2C%22result%22%3A%22%22%2C%22type%22%3A%22x%22%7D"));
-    input.interrupt();
     thread.stop();
-    m_receiver.reset();
-    ::close(ends[0]);
     ::close(ends[1]);
 }
 
