@@ -4,29 +4,24 @@
 #include "qtappconfigbase.h"
 #include "qtappdefaultlogger.h"
 #include "qtappdelayedshutdownmanager.h"
+#include "qtappportablemodesupport.h"
 #include "qtobjectfactory.h"
 #include "qtqobjectstracker.h"
 #include "wenativehostappmodule.h"
 
 #include <QCoreApplication>
+#include <QSharedPointer>
 
 #include <csignal>
 
 namespace {
 
-int run(int argc, char *argv[])
+/// Brings the modules up, runs the event loop, and returns its result when they are down again.
+int runModules(const QSharedPointer<QtAppConfigBase> &config,
+               const QSharedPointer<QtAppPortableModeSupport> &portableModeSupport,
+               const QSharedPointer<QtAppDelayedShutdownManager> &shutdownManager)
 {
-    QCoreApplication application(argc, argv);
-    QCoreApplication::setOrganizationName(QStringLiteral("Tessmark"));
-    QCoreApplication::setApplicationName(QStringLiteral("Kovalo"));
-
-    const auto portableVersionManager = qtCreateObject<PortableVersionManager>(QString());
-    const QSharedPointer<QtAppConfigBase> config = QSharedPointer<AppCoreConfig>::create(
-        QSharedPointer<QtAppConfigBase>::create(), portableVersionManager);
-    const auto shutdownManager = qtCreateObject<QtAppDelayedShutdownManager>();
-
-    WeNativeHostAppModule appModule(config, portableVersionManager->portableModeSupport(),
-                                    shutdownManager);
+    WeNativeHostAppModule appModule(config, portableModeSupport, shutdownManager);
     QObject::connect(shutdownManager.data(), &QtAppDelayedShutdownManager::shutdownRequested,
                      &appModule, [&appModule] { appModule.initialize(false); });
     QObject::connect(
@@ -40,8 +35,22 @@ int run(int argc, char *argv[])
     appModule.initialize(true);
     // While the reader's thread starts.
     qtRegisterAbstractDownloadsModuleMetatypes();
-    const int exitCode = QCoreApplication::exec();
-    // What was released with deleteLater() goes before those that it may know.
+    return QCoreApplication::exec();
+}
+
+int run(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setOrganizationName(QStringLiteral("Tessmark"));
+    QCoreApplication::setApplicationName(QStringLiteral("Kovalo"));
+
+    const auto portableVersionManager = qtCreateObject<PortableVersionManager>(QString());
+    const QSharedPointer<QtAppConfigBase> config = QSharedPointer<AppCoreConfig>::create(
+        QSharedPointer<QtAppConfigBase>::create(), portableVersionManager);
+    const auto shutdownManager = qtCreateObject<QtAppDelayedShutdownManager>();
+    const int exitCode =
+        runModules(config, portableVersionManager->portableModeSupport(), shutdownManager);
+    // What was released with deleteLater() is not to be counted as alive.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     return exitCode;
 }
