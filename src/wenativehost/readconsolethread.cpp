@@ -11,10 +11,13 @@ ReadConsoleThread::~ReadConsoleThread() { stop(); }
 
 void ReadConsoleThread::stop()
 {
-    m_stopping = true;
     // The one reaches it between two reads, the other inside of one.
-    if (QAbstractEventDispatcher *const dispatcher = eventDispatcher())
-        dispatcher->wakeUp();
+    {
+        const std::lock_guard lock(m_stoppingMutex);
+        m_stopping = true;
+        if (QAbstractEventDispatcher *const dispatcher = eventDispatcher())
+            dispatcher->wakeUp();
+    }
     terminate();
     wait();
 }
@@ -23,6 +26,12 @@ void ReadConsoleThread::run()
 {
     setTerminationEnabled(false);
     // An event loop object would complain when the thread is cut off inside of it.
-    while (!m_stopping)
+    while (!isStopping())
         eventDispatcher()->processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+bool ReadConsoleThread::isStopping()
+{
+    const std::lock_guard lock(m_stoppingMutex);
+    return m_stopping;
 }

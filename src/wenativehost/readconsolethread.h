@@ -2,7 +2,7 @@
 
 #include <QThread>
 
-#include <atomic>
+#include <mutex>
 
 /**
  * A thread that spends its time blocked in reads that nothing but input ends. Besides, it takes
@@ -32,5 +32,9 @@ protected:
     void run() override;
 
 private:
-    std::atomic<bool> m_stopping = false;
+    bool isStopping();
+
+    /// Held by whoever stops the thread for as long as the thread's event dispatcher must live.
+    std::mutex m_stoppingMutex;
+    bool m_stopping = false;
 };
