@@ -1,433 +1,264 @@
 #include "logcapture.h"
-#include "testmodules.h"
+#include "qtabstractcomplexmodule.h"
 
-#include <QCoreApplication>
-#include <QSharedPointer>
 #include <QTest>
 
+#include <functional>
 #include <memory>
+
+namespace {
+
+/// Lets everything happen that is to happen later.
+void settle()
+{
+    for (int i = 0; i < 30; ++i)
+        QCoreApplication::processEvents();
+}
+
+/// What happened, in order, and what is to happen at which of it: "later" and "never" say when a
+/// step ends, "fails", "failslater" and "exits" how, "takedown" asks for the take-down inside it.
+struct Play {
+    QStringList journal;
+    QHash<QString, QString> script;
+    QtAbstractModule *top = nullptr;
+    std::vector<std::function<void()>> unfinished;
+
+    /// Whoever is "later" waits in the owner's event queue.
+    void step(QObject *owner, const QString &name, const std::function<void(const QString &)> &end)
+    {
+        journal.append(name);
+        const QString act = script.value(name);
+        if (act == u"takedown")
+            top->initialize(false);
+        if (act == u"never")
+            unfinished.emplace_back([end] { end(QString()); });
+        else if (act.endsWith(u"later"))
+            QTimer::singleShot(0, owner, [end, act] { end(act); });
+        else
+            end(act);
+    }
+};
+
+QString stepName(const QString &name, bool init) { return init ? name : u'~' + name; }
+
+class Leaf : public QtAbstractModule {
+public:
+    Leaf(const QString &name, Play *play) : m_play(play) { setObjectName(name); }
+
+    void initialize(bool init) override
+    {
+        if (!init && isInitializeRunning(true))
+            setInitializeRunning(false, true);
+        setInitializeRunning(true, init);
+        m_play->step(this, stepName(objectName(), init), [this, init](const QString &act) {
+            if (act.startsWith(u"fails"))
+                setInitFailed(init);
+            if (act == u"exits")
+                setNeedExit();
+            if (!isInitializeRunning(init))
+                return;
+            const QPointer<Leaf> self(this);
+            setInitializeRunning(false, init);
+            if (!self)
+                qFatal("released while it reported");
+        });
+    }
+
+private:
+    Play *m_play;
+};
+
+class Tree : public QtAbstractComplexModule {
+public:
+    using QtAbstractComplexModule::addModule;
+    using QtAbstractComplexModule::clearModules;
+
+    /// The script is made of "STEP=ACT"; steps on the way down begin with "~", the ends of children
+    /// are "a.", "b.", "c.", those of passes "-up" and "-down", with "!" when failed.
+    explicit Tree(const QString &script = {})
+    {
+        play.top = this;
+        for (const QString &part : script.split(u' ', Qt::SkipEmptyParts))
+            play.script.insert(part.section(u'=', 0, 0), part.section(u'=', 1));
+        for (const QString &name : {u"a"_qs, u"b"_qs, u"c"_qs})
+            addLeaf(name);
+        connect(this, &QtAbstractModule::initializeRunning, this, [this](bool running, bool init) {
+            const QString what = (running ? u"+"_qs : u"-"_qs) + (init ? u"up"_qs : u"down"_qs);
+            const bool failed = !running && initFailed(init);
+            play.step(this, failed ? what + u'!' : what, [](const QString &) {});
+        });
+    }
+
+    void addLeaf(const QString &name)
+    {
+        leaves.push_back(std::make_unique<Leaf>(name, &play));
+        addModule(leaves.back().get());
+    }
+    QString takeJournal() { return std::exchange(play.journal, {}).join(u' '); }
+
+    Play play;
+    std::vector<std::unique_ptr<Leaf>> leaves;
+
+protected:
+    void initializeSelfBefore(bool init) override
+    {
+        play.step(this, stepName(u"before"_qs, init), [this, init](const QString &act) {
+            end(act, init);
+            onInitializeSelfBeforeFinished(init);
+        });
+    }
+    void initializeSelfAfter(bool init) override
+    {
+        play.step(this, stepName(u"after"_qs, init), [this, init](const QString &act) {
+            end(act, init);
+            onInitializeSelfAfterFinished(init);
+        });
+    }
+    void onModuleInitializeRunning(bool running, bool init) override
+    {
+        const QString act = play.script.value(currentModule()->objectName() + u'.');
+        if (!running && init && act == u"never")
+            return;
+        if (!running && init && act == u"takedown")
+            initialize(false);
+        if (!running && init && act == u"adds")
+            addLeaf(u"d"_qs);
+        QtAbstractComplexModule::onModuleInitializeRunning(running, init);
+    }
+
+private:
+    void end(const QString &act, bool init)
+    {
+        if (act.startsWith(u"fails"))
+            setInitFailed(init);
+        if (act == u"exits")
+            setNeedExit();
+    }
+};
+
+} // namespace
 
 class TestQtAbstractComplexModule : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void passes_data();
-    void passes();
-    void failureOfTakeDownIsRecordedAndTheRestGoesOn();
-    void comesUpAgainAfterTakeDown();
-    void secondCallsAreHarmless();
-    void takeDownWhileWaiting_data();
-    void takeDownWhileWaiting();
-    void takeDownFromInsideStep_data();
-    void takeDownFromInsideStep();
-    void takeDownFromTheSignalOfTheAbandonedBringUp();
-    void childAddedWhenAnotherHasComeUp();
-    void overrideMayContinueLater();
-    void childDestroyedDuringItsPass();
-    void childDestroyedWhileUp();
-    void childrenReleasedAfterLateTakeDown();
-    void clearedWhileWaitingForChild();
-    void nestedTreesFinishLate();
-    void destroyedFromItsOwnSignal();
-};
+    void passes_data()
+    {
+        QTest::addColumn<QString>("script");
+        QTest::addColumn<QString>("journal");
+        const auto row = [](const char *name, const char *script, const QString &journal) {
+            QTest::newRow(name) << QString::fromLatin1(script) << journal;
+        };
+        const QString up = u"+up before a b c after -up "_qs;
+        const QString failedUp = u"+up before a b c after -up! "_qs;
+        const QString down = u"+down ~before ~c ~b ~a ~after -down"_qs;
+        const QString untilB = u"+up before a b -up! +down ~before ~b ~a ~after -down"_qs;
+        const QString again = u" +down -down"_qs;
 
-void TestQtAbstractComplexModule::passes_data()
-{
-    QTest::addColumn<End>("before");
-    QTest::addColumn<QList<End>>("children");
-    QTest::addColumn<End>("after");
-    QTest::addColumn<QStringList>("up");
-    QTest::addColumn<bool>("failed");
-    QTest::addColumn<bool>("exit");
-    QTest::addColumn<QStringList>("down");
+        row("all at once", "", up + down);
+        row("all later", "before=later a=later b=later c=later after=later ~a=later ~before=later",
+            up + down);
+        row("child fails", "b=fails", untilB);
+        row("child fails later", "b=failslater", untilB);
+        row("child wants exit", "b=exits", QString(untilB).remove(u'!'));
+        row("fails before children", "before=fails",
+            u"+up before -up! +down ~before ~after -down"_qs);
+        row("fails after children", "after=fails", failedUp + down);
+        row("take-down of a child fails", "~b=fails", up + down + u'!');
+        row("child comes to it later", "a=later a.=adds",
+            u"+up before a b c d after -up +down ~before ~d ~c ~b ~a ~after -down"_qs);
+        row("the module has the last word on a child's end", "a.=never",
+            u"+up before a -up! +down ~before ~a ~after -down"_qs);
 
-    const QStringList all = words("before up, a up, b up, c up, after up");
-    const QStringList allDown = words("before down, c down, b down, a down, after down");
-    const QStringList untilB = words("before up, a up, b up");
-    const QStringList bDown = words("before down, b down, a down, after down");
-    const QList<End> three(3, End::AtOnce);
+        row("taken down while its first step waits", "before=never",
+            u"+up before -up! +down ~before ~after -down"_qs);
+        row("the first step's end comes during the take-down", "before=never ~before=never",
+            u"+up before -up! +down ~before"_qs);
+        row("taken down while a child waits", "b=never", untilB);
+        row("taken down while its last step waits", "after=never", failedUp + down);
+        row("taken down when the abandoned bring-up ends", "b=never -up!=takedown", untilB);
 
-    QTest::newRow("no children") << End::AtOnce << QList<End>() << End::AtOnce
-                                 << words("before up, after up") << false << false
-                                 << words("before down, after down");
-    QTest::newRow("all at once") << End::AtOnce << three << End::AtOnce << all << false << false
-                                 << allDown;
-    QTest::newRow("all later") << End::Later << QList<End>(3, End::Later) << End::Later << all
-                               << false << false << allDown;
-    QTest::newRow("one child later")
-        << End::AtOnce << QList<End>{End::AtOnce, End::Later, End::AtOnce} << End::AtOnce << all
-        << false << false << allDown;
-    QTest::newRow("child fails") << End::AtOnce << QList<End>{End::AtOnce, End::Failed, End::AtOnce}
-                                 << End::AtOnce << untilB << true << false << bDown;
-    QTest::newRow("child fails later")
-        << End::AtOnce << QList<End>{End::AtOnce, End::FailedLater, End::AtOnce} << End::AtOnce
-        << untilB << true << false << bDown;
-    QTest::newRow("child wants exit")
-        << End::AtOnce << QList<End>{End::AtOnce, End::WantsExit, End::AtOnce} << End::AtOnce
-        << untilB << false << true << bDown;
-    QTest::newRow("fails before children")
-        << End::Failed << three << End::AtOnce << words("before up") << true << false
-        << words("before down, after down");
-    QTest::newRow("wants exit before children")
-        << End::WantsExit << three << End::AtOnce << words("before up") << false << true
-        << words("before down, after down");
-    QTest::newRow("fails after children")
-        << End::AtOnce << three << End::Failed << all << true << false << allDown;
-}
-
-void TestQtAbstractComplexModule::passes()
-{
-    QFETCH(const End, before);
-    QFETCH(const QList<End>, children);
-    QFETCH(const End, after);
-    QFETCH(const QStringList, up);
-    QFETCH(const bool, failed);
-    QFETCH(const bool, exit);
-    QFETCH(const QStringList, down);
-
-    Tree tree;
-    tree.before = before;
-    tree.after = after;
-    for (qsizetype i = 0; i < children.size(); ++i)
-        tree.addLeaf(QString(QChar(u'a' + static_cast<char16_t>(i))), children.at(i));
-    PassSpy spy(&tree);
-
-    tree.initialize(true);
-    QTRY_VERIFY(!tree.isInitializeRunning(true));
-    QCOMPARE(spy.seen, words("+up, -up"));
-    QCOMPARE(tree.takeJournal(), up);
-    QCOMPARE(tree.initFailed(true), failed);
-    QCOMPARE(tree.needExit(), exit);
-    QVERIFY(!tree.currentModule());
-
-    tree.initialize(false);
-    QTRY_VERIFY(!tree.isInitializeRunning(false));
-    QCOMPARE(spy.seen, words("+up, -up, +down, -down"));
-    QCOMPARE(tree.takeJournal(), down);
-    QVERIFY(!tree.initFailed(false));
-}
-
-void TestQtAbstractComplexModule::failureOfTakeDownIsRecordedAndTheRestGoesOn()
-{
-    Tree tree;
-    tree.addLeaf(QStringLiteral("a"));
-    tree.addLeaf(QStringLiteral("b"))->down = End::Failed;
-    tree.initialize(true);
-    tree.takeJournal();
-
-    tree.initialize(false);
-    QVERIFY(tree.initFailed(false));
-    QVERIFY(!tree.initFailed(true));
-    QCOMPARE(tree.takeJournal(), words("before down, b down, a down, after down"));
-}
-
-void TestQtAbstractComplexModule::comesUpAgainAfterTakeDown()
-{
-    Tree tree;
-    Leaf *leaf = tree.addLeaf(QStringLiteral("a"), End::Never);
-    tree.initialize(true);
-    leaf->finish(true, End::Failed);
-    QTRY_VERIFY(tree.initFailed(true) && !tree.isInitializeRunning(true));
-    tree.initialize(false);
-    tree.takeJournal();
-
-    tree.initialize(true);
-    QVERIFY(!tree.initFailed(true));
-    leaf->finish(true, End::AtOnce);
-    QTRY_VERIFY(!tree.isInitializeRunning(true));
-    QVERIFY(!tree.initFailed(true));
-    QCOMPARE(tree.takeJournal(), words("before up, a up, after up"));
-}
-
-void TestQtAbstractComplexModule::secondCallsAreHarmless()
-{
-    const LogCapture log;
-    Tree tree;
-    tree.addLeaf(QStringLiteral("a"), End::Later);
-    PassSpy spy(&tree);
-
-    tree.initialize(false);
-    QCOMPARE(spy.seen, words("+down, -down"));
-    QCOMPARE(tree.takeJournal(), QStringList());
-
-    tree.initialize(true);
-    tree.initialize(true);
-    QTRY_VERIFY(!tree.isInitializeRunning(true));
-    tree.initialize(true);
-    QCOMPARE(tree.takeJournal(), words("before up, a up, after up"));
-    QCOMPARE(log.texts().size(), 2);
-    QVERIFY(log.texts().constFirst().startsWith(
-        u"ASSERTION FAILED: module is down, ../../src/framework/qtabstractcomplexmodule,"));
-
-    tree.leaves.front()->down = End::Later;
-    tree.initialize(false);
-    tree.initialize(false);
-    tree.initialize(true);
-    QTRY_VERIFY(!tree.isInitializeRunning(false));
-    tree.initialize(false);
-    QCOMPARE(tree.takeJournal(), words("before down, a down, after down"));
-    QCOMPARE(spy.seen, words("+down, -down, +up, -up, +down, -down, +down, -down"));
-    QCOMPARE(log.texts().size(), 3);
-}
-
-void TestQtAbstractComplexModule::takeDownWhileWaiting_data()
-{
-    QTest::addColumn<End>("before");
-    QTest::addColumn<End>("child");
-    QTest::addColumn<End>("after");
-    QTest::addColumn<QStringList>("journal");
-
-    QTest::newRow("for the own first step")
-        << End::Never << End::AtOnce << End::AtOnce << words("before up, before down");
-    QTest::newRow("for a child") << End::AtOnce << End::Never << End::AtOnce
-                                 << words("before up, a up, b up, before down");
-    QTest::newRow("for the own last step") << End::AtOnce << End::AtOnce << End::Never
-                                           << words("before up, a up, b up, c up, after up, "
-                                                    "before down");
-}
-
-void TestQtAbstractComplexModule::takeDownWhileWaiting()
-{
-    QFETCH(const End, before);
-    QFETCH(const End, child);
-    QFETCH(const End, after);
-    QFETCH(const QStringList, journal);
-
-    Tree tree;
-    tree.before = before;
-    tree.after = after;
-    tree.addLeaf(QStringLiteral("a"));
-    tree.addLeaf(QStringLiteral("b"), child);
-    tree.addLeaf(QStringLiteral("c"));
-    PassSpy spy(&tree);
-    tree.initialize(true);
-    QVERIFY(tree.isInitializeRunning(true));
-
-    // That a child ends its abandoned bring-up is no news of the take-down.
-    tree.onChild = [](bool, bool init) { QVERIFY(!init); };
-    tree.before = End::Never;
-    tree.initialize(false);
-    QCOMPARE(spy.seen, words("+up, -up, +down"));
-    QVERIFY(tree.initFailed(true));
-    QCOMPARE(tree.journal, journal);
-
-    // Children that were begun go down, each once; the late end of the old bring-up counts for
-    // nothing.
-    tree.after = End::AtOnce;
-    tree.onInitializeSelfBeforeFinished(true);
-    QCoreApplication::processEvents();
-    QCOMPARE(tree.journal, journal);
-    tree.onInitializeSelfBeforeFinished(false);
-    QTRY_VERIFY(!tree.isInitializeRunning(false));
-    QStringList expected = journal;
-    for (const QString &name : {QStringLiteral("c"), QStringLiteral("b"), QStringLiteral("a")}) {
-        if (journal.contains(name + QStringLiteral(" up")))
-            expected.append(name + QStringLiteral(" down"));
+        row("taken down at the start", "+up=takedown",
+            u"+up before -up! +down ~before ~after -down"_qs + again);
+        row("taken down in its first step", "before=takedown",
+            u"+up before -up! +down ~before ~after -down"_qs + again);
+        row("taken down in a child", "b=takedown", untilB + again);
+        row("taken down at a child's end", "b.=takedown", untilB + again);
+        row("taken down in its last step", "after=takedown", failedUp + down + again);
     }
-    QCOMPARE(tree.journal, expected << QStringLiteral("after down"));
-    QCOMPARE(spy.seen, words("+up, -up, +down, -down"));
-}
 
-void TestQtAbstractComplexModule::takeDownFromInsideStep_data()
-{
-    QTest::addColumn<QString>("where");
-    QTest::addColumn<QStringList>("journal");
-
-    QTest::newRow("at the start") << QStringLiteral("start")
-                                  << words("before up, before down, after down");
-    QTest::newRow("own first step")
-        << QStringLiteral("before") << words("before up, before down, after down");
-    QTest::newRow("child") << QStringLiteral("child")
-                           << words("before up, a up, before down, a down, after down");
-    QTest::newRow("child's end") << QStringLiteral("child end")
-                                 << words("before up, a up, before down, a down, after down");
-    QTest::newRow("own last step")
-        << QStringLiteral("after")
-        << words("before up, a up, b up, after up, before down, b down, a down, after down");
-}
-
-void TestQtAbstractComplexModule::takeDownFromInsideStep()
-{
-    QFETCH(const QString, where);
-    QFETCH(const QStringList, journal);
-
-    Tree tree;
-    Leaf *a = tree.addLeaf(QStringLiteral("a"));
-    tree.addLeaf(QStringLiteral("b"));
-    const auto takeDown = [&tree](bool init) {
-        if (init)
-            tree.initialize(false);
-    };
-    if (where == u"start")
-        connect(&tree, &QtAbstractModule::initializeRunning, &tree,
-                [takeDown](bool running, bool init) { takeDown(running && init); });
-    else if (where == u"before")
-        tree.insideBefore = takeDown;
-    else if (where == u"child")
-        a->onPass = takeDown;
-    else if (where == u"child end")
-        tree.onChild = [takeDown](bool running, bool init) { takeDown(!running && init); };
-    else
-        tree.insideAfter = takeDown;
-    PassSpy spy(&tree);
-
-    tree.initialize(true);
-    QCOMPARE(tree.journal, journal);
-    QVERIFY(tree.initFailed(true));
-    QVERIFY(!tree.isInitializeRunning(true) && !tree.isInitializeRunning(false));
-    QCOMPARE(spy.seen, words("+up, -up, +down, -down"));
-}
-
-void TestQtAbstractComplexModule::takeDownFromTheSignalOfTheAbandonedBringUp()
-{
-    Tree tree;
-    tree.addLeaf(QStringLiteral("a"), End::Never);
-    connect(&tree, &QtAbstractModule::initializeRunning, &tree, [&tree](bool running, bool init) {
-        if (!running && init && tree.initFailed(true))
-            tree.initialize(false);
-    });
-    tree.initialize(true);
-    tree.initialize(false);
-    QCOMPARE(tree.journal, words("before up, a up, before down, a down, after down"));
-}
-
-void TestQtAbstractComplexModule::childAddedWhenAnotherHasComeUp()
-{
-    Tree tree;
-    Leaf *a = tree.addLeaf(QStringLiteral("a"), End::Later);
-    tree.onChild = [&](bool running, bool init) {
-        if (!running && init && tree.currentModule() == a)
-            tree.addLeaf(QStringLiteral("b"));
-    };
-    tree.initialize(true);
-    QTRY_VERIFY(!tree.isInitializeRunning(true));
-    tree.initialize(false);
-    QCOMPARE(tree.journal,
-             words("before up, a up, b up, after up, before down, b down, a down, after down"));
-}
-
-void TestQtAbstractComplexModule::overrideMayContinueLater()
-{
-    // The parent's word about a child's end, not the child's signal, continues the pass.
-    class Patient : public Tree {
-    public:
-        void goOn() { Tree::onModuleInitializeRunning(false, true); }
-
-    protected:
-        void onModuleInitializeRunning(bool, bool) override { }
-    };
-    Patient tree;
-    tree.addLeaf(QStringLiteral("a"));
-    tree.addLeaf(QStringLiteral("b"));
-    tree.initialize(true);
-    QCoreApplication::processEvents();
-    QCOMPARE(tree.journal, words("before up, a up"));
-    tree.goOn();
-    QTRY_COMPARE(tree.journal, words("before up, a up, b up"));
-    tree.goOn();
-    QTRY_COMPARE(tree.journal, words("before up, a up, b up, after up"));
-    QVERIFY(!tree.isInitializeRunning(true));
-}
-
-void TestQtAbstractComplexModule::childDestroyedDuringItsPass()
-{
-    Tree tree;
-    Leaf *a = tree.addLeaf(QStringLiteral("a"));
-    tree.addLeaf(QStringLiteral("b"), End::Never);
-    tree.initialize(true);
-    tree.leaves.pop_back();
-    QTRY_VERIFY(!tree.isInitializeRunning(true));
-    QVERIFY(tree.initFailed(true));
-
-    a->down = End::Never;
-    tree.initialize(false);
-    tree.leaves.clear();
-    QTRY_VERIFY(!tree.isInitializeRunning(false));
-    QVERIFY(tree.initFailed(false));
-    QCOMPARE(tree.journal, words("before up, a up, b up, before down, a down, after down"));
-}
-
-void TestQtAbstractComplexModule::childDestroyedWhileUp()
-{
-    Tree tree;
-    tree.addLeaf(QStringLiteral("a"));
-    tree.addLeaf(QStringLiteral("b"));
-    tree.initialize(true);
-    tree.leaves.pop_back();
-    tree.takeJournal();
-    tree.initialize(false);
-    QCOMPARE(tree.journal, words("before down, a down, after down"));
-    QVERIFY(!tree.initFailed(false));
-}
-
-void TestQtAbstractComplexModule::childrenReleasedAfterLateTakeDown()
-{
-    // The last step lets go of the child whose own late end led there.
-    Tree tree;
-    tree.addLeaf(QStringLiteral("a"))->down = End::Later;
-    auto inner = QSharedPointer<Tree>::create();
-    inner->after = End::Later;
-    tree.addModule(inner.data());
-    tree.insideAfter = [&](bool init) {
-        if (init)
+    void passes()
+    {
+        QFETCH(const QString, script);
+        QFETCH(const QString, journal);
+        Tree tree(script);
+        tree.initialize(true);
+        settle();
+        const auto late = std::exchange(tree.play.unfinished, {});
+        tree.initialize(false);
+        for (const auto &end : late)
+            end();
+        settle();
+        QCOMPARE(tree.takeJournal(), journal);
+        if (tree.isInitializeRunning(false) || tree.needExit())
             return;
+        tree.play.script.clear();
+        tree.initialize(true);
+        QVERIFY2(!tree.isInitializeRunning(true) && !tree.initFailed(true), "up again");
+    }
+
+    void secondCallsAreHarmless()
+    {
+        const LogCapture log;
+        Tree tree(u"a=later ~a=later"_qs);
+        for (const bool init : {true, false}) {
+            tree.initialize(init);
+            tree.initialize(init);
+            settle();
+            tree.initialize(init);
+        }
+        QCOMPARE(tree.takeJournal(),
+                 u"+up before a b c after -up +down ~before ~c ~b ~a ~after -down +down -down"_qs);
+        QCOMPARE(log.texts().size(), 2);
+        QVERIFY(log.texts().constFirst().startsWith(u"ASSERTION FAILED: module is down, "));
+    }
+
+    void childrenAreDestroyed()
+    {
+        Tree tree(u"c=never ~a=never"_qs);
+        tree.initialize(true);
+        tree.leaves.pop_back();
+        settle();
+        tree.leaves.pop_back();
+        tree.initialize(false);
+        tree.leaves.pop_back();
+        settle();
+        QCOMPARE(tree.takeJournal(), u"+up before a b c -up! +down ~before ~a ~after -down!"_qs);
+    }
+
+    void childrenAreClearedDuringAPass()
+    {
+        Tree tree(u"b=never"_qs);
+        tree.initialize(true);
         tree.clearModules();
-        tree.leaves.clear();
-        inner.clear();
-    };
-    tree.initialize(true);
-    QTRY_VERIFY(!tree.isInitializeRunning(true));
-    tree.initialize(false);
-    QTRY_VERIFY(!tree.isInitializeRunning(false));
-    QVERIFY(!inner);
-    QCOMPARE(tree.journal, words("before up, a up, after up, before down, a down, after down"));
-}
+        settle();
+        tree.initialize(false);
+        QCOMPARE(tree.takeJournal(), u"+up before a b after -up +down ~before ~after -down"_qs);
+    }
 
-void TestQtAbstractComplexModule::clearedWhileWaitingForChild()
-{
-    Tree tree;
-    Leaf *a = tree.addLeaf(QStringLiteral("a"), End::Never);
-    tree.addLeaf(QStringLiteral("b"));
-    tree.initialize(true);
-    tree.clearModules();
-    QTRY_VERIFY(!tree.isInitializeRunning(true));
-    QVERIFY(!tree.initFailed(true));
-    a->finish(true, End::Failed);
-    tree.initialize(false);
-    QCOMPARE(tree.journal, words("before up, a up, after up, before down, after down"));
-}
-
-void TestQtAbstractComplexModule::nestedTreesFinishLate()
-{
-    Tree tree;
-    Tree inner;
-    inner.before = End::Later;
-    inner.addLeaf(QStringLiteral("x"), End::FailedLater);
-    tree.addModule(&inner);
-    tree.addLeaf(QStringLiteral("b"));
-    tree.initialize(true);
-    QTRY_VERIFY(!tree.isInitializeRunning(true));
-    QVERIFY(tree.initFailed(true));
-    QCOMPARE(tree.journal, words("before up"));
-    tree.initialize(false);
-    QTRY_VERIFY(!tree.isInitializeRunning(false));
-    QCOMPARE(inner.journal, words("before up, x up, before down, x down, after down"));
-    QCOMPARE(tree.journal, words("before up, before down, after down"));
-}
-
-void TestQtAbstractComplexModule::destroyedFromItsOwnSignal()
-{
-    auto tree = std::make_unique<Tree>();
-    tree->after = End::Later;
-    connect(tree.get(), &QtAbstractModule::initializeRunning, this,
-            [&tree](bool running, bool init) {
-                if (!running && !init)
-                    tree.reset();
-            });
-    tree->initialize(true);
-    QTRY_VERIFY(!tree->isInitializeRunning(true));
-    tree->initialize(false);
-    QTRY_VERIFY(!tree);
-}
+    /// With the child whose own late end led there.
+    void destroyedByWhoeverHearsOfTheEnd()
+    {
+        auto tree = std::make_unique<Tree>(u"~a=later"_qs);
+        connect(tree.get(), &QtAbstractModule::initializeRunning, this, [&](bool running, bool up) {
+            if (!running && !up)
+                tree.reset();
+        });
+        tree->initialize(true);
+        tree->initialize(false);
+        settle();
+        QVERIFY(!tree);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestQtAbstractComplexModule)
 #include "tst_qtabstractcomplexmodule.moc"
