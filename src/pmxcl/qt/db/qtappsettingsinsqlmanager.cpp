@@ -5,6 +5,7 @@
 #include "qtappabstractsettingscodec.h"
 #include "qtappdefaultlogger.h"
 #include "qtappsettingssqltable.h"
+#include "sqlbusyretry.h"
 #include "sqlfailurelog.h"
 
 #include <QThread>
@@ -115,10 +116,16 @@ bool QtAppSettingsInSqlManager::writeAll()
 QSet<QString> QtAppSettingsInSqlManager::writeUnstoredKeys()
 {
     QSet<QString> failed;
+    bool busy = false;
     for (const QString &key : std::as_const(m_unstoredKeys)) {
         const std::optional<QString> value = ownValue(key);
-        if (value && !checkStored(write(key, *value), "m_table->write(p.first, p.second)"))
+        if (!value)
+            continue;
+        // Another process that was waited for in vain is not waited for again with every value.
+        if (busy || !checkStored(write(key, *value), "m_table->write(p.first, p.second)")) {
+            busy = busy || isBusyError(m_table->lastError());
             failed.insert(key);
+        }
     }
     return failed;
 }

@@ -2,6 +2,7 @@
 
 #include <QDeadlineTimer>
 #include <QSqlError>
+#include <QThread>
 
 #include <chrono>
 
@@ -26,8 +27,10 @@ template <typename Step> QSqlError retryWhileBusy(Step step)
     if (!isBusyError(error))
         return error;
     const QDeadlineTimer deadline(sqlBusyRetryTime);
-    do
+    do {
+        // Some steps, such as turning on the write-ahead log, are refused without any waiting.
+        QThread::msleep(1);
         error = step();
-    while (isBusyError(error) && !deadline.hasExpired());
+    } while (isBusyError(error) && !deadline.hasExpired());
     return error;
 }

@@ -4,6 +4,7 @@
 #include "sqldatabasemanager.h"
 #include "tmpfsmount.h"
 
+#include <QElapsedTimer>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -23,6 +24,7 @@ private Q_SLOTS:
     void faults_data();
     void faults();
     void diskFillsUpAndEmpties();
+    void lockedForLong();
     void refusedValue();
 
 private:
@@ -246,6 +248,26 @@ void TestQtAppSettingsInSqlManager::diskFillsUpAndEmpties()
         settings.setValue(u"b"_qs, QString::number(round));
         QCOMPARE(stored(), settings.allValues());
     }
+}
+
+/// Another process, stopped while it writes, is waited for once and not with every value.
+void TestQtAppSettingsInSqlManager::lockedForLong()
+{
+    const LogCapture log;
+    QtAppSettingsInSqlManager settings(database());
+    SqlDatabaseManager other(m_path, u"other"_qs, QSharedPointer<QRecursiveMutex>::create());
+    QVERIFY(other.openDatabase() && other.createQuery(u"BEGIN IMMEDIATE"_qs).exec());
+    QtAppAbstractSettingsManager::ValuesList values;
+    for (int i = 0; i < 20; ++i)
+        values.emplace_back(QString::number(i), u"1"_qs);
+    QElapsedTimer timer;
+    timer.start();
+    settings.setValues(values, {});
+    QVERIFY(timer.hasExpired(1000) && !timer.hasExpired(15'000));
+    QCOMPARE(log.texts().filter(u"WARNING: cannot store settings"_qs).size(), 1);
+    QVERIFY(other.createQuery(u"COMMIT"_qs).exec());
+    settings.setValue(u"0"_qs, u"2"_qs);
+    QCOMPARE(stored(), settings.allValues());
 }
 
 /// The others of the same change are stored, and so is it when it is no longer refused.
