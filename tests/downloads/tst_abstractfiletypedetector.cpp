@@ -19,7 +19,7 @@ void TestAbstractFileTypeDetector::names_data()
     row("videos", u"a.avi|b.MP4|c.tar.mkv|.vob|m.rmvb|x.f4a|y.mpg2|z.m2ts"_qs,
         AbstractFileType::Video);
     row("in videos and music", u"a.webm|a.ogg|a.3gp|a.rm|a.m4p"_qs, AbstractFileType::Video);
-    row("music", u"a.mp3|a.iklax|a.Flac|a.m4b|a.raw|a.wma|a.mid"_qs, AbstractFileType::Music);
+    row("music", u"a.mp3|a.iklax|a.ivs|a.Flac|a.m4b|a.raw|a.wma|a.mid"_qs, AbstractFileType::Music);
     row("documents", u"a.doc|a.accdb|a.PDF|a.txt|a.sxm|a.xlsb|a.csv|a.epub"_qs,
         AbstractFileType::Document);
     row("images", u"a.tif|a.JPEG|a.j2k|a.ico|a.png|a.webp|a.svg"_qs, AbstractFileType::Image);

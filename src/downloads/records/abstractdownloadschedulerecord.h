@@ -6,7 +6,7 @@
 struct AbstractDownloadScheduleRecord {
     /// One bit per day, the lowest is Monday.
     int days = 0;
-    /// In seconds since midnight, local time.
+    /// In minutes since midnight, local time, as in the setting "ScheduleForNewDownloads".
     int fromTime = 0;
     int toTime = 0;
 
