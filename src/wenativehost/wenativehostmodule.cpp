@@ -91,6 +91,7 @@ void WeNativeHostModule::takeDown()
     m_readThread.reset();
     m_receiver.reset();
     m_localizationManager.reset();
+    m_loadedLocale.clear();
 }
 
 void WeNativeHostModule::loadLocalization()

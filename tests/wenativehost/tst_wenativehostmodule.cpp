@@ -183,6 +183,9 @@ void TestWeNativeHostModule::takenDownTwice()
     QCOMPARE(caption(), english());
     m_module->initialize(false);
     QVERIFY(!m_module->initFailed(false));
+    setLocale(QString());
+    m_module->initialize(true);
+    QCOMPARE(caption(), french());
 }
 
 int main(int argc, char *argv[])
