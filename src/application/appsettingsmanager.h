@@ -28,9 +28,9 @@ public:
 
     /// The keys of the settings that name programs to run and what to tell them.
     static QStringList forbiddenToChangeByRemote();
-
-private:
+    /// Replaces all defaults by the application's own, as the constructor does.
     void setupDefaults();
 
+private:
     const QSharedPointer<QtAppPortableModeSupport> m_portableModeSupport;
 };

@@ -21,6 +21,8 @@ public:
 
     /// Never goes back to false.
     bool isSettingsInitialized() const { return m_settingsInitialized; }
+    /// Tells that the settings are there; nothing when they were before.
+    void setSettingsInitialized();
 
 public Q_SLOTS:
     /// Fills the target from the local store; nothing once the settings are there.
@@ -32,8 +34,6 @@ Q_SIGNALS:
     void settingsInitialized();
 
 private:
-    void setSettingsInitialized();
-
     const QSharedPointer<AppRemoteFrontendClientModule> m_remoteFrontendClientModule;
     const QSharedPointer<QtAppAbstractSettingsManager> m_target;
     const QSharedPointer<AppDataAccessHelper> m_dataAccessHelper;
