@@ -1,10 +1,12 @@
 // What it costs to bring a new-downloads request onto the link and off it again: as variant hashes
-// and as the bytes of a message. Each shape handles the same downloads and keeps all results of a
-// step until the step is done, so that the shapes differ in nothing but the size of a request.
-// Beside it, in the same run, the same texts written and read with a bare QDataStream.
+// and as the bytes of a message, with the codecs that the link uses. Each shape handles the same
+// downloads and keeps all results of a step until the step is done, so that the shapes differ in
+// nothing but the size of a request. Beside it, in the same run, the hashes written and read with
+// QDataStream's own operators, and the same texts alone with a bare QDataStream.
 
 #include "abstractnewdownloadsrequest.h"
 #include "cookiestring.h"
+#include "qtvhbodycodec.h"
 
 #include <QByteArray>
 #include <QDataStream>
@@ -34,6 +36,8 @@ struct Shape {
     int downloadsPerRequest = 0;
 };
 constexpr std::array shapes{Shape{10'000, 1}, Shape{100, 100}, Shape{1, 10'000}};
+/// The shape that the others are compared with.
+constexpr size_t baseShape = 1;
 
 /// Nanoseconds per download, the least of all rounds.
 struct Costs {
@@ -42,6 +46,36 @@ struct Costs {
     double read = std::numeric_limits<double>::max();
     double decode = std::numeric_limits<double>::max();
     qsizetype bytes = 0;
+};
+
+/// How a hash becomes the bytes of a message, and back.
+struct HashCodec {
+    QByteArray (*write)(const QVariantHash &hash) = nullptr;
+    QVariantHash (*read)(const QByteArray &message) = nullptr;
+};
+
+constexpr HashCodec linkCodec{
+    QtVhBodyCodec::toDataStream,
+    [](const QByteArray &message) {
+        return QtVhBodyCodec::fromDataStream(message).value_or(QVariantHash());
+    },
+};
+
+constexpr HashCodec qtCodec{
+    [](const QVariantHash &hash) {
+        QByteArray message;
+        QDataStream stream(&message, QIODevice::WriteOnly);
+        stream.setVersion(linkStreamVersion);
+        stream << hash;
+        return message;
+    },
+    [](const QByteArray &message) {
+        QDataStream stream(message);
+        stream.setVersion(linkStreamVersion);
+        QVariantHash hash;
+        stream >> hash;
+        return hash;
+    },
 };
 
 using MakeDownload = AbstractDownloadPersistentInfo (*)(int number);
@@ -109,7 +143,8 @@ void check(bool ok, const char *what)
 }
 
 /// Each step takes what the one before it left.
-void measureLink(const QList<AbstractNewDownloadsRequest> &requests, Costs &costs)
+void measureHashes(const HashCodec &codec, const QList<AbstractNewDownloadsRequest> &requests,
+                   Costs &costs)
 {
     const auto count = static_cast<size_t>(requests.size());
     std::vector<QVariantHash> hashes;
@@ -122,13 +157,8 @@ void measureLink(const QList<AbstractNewDownloadsRequest> &requests, Costs &cost
     std::vector<QByteArray> messages;
     messages.reserve(count);
     const ComputingTime writing;
-    for (const QVariantHash &hash : hashes) {
-        QByteArray message;
-        QDataStream stream(&message, QIODevice::WriteOnly);
-        stream.setVersion(linkStreamVersion);
-        stream << hash;
-        messages.push_back(std::move(message));
-    }
+    for (const QVariantHash &hash : hashes)
+        messages.push_back(codec.write(hash));
     costs.write = std::min(costs.write, writing.nanosecondsPerDownload());
     costs.bytes = 0;
     for (const QByteArray &message : messages)
@@ -137,13 +167,8 @@ void measureLink(const QList<AbstractNewDownloadsRequest> &requests, Costs &cost
     std::vector<QVariantHash> received;
     received.reserve(count);
     const ComputingTime reading;
-    for (const QByteArray &message : messages) {
-        QDataStream stream(message);
-        stream.setVersion(linkStreamVersion);
-        QVariantHash hash;
-        stream >> hash;
-        received.push_back(std::move(hash));
-    }
+    for (const QByteArray &message : messages)
+        received.push_back(codec.read(message));
     costs.read = std::min(costs.read, reading.nanosecondsPerDownload());
 
     QList<AbstractNewDownloadsRequest> decoded;
@@ -155,8 +180,8 @@ void measureLink(const QList<AbstractNewDownloadsRequest> &requests, Costs &cost
     check(decoded == requests, "the decoded requests");
 }
 
-/// The same texts, nothing else, in a message per request.
-void measureBareStream(const QList<AbstractNewDownloadsRequest> &requests, Costs &costs)
+/// The same texts, nothing else, in a message per request; all of it counts as writing and reading.
+void measureTexts(const QList<AbstractNewDownloadsRequest> &requests, Costs &costs)
 {
     std::vector<QByteArray> messages;
     messages.reserve(static_cast<size_t>(requests.size()));
@@ -192,43 +217,49 @@ void measureBareStream(const QList<AbstractNewDownloadsRequest> &requests, Costs
         }
     }
     costs.read = std::min(costs.read, reading.nanosecondsPerDownload());
+    costs.encode = costs.decode = 0;
     check(received.size() == downloadsCount
               && received.back().source.url == requests.last().downloads.last().info->source.url,
-          "what the bare stream read");
+          "the texts that were read");
 }
 
-void print(const char *name, int downloadsPerRequest, const Costs &costs, const Costs &base)
+void print(const char *name, const std::array<Costs, shapes.size()> &costs)
 {
-    const double all = costs.encode + costs.write + costs.read + costs.decode;
-    std::printf("%-12s %9d %9.0f %9.0f %9.0f %9.0f %9.0f %11.2f %9.0f\n", name, downloadsPerRequest,
-                costs.encode, costs.write, costs.read, costs.decode, all,
-                all / (base.encode + base.write + base.read + base.decode),
-                static_cast<double>(costs.bytes) / downloadsCount);
+    const auto encoding = [](const Costs &of) { return of.encode + of.write; };
+    const auto decoding = [](const Costs &of) { return of.read + of.decode; };
+    const Costs &base = costs[baseShape];
+    for (size_t i = 0; i < shapes.size(); ++i) {
+        const Costs &of = costs[i];
+        std::printf("%-15s %8d %8.0f %8.0f %8.0f %8.2f %8.0f %8.0f %8.0f %8.2f %8.0f\n", name,
+                    shapes[i].downloadsPerRequest, of.encode, of.write, encoding(of),
+                    encoding(of) / encoding(base), of.read, of.decode, decoding(of),
+                    decoding(of) / decoding(base), static_cast<double>(of.bytes) / downloadsCount);
+    }
 }
 
 void compare(const char *title, MakeDownload makeDownload)
 {
     std::array<Costs, shapes.size()> link;
-    std::array<Costs, shapes.size()> bare;
+    std::array<Costs, shapes.size()> qt;
+    std::array<Costs, shapes.size()> texts;
     std::array<QList<AbstractNewDownloadsRequest>, shapes.size()> requests;
     for (size_t i = 0; i < shapes.size(); ++i)
         requests[i] = makeRequests(makeDownload, shapes[i]);
     for (int round = 0; round < rounds; ++round) {
         for (size_t i = 0; i < shapes.size(); ++i) {
-            measureLink(requests[i], link[i]);
-            measureBareStream(requests[i], bare[i]);
+            measureHashes(linkCodec, requests[i], link[i]);
+            measureHashes(qtCodec, requests[i], qt[i]);
+            measureTexts(requests[i], texts[i]);
         }
     }
     std::printf("%s: %d downloads, ns of computing per download (least of %d rounds)\n", title,
                 downloadsCount, rounds);
-    std::printf("%-12s %9s %9s %9s %9s %9s %9s %11s %9s\n", "", "per req.", "encode", "write",
-                "read", "decode", "all", "to 1/req.", "bytes");
-    for (size_t i = 0; i < shapes.size(); ++i)
-        print("link", shapes[i].downloadsPerRequest, link[i], link[0]);
-    for (size_t i = 0; i < shapes.size(); ++i) {
-        bare[i].encode = bare[i].decode = 0;
-        print("bare stream", shapes[i].downloadsPerRequest, bare[i], bare[0]);
-    }
+    std::printf("%-15s %8s %8s %8s %8s %8s %8s %8s %8s %8s %8s\n", "", "per req.", "to hash",
+                "to bytes", "encoding", "to 100", "to hash", "to rec.", "decoding", "to 100",
+                "bytes");
+    print("link", link);
+    print("hashes by Qt", qt);
+    print("texts alone", texts);
     std::printf("\n");
 }
 
