@@ -125,7 +125,7 @@ void QtAbstractSocketBasicIpc::onSocketReadyRead()
         return;
     if (isDataMissing(*reader))
         reader->reparse();
-    while (self && m_connection.cborReader == reader && m_connection.intact
+    while (self && m_device && m_connection.cborReader == reader && m_connection.intact
            && readCborStep(*reader)) { }
 }
 

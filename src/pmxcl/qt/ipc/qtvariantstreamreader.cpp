@@ -153,6 +153,9 @@ bool QtVariantStreamReader::readCommonValue(quint32 type, QVariant &value, int d
         value = isNull ? QByteArray() : QByteArray(bytes.data(), bytes.size());
         return ok;
     }
+    case QMetaType::QDateTime:
+        return readInto([this](QDateTime &dateTime) { return readDateTime(dateTime); },
+                        QDateTime());
     case QMetaType::QStringList:
         return readInto([this](QStringList &list) { return readStringList(list); }, QStringList());
     case QMetaType::QVariantList:
@@ -168,16 +171,10 @@ bool QtVariantStreamReader::readCommonValue(quint32 type, QVariant &value, int d
     }
 }
 
-/// Leaves the value, which began with its type at "begin", to QDataStream once it was looked
-/// through.
+/// The value began with its type at "begin".
 bool QtVariantStreamReader::readOtherValue(quint32 type, const char *begin, QVariant &value)
 {
-    if (!skipOtherValue(type))
-        return false;
-    QDataStream stream(QByteArray::fromRawData(begin, m_cursor.rest().data() - begin));
-    stream.setVersion(QtVariantStreamFormat::version);
-    stream >> value;
-    return stream.status() == QDataStream::Ok;
+    return skipOtherValue(type) && readByQt(begin, value);
 }
 
 template <typename Number> bool QtVariantStreamReader::readNumber(QVariant &value)
@@ -258,6 +255,58 @@ bool QtVariantStreamReader::readBytes(QByteArrayView &bytes, bool &isNull)
     return m_cursor.take(isNull ? 0 : length, bytes);
 }
 
+bool QtVariantStreamReader::readDateTime(QDateTime &dateTime)
+{
+    const char *const begin = m_cursor.rest().data();
+    qint8 timeSpec = 0;
+    if (!m_cursor.skip(sizeof(qint64) + sizeof(quint32)) || !m_cursor.read(timeSpec))
+        return false;
+    const char *const beginOfZone = m_cursor.rest().data();
+    switch (timeSpec) {
+    case Qt::LocalTime:
+    case Qt::UTC:
+        return readByQt(begin, dateTime);
+    case Qt::OffsetFromUTC:
+        return m_cursor.skip(sizeof(qint32)) && readByQt(begin, dateTime);
+    case Qt::TimeZone:
+        break;
+    default:
+        return false;
+    }
+    QDate date;
+    QTime time;
+    QTimeZone zone;
+    if (!skipTimeZone() || !readTimeZone(beginOfZone, zone) || !readByQt(begin, date)
+        || !readByQt(begin + sizeof(qint64), time))
+        return false;
+    dateTime = QDateTime(date, time, zone);
+    return true;
+}
+
+/// Each zone is looked up once: that takes some accesses to the file system, and many more where
+/// there is none of that name.
+bool QtVariantStreamReader::readTimeZone(const char *begin, QTimeZone &zone)
+{
+    const QByteArrayView bytes(begin, m_cursor.rest().data());
+    if (const auto known = m_timeZones.constFind(bytes); known != m_timeZones.cend()) {
+        zone = *known;
+        return true;
+    }
+    if (m_timeZones.size() >= VhBodyLimits::maxTimeZones || !readByQt(begin, zone))
+        return false;
+    m_timeZones.insert(bytes, zone);
+    return true;
+}
+
+/// Leaves what began at "begin", and was looked through, to QDataStream.
+template <typename Value> bool QtVariantStreamReader::readByQt(const char *begin, Value &value)
+{
+    QDataStream stream(QByteArray::fromRawData(begin, m_cursor.rest().data() - begin));
+    stream.setVersion(QtVariantStreamFormat::version);
+    stream >> value;
+    return stream.status() == QDataStream::Ok;
+}
+
 bool QtVariantStreamReader::skipOtherValue(quint32 type)
 {
     switch (type) {
@@ -267,8 +316,6 @@ bool QtVariantStreamReader::skipOtherValue(quint32 type)
         return skipByteArrayList();
     case QMetaType::QBitArray:
         return skipBitArray();
-    case QMetaType::QDateTime:
-        return skipDateTime();
     default:
         const int size = fixedSize(type);
         return size >= 0 && m_cursor.skip(static_cast<quint64>(size));
@@ -300,26 +347,6 @@ bool QtVariantStreamReader::skipBitArray()
     constexpr quint64 bitsPerByte = 8;
     quint32 bits = 0;
     return m_cursor.read(bits) && m_cursor.skip((bits + bitsPerByte - 1) / bitsPerByte);
-}
-
-bool QtVariantStreamReader::skipDateTime()
-{
-    qint64 julianDay = 0;
-    quint32 msecsOfDay = 0;
-    qint8 timeSpec = 0;
-    if (!m_cursor.read(julianDay) || !m_cursor.read(msecsOfDay) || !m_cursor.read(timeSpec))
-        return false;
-    switch (timeSpec) {
-    case Qt::LocalTime:
-    case Qt::UTC:
-        return true;
-    case Qt::OffsetFromUTC:
-        return m_cursor.skip(sizeof(qint32));
-    case Qt::TimeZone:
-        return skipTimeZone();
-    default:
-        return false;
-    }
 }
 
 bool QtVariantStreamReader::skipTimeZone()

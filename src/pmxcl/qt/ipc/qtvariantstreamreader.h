@@ -3,9 +3,11 @@
 #include "qtscancursor.h"
 
 #include <QByteArrayView>
+#include <QDateTime>
 #include <QHash>
 #include <QString>
 #include <QStringList>
+#include <QTimeZone>
 #include <QVariant>
 
 #include <optional>
@@ -15,9 +17,9 @@
  *
  * QDataStream's own reading reserves memory for as many items as a list announces, descends into
  * lists as deep as they go, and makes a value of whatever type is named. Here counts and lengths
- * are held against the bytes that are there, nesting is bounded, and only plain values are let in:
- * numbers, texts, byte arrays, bit arrays, dates and times, URLs, UUIDs, geometry, and lists, maps
- * and hashes of them. Bytes after the hash are ignored.
+ * are held against the bytes that are there, nesting and time zones are bounded, and only plain
+ * values let in: numbers, texts, byte arrays, bit arrays, dates and times, URLs, UUIDs, geometry,
+ * and lists, maps and hashes of them. Bytes after the hash are ignored.
  */
 class QtVariantStreamReader {
 public:
@@ -36,13 +38,17 @@ private:
     bool readStringList(QStringList &list);
     bool readString(QString &text);
     bool readBytes(QByteArrayView &bytes, bool &isNull);
+    bool readDateTime(QDateTime &dateTime);
+    bool readTimeZone(const char *begin, QTimeZone &zone);
+    template <typename Value> bool readByQt(const char *begin, Value &value);
 
     bool skipOtherValue(quint32 type);
     bool skipBytes();
     bool skipByteArrayList();
     bool skipBitArray();
-    bool skipDateTime();
     bool skipTimeZone();
 
     QtScanCursor m_cursor;
+    /// By the bytes that spell them.
+    QHash<QByteArrayView, QTimeZone> m_timeZones;
 };

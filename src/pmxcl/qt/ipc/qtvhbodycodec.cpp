@@ -27,8 +27,10 @@ std::optional<QHash<QString, QVariant>> QtVhBodyCodec::fromCbor(const QByteArray
     if (!QtCborScanner::isSafe(body))
         return std::nullopt;
     QCborParserError error;
-    const QCborValue value = QCborValue::fromCbor(body, &error);
+    QCborValue value = QCborValue::fromCbor(body, &error);
     if (error.error != QCborError::NoError)
         return std::nullopt;
+    while (value.isTag())
+        value = value.taggedValue();
     return value.toMap().toVariantHash();
 }

@@ -23,7 +23,7 @@ std::optional<QHash<QString, QVariant>> fromDataStream(const QByteArray &body);
 /// A CBOR map with texts for keys.
 QByteArray toCbor(const QHash<QString, QVariant> &map);
 /// Nothing when the body is not CBOR or is not safe to read, see QtCborScanner; an empty map when
-/// it is something else than a map.
+/// it is something else than a map. Tags do not count.
 std::optional<QHash<QString, QVariant>> fromCbor(const QByteArray &body);
 
 } // namespace QtVhBodyCodec

@@ -30,6 +30,9 @@ public:
     /// Null when there is none of that name.
     QSharedPointer<QtAbstractVhIpcPart> part(const QString &name) const;
 
+    /// Logs a change.
+    void setReady(bool ready);
+
     void processVh(const QHash<QString, QVariant> &map) override;
     void onConnectChanged(bool connected) override;
 
@@ -51,7 +54,6 @@ private:
     QSharedPointer<QtAbstractVhIpcPart> allowedPart(const QHash<QString, QVariant> &map) const;
     void reportConnectedStateToAll();
     void reportConnectedStateIfRequired(Part &record);
-    void setReady(bool ready);
     void logPartReady(const QString &name, bool ready) const;
     void log(const QString &what, bool ready) const;
 

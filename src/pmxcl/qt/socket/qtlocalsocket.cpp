@@ -3,6 +3,7 @@
 #include "qtappdefaultlogger.h"
 
 #include <QMetaObject>
+#include <QPointer>
 
 #include <sys/socket.h>
 
@@ -92,12 +93,24 @@ void QtLocalSocket::connectToServer(const QtAbstractServerAddress &address,
 {
     if (!m_socket || m_refusing || address.kind() != QtAbstractServerAddress::LocalServerName)
         return;
+    if (m_closing) {
+        m_postponed = {address.localServerName(), mode};
+        QMetaObject::invokeMethod(this, &QtLocalSocket::connectPostponed, Qt::QueuedConnection);
+        return;
+    }
     m_refusal.reset();
     m_socket->connectToServer(address.localServerName(), mode);
 }
 
+void QtLocalSocket::connectPostponed()
+{
+    if (const auto postponed = std::exchange(m_postponed, std::nullopt))
+        connectToServer(QtAbstractServerAddress(postponed->first), postponed->second);
+}
+
 void QtLocalSocket::disconnectFromHost()
 {
+    m_postponed.reset();
     if (m_refusing)
         closeRefused();
     else if (m_socket)
@@ -106,6 +119,7 @@ void QtLocalSocket::disconnectFromHost()
 
 void QtLocalSocket::abort()
 {
+    m_postponed.reset();
     if (m_refusing)
         closeRefused();
     else if (m_socket)
@@ -132,7 +146,11 @@ AbstractError QtLocalSocket::error() const
     return localSocketError(m_socket->error(), m_socket->errorString(), errorSourceLine);
 }
 
-void QtLocalSocket::onSocketDestroyed() { m_socket.reset(); }
+void QtLocalSocket::onSocketDestroyed()
+{
+    m_socket.reset();
+    m_refusing = false;
+}
 
 void QtLocalSocket::onSocketConnected()
 {
@@ -152,7 +170,7 @@ void QtLocalSocket::onSocketConnected()
 void QtLocalSocket::onSocketDisconnected()
 {
     m_connected = false;
-    Q_EMIT connectedStateChanged(false);
+    tellWhileClosing([this] { Q_EMIT connectedStateChanged(false); });
 }
 
 void QtLocalSocket::onError(QLocalSocket::LocalSocketError error)
@@ -164,8 +182,22 @@ void QtLocalSocket::onSocketStateChanged(QLocalSocket::LocalSocketState state)
 {
     // Before connected() the descriptor, and by it the server's user, cannot be asked for yet.
     const bool isForConnected = m_requiredServerUser && state == QLocalSocket::ConnectedState;
-    if (!isForConnected)
-        Q_EMIT stateChanged(convert(state));
+    if (isForConnected)
+        return;
+    const auto tell = [this, state] { Q_EMIT stateChanged(convert(state)); };
+    if (state == QLocalSocket::UnconnectedState)
+        tellWhileClosing(tell);
+    else
+        tell();
+}
+
+template <typename Tell> void QtLocalSocket::tellWhileClosing(Tell tell)
+{
+    const QPointer<QtLocalSocket> self(this);
+    m_closing = true;
+    tell();
+    if (self)
+        m_closing = false;
 }
 
 QtAbstractSocket::SocketState QtLocalSocket::convert(int localSocketState)
@@ -209,6 +241,9 @@ void QtLocalSocket::closeRefused()
     m_socket->abort();
     m_socket->blockSignals(false);
     m_refusing = false;
-    Q_EMIT errorOccurred(*m_refusal);
-    Q_EMIT stateChanged(UnconnectedState);
+    const QPointer<QtLocalSocket> self(this);
+    const AbstractError refusal = *m_refusal;
+    tellWhileClosing([this, &refusal] { Q_EMIT errorOccurred(refusal); });
+    if (self)
+        Q_EMIT stateChanged(UnconnectedState);
 }

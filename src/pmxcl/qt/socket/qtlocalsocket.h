@@ -7,6 +7,7 @@
 
 #include <optional>
 #include <sys/types.h>
+#include <utility>
 
 /**
  * A QtAbstractSocket over a local-domain socket.
@@ -33,7 +34,8 @@ public:
      */
     void setRequiredServerUser(uid_t user);
 
-    /// For an address that is not a local server name this does nothing.
+    /// For an address that is not a local server name this does nothing. Called by whoever is just
+    /// being told that a connection has ended, it connects from the event loop.
     void connectToServer(const QtAbstractServerAddress &address,
                          QIODeviceBase::OpenMode mode) override;
     void disconnectFromHost() override;
@@ -53,8 +55,10 @@ private Q_SLOTS:
 
 private:
     static SocketState convert(int localSocketState);
+    void connectPostponed();
     void refuse(std::optional<uid_t> user);
     void closeRefused();
+    template <typename Tell> void tellWhileClosing(Tell tell);
 
     QSharedPointer<QLocalSocket> m_socket;
     bool m_connected = false;
@@ -64,4 +68,9 @@ private:
     QString m_loggedRefusal;
     /// Found to be of another user and not closed yet; the local socket is silent meanwhile.
     bool m_refusing = false;
+    /// Telling that a connection has ended. The local socket empties its buffers only afterwards,
+    /// so that what a new connection were given to write now would be lost.
+    bool m_closing = false;
+    /// What is to be connected to after that.
+    std::optional<std::pair<QString, QIODeviceBase::OpenMode>> m_postponed;
 };

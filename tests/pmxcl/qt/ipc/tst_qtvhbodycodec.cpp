@@ -164,7 +164,9 @@ void TestQtVhBodyCodec::cborKeepsJsonLikeValues()
         {QStringLiteral("map"), QVariantMap{{QStringLiteral("b"), false}}},
         {QStringLiteral("list"), QVariantList{qint64(1), QStringLiteral("a")}}};
     QCOMPARE(fromCbor(toCbor(map)), map);
-    // Something else than a map, and strings and containers of indefinite length.
+    // A tagged map, something else, and strings and containers of indefinite length.
+    QCOMPARE(fromCbor(QByteArray::fromHex("D9D9F7 A1 6162 F5")),
+             (VhMap{{QStringLiteral("b"), true}}));
     QCOMPARE(fromCbor(QByteArray::fromHex("83 01 02 03")), VhMap());
     QCOMPARE(fromCbor(QByteArray::fromHex("BF 7F 6161 6162 FF 9F F6 FF FF"))
                  ->value(QStringLiteral("ab")),
@@ -203,6 +205,12 @@ void TestQtVhBodyCodec::refusesHostileDataStream_data()
     row("date and time of no kind", "00000010 00 0000000000258F6B 00000000 04");
     row("time zone that leads elsewhere",
         "00000010 00 0000000000258F6B 00000000 03 0000000A 002E002E002F002E002E");
+    // Each is looked for in several folders.
+    QByteArray zones = "00000009 00 000003E9";
+    for (int i = 0; i < 1001; ++i)
+        zones += "00000010 00 0000000000258F6B 00000000 03 00000002"
+            + QByteArray::number(0x1000 + i, 16);
+    row("too many time zones", zones.constData());
 }
 
 void TestQtVhBodyCodec::refusesHostileDataStream()

@@ -52,6 +52,7 @@ private Q_SLOTS:
     void ignoresAddressesOfOtherKinds();
     void tellsWhyItCannotConnect();
     void connectsAndLosesTheServer();
+    void reconnectsWhileItTellsOfTheEnd();
     void acceptedSocketIsConnectedFromTheStart();
     void outlivesItsLocalSocket();
 
@@ -176,6 +177,25 @@ void TestQtLocalSocket::connectsAndLosesTheServer()
                             "connected 0"));
 }
 
+void TestQtLocalSocket::reconnectsWhileItTellsOfTheEnd()
+{
+    QLocalServer server;
+    QVERIFY(server.listen(m_path));
+    QtLocalSocket socket;
+    connect(&socket, &QtLocalSocket::connectedStateChanged, this, [&](bool connected) {
+        if (connected)
+            socket.ioDevice()->write("bytes");
+        else
+            socket.connectToServer(address(), QIODevice::ReadWrite);
+    });
+    socket.connectToServer(address(), QIODevice::ReadWrite);
+    for (int connection = 0; connection < 2; ++connection) {
+        QTRY_VERIFY(server.hasPendingConnections());
+        const std::unique_ptr<QLocalSocket> peer(server.nextPendingConnection());
+        QTRY_COMPARE(peer->bytesAvailable(), 5);
+    }
+}
+
 void TestQtLocalSocket::acceptedSocketIsConnectedFromTheStart()
 {
     QLocalServer server;
@@ -257,7 +277,8 @@ void TestQtLocalSocket::refusedAttemptCanBeAborted()
 {
     QLocalServer server;
     QVERIFY(server.listen(m_path));
-    QtLocalSocket socket;
+    auto *const local = new QLocalSocket;
+    QtLocalSocket socket(QSharedPointer<QLocalSocket>(local, &QObject::deleteLater));
     const Story story(socket);
     socket.setRequiredServerUser(::getuid() + 1);
     socket.connectToServer(address(), QIODevice::ReadWrite);
@@ -265,6 +286,11 @@ void TestQtLocalSocket::refusedAttemptCanBeAborted()
     QCOMPARE(story.text(), QStringLiteral("state 2, error 4, state 0"));
     QCoreApplication::processEvents();
     QCOMPARE(story.text(), QStringLiteral("state 2, error 4, state 0"));
+
+    socket.connectToServer(address(), QIODevice::ReadWrite);
+    delete local;
+    QCoreApplication::processEvents();
+    QCOMPARE(socket.state(), QtAbstractSocket::UnconnectedState);
 }
 
 void TestQtLocalSocket::refusesARealStranger()
