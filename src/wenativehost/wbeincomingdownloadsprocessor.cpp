@@ -26,7 +26,7 @@ AbstractNewDownloadRequest newDownload(const QUrl &url, const pmxKovBhIpcDownloa
     source.url = url;
     source.referer = fromUtf8(info.httpReferer);
     source.webPageUrl = QUrl(fromUtf8(info.documentUrl));
-    if (source.webPageUrl.isEmpty() && !info.httpReferer.empty()) {
+    if (!source.webPageUrl.isValid() && !info.httpReferer.empty()) {
         source.webPageUrl = QUrl(source.referer);
         source.flags |= AbstractDownloadSourceFlag::WebPageUrlIsReferer;
     }

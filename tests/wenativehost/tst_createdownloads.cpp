@@ -270,6 +270,8 @@ void TestCreateDownloads::pageAndReferrer_data()
                           << "http://r"s << u"http://p"_qs << false;
     QTest::newRow("no page") << ""s
                              << "http://r"s << u"http://r"_qs << true;
+    QTest::newRow("page that is no URL") << "http://[p"s
+                                         << "http://r"s << u"http://r"_qs << true;
     QTest::newRow("no referrer") << "http://p"s
                                  << ""s << u"http://p"_qs << false;
     QTest::newRow("neither") << ""s
