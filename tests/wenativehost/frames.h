@@ -1,7 +1,10 @@
 #pragma once
 
 #include <QByteArray>
+#include <QFile>
 #include <QtEndian>
+
+#include <sys/mman.h>
 
 #include <cstdio>
 
@@ -12,23 +15,27 @@ inline QByteArray frame(const QByteArray &body)
     return QByteArray(reinterpret_cast<const char *>(&length), sizeof length) + body;
 }
 
-/// A stream that reads the bytes given.
-class BytesStream {
+/// A file in memory, to be written through its stream or filled to be read from it.
+class StreamFile {
 public:
-    explicit BytesStream(QByteArray bytes)
-        : m_bytes(std::move(bytes)),
-          // A stream over no bytes at all is refused.
-          m_file(m_bytes.isEmpty()
-                     ? std::fopen("/dev/null", "r")
-                     : ::fmemopen(m_bytes.data(), static_cast<size_t>(m_bytes.size()), "r"))
+    explicit StreamFile(const QByteArray &bytes = {})
+        : m_file(::fdopen(::memfd_create("stream", 0), "w+"))
     {
+        std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), m_file);
+        std::rewind(m_file);
     }
-    ~BytesStream() { std::fclose(m_file); }
-    Q_DISABLE_COPY_MOVE(BytesStream)
+    ~StreamFile() { std::fclose(m_file); }
+    Q_DISABLE_COPY_MOVE(StreamFile)
 
-    std::FILE *file() const { return m_file; }
+    std::FILE *stream() const { return m_file; }
+
+    /// What has left the stream's buffer.
+    QByteArray written() const
+    {
+        QFile file(QStringLiteral("/proc/self/fd/%1").arg(::fileno(m_file)));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
 
 private:
-    QByteArray m_bytes;
-    std::FILE *m_file;
+    std::FILE *const m_file;
 };

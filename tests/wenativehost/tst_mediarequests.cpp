@@ -1,17 +1,40 @@
+#include "browsertabsrequeststracker.h"
+#include "isolatedhost.h"
 #include "mediarequestsanalyzer.h"
 #include "mediarequestscollector.h"
 #include "mediaurlsearch.h"
 #include "networkrequestscollector.h"
 #include "pmxflvsniffcallproctask.h"
 #include "pmxkovbhipctasknetworkrequestnotification.h"
+#include "remoteincomingdownloadsprocessor.h"
+#include "turnedclock.h"
 
+#include <QSignalSpy>
 #include <QTest>
+
+#include <random>
+#include <set>
 
 namespace {
 
 constexpr auto page = "http://page/watch";
 
-/// One answered request: "id url status headers".
+pmxKovBhIpcTaskNetworkRequestNotification notification(const std::string &type,
+                                                       const std::string &requestId,
+                                                       const std::string &data = {},
+                                                       const std::string &headers = {})
+{
+    pmxKovBhIpcTaskNetworkRequestNotification result;
+    result.type = type;
+    result.requestId = requestId;
+    result.url = "http://host/" + requestId;
+    result.srcTabUrl = page;
+    result.data = data;
+    (type == "request" ? result.requestHeaders : result.responseHeaders) = headers;
+    return result;
+}
+
+/// One answered request.
 struct Seen {
     std::string id;
     std::string url;
@@ -22,9 +45,30 @@ struct Seen {
     std::string playlist = {};
 };
 
+QSharedPointer<MediaRequestsCollector> collect(const std::vector<Seen> &seen)
+{
+    const auto requests = QSharedPointer<NetworkRequestsCollector>::create();
+    for (const Seen &one : seen) {
+        auto request = notification("request", one.id, "GET", one.requestHeaders);
+        request.url = one.url;
+        request.srcTabUrl = one.pageUrl;
+        requests->process(request);
+        requests->process(
+            notification("response", one.id, std::to_string(one.status), one.responseHeaders));
+        if (!one.playlist.empty())
+            requests->process(notification("playlist", one.id, one.playlist));
+    }
+    return QSharedPointer<MediaRequestsCollector>::create(requests);
+}
+
 std::string video(int size)
 {
     return "Content-Type: video/mp4\r\nContent-Length: " + std::to_string(size) + "\r\n";
+}
+
+std::string videoPart(const std::string &range)
+{
+    return "Content-Type: video/mp4\r\nContent-Length: 2\r\nContent-Range: bytes " + range + "\r\n";
 }
 
 constexpr auto hls = "Content-Type: application/vnd.apple.mpegurl\r\nContent-Length: 300\r\n";
@@ -37,218 +81,350 @@ constexpr auto octets = "Content-Type: application/octet-stream\r\nContent-Lengt
 Q_DECLARE_METATYPE(std::vector<Seen>)
 Q_DECLARE_METATYPE(pmxFlvSniffCallProcTask)
 
-class tst_MediaRequests : public QObject {
+class TestMediaRequests : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void finds_data();
-    void finds();
-    void ranks_data();
-    void ranks();
-    void keepsTheSizeOfTheWhole();
-    void searchesPlayerVariables_data();
-    void searchesPlayerVariables();
+    void finds_data()
+    {
+        QTest::addColumn<std::vector<Seen>>("seen");
+        QTest::addColumn<QString>("found");
+        const auto row = [](const char *name, const std::vector<Seen> &seen, const char *found) {
+            QTest::newRow(name) << seen << QString::fromLatin1(found);
+        };
+        row("by type", {{"1", "http://h/x", 200, video(100000)}}, "1:1");
+        row("audio", {{"1", "http://h/x", 200, "Content-Type: audio/mpeg; q=1\r\n"}}, "1:2");
+        row("by name, no type", {{"1", "http://h/a.MP4?x=1", 200, noType}}, "1:1");
+        row("by name, octets", {{"1", "http://h/a.mp3", 200, octets}}, "1:2");
+        row("by suggested name",
+            {{"1", "http://h/get", 200,
+              std::string(octets) + "Content-Disposition: attachment; filename=\"v.mkv\"\r\n"}},
+            "1:1");
+        row("a page with a media name",
+            {{"1", "http://h/a.mp4", 200, "Content-Type: text/html\r\n"}}, "");
+        row("an error", {{"1", "http://h/a.mp4", 404, video(100000)}}, "");
+        row("a beacon", {{"1", "http://h/a.mp4", 204, "Content-Type: video/mp4\r\n"}}, "");
+        row("too small", {{"1", "http://h/a.mp4", 200, video(65535)}}, "");
+        row("just large enough", {{"1", "http://h/a.mp4", 200, video(65536)}}, "1:1");
+        row("a small part of much", {{"1", "http://h/a.mp4", 206, videoPart("0-1/900000")}},
+            "1:1:900000");
+        row("HLS and its segments",
+            {{"1", "http://h/v/master.m3u8", 200, hls},
+             {"2", "http://h/v/720/index.m3u8", 200, hls},
+             {"3", "http://h/v/720/0.ts", 200, "Content-Type: video/mp2t\r\n"},
+             {"4", "http://cdn/0.ts", 200, "Content-Type: video/mp2t\r\n"},
+             {"5", "http://h/v/init.mp4", 200, video(100000)}},
+            "1:4");
+        row("segments by the playlist's lines",
+            {{"1", "http://h/a/master.m3u8", 200, hls, page, "",
+              "#EXTM3U\r\n#EXT-X-MEDIA:TYPE=AUDIO,URI=\"http://cdn/sound.m3u8\"\r\n"
+              "../b/low.m3u8\r\n"},
+             {"2", "http://h/b/low.m3u8", 200, hls, page, "",
+              "#EXTM3U\n#EXTINF:4,\n/c/0.mp4?k=1\n"},
+             {"3", "http://cdn/sound.m3u8", 200, hls},
+             {"4", "http://h/c/0.mp4?k=1", 200, video(500000)},
+             {"5", "http://h/c/film.mp4", 200, video(500000)}},
+            "1:4 5:1");
+        row("DASH",
+            {{"1", "http://h/v/m.mpd", 200, dash},
+             {"2", "http://h/v/a/1.m4s", 200, video(500000)},
+             {"3", "http://h/v/b/i.mp4", 200, video(500000)}},
+            "1:4");
+        row("another page's playlist",
+            {{"1", "http://h/v/m.mpd", 200, dash, "http://other/"},
+             {"2", "http://h/v/film.mp4", 200, video(500000)}},
+            "1:4 2:1");
+        row("parts are one, with the size of the whole",
+            {{"1", "http://h/a.mp4", 206, videoPart("0-9/700000")},
+             {"2", "http://h/a.mp4", 206, videoPart("10-19/*")},
+             {"3", "http://h/a.mp4", 206, videoPart("20-29/*")}},
+            "3:1:700000");
+    }
 
-private:
-    static QSharedPointer<MediaRequestsCollector> collect(const std::vector<Seen> &seen);
-};
+    /// Each found one as "ID:KIND", with its size when that is not the length of the answer.
+    void finds()
+    {
+        QFETCH(const std::vector<Seen>, seen);
+        QFETCH(const QString, found);
+        QStringList media;
+        for (const MediaRequest &one : collect(seen)->mediaRequests()) {
+            QString text = u"%1:%2"_qs.arg(QString::fromStdString(one.request.id))
+                               .arg(static_cast<int>(one.kind));
+            if (one.request.status == 206)
+                text += u":%1"_qs.arg(one.size.value_or(0));
+            media.append(text);
+        }
+        QCOMPARE(media.join(u' '), found);
+    }
 
-QSharedPointer<MediaRequestsCollector> tst_MediaRequests::collect(const std::vector<Seen> &seen)
-{
-    const auto requests = QSharedPointer<NetworkRequestsCollector>::create();
-    for (const Seen &one : seen) {
-        pmxKovBhIpcTaskNetworkRequestNotification notification;
-        notification.type = "request";
-        notification.requestId = one.id;
-        notification.url = one.url;
-        notification.srcTabUrl = one.pageUrl;
-        notification.requestHeaders = one.requestHeaders;
-        requests->process(notification);
-        notification.type = "response";
-        notification.data = std::to_string(one.status);
-        notification.responseHeaders = one.responseHeaders;
-        requests->process(notification);
-        if (!one.playlist.empty()) {
-            notification.type = "playlist";
-            notification.data = one.playlist;
-            requests->process(notification);
+    void ranks_data()
+    {
+        QTest::addColumn<pmxFlvSniffCallProcTask>("task");
+        QTest::addColumn<QString>("urls");
+        const auto row = [](const char *name, const char *urls, auto fill) {
+            pmxFlvSniffCallProcTask task;
+            fill(task);
+            QTest::newRow(name) << task << QString::fromLatin1(urls);
+        };
+        row("page",
+            "http://h/s/m.mpd http://h/big.mp4 http://h/new.mp4 http://h/old.mp4 "
+            "http://h/unknown.mp4",
+            [](auto &task) { task.webPageUrl = page; });
+        row("frame first",
+            "http://h/framed.mp4 http://h/s/m.mpd http://h/big.mp4 http://h/new.mp4 "
+            "http://h/old.mp4 "
+            "http://h/unknown.mp4",
+            [](auto &task) {
+                task.webPageUrl = page;
+                task.frameUrl = "http://frame/";
+            });
+        row("id", "http://h/old.mp4", [](auto &task) {
+            task.webPageUrl = page;
+            task.requestId = "old";
+        });
+        row("id of nothing", "", [](auto &task) {
+            task.webPageUrl = page;
+            task.requestId = "gone";
+        });
+        row("id used again", "http://h/asked.mp4", [](auto &task) {
+            task.requestId = "old";
+            task.url = "http://h/asked.mp4";
+        });
+        row("URL", "http://h/new.mp4", [](auto &task) { task.url = "http://h/new.mp4"; });
+        row("other page", "", [](auto &task) { task.webPageUrl = "http://nowhere/"; });
+        row("player's variables", "http://nowhere/v/film.flv", [](auto &task) {
+            task.webPageUrl = "http://nowhere/watch";
+            task.flashVars = "image=a.jpg&file=v%2Ffilm.flv";
+        });
+    }
+
+    void ranks()
+    {
+        const auto media =
+            collect({{"unknown", "http://h/unknown.mp4", 200, "Content-Type: video/mp4"},
+                     {"old", "http://h/old.mp4", 200, video(100000)},
+                     {"big", "http://h/big.mp4", 200, video(900000)},
+                     {"new", "http://h/new.mp4", 200, video(100000)},
+                     {"again", "http://h/old.mp4", 200, video(100000), "http://x/"},
+                     {"framed", "http://h/framed.mp4", 200, video(70000), "http://f/",
+                      "referer: http://frame/\r\n"},
+                     {"stream", "http://h/s/m.mpd", 200, dash}});
+        QFETCH(const pmxFlvSniffCallProcTask, task);
+        QStringList urls;
+        for (const MediaRequest &candidate : MediaRequestsAnalyzer(media).candidates(task))
+            urls.append(QString::fromStdString(candidate.request.url));
+        QTEST(urls.join(u' '), "urls");
+    }
+
+    void searchesPlayerVariables()
+    {
+        const std::pair<const char *, const char *> cases[] = {
+            {"http://h/a.flv", "http://h/a.flv"},
+            {"autoplay=true&skin=dark.zip", ""},
+            {"a=1&file=http://h/a.mp4&b=2", "http://h/a.mp4"},
+            {"src=http%3A%2F%2Fh%2Fa.mp4%3Fk%3D1&x=y", "http://h/a.mp4?k=1"},
+            {"u=http%253A%252F%252Fh%252Fa.mp4", "http://h/a.mp4"},
+            {"file=../v/a.webm", "http://page/v/a.webm"},
+            {"{\"playlist\":[{\"url\":\"http://h/a.m3u8\"}]}", "http://h/a.m3u8"},
+            {"a=http://h/a.mp4&b=http%3A//h/a.mp4", "http://h/a.mp4"},
+            {"file:///etc/a.mp4 javascript:x.mp4", ""},
+            {"http://h/player.swf?file=http://h/b.flv", "http://h/b.flv"},
+            {"file=%zz%a.mp4%", ""}};
+        for (const auto &[text, expected] : cases) {
+            QStringList urls;
+            for (const QUrl &url : findMediaUrls(text, QUrl(u"http://page/dir/watch"_qs)))
+                urls.append(url.toString());
+            QCOMPARE(urls.join(u' '), QLatin1String(expected));
         }
     }
-    return QSharedPointer<MediaRequestsCollector>::create(requests);
-}
 
-void tst_MediaRequests::finds_data()
-{
-    QTest::addColumn<std::vector<Seen>>("seen");
-    QTest::addColumn<QString>("found");
+    /// From what the browser tells, through the dispatcher, to what the application is given.
+    void sniffs()
+    {
+        IsolatedHost host;
+        QVERIFY(host.listen());
+        QTRY_VERIFY(host.client->isConnected());
+        QList<AbstractNewDownloadsRequestJob> jobs;
+        const auto downloads = host.client->incomingDownloadsProcessor()
+                                   .objectCast<RemoteIncomingDownloadsProcessor>();
+        connect(downloads.data(), &RemoteIncomingDownloadsProcessor::sendJobToServer, this,
+                [&jobs](const AbstractNewDownloadsRequestJob &job) { jobs.append(job); });
+        const auto tell = [&host](const char *type, const QString &record) {
+            return host.tell(
+                u"{'id':'7','type':'%1','%1':{%2}}"_qs.arg(QLatin1String(type), record));
+        };
+        const auto sniffed = [](const QString &error, const QString &result,
+                                const QString &error2 = {}) {
+            return u"{'error':'%1','id':'7','result':'%2','type':'video_sniffer','videoSniffer':"
+                   "{'error':'%1','error2':'%3','result':'%2'}}"_qs.arg(error, result, error2);
+        };
+        const std::pair<const char *, AbstractDownloadType> cases[] = {
+            {"video/mp4", AbstractDownloadType::Video},
+            {"audio/mpeg", AbstractDownloadType::Audio},
+            {"application/dash+xml", AbstractDownloadType::MediaStream}};
+        for (const auto &[type, expected] : cases) {
+            const QString named = u"'requestId':'1','url':'http://h/x','srcTabUrl':'http://p/'"_qs;
+            const auto notify = [&](const QString &more) {
+                QCOMPARE(tell("network_request_notification", named + more),
+                         answer(u"7"_qs, u"network_request_notification"_qs, u""_qs));
+            };
+            notify(u",'type':'request','requestHeaders':'referer: http://p/\\r\\ncookie: a=b\\r\\n"
+                   "user-agent: ua\\r\\n'"_qs);
+            notify(u",'type':'response','data':'200','responseHeaders':'content-type: %1\\r\\n'"_qs
+                       .arg(QLatin1String(type)));
+            notify(u",'type':'completed'"_qs);
+            QCOMPARE(tell("video_sniffer", u"'webPageUrl':'http://p/'"_qs), u""_qs);
+            const AbstractNewDownloadsRequestJob &job = jobs.constLast();
+            QCOMPARE(job.request.preferredDownloadType, expected);
+            const AbstractDownloadPersistentInfo &download = *job.request.downloads.at(0).info;
+            QCOMPARE(download.source.url, QUrl(u"http://h/x"_qs));
+            QCOMPARE(download.source.referer, u"http://p/"_qs);
+            QCOMPARE(download.source.cookies, QList({QNetworkCookie("a", "b")}));
+            QCOMPARE(download.userAgent, u"ua"_qs);
+            downloads->onJobFinished(job.id, true, false, {}, {}, false);
+            QCOMPARE(host.sent(), sniffed(u""_qs, u"1"_qs));
+        }
+        QCOMPARE(tell("video_sniffer", u""_qs),
+                 sniffed(u"invalid arguments"_qs, u""_qs, u"no page, URL or request is named"_qs));
+        QCOMPARE(tell("browser_download_state_report", u"'url':'http://h/x','state':'odd'"_qs),
+                 answer(u"7"_qs, u"browser_download_state_report"_qs, u"invalid arguments"_qs));
+        // What the browser downloads itself is kept out.
+        tell("browser_download_state_report", u"'url':'http://h/x','state':'in_progress'"_qs);
+        QCOMPARE(tell("video_sniffer", u"'webPageUrl':'http://p/'"_qs),
+                 sniffed(u"no_media_found"_qs, u""_qs));
+    }
 
-    const auto row = [](const char *name, const std::vector<Seen> &seen, const char *found) {
-        QTest::newRow(name) << seen << QString::fromLatin1(found);
-    };
-    row("by type", {{"1", "http://h/x", 200, video(100000)}}, "1:1");
-    row("audio", {{"1", "http://h/x", 200, "Content-Type: audio/mpeg; q=1\r\n"}}, "1:2");
-    row("by name, no type", {{"1", "http://h/a.MP4?x=1", 200, noType}}, "1:1");
-    row("by name, octets", {{"1", "http://h/a.mp3", 200, octets}}, "1:2");
-    row("by suggested name",
-        {{"1", "http://h/get", 200,
-          std::string(octets) + "Content-Disposition: attachment; filename=\"v.mkv\"\r\n"}},
-        "1:1");
-    row("a page with a media name", {{"1", "http://h/a.mp4", 200, "Content-Type: text/html\r\n"}},
-        "");
-    row("a poster", {{"1", "http://h/a.jpg", 200, "Content-Type: image/jpeg\r\n"}}, "");
-    row("an error", {{"1", "http://h/a.mp4", 404, video(100000)}}, "");
-    row("a beacon", {{"1", "http://h/a.mp4", 204, "Content-Type: video/mp4\r\n"}}, "");
-    row("too small", {{"1", "http://h/a.mp4", 200, video(65535)}}, "");
-    row("just large enough", {{"1", "http://h/a.mp4", 200, video(65536)}}, "1:1");
-    row("a small part of much",
-        {{"1", "http://h/a.mp4", 206,
-          "Content-Type: video/mp4\r\nContent-Length: 2\r\nContent-Range: bytes 0-1/900000\r\n"}},
-        "1:1");
-    row("HLS and its segments",
-        {{"1", "http://h/v/master.m3u8", 200, hls},
-         {"2", "http://h/v/720/index.m3u8", 200, hls},
-         {"3", "http://h/v/720/0.ts", 200, "Content-Type: video/mp2t\r\n"},
-         {"4", "http://cdn/0.ts", 200, "Content-Type: video/mp2t\r\n"},
-         {"5", "http://h/v/init.mp4", 200, video(100000)}},
-        "1:4");
-    row("segments by the playlist's lines",
-        {{"1", "http://h/a/master.m3u8", 200, hls, page, "",
-          "#EXTM3U\r\n#EXT-X-MEDIA:TYPE=AUDIO,URI=\"http://cdn/sound.m3u8\"\r\n"
-          "../b/low.m3u8\r\n"},
-         {"2", "http://h/b/low.m3u8", 200, hls, page, "", "#EXTM3U\n#EXTINF:4,\n/c/0.mp4?k=1\n"},
-         {"3", "http://cdn/sound.m3u8", 200, hls},
-         {"4", "http://h/c/0.mp4?k=1", 200, video(500000)},
-         {"5", "http://h/c/film.mp4", 200, video(500000)}},
-        "1:4 5:1");
-    row("DASH",
-        {{"1", "http://h/v/m.mpd", 200, dash},
-         {"2", "http://h/v/a/1.m4s", 200, video(500000)},
-         {"3", "http://h/v/b/i.mp4", 200, video(500000)}},
-        "1:4");
-    row("another page's playlist",
-        {{"1", "http://h/v/m.mpd", 200, dash, "http://other/"},
-         {"2", "http://h/v/film.mp4", 200, video(500000)}},
-        "1:4 2:1");
-}
+    void requestsAndRedirects()
+    {
+        NetworkRequestsCollector collector;
+        for (const auto &unknown : {notification("response", "1", "200"), notification("x", "1"),
+                                    notification("request", "")})
+            collector.process(unknown);
+        QCOMPARE(collector.size(), size_t(0));
 
-void tst_MediaRequests::finds()
-{
-    QFETCH(const std::vector<Seen>, seen);
-    QStringList found;
-    for (const MediaRequest &media : collect(seen)->mediaRequests())
-        found.append(QStringLiteral("%1:%2")
-                         .arg(QString::fromStdString(media.request.id))
-                         .arg(static_cast<int>(media.kind)));
-    QTEST(found.join(u' '), "found");
-}
+        collector.process(notification("request", "1", "POST", "Cookie: first\r\n"));
+        collector.process(notification("response", "1", "302", "Location: http://b/\r\n"));
+        const NetworkRequest *const request = collector.request("1");
+        QCOMPARE(request->method + request->pageUrl + request->requestHeaders,
+                 "POST" + std::string(page) + "Cookie: first\r\n");
+        QCOMPARE(request->status, 302);
+        collector.process(notification("redirect", "1", "http://b/"));
+        QCOMPARE(request->url, "http://b/");
+        QVERIFY(request->status == 0 && request->responseHeaders.empty());
+        // Browsers send the request anew under the same id.
+        collector.process(notification("request", "1", "GET", "Cookie: second\r\n"));
+        collector.process(
+            notification("response", "1", "no number", "Content-Type: video/mp4\r\n"));
+        collector.process(notification("failed", "1"));
+        QCOMPARE(collector.size(), size_t(1));
+        QCOMPARE(collector.request("1")->requestHeaders, "Cookie: second\r\n");
+        QCOMPARE(collector.request("1")->status, 0);
+        // After its end the id belongs to another request.
+        const quint64 first = collector.request("1")->number;
+        collector.process(notification("request", "1"));
+        QVERIFY(collector.request("1")->number > first);
+        QVERIFY(collector.request("1")->responseHeaders.empty());
+    }
 
-void tst_MediaRequests::ranks_data()
-{
-    QTest::addColumn<pmxFlvSniffCallProcTask>("task");
-    QTest::addColumn<QString>("urls");
+    void forgetsFinishedOnesAndTheOldFirst()
+    {
+        TurnedClock clock;
+        NetworkRequestsCollector collector(nullptr, clock);
+        for (size_t i = 0; i < NetworkRequestsCollector::maxRequests; ++i)
+            collector.process(notification("request", std::to_string(i)));
+        for (const char *id : {"700", "500"})
+            collector.process(notification("completed", id));
+        for (const char *id : {"a", "b", "c"})
+            collector.process(notification("request", id));
+        QCOMPARE(collector.size(), NetworkRequestsCollector::maxRequests);
+        for (const char *id : {"700", "500", "0"})
+            QVERIFY(!collector.request(id));
+        QVERIFY(collector.request("1"));
 
-    const auto row = [](const char *name, const char *urls, auto fill) {
-        pmxFlvSniffCallProcTask task;
-        fill(task);
-        QTest::newRow(name) << task << QString::fromLatin1(urls);
-    };
-    row("page",
-        "http://h/s/m.mpd http://h/big.mp4 http://h/new.mp4 http://h/old.mp4 http://h/unknown.mp4",
-        [](auto &task) { task.webPageUrl = page; });
-    row("frame first",
-        "http://h/framed.mp4 http://h/s/m.mpd http://h/big.mp4 http://h/new.mp4 http://h/old.mp4 "
-        "http://h/unknown.mp4",
-        [](auto &task) {
-            task.webPageUrl = page;
-            task.frameUrl = "http://frame/";
-        });
-    row("id", "http://h/old.mp4", [](auto &task) {
-        task.webPageUrl = page;
-        task.requestId = "old";
-    });
-    row("id of nothing", "", [](auto &task) {
-        task.webPageUrl = page;
-        task.requestId = "gone";
-    });
-    row("id used again", "http://h/asked.mp4", [](auto &task) {
-        task.requestId = "old";
-        task.url = "http://h/asked.mp4";
-    });
-    row("URL", "http://h/new.mp4", [](auto &task) { task.url = "http://h/new.mp4"; });
-    row("other page", "", [](auto &task) { task.webPageUrl = "http://nowhere/"; });
-    row("player's variables", "http://nowhere/v/film.flv", [](auto &task) {
-        task.webPageUrl = "http://nowhere/watch";
-        task.flashVars = "image=a.jpg&file=v%2Ffilm.flv";
-    });
-}
+        clock.advance(NetworkRequestsCollector::maxAgeMs);
+        collector.process(notification("response", "2", "200"));
+        QVERIFY(collector.request("1"));
+        clock.advance(1);
+        QCOMPARE(collector.requests().size(), size_t(1));
+        collector.process(notification("request", "3"));
+        QCOMPARE(collector.size(), size_t(2));
+    }
 
-void tst_MediaRequests::ranks()
-{
-    const auto media = collect({{"unknown", "http://h/unknown.mp4", 200, "Content-Type: video/mp4"},
-                                {"old", "http://h/old.mp4", 200, video(100000)},
-                                {"big", "http://h/big.mp4", 200, video(900000)},
-                                {"new", "http://h/new.mp4", 200, video(100000)},
-                                {"again", "http://h/old.mp4", 200, video(100000), "http://x/"},
-                                {"framed", "http://h/framed.mp4", 200, video(70000), "http://f/",
-                                 "referer: http://frame/\r\n"},
-                                {"stream", "http://h/s/m.mpd", 200, dash}});
-    QFETCH(const pmxFlvSniffCallProcTask, task);
-    QStringList urls;
-    for (const MediaRequest &candidate : MediaRequestsAnalyzer(media).candidates(task))
-        urls.append(QString::fromStdString(candidate.request.url));
-    QTEST(urls.join(u' '), "urls");
-}
+    void staysWithinItsBounds()
+    {
+        NetworkRequestsCollector collector;
+        BrowserTabsRequestsTracker tabs;
+        connect(&collector, &NetworkRequestsCollector::requestForgotten, &tabs,
+                &BrowserTabsRequestsTracker::removeRequest);
+        connect(&tabs, &BrowserTabsRequestsTracker::requestAbandoned, &collector,
+                qOverload<const std::string &>(&NetworkRequestsCollector::forget));
+        connect(&tabs, &BrowserTabsRequestsTracker::requestMoved, &collector,
+                &NetworkRequestsCollector::setPageUrl);
 
-void tst_MediaRequests::keepsTheSizeOfTheWhole()
-{
-    const auto part = [](const std::string &id, const std::string &range) {
-        return Seen{id, "http://h/a.mp4", 206,
-                    "Content-Type: video/mp4\r\nContent-Range: bytes " + range + "\r\n"};
-    };
-    const auto found =
-        collect({part("1", "0-9/700000"), part("2", "10-19/*"), part("3", "20-29/*")})
-            ->mediaRequests();
-    QCOMPARE(found.size(), size_t(1));
-    QCOMPARE(found.front().request.id, "3");
-    QCOMPARE(found.front().size, std::optional<quint64>(700000));
-}
+        std::mt19937 random(20251121);
+        const std::vector<std::string> types = {"request",   "request", "response", "redirect",
+                                                "completed", "failed",  "playlist"};
+        for (int i = 0; i < 50'000; ++i) {
+            auto next =
+                notification(types[random() % types.size()], std::to_string(random() % 4000),
+                             std::string(random() % 200, 'd'), std::string(random() % 30'000, 'h'));
+            next.srcTabUrl = "http://page/" + std::to_string(random() % 3000);
+            collector.process(next);
+            if (next.type == "request" && collector.request(next.requestId))
+                tabs.addRequest(next.srcTabUrl, next.requestId);
+            const std::string other = "http://page/" + std::to_string(random() % 3000);
+            if (i % 10 == 0)
+                tabs.tabNavigated(next.srcTabUrl, other);
+            if (i % 10 == 1)
+                tabs.tabUrlChanged(next.srcTabUrl, other);
+            if (i % 10 == 2)
+                tabs.tabClosed(next.srcTabUrl);
+            QVERIFY(collector.size() <= NetworkRequestsCollector::maxRequests);
+            QVERIFY(collector.textBytes() <= NetworkRequestsCollector::maxTextBytes);
+            QVERIFY(tabs.pagesCount() <= BrowserTabsRequestsTracker::maxPages);
+        }
 
-void tst_MediaRequests::searchesPlayerVariables_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("urls");
-    QTest::newRow("plain") << "http://h/a.flv"
-                           << "http://h/a.flv";
-    QTest::newRow("nothing") << "autoplay=true&skin=dark.zip"
-                             << "";
-    QTest::newRow("variables") << "a=1&file=http://h/a.mp4&b=2"
-                               << "http://h/a.mp4";
-    QTest::newRow("encoded") << "src=http%3A%2F%2Fh%2Fa.mp4%3Fk%3D1&x=y"
-                             << "http://h/a.mp4?k=1";
-    QTest::newRow("encoded twice") << "u=http%253A%252F%252Fh%252Fa.mp4"
-                                   << "http://h/a.mp4";
-    QTest::newRow("relative") << "file=../v/a.webm"
-                              << "http://page/v/a.webm";
-    QTest::newRow("JSON") << R"({"playlist":[{"url":"http://h/a.m3u8"}]})"
-                          << "http://h/a.m3u8";
-    QTest::newRow("once") << "a=http://h/a.mp4&b=http%3A//h/a.mp4"
-                          << "http://h/a.mp4";
-    QTest::newRow("no web address") << "file:///etc/a.mp4 javascript:x.mp4"
-                                    << "";
-    QTest::newRow("player program") << "http://h/player.swf?file=http://h/b.flv"
-                                    << "http://h/b.flv";
-    QTest::newRow("broken escapes") << "file=%zz%a.mp4%"
-                                    << "";
-}
+        // The sums kept along the way are those of what is held, and both sides know the same.
+        size_t bytes = 0;
+        std::set<std::string> pages;
+        for (const NetworkRequest *request : collector.requests()) {
+            bytes += request->textBytes();
+            pages.insert(request->pageUrl);
+        }
+        QCOMPARE(collector.textBytes(), bytes);
+        size_t tracked = 0;
+        for (const std::string &page : pages)
+            tracked += tabs.requestsOf(page).size();
+        QCOMPARE(tracked, collector.size());
 
-void tst_MediaRequests::searchesPlayerVariables()
-{
-    QFETCH(const QString, text);
-    QStringList urls;
-    for (const QUrl &url :
-         findMediaUrls(text.toStdString(), QUrl(QStringLiteral("http://page/dir/watch"))))
-        urls.append(url.toString());
-    QTEST(urls.join(u' '), "urls");
-}
+        // A single notification beyond the bound is not kept, and does no harm.
+        collector.process(notification("request", "huge", "GET", std::string(20 << 20, 'h')));
+        QCOMPARE(collector.request("huge"), nullptr);
+    }
 
-QTEST_GUILESS_MAIN(tst_MediaRequests)
+    void requestsOfTabs()
+    {
+        BrowserTabsRequestsTracker tabs;
+        QSignalSpy abandoned(&tabs, &BrowserTabsRequestsTracker::requestAbandoned);
+        QSignalSpy moved(&tabs, &BrowserTabsRequestsTracker::requestMoved);
+        tabs.addRequest("http://opened/before/the/browser/told", "0");
+        tabs.tabClosed("http://opened/before/the/browser/told");
+        QCOMPARE(abandoned.size(), 1);
+
+        tabs.tabNavigated("", "http://page/#a");
+        tabs.addRequest("http://page/#a", "1");
+        tabs.tabUrlChanged("http://page/#a", "http://page/#b");
+        QCOMPARE(moved.size(), 1);
+        QCOMPARE(tabs.requestsOf("http://page/#b"), std::vector<std::string>{"1"});
+        // With two tabs on the page nobody knows whose the request is.
+        tabs.tabNavigated("http://other/", "http://page/#b");
+        tabs.tabUrlChanged("http://page/#b", "http://page/#c");
+        QCOMPARE(moved.size(), 1);
+        QCOMPARE(abandoned.size(), 1);
+        tabs.tabNavigated("http://page/#b", "http://elsewhere/");
+        QCOMPARE(abandoned.size(), 2);
+        QVERIFY(tabs.requestsOf("http://page/#b").empty());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestMediaRequests)
 #include "tst_mediarequests.moc"

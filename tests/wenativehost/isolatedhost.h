@@ -1,0 +1,117 @@
+#pragma once
+
+#include "appclientmodule.h"
+#include "appclientsettingsinitializer.h"
+#include "appservername.h"
+#include "appsettings.h"
+#include "consolemessagessender.h"
+#include "frames.h"
+#include "qtappabstractsettingsmanager.h"
+#include "qtappconfigbase.h"
+#include "qtappdelayedshutdownmanager.h"
+#include "webextensionsettingsmanager.h"
+#include "wenativehosttasksprocessor.h"
+
+#include <QLocalServer>
+#include <QTemporaryDir>
+
+/**
+ * The dispatcher with all that it needs, between messages and a file of answers. Its data and its
+ * application's socket lie in a temporary folder, so that it meets no application but the one that
+ * the test stands in for. Quotes in messages and answers are written as "'".
+ */
+class IsolatedHost {
+public:
+    explicit IsolatedHost(bool settingsAreKnown = true)
+    {
+        qputenv("TMPDIR", QFile::encodeName(m_dir.path()));
+        client = QSharedPointer<AppClientModule>::create(
+            QSharedPointer<Config>::create(QDir(m_dir.path())), nullptr);
+        client->initialize(true);
+        if (settingsAreKnown)
+            makeSettingsKnown();
+        // Nothing is to end the event loops of the tests.
+        shutdownManager->registerObject(&m_holder, true);
+        makeDispatcher();
+    }
+    ~IsolatedHost()
+    {
+        dispatcher.reset();
+        client->initialize(false);
+        qputenv("TMPDIR", m_formerTmpDir);
+    }
+    Q_DISABLE_COPY_MOVE(IsolatedHost)
+
+    void makeDispatcher()
+    {
+        dispatcher.reset();
+        extensionSettings = QSharedPointer<WebExtensionSettingsManager>::create(client);
+        dispatcher = std::make_unique<WeNativeHostTasksProcessor>(
+            shutdownManager, QWeakPointer<ConsoleMessagesReceiver>(), sender, extensionSettings,
+            client);
+    }
+    /// Takes a message, and returns what has been sent since this was last asked for.
+    QString tell(const QString &message)
+    {
+        dispatcher->onConsoleGotMessage(QString(message).replace(u'\'', u'"'));
+        return sent();
+    }
+    /// The messages sent since this was last asked for, with "|" between them.
+    QString sent()
+    {
+        QByteArray bytes = m_output.written().mid(m_seen);
+        m_seen += bytes.size();
+        QStringList messages;
+        while (!bytes.isEmpty()) {
+            const auto length = qFromLittleEndian<quint32>(bytes.constData());
+            messages.append(QString::fromUtf8(bytes.mid(4, length)).replace(u'"', u'\''));
+            bytes.remove(0, 4 + qsizetype{length});
+        }
+        return messages.join(u'|');
+    }
+    /// The application accepts connections and says nothing.
+    bool listen() { return m_server.listen(appServerName()); }
+    /// The application's settings, empty until something is written, count as known.
+    void makeSettingsKnown()
+    {
+        client->settingsInitializer()->onVhIpcSettingsReadyStateChanged(true);
+    }
+    QtAppAbstractSettingsManager &settings() { return *client->settingsManager(); }
+    void set(AppSettings::Setting setting, const char *value)
+    {
+        settings().setValue(toString(setting), QString::fromUtf8(value));
+    }
+
+private:
+    class Config : public QtAppConfigBase {
+    public:
+        explicit Config(const QDir &dir) : m_dir(dir) { }
+        QDir dataDir() const override { return m_dir; }
+
+    private:
+        const QDir m_dir;
+    };
+
+    const QByteArray m_formerTmpDir = qgetenv("TMPDIR");
+    const QTemporaryDir m_dir;
+    QLocalServer m_server;
+    QObject m_holder;
+    const StreamFile m_output;
+    qsizetype m_seen = 0;
+
+public:
+    QSharedPointer<AppClientModule> client;
+    QSharedPointer<QtAppDelayedShutdownManager> shutdownManager =
+        QSharedPointer<QtAppDelayedShutdownManager>::create();
+    QSharedPointer<ConsoleMessagesSender> sender =
+        QSharedPointer<ConsoleMessagesSender>::create(nullptr, m_output.stream());
+    QSharedPointer<WebExtensionSettingsManager> extensionSettings;
+    std::unique_ptr<WeNativeHostTasksProcessor> dispatcher;
+};
+
+/// A plain answer, as it is sent.
+inline QString answer(const QString &id, const QString &type, const QString &error,
+                      const QString &result = {})
+{
+    return u"{'error':'%1','id':'%2','result':'%3','type':'%4'}"_qs.arg(error, id, result, type);
+}

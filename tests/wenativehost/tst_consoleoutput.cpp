@@ -1,0 +1,116 @@
+#include "base64transport.h"
+#include "consolemessagessender.h"
+#include "frames.h"
+#include "logcapture.h"
+#include "percenttransport.h"
+
+#include <QTest>
+
+#include <thread>
+
+class TestConsoleOutput : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void base64()
+    {
+        const std::pair<QByteArray, QByteArray> cases[] = {{"", ""},
+                                                           {"YQ==", "a"},
+                                                           {"YWI=", "ab"},
+                                                           {"+/+/", "\xfb\xff\xbf"},
+                                                           {"eyJhIjoxfQ==\r\n", "{\"a\":1}"},
+                                                           {"YWJj YWJj", "abc"},
+                                                           {"YQ==YWJj", "a"},
+                                                           {QByteArray("YWJj\0YWJj", 9), "abc"},
+                                                           {"YWJj====", "abc"},
+                                                           {"YR==", "a"},
+                                                           {QByteArray("YWJjYW\0j", 8), ""},
+                                                           {"e*Jh", ""},
+                                                           {"YWJjeyJ*", ""},
+                                                           {"Y===", ""},
+                                                           {"YQ=x", ""},
+                                                           {"YWJjY", ""},
+                                                           {"YWJjYQ", ""},
+                                                           {"YWJjYWI", ""},
+                                                           {"YWJjYQ=", ""},
+                                                           {"YW-_", ""},
+                                                           {"YW\xc3\xa9", ""}};
+        for (const auto &[text, bytes] : cases)
+            QVERIFY2(Base64Transport::decode(text) == bytes, text.constData());
+    }
+
+    void percent()
+    {
+        const std::pair<QByteArray, QByteArray> cases[] = {{"a+b", "a+b"},
+                                                           {"%7B%c3%A9%7d.", "{\xc3\xa9}."},
+                                                           {"a%41", "aA"},
+                                                           {"%41%4", "A%4"},
+                                                           {"abc%", "abc%"},
+                                                           {"%zz%41", "%zzA"},
+                                                           {"%4g%41", "%4gA"},
+                                                           {"%G1%1G%@1", "%G1%1G%@1"},
+                                                           {"%%41", "%A"},
+                                                           {"%2541", "%41"},
+                                                           {"%00%41", QByteArray("\0A", 2)}};
+        for (const auto &[text, bytes] : cases)
+            QVERIFY2(PercentTransport::decode(text) == bytes, text.constData());
+        QCOMPARE(PercentTransport::encode("azAZ09/:@[`{-_.~% \xc3"),
+                 QByteArray("azAZ09%2F%3A%40%5B%60%7B%2D%5F%2E%7E%25%20%C3"));
+    }
+
+    void roundTrips()
+    {
+        QByteArray bytes;
+        for (int i = 0; i < 600; ++i) {
+            QCOMPARE(Base64Transport::decode(Base64Transport::encode(bytes)), bytes);
+            QCOMPARE(PercentTransport::decode(PercentTransport::encode(bytes)), bytes);
+            bytes += static_cast<char>(i * 7);
+        }
+    }
+
+    void messageOfAnotherThread()
+    {
+        const StreamFile output;
+        ConsoleMessagesSender sender(nullptr, output.stream());
+        std::thread([&sender] {
+            sender.enableFlags(ConsoleMessagesSender::TextLength, true);
+            sender.sendMessage(u"from afar"_qs);
+        }).join();
+        QCOMPARE(output.written(), QByteArray());
+        QCoreApplication::processEvents();
+        QCOMPARE(output.written(), QByteArray("9 from afar"));
+    }
+
+    void outputCannotBeWritten()
+    {
+        const LogCapture log;
+        std::FILE *const full = std::fopen("/dev/full", "w");
+        std::setvbuf(full, nullptr, _IONBF, 0);
+        ConsoleMessagesSender sender(nullptr, full);
+        sender.sendMessage(u"a"_qs);
+        sender.enableFlags(1 | 2, true);
+        sender.sendMessage(u"a"_qs);
+        std::fclose(full);
+        // With a buffer the fault shows when it is flushed.
+        std::FILE *const buffered = std::fopen("/dev/full", "w");
+        ConsoleMessagesSender(nullptr, buffered).sendMessage(u"a"_qs);
+        const QStringList texts = log.texts();
+        std::fclose(buffered);
+
+        const auto failed = [](const char *expression) {
+            return u"ASSERTION FAILED: %1"_qs.arg(QLatin1String(expression))
+                .replace(u'@', u"../../src/wenativehost/consolemessagessender"_qs);
+        };
+        const QString body = failed("size == fwrite (&content.front (), 1, size, stdout), @,85");
+        // The check of the line break is the wrong way round: nothing is said of it.
+        QCOMPARE(texts,
+                 QStringList({failed("4 == fwrite (sz, 1, 4, stdout), @,82"), body,
+                              failed("s.length () == fwrite (&s.front (), 1, s.length (), stdout), "
+                                     "@,63"),
+                              body,
+                              u"[ConsoleMessagesSender]: WARNING: a message was not written: "
+                              "No space left on device"_qs}));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestConsoleOutput)
+#include "tst_consoleoutput.moc"

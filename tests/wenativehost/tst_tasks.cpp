@@ -1,0 +1,118 @@
+#include "isolatedhost.h"
+#include "keystatewatcher.h"
+#include "pmxkovbhipckeystatetaskprocessor.h"
+#include "pmxkovbhipctask.h"
+
+#include <QTest>
+#include <QTranslator>
+
+namespace {
+
+class BracketsTranslator : public QTranslator {
+public:
+    bool isEmpty() const override { return false; }
+    QString translate(const char *context, const char *text, const char *, int) const override
+    {
+        return qstrcmp(context, "QObject") == 0 ? u"<%1>"_qs.arg(QLatin1String(text)) : QString();
+    }
+};
+
+/// A key that a test holds down.
+class HeldKey : public KeyStateWatcher {
+public:
+    HeldKey() : KeyStateWatcher(45) { }
+    void setHeld(bool held) { setPressed(held); }
+};
+
+} // namespace
+
+class TestTasks : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void answers_data()
+    {
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("expected");
+        const auto row = [](const QString &message, const QString &expected) {
+            QTest::newRow(qPrintable(message)) << message << expected;
+        };
+        const QString unknown = u"unknown_task_type"_qs;
+        row(u"{'id':'1','type':'browser_proxy','browser_proxy':{}}"_qs,
+            answer(u"1"_qs, u"browser_proxy"_qs, u"failure"_qs));
+        row(u"{'id':'6','type':' browser_proxy é'}"_qs,
+            answer(u"6"_qs, u" browser_proxy é"_qs, u"failure"_qs));
+        row(u"{'id':'2','type':'post_settings','post_settings':{'browser':{'menu':{}}}}"_qs,
+            answer(u"2"_qs, u"post_settings"_qs, u""_qs));
+        row(u"{'id':'2','type':'post_settings'}"_qs,
+            answer(u"2"_qs, u"post_settings"_qs, u"invalid arguments"_qs));
+        row(u"{'id':'42','type':'kov_json_task','json':'{}'}"_qs,
+            answer(u"42"_qs, u"kov_json_task"_qs, u""_qs));
+        row(u"{'id':'3','type':'window','window':{'action':'show'}}"_qs,
+            answer(u"3"_qs, u"window"_qs, unknown));
+        for (const QString &type : {u"Browser_proxy"_qs, u"windows"_qs, u"1"_qs, u" "_qs})
+            row(u"{'id':'5','type':'%1'}"_qs.arg(type), answer(u"5"_qs, type, unknown));
+        row(u"{'id':'1'}"_qs, answer(u"1"_qs, u""_qs, unknown));
+        for (const QString &unreadable :
+             {u""_qs, u"[1]"_qs, u"{'id':'1','type':'ui_strings'"_qs, u"{'type':'key_state'}"_qs})
+            row(unreadable, answer(u""_qs, u""_qs, unknown));
+        row(u"{'id':'1','type':'handshake'}"_qs,
+            u"{'bt':true,'error':'','id':'1','result':'','type':'handshake',"
+            "'version':'6.25.0.6016','yt':false}"_qs);
+        row(u"{'id':'1','type':'ui_strings now'}"_qs,
+            u"{'error':'','id':'1','result':'','strings':{'dlall':'Download all with KOV',"
+            "'dlbykov':'','dllink':'Download with KOV','dlselected':'Download selected with KOV',"
+            "'dlvideo':'Download video with KOV'},'type':'ui_strings now'}"_qs);
+    }
+
+    void answers()
+    {
+        QFETCH(const QString, message);
+        QTEST(IsolatedHost().tell(message), "expected");
+    }
+
+    void uiStringsInTheUsersLanguage()
+    {
+        BracketsTranslator translator;
+        QVERIFY(QCoreApplication::installTranslator(&translator));
+        const QString strings = IsolatedHost().tell(u"{'id':'1','type':'ui_strings'}"_qs);
+        QCOMPARE(strings.count(u" with KOV>'"), 4);
+    }
+
+    void keyStatePushes()
+    {
+        IsolatedHost host;
+        const auto key = QSharedPointer<HeldKey>::create();
+        pmxKovBhIpcKeyStateTaskProcessor processor(host.sender, key);
+        key->setHeld(true);
+        QCOMPARE(host.sent(), u""_qs); // nobody has asked yet
+        bool answered = false;
+        processor.process(std::make_shared<pmxKovBhIpcTask>(),
+                          [&answered](const auto &, const auto &) { answered = true; });
+        QVERIFY(answered);
+        key->setHeld(true); // no change
+        key->setHeld(false);
+        QCOMPARE(host.sent(),
+                 u"{'error':'','id':'','keyCode':45,'pressed':false,'result':'',"
+                 "'type':'key_state'}"_qs);
+        host.sender.reset();
+        key->setHeld(true);
+        QCOMPARE(host.sent(), u""_qs);
+    }
+
+    void shutdownDestroysTheDispatcher()
+    {
+        // As the take-down does: from inside the dispatcher's own slot, with messages behind it.
+        IsolatedHost host;
+        connect(host.shutdownManager.data(), &QtAppDelayedShutdownManager::shutdownRequested, this,
+                [&host] { host.dispatcher.reset(); });
+        for (const char *message : {R"({"id":"1","type":"shutdown now"})", R"({"id":"2"})"})
+            QMetaObject::invokeMethod(host.dispatcher.get(), "onConsoleGotMessage",
+                                      Qt::QueuedConnection, Q_ARG(QString, QLatin1String(message)));
+        QCoreApplication::processEvents();
+        QVERIFY(!host.dispatcher);
+        QCOMPARE(host.sent(), u""_qs);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestTasks)
+#include "tst_tasks.moc"
