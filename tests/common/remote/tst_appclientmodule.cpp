@@ -1,21 +1,22 @@
+// The client module as a whole, against a bare server under the application's name.
+
+#include "abstractincomingdownloadsprocessor.h"
 #include "abstractjsonrequestsmanager.h"
 #include "appclientmodule.h"
 #include "appclientsettingsinitializer.h"
 #include "appdataaccesshelper.h"
 #include "appremotefrontendclientmodule.h"
+#include "appremotefrontendclientvhipcprocessor.h"
 #include "appservername.h"
-#include "appsettings.h"
 #include "qtappabstractsettingsmanager.h"
 #include "qtappconfigbase.h"
 #include "qtobjectfactory.h"
+#include "rows.h"
+#include "turnedclock.h"
 
-#include <QDir>
-#include <QFile>
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include <memory>
 
@@ -33,6 +34,8 @@ private:
 const QString interceptDownloads = u"WbInterceptDownloads"_qs;
 const QString localeName = u"LocaleName"_qs;
 const QString user = u"user"_qs;
+/// More than the buffers of a local socket take.
+constexpr int hugeTextLength = 4 * 1024 * 1024;
 
 } // namespace
 
@@ -42,26 +45,30 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void opens_no_database_by_itself();
-    void hands_out_its_services_while_up();
-    void knows_whether_the_application_is_there();
-    void settings_come_from_the_local_store_when_asked_for();
-    void settings_come_from_the_application_when_it_answers();
-    void changes_are_stored_only_while_disconnected();
-    void a_text_followed_by_the_end_arrives();
+    void comesUpAgain();
+    void settingsComeFromTheLocalStoreWhenAskedFor();
+    void settingsComeFromTheApplicationWhenItAnswers();
+    void changesAreStoredOnlyWhileDisconnected();
+    void isDownAtOnceWithNothingPending_data();
+    void isDownAtOnceWithNothingPending();
+    void isDownWhenWhatWasSentHasLeft_data();
+    void isDownWhenWhatWasSentHasLeft();
 
 private:
-    void bringUp();
-    void takeDown();
-    /// Serves under the application's name; the module is brought up and connected.
+    /// Brings the module up; the application's end of the connection.
     std::unique_ptr<QLocalSocket> connectedPeer();
+    bool isGoingDown() const { return m_module->isInitializeRunning(false); }
     bool databaseExists() const { return QDir(m_folder->path()).exists(u"data/db.sqlite"_qs); }
-    /// What another process would read from the store.
-    QString storedValue(const QString &name) const;
+    /// The settings as another process reads and writes them.
+    QSharedPointer<QtAppAbstractSettingsManager> storedSettings() const
+    {
+        return AppDataAccessHelper(QDir(m_folder->filePath(u"data"_qs)), nullptr).settings();
+    }
 
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<QtQObjectsTracker> m_tracker;
     std::unique_ptr<QLocalServer> m_server;
+    std::unique_ptr<TurnedClock> m_clock;
     QSharedPointer<AppClientModule> m_module;
 };
 
@@ -70,130 +77,89 @@ void TestAppClientModule::init()
     m_folder = std::make_unique<QTemporaryDir>();
     qputenv("TMPDIR", QFile::encodeName(m_folder->path()));
     m_tracker = std::make_unique<QtQObjectsTracker>();
+    m_clock = std::make_unique<TurnedClock>();
+    m_server = std::make_unique<QLocalServer>();
+    QVERIFY(m_server->listen(appServerName()));
     m_module = qtCreateObject<AppClientModule>(
-        QSharedPointer<TemporaryConfig>::create(m_folder->filePath(u"data"_qs)), nullptr);
+        QSharedPointer<TemporaryConfig>::create(m_folder->filePath(u"data"_qs)), nullptr, nullptr,
+        *m_clock);
 }
 
 void TestAppClientModule::cleanup()
 {
-    takeDown();
+    m_module->initialize(false);
+    QTRY_VERIFY(!isGoingDown());
     m_module.reset();
     QCOMPARE(m_tracker->aliveObjects(), QStringList());
     m_server.reset();
 }
 
-void TestAppClientModule::bringUp()
-{
-    m_module->initialize(true);
-    QVERIFY(!m_module->isInitializeRunning(true));
-    QVERIFY(!m_module->initFailed(true));
-}
-
-void TestAppClientModule::takeDown()
-{
-    m_module->initialize(false);
-    QTRY_VERIFY(!m_module->isInitializeRunning(false));
-}
-
 std::unique_ptr<QLocalSocket> TestAppClientModule::connectedPeer()
 {
-    m_server = std::make_unique<QLocalServer>();
-    if (!m_server->listen(appServerName()))
-        return nullptr;
-    bringUp();
+    m_module->initialize(true);
     if (!QTest::qWaitFor([this] { return m_server->hasPendingConnections(); }))
         return nullptr;
     std::unique_ptr<QLocalSocket> peer(m_server->nextPendingConnection());
     peer->setParent(nullptr);
-    return peer;
+    // The question for the settings, {"name": "settings", "reason": "queryAll"}, is asked at once.
+    constexpr int size = 4 + 4 + (4 + 8 + 9 + 16) + (4 + 12 + 9 + 16);
+    return QTest::qWaitFor([&] { return peer->bytesAvailable() == size; }) ? std::move(peer)
+                                                                           : nullptr;
 }
 
-QString TestAppClientModule::storedValue(const QString &name) const
+void TestAppClientModule::comesUpAgain()
 {
-    AppDataAccessHelper otherProcess(QDir(m_folder->filePath(u"data"_qs)), nullptr);
-    return otherProcess.settings()->allValues().value(name);
-}
-
-void TestAppClientModule::opens_no_database_by_itself()
-{
-    bringUp();
-    QCoreApplication::processEvents();
-    takeDown();
+    for (int i = 0; i < 3; ++i) {
+        QVERIFY(!m_module->settingsManager() && !m_module->jsonRequestsManager());
+        const auto peer = connectedPeer();
+        QVERIFY(peer && m_module->isConnected());
+        const auto processor = m_module->remoteFrontendClientModule()->vhIpcProcessor();
+        peer->abort();
+        QTRY_VERIFY(!m_module->isConnected());
+        // Nothing but work for the application requires it to run. Ids begin anew with the link.
+        QVERIFY(!processor->isRequiringServer());
+        QCOMPARE(m_module->incomingDownloadsProcessor()->createJob().id, 1);
+        m_module->jsonRequestsManager()->send(2, u"{}"_qs, true);
+        QVERIFY(processor->isRequiringServer());
+        m_module->initialize(false);
+        QTRY_VERIFY(!isGoingDown());
+        // Taken down, it stays away.
+        m_clock->advance(60'000);
+        QVERIFY(!m_server->waitForNewConnection(0));
+    }
     QVERIFY(!databaseExists());
 }
 
-void TestAppClientModule::hands_out_its_services_while_up()
+void TestAppClientModule::settingsComeFromTheLocalStoreWhenAskedFor()
 {
-    const auto isNull = [this] {
-        return QList<bool>{m_module->dataAccessHelper().isNull(),
-                           m_module->settingsManager().isNull(),
-                           m_module->remoteFrontendClientModule().isNull(),
-                           m_module->settingsInitializer().isNull(),
-                           m_module->incomingDownloadsProcessor().isNull(),
-                           m_module->jsonRequestsManager().isNull()};
-    };
-    for (int i = 0; i < 2; ++i) {
-        QCOMPARE(isNull(), QList<bool>(6, true));
-        QVERIFY(!m_module->isConnected());
-        bringUp();
-        QCOMPARE(isNull(), QList<bool>(6, false));
-        // Ids begin anew with the link.
-        QCOMPARE(m_module->jsonRequestsManager()->nextId(), 1);
-        takeDown();
-    }
-}
-
-void TestAppClientModule::knows_whether_the_application_is_there()
-{
-    const QString path = QCoreApplication::applicationDirPath() + u"/kov"_qs;
-    QVERIFY(!QFile::exists(path));
-    QVERIFY(m_module->appDoesNotExist());
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QVERIFY(!m_module->appDoesNotExist());
-    QVERIFY(file.remove());
-}
-
-void TestAppClientModule::settings_come_from_the_local_store_when_asked_for()
-{
-    {
-        AppDataAccessHelper store(QDir(m_folder->filePath(u"data"_qs)), nullptr);
-        store.settings()->setValues({{localeName, u"de_DE"_qs}}, user);
-    }
-    bringUp();
+    storedSettings()->setValues({{localeName, u"de_DE"_qs}}, user);
+    m_server->close();
+    m_module->initialize(true);
     const auto initializer = m_module->settingsInitializer();
     const auto settings = m_module->settingsManager();
     const QSignalSpy initialized(initializer.data(),
                                  &AppClientSettingsInitializer::settingsInitialized);
     const QSignalSpy changed(settings.data(), &QtAppAbstractSettingsManager::allValuesChanged);
-
     QVERIFY(!initializer->isSettingsInitialized());
     QCOMPARE(settings->value(interceptDownloads), QString());
-    initializer->initializeSettings();
-    QVERIFY(initializer->isSettingsInitialized());
-    QCOMPARE(settings->value(localeName), u"de_DE"_qs);
-    QCOMPARE(settings->value(interceptDownloads), u"1"_qs);
-    QCOMPARE(changed.at(0), QList<QVariant>{u"AppClientSettingsInitializer"_qs});
-
-    initializer->initializeSettings();
-    initializer->onVhIpcSettingsReadyStateChanged(true);
-    initializer->onVhIpcSettingsReadyStateChanged(false);
-    QVERIFY(initializer->isSettingsInitialized());
+    for (int i = 0; i < 2; ++i) {
+        initializer->initializeSettings();
+        QVERIFY(initializer->isSettingsInitialized());
+        QCOMPARE(settings->value(localeName), u"de_DE"_qs);
+        QCOMPARE(settings->value(interceptDownloads), u"1"_qs);
+        initializer->onVhIpcSettingsReadyStateChanged(true);
+    }
     QCOMPARE(initialized.count(), 1);
-    QCOMPARE(changed.count(), 1);
+    QCOMPARE(changed, (QList<QVariantList>{{u"AppClientSettingsInitializer"_qs}}));
 }
 
-void TestAppClientModule::settings_come_from_the_application_when_it_answers()
+void TestAppClientModule::settingsComeFromTheApplicationWhenItAnswers()
 {
     const auto peer = connectedPeer();
     QVERIFY(peer);
     const auto initializer = m_module->settingsInitializer();
     const QSignalSpy initialized(initializer.data(),
                                  &AppClientSettingsInitializer::settingsInitialized);
-
-    // {"name": "settings", "reason": "queryAll"}; the order of the two is the hash's.
-    QTRY_COMPARE(peer->bytesAvailable(), 4 + 4 + (4 + 8 + 9 + 16) + (4 + 12 + 9 + 16));
-
     QByteArray body;
     QDataStream stream(&body, QIODevice::WriteOnly);
     stream.setVersion(QDataStream::Qt_5_12);
@@ -211,12 +177,11 @@ void TestAppClientModule::settings_come_from_the_application_when_it_answers()
     QVERIFY(!databaseExists());
 }
 
-void TestAppClientModule::changes_are_stored_only_while_disconnected()
+void TestAppClientModule::changesAreStoredOnlyWhileDisconnected()
 {
     auto peer = connectedPeer();
     QVERIFY(peer);
     const auto settings = m_module->settingsManager();
-    QVERIFY(m_module->isConnected());
     settings->setValues({{localeName, u"fr"_qs}}, user);
     settings->resetToDefaults(user);
     QVERIFY(!databaseExists());
@@ -225,23 +190,76 @@ void TestAppClientModule::changes_are_stored_only_while_disconnected()
     peer.reset();
     QTRY_VERIFY(!m_module->isConnected());
     settings->setValues({{localeName, u"ja"_qs}, {interceptDownloads, u"0"_qs}}, user);
-    QCOMPARE(storedValue(localeName), u"ja"_qs);
-    QCOMPARE(storedValue(interceptDownloads), u"0"_qs);
+    QCOMPARE(storedSettings()->allValues().value(localeName), u"ja"_qs);
+    QCOMPARE(storedSettings()->allValues().value(interceptDownloads), u"0"_qs);
     settings->resetToDefaults(user);
-    QCOMPARE(storedValue(localeName), QString());
+    QCOMPARE(storedSettings()->allValues().value(localeName), QString());
 }
 
-void TestAppClientModule::a_text_followed_by_the_end_arrives()
+void TestAppClientModule::isDownAtOnceWithNothingPending_data()
 {
-    const auto peer = connectedPeer();
-    QVERIFY(peer);
-    const QString text(qsizetype{4} * 1024 * 1024, u'x');
-    m_module->jsonRequestsManager()->send(7, text, true);
+    const Rows<bool, bool> row("up", "connected");
+    row("connected", true, true);
+    row("not connected, with a text that waits", true, false);
+    row("never brought up", false, false);
+}
+
+void TestAppClientModule::isDownAtOnceWithNothingPending()
+{
+    QFETCH(const bool, up);
+    QFETCH(const bool, connected);
+    std::unique_ptr<QLocalSocket> peer;
+    if (connected) {
+        peer = connectedPeer();
+        QVERIFY(peer);
+    } else if (up) {
+        m_server->close();
+        m_module->initialize(true);
+        m_module->jsonRequestsManager()->send(1, u"waits"_qs, true);
+    }
     m_module->initialize(false);
-    QVERIFY(m_module->isInitializeRunning(false));
+    QCoreApplication::processEvents();
+    QVERIFY(!isGoingDown());
+    QVERIFY(!m_module->isConnected());
+}
+
+void TestAppClientModule::isDownWhenWhatWasSentHasLeft_data()
+{
+    const Rows<int> row("then");
+    row("the peer reads all", 0);
+    row("the peer goes", 1);
+    row("two seconds pass", 2);
+}
+
+void TestAppClientModule::isDownWhenWhatWasSentHasLeft()
+{
+    QFETCH(const int, then);
+    auto peer = connectedPeer();
+    QVERIFY(peer);
+    peer->readAll();
+    peer->setReadBufferSize(1); // what is not read stays in the system
+    m_module->jsonRequestsManager()->send(1, QString(hugeTextLength, u'x'), true);
+    m_module->initialize(false);
+    m_module->initialize(false); // asked for again, which changes nothing
+    m_clock->advance(1999);
+    QVERIFY(isGoingDown() && m_module->isConnected());
+
     qint64 received = 0;
-    QTRY_VERIFY((received += peer->readAll().size()) > 2 * text.size());
-    QTRY_VERIFY(!m_module->isInitializeRunning(false));
+    if (then == 0) {
+        connect(peer.get(), &QLocalSocket::readyRead, peer.get(),
+                [&] { received += peer->readAll().size(); });
+        peer->setReadBufferSize(0);
+        received += peer->readAll().size();
+    } else if (then == 1) {
+        peer.reset();
+    } else {
+        m_clock->advance(1);
+    }
+    QTRY_VERIFY(!isGoingDown());
+    if (then == 0) {
+        QTRY_COMPARE(peer->state(), QLocalSocket::UnconnectedState);
+        QVERIFY(received > qint64{2} * hugeTextLength); // UTF-16
+    }
 }
 
 QTEST_GUILESS_MAIN(TestAppClientModule)

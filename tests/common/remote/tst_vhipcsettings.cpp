@@ -1,20 +1,16 @@
-#include "crossedparts.h"
 #include "qtappsettingsinmemorymanager.h"
+#include "rows.h"
 #include "turnedclock.h"
 #include "vhipcsettings.h"
 
 #include <QRandomGenerator>
 #include <QSignalSpy>
-#include <QTest>
-
-#include <algorithm>
-#include <utility>
 
 namespace {
 
 using Message = QHash<QString, QVariant>;
 using Values = QHash<QString, QString>;
-using ValuesList = QList<std::pair<QString, QString>>;
+using Messages = QList<QVariantList>;
 
 /// What a client uses, and what an application uses that serves it.
 constexpr quint32 clientFlags = 79;
@@ -23,40 +19,27 @@ constexpr quint32 allFlags = 127;
 
 const QString user = u"user"_qs;
 
-Message settingsMessage(const QString &reason)
+Message settingsMessage(const QString &reason, const Message &more = {})
 {
-    return {{u"name"_qs, u"settings"_qs}, {u"reason"_qs, reason}};
-}
-
-Message changedMessage(const QVariantHash &values)
-{
-    Message message = settingsMessage(u"changed"_qs);
-    message.insert(u"values"_qs, values);
+    Message message{{u"name"_qs, u"settings"_qs}, {u"reason"_qs, reason}};
+    message.insert(more);
     return message;
 }
 
 Message allMessage(const QVariantHash &values, const QVariantHash &defaultValues = {})
 {
-    Message message = settingsMessage(u"all"_qs);
-    message.insert(u"values"_qs, values);
-    message.insert(u"defaultValues"_qs, defaultValues);
-    return message;
+    return settingsMessage(u"all"_qs,
+                           {{u"values"_qs, values}, {u"defaultValues"_qs, defaultValues}});
 }
 
-QList<Message> takeMessages(QSignalSpy &spy)
-{
-    QList<Message> result;
-    while (!spy.isEmpty())
-        result.append(spy.takeFirst().at(0).value<Message>());
-    return result;
-}
+/// What a part that sends this has sent.
+Messages sentOnce(const Message &message) { return {{QVariant::fromValue(message)}}; }
 
 struct End {
     explicit End(quint32 flags, const QSet<QString> &localNames = {})
         : part(manager, flags, localNames, nullptr, clock)
     {
     }
-
     void change(const QString &name, const QString &value)
     {
         manager->setValues({{name, value}}, user);
@@ -68,7 +51,37 @@ struct End {
         QSharedPointer<QtAppSettingsInMemoryManager>::create();
     VhIpcSettings part;
     QSignalSpy sent{&part, &VhIpcSettings::sendVh};
-    QSignalSpy ready{&part, &VhIpcSettings::readyStateChanged};
+};
+
+/// Two ends and a link on which messages lie until the test delivers them, so that messages of both
+/// can cross in every order.
+struct Link {
+    Link() { setConnected(true); }
+    void setConnected(bool connected)
+    {
+        client.sent.clear();
+        application.sent.clear();
+        client.part.onConnectChanged(connected);
+        application.part.onConnectChanged(connected);
+    }
+    static bool deliver(End &from, End &to)
+    {
+        if (from.sent.isEmpty())
+            return false;
+        to.part.processVh(from.sent.takeFirst().at(0).value<Message>());
+        return true;
+    }
+    /// Returns how many messages it took until both ends were silent; gives up at some time.
+    int deliverAll()
+    {
+        int count = 0;
+        while (count < 1000 && (deliver(client, application) || deliver(application, client)))
+            ++count;
+        return count;
+    }
+
+    End client{clientFlags};
+    End application{applicationFlags};
 };
 
 } // namespace
@@ -76,43 +89,33 @@ struct End {
 class TestVhIpcSettings : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void applies_what_its_flags_allow_data();
-    void applies_what_its_flags_allow();
-    void tells_what_its_flags_allow_data();
-    void tells_what_its_flags_allow();
-    void asks_for_everything_when_connected();
-    void answers_the_question_for_everything();
-    void takes_defaults_and_keeps_unknown_ones();
-    void values_in_variants();
-
-    void changes_cross_data();
-    void changes_cross();
-    void ends_agree_whatever_crosses_data();
-    void ends_agree_whatever_crosses();
-    void a_change_that_met_no_application_is_told_again_data();
-    void a_change_that_met_no_application_is_told_again();
+    void appliesWhatItsFlagsAllow_data();
+    void appliesWhatItsFlagsAllow();
+    void tellsWhatItsFlagsAllow_data();
+    void tellsWhatItsFlagsAllow();
+    void asksForEverythingWhenConnected();
+    void takesDefaultsAndKeepsUnknownOnes();
+    void changesCross_data();
+    void changesCross();
+    void endsAgreeWhateverCrosses();
 };
 
-void TestVhIpcSettings::applies_what_its_flags_allow_data()
+void TestVhIpcSettings::appliesWhatItsFlagsAllow_data()
 {
-    QTest::addColumn<Message>("message");
-    QTest::addColumn<uint>("neededFlags");
-    QTest::addColumn<QString>("expected");
-
-    QTest::newRow("changed") << changedMessage({{u"A"_qs, u"new"_qs}}) << 1U << u"new"_qs;
-    QTest::newRow("all") << allMessage({{u"A"_qs, u"new"_qs}}) << (2U | 64U) << u"new"_qs;
-    QTest::newRow("all without values") << settingsMessage(u"all"_qs) << (2U | 64U) << QString();
-    QTest::newRow("resetToDefaults") << settingsMessage(u"resetToDefaults"_qs) << 4U << QString();
-    QTest::newRow("unknown reason") << settingsMessage(u"Changed"_qs) << 0U << u"old"_qs;
-    QTest::newRow("no reason") << Message() << 0U << u"old"_qs;
+    const Rows<Message, quint32, QString> row("message", "neededFlags", "expected");
+    const QVariantHash values{{u"A"_qs, u"new"_qs}};
+    row("changed", settingsMessage(u"changed"_qs, {{u"values"_qs, values}}), 1, u"new"_qs);
+    row("all", allMessage(values), 2 | 64, u"new"_qs);
+    row("all without values", settingsMessage(u"all"_qs), 2 | 64, {});
+    row("resetToDefaults", settingsMessage(u"resetToDefaults"_qs), 4, {});
+    row("unknown reason", settingsMessage(u"Changed"_qs), 0, u"old"_qs);
 }
 
-void TestVhIpcSettings::applies_what_its_flags_allow()
+void TestVhIpcSettings::appliesWhatItsFlagsAllow()
 {
-    QFETCH(Message, message);
-    QFETCH(uint, neededFlags);
-    QFETCH(QString, expected);
-
+    QFETCH(const Message, message);
+    QFETCH(const quint32, neededFlags);
+    QFETCH(const QString, expected);
     for (const bool allowed : {true, false}) {
         End end(allowed ? allFlags : allFlags & ~neededFlags);
         end.manager->setValues({{u"A"_qs, u"old"_qs}}, VhIpcSettings::changesSource());
@@ -123,55 +126,51 @@ void TestVhIpcSettings::applies_what_its_flags_allow()
     }
 }
 
-void TestVhIpcSettings::tells_what_its_flags_allow_data()
+void TestVhIpcSettings::tellsWhatItsFlagsAllow_data()
 {
-    QTest::addColumn<uint>("flag");
-    QTest::addColumn<QList<Message>>("expected");
-    QTest::newRow("nothing") << 0U << QList<Message>{};
-    QTest::newRow("valuesChanged")
-        << 8U << QList<Message>{changedMessage({{u"A"_qs, u"1"_qs}, {u"B"_qs, u"2"_qs}})};
-    QTest::newRow("allValuesChanged") << 16U << QList<Message>{allMessage({{u"C"_qs, u"3"_qs}})};
-    QTest::newRow("settingsResetToDefaults")
-        << 32U << QList<Message>{settingsMessage(u"resetToDefaults"_qs)};
+    const Rows<quint32, Messages> row("flag", "expected");
+    const QVariantHash values{{u"A"_qs, u"1"_qs}, {u"B"_qs, u"2"_qs}};
+    row("nothing", 0, {});
+    row("changed", 8, sentOnce(settingsMessage(u"changed"_qs, {{u"values"_qs, values}})));
+    row("all", 16, sentOnce(allMessage({{u"C"_qs, u"3"_qs}}, {{u"D"_qs, u"4"_qs}})));
+    row("resetToDefaults", 32, sentOnce(settingsMessage(u"resetToDefaults"_qs)));
 }
 
-void TestVhIpcSettings::tells_what_its_flags_allow()
+void TestVhIpcSettings::tellsWhatItsFlagsAllow()
 {
-    QFETCH(uint, flag);
-    QFETCH(QList<Message>, expected);
+    QFETCH(const quint32, flag);
+    QFETCH(const Messages, expected);
     End end(flag);
-    end.part.onConnectChanged(true);
+    end.manager->setAllDefaultValues({{u"D"_qs, u"4"_qs}});
     for (const QString &source : {user, u"VhIpcSettings"_qs}) {
         end.manager->setValues({{u"A"_qs, u"0"_qs}, {u"B"_qs, u"2"_qs}, {u"A"_qs, u"1"_qs}},
                                source);
         end.manager->setAllValues({{u"C"_qs, u"3"_qs}}, source);
         end.manager->resetToDefaults(source);
-        QCOMPARE(takeMessages(end.sent), source == user ? expected : QList<Message>{});
+        QCOMPARE(end.sent, source == user ? expected : Messages());
+        end.sent.clear();
     }
 }
 
-void TestVhIpcSettings::asks_for_everything_when_connected()
+void TestVhIpcSettings::asksForEverythingWhenConnected()
 {
     End end(clientFlags);
-    QVERIFY(!end.part.isReady());
-    end.part.onConnectChanged(true);
-    QCOMPARE(takeMessages(end.sent), QList<Message>{settingsMessage(u"queryAll"_qs)});
-    QVERIFY(!end.part.isReady());
-    end.part.processVh(allMessage({}));
-    QVERIFY(end.part.isReady());
-    end.part.onConnectChanged(false);
-    QVERIFY(!end.part.isReady());
-    QCOMPARE(end.ready.count(), 2);
-    end.part.onConnectChanged(true);
-    QCOMPARE(takeMessages(end.sent), QList<Message>{settingsMessage(u"queryAll"_qs)});
-
+    const QSignalSpy ready(&end.part, &VhIpcSettings::readyStateChanged);
+    for (int connection = 0; connection < 2; ++connection) {
+        QVERIFY(!end.part.isReady());
+        end.part.onConnectChanged(true);
+        QCOMPARE(end.sent, sentOnce(settingsMessage(u"queryAll"_qs)));
+        end.sent.clear();
+        end.part.processVh(allMessage({}));
+        QVERIFY(end.part.isReady());
+        end.part.onConnectChanged(false);
+    }
+    QCOMPARE(ready.count(), 4);
     // Only an end that asks depends on the answer.
     End application(applicationFlags);
     application.part.onConnectChanged(true);
-    application.part.onConnectChanged(false);
     QVERIFY(application.part.isReady());
     QCOMPARE(application.sent.count(), 0);
-
     // Without ApplyAll, nothing but the answer counts.
     End follower(64);
     follower.part.onConnectChanged(true);
@@ -180,195 +179,106 @@ void TestVhIpcSettings::asks_for_everything_when_connected()
     QCOMPARE(follower.value(u"A"_qs), u"first"_qs);
 }
 
-void TestVhIpcSettings::answers_the_question_for_everything()
-{
-    End end(applicationFlags);
-    end.manager->setAllDefaultValues({{u"A"_qs, u"default"_qs}});
-    end.manager->setValues({{u"B"_qs, u"\u20ac"_qs}}, VhIpcSettings::changesSource());
-    end.part.processVh(settingsMessage(u"queryAll"_qs));
-    QCOMPARE(takeMessages(end.sent),
-             QList<Message>{allMessage({{u"B"_qs, u"\u20ac"_qs}}, {{u"A"_qs, u"default"_qs}})});
-}
-
-void TestVhIpcSettings::takes_defaults_and_keeps_unknown_ones()
+void TestVhIpcSettings::takesDefaultsAndKeepsUnknownOnes()
 {
     End end(clientFlags, {u"Local"_qs});
-    end.manager->setAllDefaultValues(
-        {{u"Both"_qs, u"own"_qs}, {u"Own"_qs, u"own"_qs}, {u"Local"_qs, u"own"_qs}});
+    Values defaults{{u"Both"_qs, u"own"_qs}, {u"Own"_qs, u"own"_qs}, {u"Local"_qs, u"own"_qs}};
+    end.manager->setAllDefaultValues(defaults);
     const QVariantHash received{{u"Both"_qs, u"peer's"_qs}, {u"Local"_qs, u"peer's"_qs}};
     end.part.processVh(allMessage(received, received));
-    QCOMPARE(
-        end.manager->allDefaultValues(),
-        (Values{{u"Both"_qs, u"peer's"_qs}, {u"Own"_qs, u"own"_qs}, {u"Local"_qs, u"own"_qs}}));
+    defaults.insert(u"Both"_qs, u"peer's"_qs);
+    QCOMPARE(end.manager->allDefaultValues(), defaults);
     QCOMPARE(end.manager->allValues(), (Values{{u"Both"_qs, u"peer's"_qs}}));
 }
 
-void TestVhIpcSettings::values_in_variants()
+void TestVhIpcSettings::changesCross_data()
 {
-    const QVariantHash variants{{u"A"_qs, u"x"_qs}, {u"B"_qs, 5}, {u"C"_qs, QVariantList{1, 2}}};
-    QCOMPARE(VhIpcSettings::valuesHashFromVariant(variants),
-             (Values{{u"A"_qs, u"x"_qs}, {u"B"_qs, u"5"_qs}, {u"C"_qs, QString()}}));
-    ValuesList list = VhIpcSettings::valuesVectorFromVariant(variants);
-    std::sort(list.begin(), list.end());
-    QCOMPARE(list, (ValuesList{{u"A"_qs, u"x"_qs}, {u"B"_qs, u"5"_qs}, {u"C"_qs, QString()}}));
-    QCOMPARE(VhIpcSettings::valuesHashFromVariant(u"no map"_qs), Values());
-}
-
-void TestVhIpcSettings::changes_cross_data()
-{
-    QTest::addColumn<QString>("script");
-    QTest::addColumn<QString>("expected");
-    QTest::addColumn<int>("deliveries");
-
-    // c, a: the client, the application sets the setting to the digit that follows.
+    // c1, a2: the client sets the setting to 1, the application to 2.
     // <, >: one message reaches the client, the application.
     // R: the application resets. W: it replaces all values by one that it had.
-    const auto row = [](const char *name, const char *script, const char *expected,
-                        int deliveries) {
-        QTest::newRow(name) << QString::fromLatin1(script) << QString::fromLatin1(expected)
-                            << deliveries;
-    };
+    // -, +: the link breaks, and is there again. A number: milliseconds pass.
+    const Rows<QString, QString, int> row("script", "expected", "deliveries");
     // Whether its change had arrived is what a client cannot know: it asks, once.
-    row("nothing crosses", "c1 > a2 <", "2", 4);
-    row("nothing crosses any more", "c1 > a2 < > < a3", "3", 5);
-    row("a change made before the answer is there", "reconnect c1", "1", 3);
-    row("a change made while the answer is under way", "reconnect > c1 <", "1", 3);
-    row("both change, the application first", "a2 c1", "1", 4);
-    row("both change to the same", "a1 c1", "1", 2);
-    row("the client changes twice", "a2 c1 c3", "3", 5);
-    row("both change twice", "a2 c1 < a4 c3", "3", 8);
-    row("a reset crosses", "a5 < R c1", "1", 5);
-    row("a replacement crosses", "W c1", "1", 4);
+    row("nothing crosses", u"c1 > a2 <"_qs, u"2"_qs, 4);
+    row("nothing crosses any more", u"c1 > a2 < > < a3"_qs, u"3"_qs, 5);
+    row("a change made before the answer is there", u"- + c1"_qs, u"1"_qs, 3);
+    row("a change made while the answer is under way", u"- + > c1 <"_qs, u"1"_qs, 3);
+    row("both change, the application first", u"a2 c1"_qs, u"1"_qs, 4);
+    row("both change to the same", u"a1 c1"_qs, u"1"_qs, 2);
+    row("the client changes twice", u"a2 c1 c3"_qs, u"3"_qs, 5);
+    row("both change twice", u"a2 c1 < a4 c3"_qs, u"3"_qs, 8);
+    row("a reset crosses", u"a5 < R c1"_qs, u"1"_qs, 5);
+    row("a replacement crosses", u"W c1"_qs, u"1"_qs, 4);
+    // A change of the last ten seconds that met no application is told again.
+    row("made offline just now", u"a0 < - c1 9999 +"_qs, u"1"_qs, 4);
+    row("made offline before the application began", u"a0 < - c1 10000 +"_qs, u"0"_qs, 3);
+    row("under way when the link broke", u"a0 < c1 - 9999 +"_qs, u"1"_qs, 4);
+    row("made on another connection long ago", u"a0 < c1 - 10000 +"_qs, u"0"_qs, 3);
 }
 
-void TestVhIpcSettings::changes_cross()
+void TestVhIpcSettings::changesCross()
 {
-    QFETCH(QString, script);
-    QFETCH(QString, expected);
-    QFETCH(int, deliveries);
-    End client(clientFlags);
-    End application(applicationFlags);
-    CrossedParts link(client.part, application.part);
-    link.setConnected(true);
+    QFETCH(const QString, script);
+    QFETCH(const QString, expected);
+    Link link;
     link.deliverAll();
-
     int delivered = 0;
     const QStringList steps = script.split(u' ');
     for (const QString &step : steps) {
-        if (step == u"reconnect") {
-            link.setConnected(false);
-            link.setConnected(true);
-        } else if (step == u"<") {
-            delivered += link.deliverToA();
-        } else if (step == u">") {
-            delivered += link.deliverToB();
-        } else if (step == u"R") {
-            application.manager->resetToDefaults(user);
-        } else if (step == u"W") {
-            application.manager->setAllValues({{u"S"_qs, u"9"_qs}}, user);
-        } else {
-            (step.at(0) == u'c' ? client : application).change(u"S"_qs, step.mid(1));
-        }
+        if (step == u"-" || step == u"+")
+            link.setConnected(step == u"+");
+        else if (step == u"<")
+            delivered += Link::deliver(link.application, link.client);
+        else if (step == u">")
+            delivered += Link::deliver(link.client, link.application);
+        else if (step == u"R")
+            link.application.manager->resetToDefaults(user);
+        else if (step == u"W")
+            link.application.manager->setAllValues({{u"S"_qs, u"9"_qs}}, user);
+        else if (step.at(0) == u'c' || step.at(0) == u'a')
+            (step.at(0) == u'c' ? link.client : link.application).change(u"S"_qs, step.mid(1));
+        else
+            link.client.clock.advance(step.toInt());
     }
     delivered += link.deliverAll();
-    QCOMPARE(client.value(u"S"_qs), expected);
-    QCOMPARE(application.value(u"S"_qs), expected);
+    QCOMPARE(link.client.value(u"S"_qs), expected);
+    QCOMPARE(link.application.value(u"S"_qs), expected);
     // No more is said than it takes to agree.
-    QCOMPARE(delivered, deliveries);
+    QTEST(delivered, "deliveries");
 }
 
-void TestVhIpcSettings::ends_agree_whatever_crosses_data()
+void TestVhIpcSettings::endsAgreeWhateverCrosses()
 {
-    QTest::addColumn<uint>("seed");
-    for (uint seed = 0; seed < 300; ++seed)
-        QTest::addRow("seed %u", seed) << seed;
-}
-
-void TestVhIpcSettings::ends_agree_whatever_crosses()
-{
-    QFETCH(uint, seed);
-    QRandomGenerator random(seed);
     const QStringList names{u"A"_qs, u"B"_qs, u"C"_qs};
-    const auto name = [&] { return names.at(random.bounded(int(names.size()))); };
-    const auto value = [&] { return QString::number(random.bounded(3)); };
-
-    End client(clientFlags);
-    End application(applicationFlags);
-    application.manager->setAllDefaultValues({{u"A"_qs, u"0"_qs}});
-    CrossedParts link(client.part, application.part);
-    link.setConnected(true);
-
-    for (int step = 0; step < 60; ++step) {
-        switch (random.bounded(9)) {
-        case 0:
-        case 1:
-            client.change(name(), value());
-            break;
-        case 2:
-            application.change(name(), value());
-            break;
-        case 3:
-            if (random.bounded(3) == 0)
-                application.manager->resetToDefaults(user);
-            break;
-        case 4:
-            if (random.bounded(3) == 0)
-                application.manager->setAllValues({{name(), value()}}, user);
-            break;
-        case 5:
-        case 6:
-            link.deliverToB();
-            break;
-        default:
-            link.deliverToA();
+    for (quint32 seed = 0; seed < 300; ++seed) {
+        QRandomGenerator random(seed);
+        const auto name = [&] { return names.at(random.bounded(3)); };
+        const auto value = [&] { return QString::number(random.bounded(3)); };
+        Link link;
+        const auto &application = link.application.manager;
+        application->setAllDefaultValues({{u"A"_qs, u"0"_qs}});
+        for (int step = 0; step < 60; ++step) {
+            const int kind = random.bounded(27);
+            if (kind == 0)
+                application->resetToDefaults(user);
+            else if (kind == 1)
+                application->setAllValues({{name(), value()}}, user);
+            else if (kind < 6)
+                link.application.change(name(), value());
+            else if (kind < 12)
+                link.client.change(name(), value());
+            else if (kind < 19)
+                Link::deliver(link.client, link.application);
+            else
+                Link::deliver(link.application, link.client);
         }
+        QVERIFY2(link.deliverAll() < 1000, qPrintable(QString::number(seed)));
+        for (const QString &each : names)
+            QCOMPARE(link.client.value(each), link.application.value(each));
+        // Peace has come: a change takes one message.
+        link.client.change(u"A"_qs, u"client's"_qs);
+        QCOMPARE(link.deliverAll(), 1);
     }
-    QVERIFY(link.deliverAll() < 1000);
-    for (const QString &each : names)
-        QCOMPARE(client.value(each), application.value(each));
-
-    // Peace has come: a change of either end takes one message.
-    client.change(u"A"_qs, u"client's"_qs);
-    QCOMPARE(link.deliverAll(), 1);
-    QCOMPARE(application.value(u"A"_qs), u"client's"_qs);
-    application.change(u"B"_qs, u"application's"_qs);
-    QVERIFY(client.part.isReady());
-    QVERIFY(link.deliverAll() <= 3);
-    QCOMPARE(client.value(u"B"_qs), u"application's"_qs);
-}
-
-void TestVhIpcSettings::a_change_that_met_no_application_is_told_again_data()
-{
-    QTest::addColumn<bool>("connectedWhenMade");
-    QTest::addColumn<int>("msUntilConnected");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("made offline just now") << false << 9999 << "1";
-    QTest::newRow("made offline before the application began") << false << 10'000 << "0";
-    QTest::newRow("under way when the link broke") << true << 9999 << "1";
-    QTest::newRow("made on another connection long ago") << true << 10'000 << "0";
-}
-
-void TestVhIpcSettings::a_change_that_met_no_application_is_told_again()
-{
-    QFETCH(bool, connectedWhenMade);
-    QFETCH(int, msUntilConnected);
-    QFETCH(QString, expected);
-    End client(clientFlags);
-    End application(applicationFlags);
-    application.change(u"S"_qs, u"0"_qs);
-    CrossedParts link(client.part, application.part);
-    link.setConnected(true);
-    link.deliverAll();
-
-    if (!connectedWhenMade)
-        link.setConnected(false);
-    client.change(u"S"_qs, u"1"_qs);
-    link.setConnected(false);
-    client.clock.advance(msUntilConnected);
-    link.setConnected(true);
-    link.deliverAll();
-    QCOMPARE(client.value(u"S"_qs), expected);
-    QCOMPARE(application.value(u"S"_qs), expected);
 }
 
 QTEST_GUILESS_MAIN(TestVhIpcSettings)

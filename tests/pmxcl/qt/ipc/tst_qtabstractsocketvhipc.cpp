@@ -1,18 +1,30 @@
-#include "localsocketpair.h"
-#include "logcapture.h"
-#include "qtabstractsocketvhipc.h"
-#include "recordingpart.h"
+// The framing of the link and what is made of it, at one end of a local socket whose other end says
+// and hears bytes.
 
+#include "logcapture.h"
+#include "processmemory.h"
+#include "qtabstractsocketvhipc.h"
+#include "qtlocalsocket.h"
+#include "recordingpart.h"
+#include "rows.h"
+
+#include <QLocalServer>
 #include <QSignalSpy>
-#include <QTest>
+
+#include <memory>
 
 using VhMap = QHash<QString, QVariant>;
 
 namespace {
 
-QByteArray cborOpening() { return QByteArray::fromHex("9F 1B1234FAACDDEE0197 00"); }
+QByteArray hex(const char *text) { return QByteArray::fromHex(text); }
+QByteArray handshake() { return hex("1234FAACDDEE0197 00000000"); }
+QByteArray cborOpening() { return hex("9F 1B1234FAACDDEE0197 00"); }
 
-VhMap message(const QString &name) { return {{QStringLiteral("name"), name}}; }
+/// {"b": true}
+const VhMap flag{{u"b"_qs, true}};
+QByteArray flagFrame() { return hex("00000010 00000001 00000002 0062 00000001 00 01"); }
+QByteArray flagString() { return hex("44A16162F5"); }
 
 } // namespace
 
@@ -20,168 +32,282 @@ class TestQtAbstractSocketVhIpc : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void init();
-
-    void sendsGoldenBytes_data();
-    void sendsGoldenBytes();
+    void sends_data();
+    void sends();
     void receives_data();
     void receives();
-    void undecodableCborEndsTheConnection();
-    void passesErrorsOn();
-    void tellsProcessorOfConnections();
+    void endsConnectionOfBrokenPeer_data();
+    void endsConnectionOfBrokenPeer();
+    void reservesNothingAheadOfTheBytes_data();
+    void reservesNothingAheadOfTheBytes();
+    void beginsAnewAfterReconnect_data();
+    void beginsAnewAfterReconnect();
+    void readsWhatCameBeforeIt();
+    void maybeDestroyedByReceiver_data();
+    void maybeDestroyedByReceiver();
     void bothEndsTalk_data();
     void bothEndsTalk();
 
 private:
+    void connectPeer();
+    std::unique_ptr<QtAbstractSocketVhIpc> makeLink(int version)
+    {
+        return std::make_unique<QtAbstractSocketVhIpc>(m_socket, m_part, qMin(version, 1),
+                                                       version > 1);
+    }
+    /// Bytes that are on their way as one piece when this returns.
+    void say(const QByteArray &bytes) const
+    {
+        m_peer->write(bytes);
+        m_peer->flush();
+    }
+    void hear(const QByteArray &bytes) const
+    {
+        QTRY_COMPARE(m_peer->bytesAvailable(), bytes.size());
+        QCOMPARE(m_peer->readAll().toHex(), bytes.toHex());
+    }
+
+    QTemporaryDir m_dir;
+    QLocalServer m_server;
+    QSharedPointer<QtLocalSocket> m_socket;
+    QSharedPointer<QLocalSocket> m_peer;
     QSharedPointer<RecordingPart> m_part;
 };
 
-void TestQtAbstractSocketVhIpc::init() { m_part = QSharedPointer<RecordingPart>::create(); }
-
-void TestQtAbstractSocketVhIpc::sendsGoldenBytes_data()
+void TestQtAbstractSocketVhIpc::init()
 {
-    QTest::addColumn<int>("version");
-    QTest::addColumn<bool>("useCbor");
-    QTest::addColumn<QByteArray>("expected");
-    // An empty map, a keep-alive and {"name": "x"}.
-    QTest::newRow("data stream") << 0 << false
-                                 << QByteArray::fromHex(
-                                        "0000001B 00000001 00000008 006E0061006D0065 0000000A 00 "
-                                        "00000002 0078");
-    QTest::newRow("CBOR") << 1 << true
-                          << cborOpening() + QByteArray::fromHex("41A0 40 48A1646E616D656178");
+    m_part = QSharedPointer<RecordingPart>::create();
+    m_socket = QSharedPointer<QtLocalSocket>::create();
+    QVERIFY(m_server.isListening() || m_server.listen(m_dir.filePath(u"server"_qs)));
+    connectPeer();
 }
 
-void TestQtAbstractSocketVhIpc::sendsGoldenBytes()
+void TestQtAbstractSocketVhIpc::connectPeer()
+{
+    m_socket->connectToServer(QtAbstractServerAddress(m_server.fullServerName()),
+                              QIODevice::ReadWrite);
+    QVERIFY(m_server.waitForNewConnection(10000));
+    m_peer.reset(m_server.nextPendingConnection(), &QObject::deleteLater);
+    QVERIFY(m_socket->isConnected());
+}
+
+void TestQtAbstractSocketVhIpc::sends_data()
+{
+    // Version 2 stands for 1 with CBOR, here and below.
+    const Rows<int, QByteArray> row("version", "expected");
+    row("data stream", 0, flagFrame());
+    row("data stream with handshake", 1, handshake() + flagFrame());
+    row("CBOR", 2, cborOpening() + hex("41A0 40") + flagString());
+}
+
+void TestQtAbstractSocketVhIpc::sends()
 {
     QFETCH(const int, version);
-    QFETCH(const bool, useCbor);
     QFETCH(const QByteArray, expected);
-    const LocalSocketPair pair;
-    QVERIFY(pair.isConnected());
-    QtAbstractSocketVhIpc ipc(pair.socket(), m_part, version, useCbor);
-    ipc.send({});
-    ipc.sendKeepAliveMessage();
-    Q_EMIT m_part->sendVh(message(QStringLiteral("x")));
-    QTRY_COMPARE(pair.peer().bytesAvailable(), expected.size());
-    QCOMPARE(pair.peer().readAll().toHex(), expected.toHex());
+    m_socket->abort();
+    const auto link = makeLink(version);
+    link->send(flag); // to nobody
+    connectPeer();
+    link->send({});
+    link->sendKeepAliveMessage();
+    Q_EMIT m_part->sendVh(flag);
+    hear(expected);
 }
 
 void TestQtAbstractSocketVhIpc::receives_data()
 {
-    QTest::addColumn<int>("version");
-    QTest::addColumn<bool>("useCbor");
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QList<VhMap>>("maps");
-    QTest::addColumn<int>("keepAlives");
-    const auto row = [](const char *name, bool useCbor, const QByteArray &bytes,
-                        const QList<VhMap> &maps, int keepAlives) {
-        QTest::newRow(name) << int(useCbor) << useCbor << bytes << maps << keepAlives;
-    };
-    const auto hex = [](const char *text) { return QByteArray::fromHex(text); };
-    const VhMap x = message(QStringLiteral("x"));
-    row("data stream: keep-alive, message", false,
-        hex("00000000 0000001B 00000001 00000008 006E0061006D0065 0000000A 00 00000002 0078"), {x},
-        1);
-    row("data stream: no body that can be decoded", false, hex("00000002 FFFF"), {VhMap()}, 0);
-    row("data stream: empty map spelled out", false, hex("00000004 00000000"), {VhMap()}, 0);
-    row("CBOR: keep-alive, message, keep-alive", true,
-        cborOpening() + hex("40 48A1646E616D656178 40"), {x}, 2);
-    row("CBOR: no map", true, cborOpening() + hex("4101"), {VhMap()}, 0);
+    const Rows<int, QByteArray, QList<VhMap>, int> row("version", "bytes", "maps", "keepAlives");
+    row("frame", 0, flagFrame(), {flag}, 0);
+    row("frames, two empty", 0, hex("00000000") + flagFrame() + hex("00000000") + flagFrame(),
+        {flag, flag}, 2);
+    row("frame that cannot be decoded", 0, hex("00000002 FFFF") + flagFrame(), {{}, flag}, 0);
+    row("empty map spelled out", 0, hex("00000004 00000000"), {{}}, 0);
+    row("frame after a handshake", 1, handshake() + flagFrame(), {flag}, 0);
+    row("handshake of another version", 1, hex("1234FAACDDEE0197 00000007") + flagFrame(), {flag},
+        0);
+    row("CBOR strings, one empty", 2, cborOpening() + flagString() + hex("40") + flagString(),
+        {flag, flag}, 1);
+    row("CBOR string in chunks", 2, cborOpening() + hex("5F 42A161 40 4262F5 FF") + flagString(),
+        {flag, flag}, 0);
+    row("CBOR array of known length", 2, hex("85 1B1234FAACDDEE0197 20 02") + flagString(), {flag},
+        0);
+    row("CBOR, no map", 2, cborOpening() + hex("4101"), {{}}, 0);
 }
 
 void TestQtAbstractSocketVhIpc::receives()
 {
     QFETCH(const int, version);
-    QFETCH(const bool, useCbor);
     QFETCH(const QByteArray, bytes);
     QFETCH(const QList<VhMap>, maps);
-    QFETCH(const int, keepAlives);
-    LocalSocketPair pair;
-    QVERIFY(pair.isConnected());
-    const QtAbstractSocketVhIpc ipc(pair.socket(), m_part, version, useCbor);
-    QSignalSpy keepAliveSpy(&ipc, &QtAbstractSocketVhIpc::gotKeepAliveMessage);
-    QSignalSpy errorSpy(&ipc, &QtAbstractSocketVhIpc::fatalError);
-    pair.say(bytes);
-    QTRY_COMPARE(m_part->maps(), maps);
-    QTRY_COMPARE(keepAliveSpy.size(), keepAlives);
-    QCOMPARE(errorSpy.size(), 0);
-    QVERIFY(pair.isConnected());
+    // At once, byte by byte, and with the last byte on its own.
+    for (const qsizetype pieceSize : {bytes.size(), qsizetype(1), bytes.size() - 1}) {
+        init();
+        const auto link = makeLink(version);
+        const QSignalSpy keepAlives(link.get(), &QtAbstractSocketVhIpc::gotKeepAliveMessage);
+        for (qsizetype at = 0; at < bytes.size(); at += pieceSize) {
+            QVERIFY(m_part->maps() != maps);
+            say(bytes.sliced(at, qMin(pieceSize, bytes.size() - at)));
+            QCoreApplication::processEvents();
+        }
+        QTRY_COMPARE(m_part->maps(), maps);
+        QTEST(int(keepAlives.size()), "keepAlives");
+        QVERIFY(m_socket->isConnected());
+    }
 }
 
-void TestQtAbstractSocketVhIpc::undecodableCborEndsTheConnection()
+void TestQtAbstractSocketVhIpc::endsConnectionOfBrokenPeer_data()
 {
-    LocalSocketPair pair;
-    QVERIFY(pair.isConnected());
-    const QtAbstractSocketVhIpc ipc(pair.socket(), m_part, 1, true);
-    QSignalSpy errorSpy(&ipc, &QtAbstractSocketVhIpc::fatalError);
-    pair.say(cborOpening() + QByteArray::fromHex("42A101 48A1646E616D656178"));
-    QTRY_VERIFY(!pair.socket()->isConnected());
-    QCOMPARE(errorSpy.size(), 1);
-    const auto error = errorSpy.at(0).at(0).value<AbstractError>();
-    QCOMPARE(error.code(), 1);
+    const Rows<int, QByteArray, int, int, std::string> row("version", "bytes", "maps", "code",
+                                                           "source");
+    const std::string cbor = "basicipc,213";
+    const std::string magic = "basicipc,232";
+    row("length -1", 0, flagFrame() + hex("FFFFFFFF") + flagFrame(), 1, 1, "basicipc,");
+    row("length -2 GiB", 0, hex("80000000") + flagFrame(), 0, 1, "basicipc,");
+    row("wrong magic", 1, hex("1234FAACDDEE0198 00000000") + flagFrame(), 0, 2, magic);
+    row("frame instead of magic", 1, flagFrame(), 0, 2, magic);
+    row("CBOR without array", 2, hex("1B1234FAACDDEE0197 00 41A0"), 0, 1, cbor);
+    row("CBOR with wrong magic", 2, hex("9F 1B1234FAACDDEE0198 00 41A0"), 0, 1, cbor);
+    row("CBOR with negative magic", 2, hex("9F 3B1234FAACDDEE0197 00 41A0"), 0, 1, cbor);
+    row("CBOR without version", 2, hex("9F 1B1234FAACDDEE0197 41A0"), 0, 1, cbor);
+    row("CBOR text", 2, cborOpening() + flagString() + hex("6162"), 1, 1, cbor);
+    row("CBOR array in the array", 2, cborOpening() + hex("80"), 0, 1, cbor);
+    row("CBOR chunk of another type", 2, cborOpening() + hex("5F 6161 FF"), 0, 1, cbor);
+    row("CBOR array closed", 2, cborOpening() + flagString() + hex("FF"), 1, 1, cbor);
+    row("no CBOR at all", 2, hex("FC"), 0, 1, cbor);
+    row("CBOR body cut off", 2, cborOpening() + hex("42A101") + flagString(), 0, 1, "vhipc,86");
+}
+
+void TestQtAbstractSocketVhIpc::endsConnectionOfBrokenPeer()
+{
+    QFETCH(const QByteArray, bytes);
+    QFETCH(const int, version);
+    QFETCH(const std::string, source);
+    const LogCapture log;
+    const auto link = makeLink(version);
+    const QSignalSpy errors(link.get(), &QtAbstractSocketVhIpc::fatalError);
+    say(bytes);
+    QTRY_VERIFY(!m_socket->isConnected());
+    QTRY_COMPARE(m_peer->state(), QLocalSocket::UnconnectedState);
+    QCOMPARE(errors.size(), 1);
+    const auto error = errors.at(0).at(0).value<AbstractError>();
+    QTEST(error.code(), "code");
     QCOMPARE(error.category(), std::string("GenericError"));
-    QCOMPARE(error.source(), std::string("../../src/pmxcl/qt/ipc/qtabstractsocketvhipc,86"));
+    QVERIFY(error.source().starts_with("../../src/pmxcl/qt/ipc/qtabstractsocket" + source));
+    QTEST(int(m_part->maps().size()), "maps");
+    QCOMPARE(log.texts().size(), 1);
+}
+
+void TestQtAbstractSocketVhIpc::reservesNothingAheadOfTheBytes_data()
+{
+    const Rows<int, QByteArray> row("version", "bytes");
+    row("frame", 0, hex("7FFFFFFF"));
+    row("CBOR string", 2, cborOpening() + hex("5A7FFFFFFF"));
+    row("CBOR chunk", 2, cborOpening() + hex("5F 5A7FFFFFFF"));
+}
+
+void TestQtAbstractSocketVhIpc::reservesNothingAheadOfTheBytes()
+{
+    QFETCH(const int, version);
+    QFETCH(const QByteArray, bytes);
+    const auto link = makeLink(version);
+    QSignalSpy readyRead(m_socket->ioDevice(), &QIODevice::readyRead);
+    const qint64 before = reservedMemory();
+    for (const QByteArray &piece : {bytes, QByteArray("body"), QByteArray("more")}) {
+        readyRead.clear();
+        say(piece);
+        QTRY_VERIFY(!readyRead.isEmpty());
+    }
+    QVERIFY(reservedMemory() - before < 256'000'000);
+    QVERIFY(m_socket->isConnected());
+}
+
+void TestQtAbstractSocketVhIpc::beginsAnewAfterReconnect_data()
+{
+    const Rows<int, QByteArray, QByteArray> row("version", "opening", "message");
+    row("data stream", 1, handshake(), flagFrame());
+    row("CBOR", 2, cborOpening(), flagString());
+}
+
+void TestQtAbstractSocketVhIpc::beginsAnewAfterReconnect()
+{
+    QFETCH(const int, version);
+    QFETCH(const QByteArray, opening);
+    QFETCH(const QByteArray, message);
+    const auto link = makeLink(version);
+    const QSignalSpy errors(link.get(), &QtAbstractSocketVhIpc::fatalError);
+    for (int connection = 1; connection <= 3; ++connection) {
+        hear(opening);
+        // The unfinished message at the end is forgotten with its connection.
+        say(opening + message + message.chopped(1));
+        QTRY_COMPARE(m_part->maps().size(), connection);
+        m_peer->disconnectFromServer();
+        QTRY_VERIFY(!m_socket->isConnected());
+        connectPeer();
+    }
+    QCOMPARE(m_part->connects(), (QList<bool>{true, false, true, false, true, false, true}));
+    say(message.repeated(3));
+    QTRY_COMPARE(errors.size(), 1);
+    QCOMPARE(m_part->maps().size(), 3);
+}
+
+void TestQtAbstractSocketVhIpc::readsWhatCameBeforeIt()
+{
+    for (const bool peerLeaves : {false, true}) {
+        init();
+        say(flagFrame());
+        if (peerLeaves)
+            m_peer->disconnectFromServer();
+        QTRY_COMPARE(m_socket->ioDevice()->bytesAvailable(), flagFrame().size());
+        QTRY_COMPARE(m_socket->isConnected(), !peerLeaves);
+        const auto link = makeLink(0);
+        QTRY_COMPARE(m_part->maps(), QList<VhMap>{flag});
+    }
+}
+
+void TestQtAbstractSocketVhIpc::maybeDestroyedByReceiver_data()
+{
+    const Rows<int, QByteArray> row("version", "bytes");
+    row("data stream", 1, handshake() + hex("00000000") + flagFrame());
+    row("CBOR", 2, cborOpening() + hex("40") + flagString());
+}
+
+void TestQtAbstractSocketVhIpc::maybeDestroyedByReceiver()
+{
+    QFETCH(const int, version);
+    QFETCH(const QByteArray, bytes);
+    auto link = makeLink(version);
+    connect(link.get(), &QtAbstractSocketVhIpc::gotKeepAliveMessage, this,
+            [&link] { link.reset(); });
+    say(bytes);
+    QTRY_VERIFY(!link);
+    QVERIFY(m_socket->isConnected());
     QCOMPARE(m_part->maps().size(), 0);
-}
-
-void TestQtAbstractSocketVhIpc::passesErrorsOn()
-{
-    LocalSocketPair pair;
-    QVERIFY(pair.isConnected());
-    const QtAbstractSocketVhIpc ipc(pair.socket(), m_part, 0, false);
-    QSignalSpy errorSpy(&ipc, &QtAbstractSocketVhIpc::fatalError);
-    pair.say(QByteArray::fromHex("FFFFFFFE"));
-    QTRY_COMPARE(errorSpy.size(), 1);
-    QVERIFY(!pair.socket()->isConnected());
-}
-
-void TestQtAbstractSocketVhIpc::tellsProcessorOfConnections()
-{
-    LocalSocketPair pair(false);
-    const QtAbstractSocketVhIpc early(pair.socket(), m_part, 0, false);
-    QCOMPARE(m_part->connects(), QList<bool>());
-    pair.connect();
-    QCOMPARE(m_part->connects(), QList<bool>{true});
-    const auto lateComer = QSharedPointer<RecordingPart>::create();
-    const QtAbstractSocketVhIpc late(pair.socket(), lateComer, 0, false);
-    QCOMPARE(lateComer->connects(), QList<bool>{true});
-    pair.peer().abort();
-    QTRY_COMPARE(m_part->connects(), (QList<bool>{true, false}));
-    QCOMPARE(lateComer->connects(), (QList<bool>{true, false}));
 }
 
 void TestQtAbstractSocketVhIpc::bothEndsTalk_data()
 {
-    QTest::addColumn<int>("version");
-    QTest::addColumn<bool>("useCbor");
-    QTest::newRow("data stream") << 0 << false;
-    QTest::newRow("data stream with handshake") << 1 << false;
-    QTest::newRow("CBOR") << 1 << true;
+    const Rows<int> row("version");
+    row("data stream", 0);
+    row("data stream with handshake", 1);
+    row("CBOR", 2);
 }
 
 void TestQtAbstractSocketVhIpc::bothEndsTalk()
 {
     QFETCH(const int, version);
-    QFETCH(const bool, useCbor);
-    const LocalSocketPair pair;
-    QVERIFY(pair.isConnected());
-    QtAbstractSocketVhIpc client(pair.socket(), m_part, version, useCbor);
+    const auto client = makeLink(version);
     const auto serverPart = QSharedPointer<RecordingPart>::create();
-    const auto accepted = QSharedPointer<QtLocalSocket>::create(
-        QSharedPointer<QLocalSocket>(&pair.peer(), [](QLocalSocket *) {}));
-    QtAbstractSocketVhIpc server(accepted, serverPart, version, useCbor);
+    QtAbstractSocketVhIpc server(QSharedPointer<QtLocalSocket>::create(m_peer), serverPart,
+                                 qMin(version, 1), version > 1);
     // More than what the kernel buffers for a socket.
-    const VhMap big = message(QString(1'000'000, u'x'));
+    const VhMap big{{u"name"_qs, QString(1'000'000, u'x')}};
     for (int i = 0; i < 3; ++i) {
-        client.send(big);
+        client->send(big);
         server.send(big);
-        server.send(message(QString::number(i)));
+        server.send(flag);
     }
-    QTRY_COMPARE(serverPart->maps().size(), 3);
-    QTRY_COMPARE(m_part->maps().size(), 6);
-    QCOMPARE(serverPart->maps().constLast(), big);
-    QCOMPARE(m_part->maps().at(4), big);
-    QCOMPARE(m_part->maps().at(5), message(QStringLiteral("2")));
+    QTRY_COMPARE(serverPart->maps(), (QList<VhMap>{big, big, big}));
+    QTRY_COMPARE(m_part->maps(), (QList<VhMap>{big, flag, big, flag, big, flag}));
 }
 
 QTEST_GUILESS_MAIN(TestQtAbstractSocketVhIpc)

@@ -1,195 +1,123 @@
-#include "logcapture.h"
 #include "qttoggleswitchobject.h"
 #include "qtvhipccompositepart.h"
 #include "recordingpart.h"
+#include "rows.h"
 
 #include <QSignalSpy>
-#include <QTest>
 
 using VhMap = QHash<QString, QVariant>;
 using Gate = QSharedPointer<QtToggleSwitchObject>;
 
 namespace {
 
-QString partName() { return QStringLiteral("part"); }
-QString otherName() { return QStringLiteral("other"); }
-
-VhMap messageFor(const QString &name)
-{
-    return {{QStringLiteral("name"), name}, {QStringLiteral("reason"), QStringLiteral("test")}};
-}
+const VhMap forPart{{u"name"_qs, u"part"_qs}};
+const VhMap forOther{{u"name"_qs, u"other"_qs}};
 
 } // namespace
 
 class TestQtVhIpcCompositePart : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void init();
-
-    void routesByName_data();
     void routesByName();
-    void firstPartOfANameStays();
     void gatesStopMessages_data();
     void gatesStopMessages();
     void connectionIsToldWhenGateOpens();
-    void readyWhenAllPartsAre();
-    void requiresServerWhenAnyPartDoes();
+    void isWhatItsPartsAre();
 
 private:
-    QSharedPointer<RecordingPart> m_part;
-    QSharedPointer<RecordingPart> m_other;
+    using Part = QSharedPointer<RecordingPart>;
 };
-
-void TestQtVhIpcCompositePart::init()
-{
-    m_part = QSharedPointer<RecordingPart>::create();
-    m_other = QSharedPointer<RecordingPart>::create();
-}
-
-void TestQtVhIpcCompositePart::routesByName_data()
-{
-    QTest::addColumn<VhMap>("map");
-    QTest::addColumn<int>("forPart");
-    QTest::newRow("its name") << messageFor(partName()) << 1;
-    QTest::newRow("another's name") << messageFor(otherName()) << 0;
-    QTest::newRow("nobody's name") << messageFor(QStringLiteral("nobody")) << 0;
-    QTest::newRow("no name") << VhMap{{QStringLiteral("reason"), partName()}} << 0;
-    QTest::newRow("empty") << VhMap() << 0;
-}
 
 void TestQtVhIpcCompositePart::routesByName()
 {
-    QFETCH(const VhMap, map);
-    QFETCH(const int, forPart);
+    const Part part = Part::create();
+    const Part secondOfTheName = Part::create();
     QtVhIpcCompositePart composite({}, {});
-    composite.addPart(partName(), m_part, true, true);
-    QSignalSpy sent(&composite, &QtAbstractVhIpcPart::sendVh);
-    composite.processVh(map);
-    Q_EMIT m_part->sendVh(map);
-    QCOMPARE(m_part->maps(), QList<VhMap>(forPart, map));
-    QCOMPARE(sent.size(), forPart);
-    if (forPart > 0)
-        QCOMPARE(sent.at(0).at(0).value<VhMap>(), map);
-}
-
-void TestQtVhIpcCompositePart::firstPartOfANameStays()
-{
-    QtVhIpcCompositePart composite({}, {});
-    composite.addPart(partName(), m_part, false, false);
-    m_other->setRequiringServer(true);
-    composite.addPart(partName(), m_other, false, false);
-    QSignalSpy sent(&composite, &QtAbstractVhIpcPart::sendVh);
-    composite.processVh(messageFor(partName()));
-    composite.onConnectChanged(true);
-    Q_EMIT m_other->sendVh(messageFor(partName()));
-    QCOMPARE(composite.part(partName()), m_part);
-    QCOMPARE(composite.part(otherName()), nullptr);
-    QCOMPARE(m_part->maps().size(), 1);
-    QCOMPARE(m_other->maps().size(), 0);
-    QCOMPARE(m_other->connects().size(), 0);
-    QCOMPARE(sent.size(), 0);
-    QVERIFY(!composite.isRequiringServer());
+    composite.addPart(u"part"_qs, part, true, true);
+    composite.addPart(u"part"_qs, secondOfTheName, false, false);
+    const QSignalSpy sent(&composite, &QtAbstractVhIpcPart::sendVh);
+    const VhMap nameless{{u"reason"_qs, u"part"_qs}};
+    for (const VhMap &map : {forOther, nameless, VhMap(), forPart}) {
+        composite.processVh(map);
+        Q_EMIT part->sendVh(map);
+        Q_EMIT secondOfTheName->sendVh(map);
+    }
+    QCOMPARE(part->maps(), QList<VhMap>{forPart});
+    QCOMPARE(secondOfTheName->maps(), QList<VhMap>());
+    QCOMPARE(sent, (QList<QVariantList>{{QVariant::fromValue(forPart)}}));
 }
 
 void TestQtVhIpcCompositePart::gatesStopMessages_data()
 {
-    QTest::addColumn<bool>("needsFirst");
-    QTest::addColumn<bool>("needsSecond");
-    QTest::addColumn<bool>("firstOn");
-    QTest::addColumn<bool>("secondOn");
-    QTest::addColumn<bool>("passes");
-    QTest::newRow("needs none") << false << false << false << false << true;
-    QTest::newRow("needs the first, off") << true << false << false << true << false;
-    QTest::newRow("needs the first, on") << true << false << true << false << true;
-    QTest::newRow("needs the second, off") << false << true << true << false << false;
-    QTest::newRow("needs the second, on") << false << true << false << true << true;
-    QTest::newRow("needs both, one off") << true << true << true << false << false;
-    QTest::newRow("needs both, on") << true << true << true << true << true;
+    // Which gates the part needs, which are on; bit 0 is the first gate.
+    const Rows<int, int, bool> row("needed", "on", "passes");
+    row("needs none", 0, 0, true);
+    row("needs the first, off", 1, 2, false);
+    row("needs the first, on", 1, 1, true);
+    row("needs the second, off", 2, 1, false);
+    row("needs the second, on", 2, 2, true);
+    row("needs both, one off", 3, 1, false);
+    row("needs both, on", 3, 3, true);
 }
 
 void TestQtVhIpcCompositePart::gatesStopMessages()
 {
-    QFETCH(const bool, needsFirst);
-    QFETCH(const bool, needsSecond);
-    QFETCH(const bool, firstOn);
-    QFETCH(const bool, secondOn);
+    QFETCH(const int, needed);
+    QFETCH(const int, on);
     QFETCH(const bool, passes);
-    QtVhIpcCompositePart composite(Gate::create(firstOn), Gate::create(secondOn));
-    composite.addPart(partName(), m_part, needsFirst, needsSecond);
-    QSignalSpy sent(&composite, &QtAbstractVhIpcPart::sendVh);
-    composite.processVh(messageFor(partName()));
-    Q_EMIT m_part->sendVh(messageFor(partName()));
+    const Part part = Part::create();
+    QtVhIpcCompositePart composite(Gate::create((on & 1) != 0), Gate::create((on & 2) != 0));
+    composite.addPart(u"part"_qs, part, (needed & 1) != 0, (needed & 2) != 0);
+    const QSignalSpy sent(&composite, &QtAbstractVhIpcPart::sendVh);
+    composite.processVh(forPart);
+    Q_EMIT part->sendVh(forPart);
     composite.onConnectChanged(true);
-    QCOMPARE(m_part->maps().size(), int(passes));
+    QCOMPARE(part->maps().size(), int(passes));
     QCOMPARE(sent.size(), int(passes));
-    QCOMPARE(m_part->connects().size(), int(passes));
+    QCOMPARE(part->connects().size(), int(passes));
 }
 
 void TestQtVhIpcCompositePart::connectionIsToldWhenGateOpens()
 {
-    const auto gate = Gate::create(false);
+    const Gate gate = Gate::create(false);
+    const Part part = Part::create();
     QtVhIpcCompositePart composite(gate, {});
-    composite.addPart(partName(), m_part, true, false);
-    composite.addPart(otherName(), m_other, false, true);
+    composite.addPart(u"part"_qs, part, true, false);
     gate->setOn(true);
     gate->setOn(false);
     composite.onConnectChanged(true);
-    QCOMPARE(m_part->connects(), QList<bool>());
-    QCOMPARE(m_other->connects(), QList<bool>{true});
-    gate->setOn(true);
-    gate->setOn(false);
-    gate->setOn(true);
-    QCOMPARE(m_part->connects(), QList<bool>{true});
-    gate->setOn(false);
+    QCOMPARE(part->connects(), QList<bool>());
+    for (const bool on : {true, false, true, false})
+        gate->setOn(on);
+    QCOMPARE(part->connects(), QList<bool>{true});
     composite.onConnectChanged(false);
-    QCOMPARE(m_part->connects(), (QList<bool>{true, false}));
     composite.onConnectChanged(true);
-    QCOMPARE(m_part->connects(), (QList<bool>{true, false}));
-    QCOMPARE(m_other->connects(), (QList<bool>{true, false, true}));
+    QCOMPARE(part->connects(), (QList<bool>{true, false}));
 }
 
-void TestQtVhIpcCompositePart::readyWhenAllPartsAre()
+/// Ready when all are, requiring the server when any does.
+void TestQtVhIpcCompositePart::isWhatItsPartsAre()
 {
-    const LogCapture log;
+    const Part part = Part::create();
+    const Part other = Part::create();
     QtVhIpcCompositePart composite({}, {});
-    QSignalSpy changed(&composite, &QtAbstractVhIpcPart::readyStateChanged);
-    QVERIFY(composite.isReady());
-    m_part->setReady(false);
-    composite.addPart(partName(), m_part, false, false);
-    QVERIFY(!composite.isReady());
-    composite.addPart(otherName(), m_other, false, false);
-    m_other->setReady(false);
-    m_part->setReady(true);
-    QVERIFY(!composite.isReady());
-    m_other->setReady(true);
-    QVERIFY(composite.isReady());
-    QCOMPARE(changed.size(), 2);
-
-    const QString prefix = QStringLiteral("[QtVhIpcCompositePart #0x%1]: ")
-                               .arg(reinterpret_cast<quintptr>(&composite), 0, 16);
-    QCOMPARE(
-        log.texts(),
-        (QStringList{
-            prefix + QStringLiteral("<part> ready: 0"), prefix + QStringLiteral("ready: 0"),
-            prefix + QStringLiteral("<other> ready: 0"), prefix + QStringLiteral("<part> ready: 1"),
-            prefix + QStringLiteral("<other> ready: 1"), prefix + QStringLiteral("ready: 1")}));
-}
-
-void TestQtVhIpcCompositePart::requiresServerWhenAnyPartDoes()
-{
-    QtVhIpcCompositePart composite({}, {});
-    m_part->setRequiringServer(true);
-    composite.addPart(partName(), m_part, false, false);
-    composite.addPart(otherName(), m_other, false, false);
-    QVERIFY(composite.isRequiringServer());
-    QSignalSpy changed(&composite, &QtAbstractVhIpcPart::requiringServerChanged);
-    m_other->setRequiringServer(true);
-    m_part->setRequiringServer(false);
-    QVERIFY(composite.isRequiringServer());
-    QCOMPARE(changed.size(), 0);
-    m_other->setRequiringServer(false);
-    QVERIFY(!composite.isRequiringServer());
-    QCOMPARE(changed.size(), 1);
+    const QSignalSpy ready(&composite, &QtAbstractVhIpcPart::readyStateChanged);
+    const QSignalSpy requiring(&composite, &QtAbstractVhIpcPart::requiringServerChanged);
+    part->setReady(false);
+    part->setRequiringServer(true);
+    composite.addPart(u"part"_qs, part, false, false);
+    composite.addPart(u"other"_qs, other, false, false);
+    QVERIFY(!composite.isReady() && composite.isRequiringServer());
+    other->setReady(false);
+    other->setRequiringServer(true);
+    part->setReady(true);
+    part->setRequiringServer(false);
+    QVERIFY(!composite.isReady() && composite.isRequiringServer());
+    other->setReady(true);
+    other->setRequiringServer(false);
+    QVERIFY(composite.isReady() && !composite.isRequiringServer());
+    QCOMPARE(ready, (QList<QVariantList>{{false}, {true}}));
+    QCOMPARE(requiring, (QList<QVariantList>{{true}, {false}}));
 }
 
 QTEST_GUILESS_MAIN(TestQtVhIpcCompositePart)

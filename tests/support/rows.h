@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QTest>
+
+/// The table of a data-driven test: made with the names of the columns, called once for each row.
+template <typename... Values> class Rows {
+public:
+    template <typename... Names> explicit Rows(Names... columns)
+    {
+        (QTest::addColumn<Values>(columns), ...);
+    }
+    void operator()(const char *name, const Values &...values) const
+    {
+        (QTest::newRow(name) << ... << values);
+    }
+};
