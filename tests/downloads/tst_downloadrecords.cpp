@@ -182,169 +182,170 @@ AbstractDownloadPersistentInfo makeInfo()
 class TestDownloadRecords : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void records();
-    void requests();
-    void whatIsMissing();
-    void oddNumbers_data();
-    void oddNumbers();
-    void selection_data();
-    void selection();
+    void records()
+    {
+        const AbstractDownloadFileInfo file = makeFile();
+        check(toDownloadSourceInfo, makeSource(),
+              u"{cookies: QByteArray a=1; secure; path=%2Fp%0Ab=2=3, customData: {}, flags: uint "
+              "2147483649, postData: QByteArray x%00y, referer: https://h/, url: QUrl "
+              "https://h/a.zip, webPageUrl: QUrl https://h/page}"_qs);
+        check(toDownloadGuid, {1, 2, u"id"_qs}, u"{guid: id, guidType: int 1, type: int 2}"_qs);
+        check(toDownloadDestination, {1, u"/d"_qs, "x"},
+              u"{data: QByteArray x, path: /d, type: int 1}"_qs);
+        check(
+            toDownloadResourceDesc,
+            {u"t"_qs,
+             {AbstractFileType::Music, AbstractFileType(1LL << 40)},
+             {},
+             u"1:00"_qs,
+             u"1 day"_qs},
+            u"{ageHr: 1 day, filesTypes: [qlonglong 2, qlonglong 1099511627776], mediaDurationHr: "
+            "1:00, previewImageUrl: QUrl, title: t}"_qs);
+        check(AbstractFileDetails::fromVariantHash, file.details,
+              u"{bitrate: qlonglong 5000000000, contentType: video/mp4, duration: qlonglong 9, "
+              "format: mp4, fps: double 29.97, height: int 480, type: int 1, width: int 640}"_qs);
+        check(AbstractDownloadSection::fromVariantHash, {1, 2, 3},
+              u"{done: qlonglong 3, offset: qlonglong 1, size: qlonglong 2}"_qs);
+        check(
+            AbstractDownloadFileInfo::fromVariantHash, file,
+            u"{details: {}, flags: uint 7, lastModified: qlonglong 1770091506007, originType: int "
+            "1, path: a.mp4, priority: int 3, sections: [{}], size: qlonglong 4294967296, "
+            "tmpPath: a.part, writeOffset: qlonglong 5}"_qs);
+        check(toDownloadableSubtitlesInfo, {u"cs"_qs, u"čeština"_qs, {}},
+              u"{languageCode: cs, languageName: čeština, url: QUrl}"_qs);
+        check(toDownloadsTagDetails, {{u"zip"_qs, u"7z"_qs}, u"/d"_qs},
+              u"{defaultDownloadFolder: /d, defaultExtensions: QStringList zip|7z}"_qs);
+        check(toDownloadsErrorsAllowedToAutoRetry, {{u"c"_qs, 4}},
+              u"[{category: c, code: int 4}]"_qs);
+        check(toDownloadPreviewInfo, {u"s"_qs, u"l"_qs, 1},
+              u"{flags: uint 1, largePreviewId: l, smallPreviewId: s}"_qs);
+        check(toDownloadScheduleRecord, {65, 3600, 7200},
+              u"{days: int 65, fromTime: int 3600, toTime: int 7200}"_qs);
+        check(toDownloadMergeOptions, {{AbstractDownloadOption::Cookies}},
+              u"{options: [qlonglong 2]}"_qs);
+        check(
+            toDownloadMergeTaskOptions, {{{AbstractDownloadOption::Cookies}}, false, true, false},
+            u"{dontMergeJustAddNew: bool false, mo: {}, restart: bool true, start: bool false}"_qs);
+        const AbstractLockedDownloadOperationInfo operation{
+            true, 1, 2, AbstractError(3, "é", "s", "d"), moment()};
+        check(toLockedDownloadOperationInfo, operation,
+              u"{currentProgress: int 1, error: {}, errorTime: QDateTime 2026-02-03T04:05:06.007Z, "
+              "running: bool true, totalProgress: int 2}"_qs);
+        check(toConnectionsMap, {{{u"h"_qs, 443}, 2}},
+              u"[{count: int 2, host: h, port: uint 443}]"_qs);
+        check(
+            toLiveDownloadRunTimeInfo, makeLive(),
+            u"{connections: [{}], details: {}, downloadSpeed: qlonglong 1, payloadDownloadSpeed: "
+            "qlonglong 3, payloadUploadSpeed: qlonglong 4, running: bool true, stopping: bool "
+            "false, tasks: QStringList check, tasksProgress: [int 50], uploadSpeed: qlonglong 2}"_qs);
+        check(
+            toDownloadRunTimeInfo,
+            {makeLive(), 1, 2, operation, {AbstractFileType::Image}, 3, u"disk"_qs},
+            u"{allFilesTypes: [qlonglong 4], flags: uint 1, forbidAutoRetryCount: int 3, live: {}, "
+            "lockReason: int 2, loi: {}, storageId: disk}"_qs);
+    }
+
+    void requests()
+    {
+        check(
+            toDownloadInfo, makeInfo(),
+            u"{allFilesType: int 0, childrenDownloadsIds: [qlonglong -5], createdBy: int 2, "
+            "creationTime: QDateTime 2026-02-03T04:05:06.007Z, desc: {}, destination: {}, "
+            "existingFileReaction: int 0, files: [{}], finishedTime: QDateTime, flags: qulonglong "
+            "18446744073709551615, guid: {}, lastError: {}, lastErrorTime: QDateTime, "
+            "launchableFileIndex: int -1, mirrors: [{}], moduleUid: m, order: qlonglong -1, "
+            "originatorsNamesChain: QStringList o|p, parentDownloadId: qlonglong 6, "
+            "preferredFileTitle: "
+            "p, priority: int 2, resumeData: {}, resumeSupport: int 0, source: {}, subtitles: "
+            "[{}], supportedOptions: qulonglong 0, tbu2c: qlonglong -1, title: t, userAgent: u, "
+            "uuid: QUuid {01234567-89ab-cdef-0123-456789abcdef}}"_qs);
+        const AbstractNewDownloadRequest one{
+            std::make_shared<AbstractDownloadPersistentInfo>(makeInfo())};
+        check(toNewDownloadRequest, one, u"{info: {}}"_qs);
+        QBitArray selected(3);
+        selected.setBit(1);
+        const AbstractNewDownloadsRequest request{{one},
+                                                  selected,
+                                                  -1,
+                                                  AbstractNewDownloadsRequestSource::Browser,
+                                                  AbstractDownloadType::MediaStream};
+        check(toNewDownloadsRequest, request,
+              u"{downloads: [{}], flags: int -1, preferredDownloadType: int 4, selectedDownloads: "
+              "QByteArray %00%01%00, source: int 2}"_qs);
+        // The id of a job travels in the message, not in the request.
+        QCOMPARE(toVariantHash(AbstractNewDownloadsRequestJob{5, request}), toVariantHash(request));
+        QCOMPARE(filesInfosToHash({makeFile()}),
+                 (QVariantHash{{u"files"_qs, toVariantList({makeFile()})}}));
+    }
+
+    void whatIsMissing()
+    {
+        QVERIFY(toVariantHash(AbstractNewDownloadRequest()).isEmpty());
+        const AbstractNewDownloadRequest decoded = toNewDownloadRequest({});
+        QVERIFY(decoded.info && *decoded.info == AbstractDownloadPersistentInfo());
+        QVERIFY(!toVariantHash(*decoded.info).contains(u"tbu2c"_qs));
+        QVERIFY(toVariantHash(AbstractDownloadGuid{1, 2, {}}).isEmpty());
+        QVERIFY(!AbstractFileInfo().toVariantHash().contains(u"lastModified"_qs));
+        QVERIFY(!AbstractFileInfo::fromVariantHash({}).lastModified.isValid());
+        // A cookie without a name is none.
+        AbstractDownloadSourceInfo source;
+        source.cookies = {QNetworkCookie("a", "1"), QNetworkCookie(), QNetworkCookie("b", "2")};
+        QCOMPARE(toDownloadSourceInfo(toVariantHash(source)).cookies,
+                 (QList<QNetworkCookie>{QNetworkCookie("a", "1"), QNetworkCookie("b", "2")}));
+    }
+
+    void oddNumbers_data()
+    {
+        const Rows<QVariantHash, int, int, qint64> row("hash", "priority", "launchable", "order");
+        row("missing", {}, 2, -1, -1);
+        const QString x = u"x"_qs;
+        row("no numbers",
+            {{u"priority"_qs, x}, {u"launchableFileIndex"_qs, x}, {u"order"_qs, QVariantList()}}, 0,
+            -1, -1);
+        row("zeros", {{u"priority"_qs, 0}, {u"launchableFileIndex"_qs, 0}, {u"order"_qs, 0}}, 0, 0,
+            0);
+        row("numbers as text, unknown priority",
+            {{u"priority"_qs, 77},
+             {u"launchableFileIndex"_qs, u"4"_qs},
+             {u"order"_qs, u"4294967296"_qs}},
+            77, 4, 1LL << 32);
+    }
+
+    void oddNumbers()
+    {
+        QFETCH(const QVariantHash, hash);
+        const AbstractDownloadPersistentInfo info = toDownloadInfo(hash);
+        QTEST(static_cast<int>(info.priority), "priority");
+        QTEST(info.launchableFileIndex, "launchable");
+        QTEST(info.order, "order");
+        const AbstractFileInfo file = AbstractFileInfo::fromVariantHash(
+            {{u"lastModified"_qs, u"1770091506007"_qs},
+             {u"details"_qs, QVariantHash{{u"fps"_qs, qQNaN()}}}});
+        QCOMPARE(file.lastModified, moment());
+        QCOMPARE(file.details.fps, 0);
+    }
+
+    void selection_data()
+    {
+        const Rows<QVariant, QByteArray> row("selected", "expected");
+        QBitArray bits(2);
+        bits.setBit(1);
+        row("missing", {}, "\1\1\1");
+        row("any byte but zero", QByteArray("\1\0\2", 3), QByteArray("\1\0\1", 3));
+        row("too few", QByteArray("\0", 1), QByteArray("\0\1\1", 3));
+        row("too many", QByteArray("\0\0\0\1\0", 5), QByteArray("\0\0\0\1\0", 5));
+        row("bits", bits, QByteArray("\0\1\1", 3));
+        row("text", u"\1\1"_qs, "\1\1\1");
+    }
+
+    void selection()
+    {
+        QFETCH(const QVariant, selected);
+        const AbstractNewDownloadsRequest request = toNewDownloadsRequest(
+            {{u"downloads"_qs, QVariantList{1, 2, 3}}, {u"selectedDownloads"_qs, selected}});
+        QTEST(toVariantHash(request).value(u"selectedDownloads"_qs).toByteArray(), "expected");
+    }
 };
-
-void TestDownloadRecords::records()
-{
-    const AbstractDownloadFileInfo file = makeFile();
-    check(toDownloadSourceInfo, makeSource(),
-          u"{cookies: QByteArray a=1; secure; path=%2Fp%0Ab=2=3, customData: {}, flags: uint "
-          "2147483649, postData: QByteArray x%00y, referer: https://h/, url: QUrl "
-          "https://h/a.zip, webPageUrl: QUrl https://h/page}"_qs);
-    check(toDownloadGuid, {1, 2, u"id"_qs}, u"{guid: id, guidType: int 1, type: int 2}"_qs);
-    check(toDownloadDestination, {1, u"/d"_qs, "x"},
-          u"{data: QByteArray x, path: /d, type: int 1}"_qs);
-    check(toDownloadResourceDesc,
-          {u"t"_qs,
-           {AbstractFileType::Music, AbstractFileType(1LL << 40)},
-           {},
-           u"1:00"_qs,
-           u"1 day"_qs},
-          u"{ageHr: 1 day, filesTypes: [qlonglong 2, qlonglong 1099511627776], mediaDurationHr: "
-          "1:00, previewImageUrl: QUrl, title: t}"_qs);
-    check(AbstractFileDetails::fromVariantHash, file.details,
-          u"{bitrate: qlonglong 5000000000, contentType: video/mp4, duration: qlonglong 9, "
-          "format: mp4, fps: double 29.97, height: int 480, type: int 1, width: int 640}"_qs);
-    check(AbstractDownloadSection::fromVariantHash, {1, 2, 3},
-          u"{done: qlonglong 3, offset: qlonglong 1, size: qlonglong 2}"_qs);
-    check(AbstractDownloadFileInfo::fromVariantHash, file,
-          u"{details: {}, flags: uint 7, lastModified: qlonglong 1770091506007, originType: int "
-          "1, path: a.mp4, priority: int 3, sections: [{}], size: qlonglong 4294967296, "
-          "tmpPath: a.part, writeOffset: qlonglong 5}"_qs);
-    check(toDownloadableSubtitlesInfo, {u"cs"_qs, u"čeština"_qs, {}},
-          u"{languageCode: cs, languageName: čeština, url: QUrl}"_qs);
-    check(toDownloadsTagDetails, {{u"zip"_qs, u"7z"_qs}, u"/d"_qs},
-          u"{defaultDownloadFolder: /d, defaultExtensions: QStringList zip|7z}"_qs);
-    check(toDownloadsErrorsAllowedToAutoRetry, {{u"c"_qs, 4}}, u"[{category: c, code: int 4}]"_qs);
-    check(toDownloadPreviewInfo, {u"s"_qs, u"l"_qs, 1},
-          u"{flags: uint 1, largePreviewId: l, smallPreviewId: s}"_qs);
-    check(toDownloadScheduleRecord, {65, 3600, 7200},
-          u"{days: int 65, fromTime: int 3600, toTime: int 7200}"_qs);
-    check(toDownloadMergeOptions, {{AbstractDownloadOption::Cookies}},
-          u"{options: [qlonglong 2]}"_qs);
-    check(toDownloadMergeTaskOptions, {{{AbstractDownloadOption::Cookies}}, false, true, false},
-          u"{dontMergeJustAddNew: bool false, mo: {}, restart: bool true, start: bool false}"_qs);
-    const AbstractLockedDownloadOperationInfo operation{true, 1, 2, AbstractError(3, "é", "s", "d"),
-                                                        moment()};
-    check(toLockedDownloadOperationInfo, operation,
-          u"{currentProgress: int 1, error: {}, errorTime: QDateTime 2026-02-03T04:05:06.007Z, "
-          "running: bool true, totalProgress: int 2}"_qs);
-    check(toConnectionsMap, {{{u"h"_qs, 443}, 2}}, u"[{count: int 2, host: h, port: uint 443}]"_qs);
-    check(toLiveDownloadRunTimeInfo, makeLive(),
-          u"{connections: [{}], details: {}, downloadSpeed: qlonglong 1, payloadDownloadSpeed: "
-          "qlonglong 3, payloadUploadSpeed: qlonglong 4, running: bool true, stopping: bool "
-          "false, tasks: QStringList check, tasksProgress: [int 50], uploadSpeed: qlonglong 2}"_qs);
-    check(toDownloadRunTimeInfo,
-          {makeLive(), 1, 2, operation, {AbstractFileType::Image}, 3, u"disk"_qs},
-          u"{allFilesTypes: [qlonglong 4], flags: uint 1, forbidAutoRetryCount: int 3, live: {}, "
-          "lockReason: int 2, loi: {}, storageId: disk}"_qs);
-}
-
-void TestDownloadRecords::requests()
-{
-    check(toDownloadInfo, makeInfo(),
-          u"{allFilesType: int 0, childrenDownloadsIds: [qlonglong -5], createdBy: int 2, "
-          "creationTime: QDateTime 2026-02-03T04:05:06.007Z, desc: {}, destination: {}, "
-          "existingFileReaction: int 0, files: [{}], finishedTime: QDateTime, flags: qulonglong "
-          "18446744073709551615, guid: {}, lastError: {}, lastErrorTime: QDateTime, "
-          "launchableFileIndex: int -1, mirrors: [{}], moduleUid: m, order: qlonglong -1, "
-          "originatorsNamesChain: QStringList o|p, parentDownloadId: qlonglong 6, "
-          "preferredFileTitle: "
-          "p, priority: int 2, resumeData: {}, resumeSupport: int 0, source: {}, subtitles: "
-          "[{}], supportedOptions: qulonglong 0, tbu2c: qlonglong -1, title: t, userAgent: u, "
-          "uuid: QUuid {01234567-89ab-cdef-0123-456789abcdef}}"_qs);
-    const AbstractNewDownloadRequest one{
-        std::make_shared<AbstractDownloadPersistentInfo>(makeInfo())};
-    check(toNewDownloadRequest, one, u"{info: {}}"_qs);
-    QBitArray selected(3);
-    selected.setBit(1);
-    const AbstractNewDownloadsRequest request{{one},
-                                              selected,
-                                              -1,
-                                              AbstractNewDownloadsRequestSource::Browser,
-                                              AbstractDownloadType::MediaStream};
-    check(toNewDownloadsRequest, request,
-          u"{downloads: [{}], flags: int -1, preferredDownloadType: int 4, selectedDownloads: "
-          "QByteArray %00%01%00, source: int 2}"_qs);
-    // The id of a job travels in the message, not in the request.
-    QCOMPARE(toVariantHash(AbstractNewDownloadsRequestJob{5, request}), toVariantHash(request));
-    QCOMPARE(filesInfosToHash({makeFile()}),
-             (QVariantHash{{u"files"_qs, toVariantList({makeFile()})}}));
-}
-
-void TestDownloadRecords::whatIsMissing()
-{
-    QVERIFY(toVariantHash(AbstractNewDownloadRequest()).isEmpty());
-    const AbstractNewDownloadRequest decoded = toNewDownloadRequest({});
-    QVERIFY(decoded.info && *decoded.info == AbstractDownloadPersistentInfo());
-    QVERIFY(!toVariantHash(*decoded.info).contains(u"tbu2c"_qs));
-    QVERIFY(toVariantHash(AbstractDownloadGuid{1, 2, {}}).isEmpty());
-    QVERIFY(!AbstractFileInfo().toVariantHash().contains(u"lastModified"_qs));
-    QVERIFY(!AbstractFileInfo::fromVariantHash({}).lastModified.isValid());
-    // A cookie without a name is none.
-    AbstractDownloadSourceInfo source;
-    source.cookies = {QNetworkCookie("a", "1"), QNetworkCookie(), QNetworkCookie("b", "2")};
-    QCOMPARE(toDownloadSourceInfo(toVariantHash(source)).cookies,
-             (QList<QNetworkCookie>{QNetworkCookie("a", "1"), QNetworkCookie("b", "2")}));
-}
-
-void TestDownloadRecords::oddNumbers_data()
-{
-    const Rows<QVariantHash, int, int, qint64> row("hash", "priority", "launchable", "order");
-    row("missing", {}, 2, -1, -1);
-    const QString x = u"x"_qs;
-    row("no numbers",
-        {{u"priority"_qs, x}, {u"launchableFileIndex"_qs, x}, {u"order"_qs, QVariantList()}}, 0, -1,
-        -1);
-    row("zeros", {{u"priority"_qs, 0}, {u"launchableFileIndex"_qs, 0}, {u"order"_qs, 0}}, 0, 0, 0);
-    row("numbers as text, unknown priority",
-        {{u"priority"_qs, 77},
-         {u"launchableFileIndex"_qs, u"4"_qs},
-         {u"order"_qs, u"4294967296"_qs}},
-        77, 4, 1LL << 32);
-}
-
-void TestDownloadRecords::oddNumbers()
-{
-    QFETCH(const QVariantHash, hash);
-    const AbstractDownloadPersistentInfo info = toDownloadInfo(hash);
-    QTEST(static_cast<int>(info.priority), "priority");
-    QTEST(info.launchableFileIndex, "launchable");
-    QTEST(info.order, "order");
-    const AbstractFileInfo file =
-        AbstractFileInfo::fromVariantHash({{u"lastModified"_qs, u"1770091506007"_qs},
-                                           {u"details"_qs, QVariantHash{{u"fps"_qs, qQNaN()}}}});
-    QCOMPARE(file.lastModified, moment());
-    QCOMPARE(file.details.fps, 0);
-}
-
-void TestDownloadRecords::selection_data()
-{
-    const Rows<QVariant, QByteArray> row("selected", "expected");
-    QBitArray bits(2);
-    bits.setBit(1);
-    row("missing", {}, "\1\1\1");
-    row("any byte but zero", QByteArray("\1\0\2", 3), QByteArray("\1\0\1", 3));
-    row("too few", QByteArray("\0", 1), QByteArray("\0\1\1", 3));
-    row("too many", QByteArray("\0\0\0\1\0", 5), QByteArray("\0\0\0\1\0", 5));
-    row("bits", bits, QByteArray("\0\1\1", 3));
-    row("text", u"\1\1"_qs, "\1\1\1");
-}
-
-void TestDownloadRecords::selection()
-{
-    QFETCH(const QVariant, selected);
-    const AbstractNewDownloadsRequest request = toNewDownloadsRequest(
-        {{u"downloads"_qs, QVariantList{1, 2, 3}}, {u"selectedDownloads"_qs, selected}});
-    QTEST(toVariantHash(request).value(u"selectedDownloads"_qs).toByteArray(), "expected");
-}
 
 QTEST_GUILESS_MAIN(TestDownloadRecords)
 #include "tst_downloadrecords.moc"

@@ -68,78 +68,76 @@ class TestAppServerLauncher : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void cleanup() { QFile::remove(AppServerLauncher::serverBinaryPath()); }
-    void startsServerOnItsOwn();
-    void tellsWhyItCannotStart_data();
-    void tellsWhyItCannotStart();
-};
 
-void TestAppServerLauncher::startsServerOnItsOwn()
-{
-    const QString path = QCoreApplication::applicationDirPath() + u"/kov"_qs;
-    QVERIFY(!AppServerLauncher::serverBinaryExists());
-    QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), path));
-    QVERIFY(AppServerLauncher::serverBinaryExists());
+    void startsServerOnItsOwn()
+    {
+        const QString path = QCoreApplication::applicationDirPath() + u"/kov"_qs;
+        QVERIFY(!AppServerLauncher::serverBinaryExists());
+        QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), path));
+        QVERIFY(AppServerLauncher::serverBinaryExists());
 
-    // As in a browser: standard streams that are pipes, and one more that nobody marked.
-    int pipe[2];
-    QCOMPARE(::pipe(pipe), 0);
-    ::signal(SIGPIPE, SIG_IGN);
-    const int savedInput = ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 10);
-    ::dup2(pipe[0], STDIN_FILENO);
-    AppServerLauncher launcher(false);
-    const QSignalSpy finished(&launcher, &QtAbstractServerLauncher::launchServerFinished);
-    launcher.launchServer();
-    ::dup2(savedInput, STDIN_FILENO);
-    QCOMPARE(finished, (QList<QVariantList>{{QVariant::fromValue(AbstractError())}}));
+        // As in a browser: standard streams that are pipes, and one more that nobody marked.
+        int pipe[2];
+        QCOMPARE(::pipe(pipe), 0);
+        ::signal(SIGPIPE, SIG_IGN);
+        const int savedInput = ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 10);
+        ::dup2(pipe[0], STDIN_FILENO);
+        AppServerLauncher launcher(false);
+        const QSignalSpy finished(&launcher, &QtAbstractServerLauncher::launchServerFinished);
+        launcher.launchServer();
+        ::dup2(savedInput, STDIN_FILENO);
+        QCOMPARE(finished, (QList<QVariantList>{{QVariant::fromValue(AbstractError())}}));
 
-    QFile pidFile(pidFilePath());
-    QTRY_VERIFY(pidFile.exists());
-    QVERIFY(pidFile.open(QIODevice::ReadOnly));
-    const QByteArray pid = pidFile.readAll();
-    const auto end = qScopeGuard([&pid] { ::kill(pid.toInt(), SIGKILL); });
-    QCOMPARE(procFile(pid, "cmdline"), path.toUtf8() + '\0' + "-service" + '\0');
-    const QString nothing = u"/dev/null"_qs;
-    QCOMPARE(openFiles(pid), (QMap<int, QString>{{0, nothing}, {1, nothing}, {2, nothing}}));
-    for (const int groupOrSession : {5, 6})
-        QVERIFY(statField(pid, groupOrSession) != statField("self", groupOrSession));
-    QVERIFY(signalMask("self", "SigIgn") & (1 << (SIGPIPE - 1)));
-    QCOMPARE(signalMask(pid, "SigIgn"), 0);
-    QCOMPARE(signalMask(pid, "SigBlk"), 0);
-}
-
-void TestAppServerLauncher::tellsWhyItCannotStart_data()
-{
-    const Rows<QByteArray, bool, QString> row("contents", "executable", "reason");
-    row("missing", {}, false, u"execv: No such file or directory"_qs);
-    row("no permission", "#!/bin/sh\n", false, u"execv: Permission denied"_qs);
-    row("no program", "text", true, u"execv: Exec format error"_qs);
-}
-
-void TestAppServerLauncher::tellsWhyItCannotStart()
-{
-    QFETCH(const QByteArray, contents);
-    QFETCH(const bool, executable);
-    QFETCH(const QString, reason);
-    QFile file(AppServerLauncher::serverBinaryPath());
-    if (!contents.isEmpty()) {
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(contents);
-        file.close();
-        file.setPermissions(executable ? QFile::ReadOwner | QFile::ExeOwner : QFile::ReadOwner);
+        QFile pidFile(pidFilePath());
+        QTRY_VERIFY(pidFile.exists());
+        QVERIFY(pidFile.open(QIODevice::ReadOnly));
+        const QByteArray pid = pidFile.readAll();
+        const auto end = qScopeGuard([&pid] { ::kill(pid.toInt(), SIGKILL); });
+        QCOMPARE(procFile(pid, "cmdline"), path.toUtf8() + '\0' + "-service" + '\0');
+        const QString nothing = u"/dev/null"_qs;
+        QCOMPARE(openFiles(pid), (QMap<int, QString>{{0, nothing}, {1, nothing}, {2, nothing}}));
+        for (const int groupOrSession : {5, 6})
+            QVERIFY(statField(pid, groupOrSession) != statField("self", groupOrSession));
+        QVERIFY(signalMask("self", "SigIgn") & (1 << (SIGPIPE - 1)));
+        QCOMPARE(signalMask(pid, "SigIgn"), 0);
+        QCOMPARE(signalMask(pid, "SigBlk"), 0);
     }
-    const LogCapture log;
-    AppServerLauncher launcher(true);
-    const QSignalSpy finished(&launcher, &QtAbstractServerLauncher::launchServerFinished);
-    launcher.launchServer();
-    const AbstractError error(1, "GenericError", "../../src/common/remote/appserverlauncher,63",
-                              reason.toStdString());
-    QCOMPARE(finished, (QList<QVariantList>{{QVariant::fromValue(error)}}));
-    QCOMPARE(log.texts(),
-             (QStringList{u"[AppServerLauncher]: launching server..."_qs,
-                          u"[AppServerLauncher]: WARNING: failed to launch server. {ERROR: |CODE|: "
-                          "1, |CATEGORY|: GenericError, |SOURCE|: ../../src/common/remote/"
-                          "appserverlauncher,63, |DESCRIPTION|: %1}"_qs.arg(reason)}));
-}
+
+    void tellsWhyItCannotStart_data()
+    {
+        const Rows<QByteArray, bool, QString> row("contents", "executable", "reason");
+        row("missing", {}, false, u"execv: No such file or directory"_qs);
+        row("no permission", "#!/bin/sh\n", false, u"execv: Permission denied"_qs);
+        row("no program", "text", true, u"execv: Exec format error"_qs);
+    }
+
+    void tellsWhyItCannotStart()
+    {
+        QFETCH(const QByteArray, contents);
+        QFETCH(const bool, executable);
+        QFETCH(const QString, reason);
+        QFile file(AppServerLauncher::serverBinaryPath());
+        if (!contents.isEmpty()) {
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(contents);
+            file.close();
+            file.setPermissions(executable ? QFile::ReadOwner | QFile::ExeOwner : QFile::ReadOwner);
+        }
+        const LogCapture log;
+        AppServerLauncher launcher(true);
+        const QSignalSpy finished(&launcher, &QtAbstractServerLauncher::launchServerFinished);
+        launcher.launchServer();
+        const AbstractError error(1, "GenericError", "../../src/common/remote/appserverlauncher,63",
+                                  reason.toStdString());
+        QCOMPARE(finished, (QList<QVariantList>{{QVariant::fromValue(error)}}));
+        QCOMPARE(
+            log.texts(),
+            (QStringList{u"[AppServerLauncher]: launching server..."_qs,
+                         u"[AppServerLauncher]: WARNING: failed to launch server. {ERROR: |CODE|: "
+                         "1, |CATEGORY|: GenericError, |SOURCE|: ../../src/common/remote/"
+                         "appserverlauncher,63, |DESCRIPTION|: %1}"_qs.arg(reason)}));
+    }
+};
 
 // The server lies beside the program, so the tests run from a copy that has a folder of its own.
 int main(int argc, char *argv[])

@@ -62,205 +62,197 @@ public:
 class TestVhIpcParts : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void everythingIsSentOrFailsOnce_data();
-    void everythingIsSentOrFailsOnce();
-    void sendsAJob();
-    void answers_data();
-    void answers();
-    void failuresAreToldInTheUsersLanguage();
-    void jsonTexts_data();
-    void jsonTexts();
-    void jsonFromAnotherThread();
-    void miscTasks();
-};
-
-void TestVhIpcParts::everythingIsSentOrFailsOnce_data()
-{
-    // s: something new is to be sent. S: and again when the next one fails. +, -: the connection.
-    // A number: milliseconds pass. =1: the application answers number 1, which no other part than
-    // that of the downloads waits for.
-    // 1> is sent, 1! fails, 1= is answered; R, r: the application is required, no longer.
-    const Rows<bool, QString, QString> row("isJson", "script", "expected");
-    for (const bool isJson : {false, true}) {
-        const QByteArray part = isJson ? "JSON: " : "download: ";
-        row(part + "sent in order when connected", isJson, u"s s + 60000"_qs, u"R r 1> 2>"_qs);
-        row(part + "fails 30 s after the last", isJson, u"s 20000 s 29999 # 1 + -"_qs,
-            u"R # r 1! 2!"_qs);
-        row(part + "waits anew when sent again", isJson, u"S 30000 +"_qs, u"R r 1! R r 2>"_qs);
+    void everythingIsSentOrFailsOnce_data()
+    {
+        // s: something new is to be sent. S: and again when the next one fails. +, -: the
+        // connection. A number: milliseconds pass. =1: the application answers number 1, which no
+        // other part than that of the downloads waits for. 1> is sent, 1! fails, 1= is answered; R,
+        // r: the application is required, no longer.
+        const Rows<bool, QString, QString> row("isJson", "script", "expected");
+        for (const bool isJson : {false, true}) {
+            const QByteArray part = isJson ? "JSON: " : "download: ";
+            row(part + "sent in order when connected", isJson, u"s s + 60000"_qs, u"R r 1> 2>"_qs);
+            row(part + "fails 30 s after the last", isJson, u"s 20000 s 29999 # 1 + -"_qs,
+                u"R # r 1! 2!"_qs);
+            row(part + "waits anew when sent again", isJson, u"S 30000 +"_qs, u"R r 1! R r 2>"_qs);
+        }
+        row("JSON: not sent again", true, u"+ s - + s"_qs, u"1> 2>"_qs);
+        row("download: a disconnect fails what is in flight", false, u"+ s s =1 - - s +"_qs,
+            u"1> 2> 1= 2! R r 3>"_qs);
+        row("download: a new one after a disconnect", false, u"+ S - +"_qs, u"1> 1! R r 2>"_qs);
+        row("download: answers that nobody waits for", false, u"+ s =2 - =1 + s =2 =2"_qs,
+            u"1> 1! 2> 2="_qs);
     }
-    row("JSON: not sent again", true, u"+ s - + s"_qs, u"1> 2>"_qs);
-    row("download: a disconnect fails what is in flight", false, u"+ s s =1 - - s +"_qs,
-        u"1> 2> 1= 2! R r 3>"_qs);
-    row("download: a new one after a disconnect", false, u"+ S - +"_qs, u"1> 1! R r 2>"_qs);
-    row("download: answers that nobody waits for", false, u"+ s =2 - =1 + s =2 =2"_qs,
-        u"1> 1! 2> 2="_qs);
-}
 
-void TestVhIpcParts::everythingIsSentOrFailsOnce()
-{
-    QFETCH(const bool, isJson);
-    QFETCH(const QString, script);
-    Setup s;
-    QStringList log;
-    bool sendAgain = false;
-    QtAbstractVhIpcPart &part = isJson ? static_cast<QtAbstractVhIpcPart &>(s.json) : s.downloads;
-    const auto send = [&] {
-        if (isJson)
-            s.manager->send(s.manager->nextId(), {}, true);
-        else
-            s.processor->process(s.processor->createJob());
-    };
-    const auto ended = [&](qint64 id, bool added) {
-        log += QString::number(id) + (added ? u'=' : u'!');
-        if (std::exchange(sendAgain, false))
-            send();
-    };
-    connect(s.manager.data(), &RemoteJsonRequestsManager::sendFailed, &part,
-            [&](qint64 id) { ended(id, false); });
-    connect(s.processor.data(), &RemoteIncomingDownloadsProcessor::finished, &part, ended);
-    connect(&part, &QtAbstractVhIpcPart::sendVh, &part,
-            [&](const Message &message) { log += message.value(u"id"_qs).toString() + u'>'; });
-    connect(&part, &QtAbstractVhIpcPart::requiringServerChanged, &part,
-            [&](bool requiring) { log += requiring ? u"R"_qs : u"r"_qs; });
+    void everythingIsSentOrFailsOnce()
+    {
+        QFETCH(const bool, isJson);
+        QFETCH(const QString, script);
+        Setup s;
+        QStringList log;
+        bool sendAgain = false;
+        QtAbstractVhIpcPart &part =
+            isJson ? static_cast<QtAbstractVhIpcPart &>(s.json) : s.downloads;
+        const auto send = [&] {
+            if (isJson)
+                s.manager->send(s.manager->nextId(), {}, true);
+            else
+                s.processor->process(s.processor->createJob());
+        };
+        const auto ended = [&](qint64 id, bool added) {
+            log += QString::number(id) + (added ? u'=' : u'!');
+            if (std::exchange(sendAgain, false))
+                send();
+        };
+        connect(s.manager.data(), &RemoteJsonRequestsManager::sendFailed, &part,
+                [&](qint64 id) { ended(id, false); });
+        connect(s.processor.data(), &RemoteIncomingDownloadsProcessor::finished, &part, ended);
+        connect(&part, &QtAbstractVhIpcPart::sendVh, &part,
+                [&](const Message &message) { log += message.value(u"id"_qs).toString() + u'>'; });
+        connect(&part, &QtAbstractVhIpcPart::requiringServerChanged, &part,
+                [&](bool requiring) { log += requiring ? u"R"_qs : u"r"_qs; });
 
-    const QStringList steps = script.split(u' ');
-    for (const QString &step : steps) {
-        if (step == u"s" || step == u"S") {
-            sendAgain = step == u"S";
-            send();
-        } else if (step == u"+" || step == u"-") {
-            part.onConnectChanged(step == u"+");
-        } else if (step == u"#") {
-            log += step;
-        } else if (step.startsWith(u'=')) {
-            Message answer = downloadsMessage(u"finished"_qs, step.mid(1).toLongLong());
-            answer.insert(u"added"_qs, true);
-            part.processVh(answer);
-        } else {
-            s.clock.advance(step.toInt());
+        const QStringList steps = script.split(u' ');
+        for (const QString &step : steps) {
+            if (step == u"s" || step == u"S") {
+                sendAgain = step == u"S";
+                send();
+            } else if (step == u"+" || step == u"-") {
+                part.onConnectChanged(step == u"+");
+            } else if (step == u"#") {
+                log += step;
+            } else if (step.startsWith(u'=')) {
+                Message answer = downloadsMessage(u"finished"_qs, step.mid(1).toLongLong());
+                answer.insert(u"added"_qs, true);
+                part.processVh(answer);
+            } else {
+                s.clock.advance(step.toInt());
+            }
+        }
+        QTEST(log.join(u' '), "expected");
+    }
+
+    void sendsAJob()
+    {
+        Setup s;
+        s.downloads.onConnectChanged(true);
+        const QSignalSpy sent(&s.downloads, &VhIpcIncomingDownloadsClient::sendVh);
+        AbstractNewDownloadsRequestJob job = s.processor->createJob();
+        const auto info = std::make_shared<AbstractDownloadPersistentInfo>();
+        info->source.url = QUrl(u"http://127.0.0.1/a?b"_qs);
+        job.request.downloads = {{info}};
+        job.request.selectedDownloads.fill(true, 1);
+        s.processor->process(job);
+        QCOMPARE(sent.count(), 1);
+        Message message = sent.at(0).at(0).value<Message>();
+        QCOMPARE(toNewDownloadsRequest(message.take(u"request"_qs).toHash()), job.request);
+        QCOMPARE(message, downloadsMessage(u"add"_qs, 1));
+        // The other part takes its ids from the same generator.
+        QCOMPARE(s.manager->nextId(), 2);
+    }
+
+    void answers_data()
+    {
+        const Rows<Message, Signals> row("fields", "expected");
+        const auto outcome = [](bool added, bool aborted, int reason, const QString &error,
+                                bool silent) {
+            return Signals{{1LL, added, aborted,
+                            QVariant::fromValue(static_cast<AbstractDownloadAbortReason>(reason)),
+                            error, silent}};
+        };
+        row("added", {{u"added"_qs, true}}, outcome(true, false, 0, {}, false));
+        row("aborted", {{u"aborted"_qs, true}, {u"abortReason"_qs, 2}, {u"isSilent"_qs, true}},
+            outcome(false, true, 2, {}, true));
+        row("failed", {{u"error"_qs, u"\u20ac"_qs}}, outcome(false, false, 0, u"\u20ac"_qs, false));
+        row("an unknown reason", {{u"aborted"_qs, true}, {u"abortReason"_qs, -77}},
+            outcome(false, true, -77, {}, false));
+        row("nothing but the id", {}, outcome(false, false, 0, {}, false));
+        row("another message", {{u"reason"_qs, u"add"_qs}}, {});
+    }
+
+    void answers()
+    {
+        QFETCH(const Message, fields);
+        QFETCH(const Signals, expected);
+        Setup s;
+        s.downloads.onConnectChanged(true);
+        s.processor->process(s.processor->createJob());
+        const QSignalSpy finished(s.processor.data(), &RemoteIncomingDownloadsProcessor::finished);
+        Message message = downloadsMessage(u"finished"_qs, 1);
+        message.insert(fields);
+        s.downloads.processVh(message);
+        QCOMPARE(finished, expected);
+    }
+
+    void failuresAreToldInTheUsersLanguage()
+    {
+        OneTextTranslator translator;
+        QCoreApplication::installTranslator(&translator);
+        Setup s;
+        const QSignalSpy finished(s.processor.data(), &RemoteIncomingDownloadsProcessor::finished);
+        s.processor->process(s.processor->createJob());
+        s.clock.advance(30'000);
+        QCoreApplication::removeTranslator(&translator);
+        QCOMPARE(finished.at(0).at(4), u"Verbindungsfehler"_qs);
+    }
+
+    void jsonTexts_data()
+    {
+        const Rows<Message, Signals> row("message", "expected");
+        const QString text = u"{\"a\": \"\\u20ac \"}\n"_qs;
+        row("request", jsonMessage(u"request"_qs, 9, text), {{9LL, text, true}});
+        row("response", jsonMessage(u"response"_qs, 1LL << 40, {}),
+            {{1LL << 40, QString(), false}});
+        row("other reason", jsonMessage(u"Request"_qs, 9, text), {});
+        row("no reason", {}, {});
+    }
+
+    void jsonTexts()
+    {
+        QFETCH(const Message, message);
+        QFETCH(const Signals, expected);
+        Setup s;
+        s.json.onConnectChanged(true);
+        const QSignalSpy received(s.manager.data(), &RemoteJsonRequestsManager::received);
+        const QSignalSpy sent(&s.json, &VhIpcJsonRequests::sendVh);
+        s.json.processVh(message);
+        QCOMPARE(received, expected);
+        QCOMPARE(sent.count(), 0);
+        // The same goes the other way.
+        for (const QVariantList &text : expected) {
+            s.manager->send(text.at(0).toLongLong(), text.at(1).toString(), text.at(2).toBool());
+            QCOMPARE(sent, (Signals{{QVariant::fromValue(message)}}));
         }
     }
-    QTEST(log.join(u' '), "expected");
-}
 
-void TestVhIpcParts::sendsAJob()
-{
-    Setup s;
-    s.downloads.onConnectChanged(true);
-    const QSignalSpy sent(&s.downloads, &VhIpcIncomingDownloadsClient::sendVh);
-    AbstractNewDownloadsRequestJob job = s.processor->createJob();
-    const auto info = std::make_shared<AbstractDownloadPersistentInfo>();
-    info->source.url = QUrl(u"http://127.0.0.1/a?b"_qs);
-    job.request.downloads = {{info}};
-    job.request.selectedDownloads.fill(true, 1);
-    s.processor->process(job);
-    QCOMPARE(sent.count(), 1);
-    Message message = sent.at(0).at(0).value<Message>();
-    QCOMPARE(toNewDownloadsRequest(message.take(u"request"_qs).toHash()), job.request);
-    QCOMPARE(message, downloadsMessage(u"add"_qs, 1));
-    // The other part takes its ids from the same generator.
-    QCOMPARE(s.manager->nextId(), 2);
-}
-
-void TestVhIpcParts::answers_data()
-{
-    const Rows<Message, Signals> row("fields", "expected");
-    const auto outcome = [](bool added, bool aborted, int reason, const QString &error,
-                            bool silent) {
-        return Signals{{1LL, added, aborted,
-                        QVariant::fromValue(static_cast<AbstractDownloadAbortReason>(reason)),
-                        error, silent}};
-    };
-    row("added", {{u"added"_qs, true}}, outcome(true, false, 0, {}, false));
-    row("aborted", {{u"aborted"_qs, true}, {u"abortReason"_qs, 2}, {u"isSilent"_qs, true}},
-        outcome(false, true, 2, {}, true));
-    row("failed", {{u"error"_qs, u"\u20ac"_qs}}, outcome(false, false, 0, u"\u20ac"_qs, false));
-    row("an unknown reason", {{u"aborted"_qs, true}, {u"abortReason"_qs, -77}},
-        outcome(false, true, -77, {}, false));
-    row("nothing but the id", {}, outcome(false, false, 0, {}, false));
-    row("another message", {{u"reason"_qs, u"add"_qs}}, {});
-}
-
-void TestVhIpcParts::answers()
-{
-    QFETCH(const Message, fields);
-    QFETCH(const Signals, expected);
-    Setup s;
-    s.downloads.onConnectChanged(true);
-    s.processor->process(s.processor->createJob());
-    const QSignalSpy finished(s.processor.data(), &RemoteIncomingDownloadsProcessor::finished);
-    Message message = downloadsMessage(u"finished"_qs, 1);
-    message.insert(fields);
-    s.downloads.processVh(message);
-    QCOMPARE(finished, expected);
-}
-
-void TestVhIpcParts::failuresAreToldInTheUsersLanguage()
-{
-    OneTextTranslator translator;
-    QCoreApplication::installTranslator(&translator);
-    Setup s;
-    const QSignalSpy finished(s.processor.data(), &RemoteIncomingDownloadsProcessor::finished);
-    s.processor->process(s.processor->createJob());
-    s.clock.advance(30'000);
-    QCoreApplication::removeTranslator(&translator);
-    QCOMPARE(finished.at(0).at(4), u"Verbindungsfehler"_qs);
-}
-
-void TestVhIpcParts::jsonTexts_data()
-{
-    const Rows<Message, Signals> row("message", "expected");
-    const QString text = u"{\"a\": \"\\u20ac \"}\n"_qs;
-    row("request", jsonMessage(u"request"_qs, 9, text), {{9LL, text, true}});
-    row("response", jsonMessage(u"response"_qs, 1LL << 40, {}), {{1LL << 40, QString(), false}});
-    row("other reason", jsonMessage(u"Request"_qs, 9, text), {});
-    row("no reason", {}, {});
-}
-
-void TestVhIpcParts::jsonTexts()
-{
-    QFETCH(const Message, message);
-    QFETCH(const Signals, expected);
-    Setup s;
-    s.json.onConnectChanged(true);
-    const QSignalSpy received(s.manager.data(), &RemoteJsonRequestsManager::received);
-    const QSignalSpy sent(&s.json, &VhIpcJsonRequests::sendVh);
-    s.json.processVh(message);
-    QCOMPARE(received, expected);
-    QCOMPARE(sent.count(), 0);
-    // The same goes the other way.
-    for (const QVariantList &text : expected) {
-        s.manager->send(text.at(0).toLongLong(), text.at(1).toString(), text.at(2).toBool());
-        QCOMPARE(sent, (Signals{{QVariant::fromValue(message)}}));
+    void jsonFromAnotherThread()
+    {
+        Setup s;
+        s.json.onConnectChanged(true);
+        QThread *sendingThread = nullptr;
+        connect(
+            &s.json, &VhIpcJsonRequests::sendVh, &s.json,
+            [&sendingThread] { sendingThread = QThread::currentThread(); }, Qt::DirectConnection);
+        const std::unique_ptr<QThread> worker(
+            QThread::create([&s] { s.json.send(3, u"far"_qs, true); }));
+        worker->start();
+        QVERIFY(worker->wait());
+        QCOMPARE(sendingThread, nullptr);
+        QCoreApplication::processEvents();
+        QCOMPARE(sendingThread, s.json.thread());
     }
-}
 
-void TestVhIpcParts::jsonFromAnotherThread()
-{
-    Setup s;
-    s.json.onConnectChanged(true);
-    QThread *sendingThread = nullptr;
-    connect(
-        &s.json, &VhIpcJsonRequests::sendVh, &s.json,
-        [&sendingThread] { sendingThread = QThread::currentThread(); }, Qt::DirectConnection);
-    const std::unique_ptr<QThread> worker(
-        QThread::create([&s] { s.json.send(3, u"far"_qs, true); }));
-    worker->start();
-    QVERIFY(worker->wait());
-    QCOMPARE(sendingThread, nullptr);
-    QCoreApplication::processEvents();
-    QCOMPARE(sendingThread, s.json.thread());
-}
-
-void TestVhIpcParts::miscTasks()
-{
-    VhIpcMiscTasksClient part;
-    const QSignalSpy sent(&part, &VhIpcMiscTasksClient::sendVh);
-    part.activateMainWindow();
-    const Message expected{{u"name"_qs, u"miscTasks"_qs}, {u"reason"_qs, u"activateMainWindow"_qs}};
-    QCOMPARE(sent, (Signals{{QVariant::fromValue(expected)}}));
-    QVERIFY(!part.isRequiringServer());
-}
+    void miscTasks()
+    {
+        VhIpcMiscTasksClient part;
+        const QSignalSpy sent(&part, &VhIpcMiscTasksClient::sendVh);
+        part.activateMainWindow();
+        const Message expected{{u"name"_qs, u"miscTasks"_qs},
+                               {u"reason"_qs, u"activateMainWindow"_qs}};
+        QCOMPARE(sent, (Signals{{QVariant::fromValue(expected)}}));
+        QVERIFY(!part.isRequiringServer());
+    }
+};
 
 QTEST_GUILESS_MAIN(TestVhIpcParts)
 #include "tst_vhipcparts.moc"

@@ -89,197 +89,187 @@ struct Link {
 class TestVhIpcSettings : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void appliesWhatItsFlagsAllow_data();
-    void appliesWhatItsFlagsAllow();
-    void tellsWhatItsFlagsAllow_data();
-    void tellsWhatItsFlagsAllow();
-    void asksForEverythingWhenConnected();
-    void takesDefaultsAndKeepsUnknownOnes();
-    void changesCross_data();
-    void changesCross();
-    void endsAgreeWhateverCrosses();
-};
-
-void TestVhIpcSettings::appliesWhatItsFlagsAllow_data()
-{
-    const Rows<Message, quint32, QString> row("message", "neededFlags", "expected");
-    const QVariantHash values{{u"A"_qs, u"new"_qs}};
-    row("changed", settingsMessage(u"changed"_qs, {{u"values"_qs, values}}), 1, u"new"_qs);
-    row("all", allMessage(values), 2 | 64, u"new"_qs);
-    row("all without values", settingsMessage(u"all"_qs), 2 | 64, {});
-    row("resetToDefaults", settingsMessage(u"resetToDefaults"_qs), 4, {});
-    row("unknown reason", settingsMessage(u"Changed"_qs), 0, u"old"_qs);
-}
-
-void TestVhIpcSettings::appliesWhatItsFlagsAllow()
-{
-    QFETCH(const Message, message);
-    QFETCH(const quint32, neededFlags);
-    QFETCH(const QString, expected);
-    for (const bool allowed : {true, false}) {
-        End end(allowed ? allFlags : allFlags & ~neededFlags);
-        end.manager->setValues({{u"A"_qs, u"old"_qs}}, VhIpcSettings::changesSource());
-        end.part.processVh(message);
-        QCOMPARE(end.value(u"A"_qs), allowed ? expected : u"old"_qs);
-        // Whatever it took is not told back.
-        QCOMPARE(end.sent.count(), 0);
+    void appliesWhatItsFlagsAllow_data()
+    {
+        const Rows<Message, quint32, QString> row("message", "neededFlags", "expected");
+        const QVariantHash values{{u"A"_qs, u"new"_qs}};
+        row("changed", settingsMessage(u"changed"_qs, {{u"values"_qs, values}}), 1, u"new"_qs);
+        row("all", allMessage(values), 2 | 64, u"new"_qs);
+        row("all without values", settingsMessage(u"all"_qs), 2 | 64, {});
+        row("resetToDefaults", settingsMessage(u"resetToDefaults"_qs), 4, {});
+        row("unknown reason", settingsMessage(u"Changed"_qs), 0, u"old"_qs);
     }
-}
 
-void TestVhIpcSettings::tellsWhatItsFlagsAllow_data()
-{
-    const Rows<quint32, Messages> row("flag", "expected");
-    const QVariantHash values{{u"A"_qs, u"1"_qs}, {u"B"_qs, u"2"_qs}};
-    row("nothing", 0, {});
-    row("changed", 8, sentOnce(settingsMessage(u"changed"_qs, {{u"values"_qs, values}})));
-    row("all", 16, sentOnce(allMessage({{u"C"_qs, u"3"_qs}}, {{u"D"_qs, u"4"_qs}})));
-    row("resetToDefaults", 32, sentOnce(settingsMessage(u"resetToDefaults"_qs)));
-}
-
-void TestVhIpcSettings::tellsWhatItsFlagsAllow()
-{
-    QFETCH(const quint32, flag);
-    QFETCH(const Messages, expected);
-    End end(flag);
-    end.manager->setAllDefaultValues({{u"D"_qs, u"4"_qs}});
-    for (const QString &source : {user, u"VhIpcSettings"_qs}) {
-        end.manager->setValues({{u"A"_qs, u"0"_qs}, {u"B"_qs, u"2"_qs}, {u"A"_qs, u"1"_qs}},
-                               source);
-        end.manager->setAllValues({{u"C"_qs, u"3"_qs}}, source);
-        end.manager->resetToDefaults(source);
-        QCOMPARE(end.sent, source == user ? expected : Messages());
-        end.sent.clear();
-    }
-}
-
-void TestVhIpcSettings::asksForEverythingWhenConnected()
-{
-    End end(clientFlags);
-    const QSignalSpy ready(&end.part, &VhIpcSettings::readyStateChanged);
-    for (int connection = 0; connection < 2; ++connection) {
-        QVERIFY(!end.part.isReady());
-        end.part.onConnectChanged(true);
-        QCOMPARE(end.sent, sentOnce(settingsMessage(u"queryAll"_qs)));
-        end.sent.clear();
-        end.part.processVh(allMessage({}));
-        QVERIFY(end.part.isReady());
-        end.part.onConnectChanged(false);
-    }
-    QCOMPARE(ready.count(), 4);
-    // Only an end that asks depends on the answer.
-    End application(applicationFlags);
-    application.part.onConnectChanged(true);
-    QVERIFY(application.part.isReady());
-    QCOMPARE(application.sent.count(), 0);
-    // Without ApplyAll, nothing but the answer counts.
-    End follower(64);
-    follower.part.onConnectChanged(true);
-    follower.part.processVh(allMessage({{u"A"_qs, u"first"_qs}}));
-    follower.part.processVh(allMessage({{u"A"_qs, u"second"_qs}}));
-    QCOMPARE(follower.value(u"A"_qs), u"first"_qs);
-}
-
-void TestVhIpcSettings::takesDefaultsAndKeepsUnknownOnes()
-{
-    End end(clientFlags, {u"Local"_qs});
-    Values defaults{{u"Both"_qs, u"own"_qs}, {u"Own"_qs, u"own"_qs}, {u"Local"_qs, u"own"_qs}};
-    end.manager->setAllDefaultValues(defaults);
-    const QVariantHash received{{u"Both"_qs, u"peer's"_qs}, {u"Local"_qs, u"peer's"_qs}};
-    end.part.processVh(allMessage(received, received));
-    defaults.insert(u"Both"_qs, u"peer's"_qs);
-    QCOMPARE(end.manager->allDefaultValues(), defaults);
-    QCOMPARE(end.manager->allValues(), (Values{{u"Both"_qs, u"peer's"_qs}}));
-}
-
-void TestVhIpcSettings::changesCross_data()
-{
-    // c1, a2: the client sets the setting to 1, the application to 2.
-    // <, >: one message reaches the client, the application.
-    // R: the application resets. W: it replaces all values by one that it had.
-    // -, +: the link breaks, and is there again. A number: milliseconds pass.
-    const Rows<QString, QString, int> row("script", "expected", "deliveries");
-    // Whether its change had arrived is what a client cannot know: it asks, once.
-    row("nothing crosses", u"c1 > a2 <"_qs, u"2"_qs, 4);
-    row("nothing crosses any more", u"c1 > a2 < > < a3"_qs, u"3"_qs, 5);
-    row("a change made before the answer is there", u"- + c1"_qs, u"1"_qs, 3);
-    row("a change made while the answer is under way", u"- + > c1 <"_qs, u"1"_qs, 3);
-    row("both change, the application first", u"a2 c1"_qs, u"1"_qs, 4);
-    row("both change to the same", u"a1 c1"_qs, u"1"_qs, 2);
-    row("the client changes twice", u"a2 c1 c3"_qs, u"3"_qs, 5);
-    row("both change twice", u"a2 c1 < a4 c3"_qs, u"3"_qs, 8);
-    row("a reset crosses", u"a5 < R c1"_qs, u"1"_qs, 5);
-    row("a replacement crosses", u"W c1"_qs, u"1"_qs, 4);
-    // A change of the last ten seconds that met no application is told again.
-    row("made offline just now", u"a0 < - c1 9999 +"_qs, u"1"_qs, 4);
-    row("made offline before the application began", u"a0 < - c1 10000 +"_qs, u"0"_qs, 3);
-    row("under way when the link broke", u"a0 < c1 - 9999 +"_qs, u"1"_qs, 4);
-    row("made on another connection long ago", u"a0 < c1 - 10000 +"_qs, u"0"_qs, 3);
-}
-
-void TestVhIpcSettings::changesCross()
-{
-    QFETCH(const QString, script);
-    QFETCH(const QString, expected);
-    Link link;
-    link.deliverAll();
-    int delivered = 0;
-    const QStringList steps = script.split(u' ');
-    for (const QString &step : steps) {
-        if (step == u"-" || step == u"+")
-            link.setConnected(step == u"+");
-        else if (step == u"<")
-            delivered += Link::deliver(link.application, link.client);
-        else if (step == u">")
-            delivered += Link::deliver(link.client, link.application);
-        else if (step == u"R")
-            link.application.manager->resetToDefaults(user);
-        else if (step == u"W")
-            link.application.manager->setAllValues({{u"S"_qs, u"9"_qs}}, user);
-        else if (step.at(0) == u'c' || step.at(0) == u'a')
-            (step.at(0) == u'c' ? link.client : link.application).change(u"S"_qs, step.mid(1));
-        else
-            link.client.clock.advance(step.toInt());
-    }
-    delivered += link.deliverAll();
-    QCOMPARE(link.client.value(u"S"_qs), expected);
-    QCOMPARE(link.application.value(u"S"_qs), expected);
-    // No more is said than it takes to agree.
-    QTEST(delivered, "deliveries");
-}
-
-void TestVhIpcSettings::endsAgreeWhateverCrosses()
-{
-    const QStringList names{u"A"_qs, u"B"_qs, u"C"_qs};
-    for (quint32 seed = 0; seed < 300; ++seed) {
-        QRandomGenerator random(seed);
-        const auto name = [&] { return names.at(random.bounded(3)); };
-        const auto value = [&] { return QString::number(random.bounded(3)); };
-        Link link;
-        const auto &application = link.application.manager;
-        application->setAllDefaultValues({{u"A"_qs, u"0"_qs}});
-        for (int step = 0; step < 60; ++step) {
-            const int kind = random.bounded(27);
-            if (kind == 0)
-                application->resetToDefaults(user);
-            else if (kind == 1)
-                application->setAllValues({{name(), value()}}, user);
-            else if (kind < 6)
-                link.application.change(name(), value());
-            else if (kind < 12)
-                link.client.change(name(), value());
-            else if (kind < 19)
-                Link::deliver(link.client, link.application);
-            else
-                Link::deliver(link.application, link.client);
+    void appliesWhatItsFlagsAllow()
+    {
+        QFETCH(const Message, message);
+        QFETCH(const quint32, neededFlags);
+        QFETCH(const QString, expected);
+        for (const bool allowed : {true, false}) {
+            End end(allowed ? allFlags : allFlags & ~neededFlags);
+            end.manager->setValues({{u"A"_qs, u"old"_qs}}, VhIpcSettings::changesSource());
+            end.part.processVh(message);
+            QCOMPARE(end.value(u"A"_qs), allowed ? expected : u"old"_qs);
+            // Whatever it took is not told back.
+            QCOMPARE(end.sent.count(), 0);
         }
-        QVERIFY2(link.deliverAll() < 1000, qPrintable(QString::number(seed)));
-        for (const QString &each : names)
-            QCOMPARE(link.client.value(each), link.application.value(each));
-        // Peace has come: a change takes one message.
-        link.client.change(u"A"_qs, u"client's"_qs);
-        QCOMPARE(link.deliverAll(), 1);
     }
-}
+
+    void tellsWhatItsFlagsAllow_data()
+    {
+        const Rows<quint32, Messages> row("flag", "expected");
+        const QVariantHash values{{u"A"_qs, u"1"_qs}, {u"B"_qs, u"2"_qs}};
+        row("nothing", 0, {});
+        row("changed", 8, sentOnce(settingsMessage(u"changed"_qs, {{u"values"_qs, values}})));
+        row("all", 16, sentOnce(allMessage({{u"C"_qs, u"3"_qs}}, {{u"D"_qs, u"4"_qs}})));
+        row("resetToDefaults", 32, sentOnce(settingsMessage(u"resetToDefaults"_qs)));
+    }
+
+    void tellsWhatItsFlagsAllow()
+    {
+        QFETCH(const quint32, flag);
+        QFETCH(const Messages, expected);
+        End end(flag);
+        end.manager->setAllDefaultValues({{u"D"_qs, u"4"_qs}});
+        for (const QString &source : {user, u"VhIpcSettings"_qs}) {
+            end.manager->setValues({{u"A"_qs, u"0"_qs}, {u"B"_qs, u"2"_qs}, {u"A"_qs, u"1"_qs}},
+                                   source);
+            end.manager->setAllValues({{u"C"_qs, u"3"_qs}}, source);
+            end.manager->resetToDefaults(source);
+            QCOMPARE(end.sent, source == user ? expected : Messages());
+            end.sent.clear();
+        }
+    }
+
+    void asksForEverythingWhenConnected()
+    {
+        End end(clientFlags);
+        const QSignalSpy ready(&end.part, &VhIpcSettings::readyStateChanged);
+        for (int connection = 0; connection < 2; ++connection) {
+            QVERIFY(!end.part.isReady());
+            end.part.onConnectChanged(true);
+            QCOMPARE(end.sent, sentOnce(settingsMessage(u"queryAll"_qs)));
+            end.sent.clear();
+            end.part.processVh(allMessage({}));
+            QVERIFY(end.part.isReady());
+            end.part.onConnectChanged(false);
+        }
+        QCOMPARE(ready.count(), 4);
+        // Only an end that asks depends on the answer.
+        End application(applicationFlags);
+        application.part.onConnectChanged(true);
+        QVERIFY(application.part.isReady());
+        QCOMPARE(application.sent.count(), 0);
+        // Without ApplyAll, nothing but the answer counts.
+        End follower(64);
+        follower.part.onConnectChanged(true);
+        follower.part.processVh(allMessage({{u"A"_qs, u"first"_qs}}));
+        follower.part.processVh(allMessage({{u"A"_qs, u"second"_qs}}));
+        QCOMPARE(follower.value(u"A"_qs), u"first"_qs);
+    }
+
+    void takesDefaultsAndKeepsUnknownOnes()
+    {
+        End end(clientFlags, {u"Local"_qs});
+        Values defaults{{u"Both"_qs, u"own"_qs}, {u"Own"_qs, u"own"_qs}, {u"Local"_qs, u"own"_qs}};
+        end.manager->setAllDefaultValues(defaults);
+        const QVariantHash received{{u"Both"_qs, u"peer's"_qs}, {u"Local"_qs, u"peer's"_qs}};
+        end.part.processVh(allMessage(received, received));
+        defaults.insert(u"Both"_qs, u"peer's"_qs);
+        QCOMPARE(end.manager->allDefaultValues(), defaults);
+        QCOMPARE(end.manager->allValues(), (Values{{u"Both"_qs, u"peer's"_qs}}));
+    }
+
+    void changesCross_data()
+    {
+        // c1, a2: the client sets the setting to 1, the application to 2.
+        // <, >: one message reaches the client, the application.
+        // R: the application resets. W: it replaces all values by one that it had.
+        // -, +: the link breaks, and is there again. A number: milliseconds pass.
+        const Rows<QString, QString, int> row("script", "expected", "deliveries");
+        // Whether its change had arrived is what a client cannot know: it asks, once.
+        row("nothing crosses", u"c1 > a2 <"_qs, u"2"_qs, 4);
+        row("nothing crosses any more", u"c1 > a2 < > < a3"_qs, u"3"_qs, 5);
+        row("a change made before the answer is there", u"- + c1"_qs, u"1"_qs, 3);
+        row("a change made while the answer is under way", u"- + > c1 <"_qs, u"1"_qs, 3);
+        row("both change, the application first", u"a2 c1"_qs, u"1"_qs, 4);
+        row("both change to the same", u"a1 c1"_qs, u"1"_qs, 2);
+        row("the client changes twice", u"a2 c1 c3"_qs, u"3"_qs, 5);
+        row("both change twice", u"a2 c1 < a4 c3"_qs, u"3"_qs, 8);
+        row("a reset crosses", u"a5 < R c1"_qs, u"1"_qs, 5);
+        row("a replacement crosses", u"W c1"_qs, u"1"_qs, 4);
+        // A change of the last ten seconds that met no application is told again.
+        row("made offline just now", u"a0 < - c1 9999 +"_qs, u"1"_qs, 4);
+        row("made offline before the application began", u"a0 < - c1 10000 +"_qs, u"0"_qs, 3);
+        row("under way when the link broke", u"a0 < c1 - 9999 +"_qs, u"1"_qs, 4);
+        row("made on another connection long ago", u"a0 < c1 - 10000 +"_qs, u"0"_qs, 3);
+    }
+
+    void changesCross()
+    {
+        QFETCH(const QString, script);
+        QFETCH(const QString, expected);
+        Link link;
+        link.deliverAll();
+        int delivered = 0;
+        const QStringList steps = script.split(u' ');
+        for (const QString &step : steps) {
+            if (step == u"-" || step == u"+")
+                link.setConnected(step == u"+");
+            else if (step == u"<")
+                delivered += Link::deliver(link.application, link.client);
+            else if (step == u">")
+                delivered += Link::deliver(link.client, link.application);
+            else if (step == u"R")
+                link.application.manager->resetToDefaults(user);
+            else if (step == u"W")
+                link.application.manager->setAllValues({{u"S"_qs, u"9"_qs}}, user);
+            else if (step.at(0) == u'c' || step.at(0) == u'a')
+                (step.at(0) == u'c' ? link.client : link.application).change(u"S"_qs, step.mid(1));
+            else
+                link.client.clock.advance(step.toInt());
+        }
+        delivered += link.deliverAll();
+        QCOMPARE(link.client.value(u"S"_qs), expected);
+        QCOMPARE(link.application.value(u"S"_qs), expected);
+        // No more is said than it takes to agree.
+        QTEST(delivered, "deliveries");
+    }
+
+    void endsAgreeWhateverCrosses()
+    {
+        const QStringList names{u"A"_qs, u"B"_qs, u"C"_qs};
+        for (quint32 seed = 0; seed < 300; ++seed) {
+            QRandomGenerator random(seed);
+            const auto name = [&] { return names.at(random.bounded(3)); };
+            const auto value = [&] { return QString::number(random.bounded(3)); };
+            Link link;
+            const auto &application = link.application.manager;
+            application->setAllDefaultValues({{u"A"_qs, u"0"_qs}});
+            for (int step = 0; step < 60; ++step) {
+                const int kind = random.bounded(27);
+                if (kind == 0)
+                    application->resetToDefaults(user);
+                else if (kind == 1)
+                    application->setAllValues({{name(), value()}}, user);
+                else if (kind < 6)
+                    link.application.change(name(), value());
+                else if (kind < 12)
+                    link.client.change(name(), value());
+                else if (kind < 19)
+                    Link::deliver(link.client, link.application);
+                else
+                    Link::deliver(link.application, link.client);
+            }
+            QVERIFY2(link.deliverAll() < 1000, qPrintable(QString::number(seed)));
+            for (const QString &each : names)
+                QCOMPARE(link.client.value(each), link.application.value(each));
+            // Peace has come: a change takes one message.
+            link.client.change(u"A"_qs, u"client's"_qs);
+            QCOMPARE(link.deliverAll(), 1);
+        }
+    }
+};
 
 QTEST_GUILESS_MAIN(TestVhIpcSettings)
 #include "tst_vhipcsettings.moc"

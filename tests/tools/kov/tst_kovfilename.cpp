@@ -7,147 +7,138 @@
 class TestKovFileName : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void sanitizes_data();
-    void sanitizes();
-    void anySuggestionStaysInTheFolder();
-    void namesFromUrlsAndNumbers();
-    void filesGetTheirOwnNames();
-    void commitReplacesNothing();
-    void partialFiles_data();
-    void partialFiles();
-    void errorsAreTold();
-};
+    void sanitizes_data()
+    {
+        const Rows<QString, QString> row("suggestion", "expected");
+        row("harmless, any script", u"Звіт 2026 \U0001F600.txt"_qs, u"Звіт 2026 \U0001F600.txt"_qs);
+        row("absolute", u"/etc/passwd"_qs, u"passwd"_qs);
+        row("climbing", u"../../.ssh/authorized_keys"_qs, u"authorized_keys"_qs);
+        row("climbing with backslashes", u"..\\..\\x.txt"_qs, u"x.txt"_qs);
+        row("a folder", u"folder/"_qs, {});
+        row("dots only", u".."_qs, {});
+        row("climbing to nothing", u"a/.."_qs, {});
+        row("hidden", u".bashrc"_qs, u"bashrc"_qs);
+        row("spaces and dots around", u"  . name .txt. . "_qs, u"name .txt"_qs);
+        row("reserved characters", u"a<b>c:d\"e|f?g*h"_qs, u"a_b_c_d_e_f_g_h"_qs);
+        row("control characters", u"a\nb\tc\u0000d\u007fe"_qs, u"a_b_c_d_e"_qs);
+        row("direction of writing", u"photo\u202egnp.exe"_qs, u"photo_gnp.exe"_qs);
+        row("half of a pair", QString(u'a') + QChar(0xD83D) + u".txt"_qs, u"a\ufffd.txt"_qs);
+        row("too long", QString(300, u'a') + u".tar.gz"_qs, QString(193, u'a') + u".tar.gz"_qs);
+        row("too long in UTF-8", QString(150, u'\u4e2d') + u".mp4"_qs,
+            QString(65, u'\u4e2d') + u".mp4"_qs);
+        row("too long, no extension", u"a."_qs + QString(300, u'b'), u"a."_qs + QString(198, u'b'));
+    }
 
-void TestKovFileName::sanitizes_data()
-{
-    const Rows<QString, QString> row("suggestion", "expected");
-    row("harmless, any script", u"Звіт 2026 \U0001F600.txt"_qs, u"Звіт 2026 \U0001F600.txt"_qs);
-    row("absolute", u"/etc/passwd"_qs, u"passwd"_qs);
-    row("climbing", u"../../.ssh/authorized_keys"_qs, u"authorized_keys"_qs);
-    row("climbing with backslashes", u"..\\..\\x.txt"_qs, u"x.txt"_qs);
-    row("a folder", u"folder/"_qs, {});
-    row("dots only", u".."_qs, {});
-    row("climbing to nothing", u"a/.."_qs, {});
-    row("hidden", u".bashrc"_qs, u"bashrc"_qs);
-    row("spaces and dots around", u"  . name .txt. . "_qs, u"name .txt"_qs);
-    row("reserved characters", u"a<b>c:d\"e|f?g*h"_qs, u"a_b_c_d_e_f_g_h"_qs);
-    row("control characters", u"a\nb\tc\u0000d\u007fe"_qs, u"a_b_c_d_e"_qs);
-    row("direction of writing", u"photo\u202egnp.exe"_qs, u"photo_gnp.exe"_qs);
-    row("half of a pair", QString(u'a') + QChar(0xD83D) + u".txt"_qs, u"a\ufffd.txt"_qs);
-    row("too long", QString(300, u'a') + u".tar.gz"_qs, QString(193, u'a') + u".tar.gz"_qs);
-    row("too long in UTF-8", QString(150, u'\u4e2d') + u".mp4"_qs,
-        QString(65, u'\u4e2d') + u".mp4"_qs);
-    row("too long, no extension", u"a."_qs + QString(300, u'b'), u"a."_qs + QString(198, u'b'));
-}
+    void sanitizes()
+    {
+        QFETCH(const QString, suggestion);
+        QTEST(KovFileName::sanitized(suggestion), "expected");
+    }
 
-void TestKovFileName::sanitizes()
-{
-    QFETCH(const QString, suggestion);
-    QTEST(KovFileName::sanitized(suggestion), "expected");
-}
+    void anySuggestionStaysInTheFolder()
+    {
+        const QTemporaryDir root;
+        KovDownloadFolder folder(root.filePath(u"downloads"_qs), u"part"_qs);
+        const QStringList pieces{u".."_qs,  u"/"_qs, u"\\"_qs, u"a"_qs,      u"."_qs,
+                                 u"%2f"_qs, u" "_qs, u"~"_qs,  u"\u0000"_qs, u"\u2215"_qs};
+        int made = 0;
+        for (int i = 0; i < 1000; ++i) {
+            const QString name =
+                KovFileName::sanitized(pieces[i % 10] + pieces[i / 10 % 10] + pieces[i / 100]);
+            if (name.isEmpty())
+                continue;
+            QString error;
+            const auto file = folder.createFile(name, error);
+            QVERIFY2(file && file->commit(), qPrintable(error));
+            ++made;
+        }
+        const auto all = QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden;
+        QCOMPARE(QDir(root.filePath(u"downloads"_qs)).entryList(all).size(), made);
+        QCOMPARE(QDir(root.path()).entryList(all), QStringList{u"downloads"_qs});
+    }
 
-void TestKovFileName::anySuggestionStaysInTheFolder()
-{
-    const QTemporaryDir root;
-    KovDownloadFolder folder(root.filePath(u"downloads"_qs), u"part"_qs);
-    const QStringList pieces{u".."_qs,  u"/"_qs, u"\\"_qs, u"a"_qs,      u"."_qs,
-                             u"%2f"_qs, u" "_qs, u"~"_qs,  u"\u0000"_qs, u"\u2215"_qs};
-    int made = 0;
-    for (int i = 0; i < 1000; ++i) {
-        const QString name =
-            KovFileName::sanitized(pieces[i % 10] + pieces[i / 10 % 10] + pieces[i / 100]);
-        if (name.isEmpty())
-            continue;
+    void namesFromUrlsAndNumbers()
+    {
+        const auto fromUrl = [](const QString &url) { return KovFileName::fromUrl(QUrl(url)); };
+        QCOMPARE(fromUrl(u"http://h/a/%D0%B9%20x.zip?c=d.txt#e"_qs), u"й x.zip"_qs);
+        QCOMPARE(fromUrl(u"http://h/..%2F..%2Fx.txt"_qs), u"x.txt"_qs);
+        QCOMPARE(fromUrl(u"http://h/"_qs), u"download"_qs);
+        QCOMPARE(KovFileName::numbered(u"a.txt"_qs, 1), u"a.txt"_qs);
+        QCOMPARE(KovFileName::numbered(u"%2.tar.gz"_qs, 10), u"%2 (10).tar.gz"_qs);
+        QCOMPARE(KovFileName::numbered(u"a"_qs, 3), u"a (3)"_qs);
+    }
+
+    void filesGetTheirOwnNames()
+    {
+        const QTemporaryDir root;
+        QVERIFY(QFile::link(u"/nowhere"_qs, root.filePath(u"a (2).txt"_qs)));
+        QVERIFY(QDir(root.path()).mkdir(u"a (4).txt.part"_qs));
+        KovDownloadFolder folder(root.path(), u"part"_qs);
         QString error;
-        const auto file = folder.createFile(name, error);
-        QVERIFY2(file && file->commit(), qPrintable(error));
-        ++made;
+        std::vector<std::unique_ptr<KovDownloadFile>> files;
+        for (const QString &name : {u"a.txt"_qs, u"a (3).txt"_qs, u"a (5).txt"_qs}) {
+            files.push_back(folder.createFile(u"a.txt"_qs, error));
+            QVERIFY2(files.back(), qPrintable(error));
+            QCOMPARE(QFileInfo(files.back()->path()).fileName(), name);
+        }
+        QVERIFY(files.at(1)->write("three") && files.at(1)->commit());
+        QCOMPARE(QFileInfo(root.filePath(u"a (3).txt"_qs)).size(), 5);
+        // An abandoned file leaves nothing, and its name is free again.
+        files.clear();
+        QCOMPARE(QDir(root.path()).entryList(QDir::Files), QStringList{u"a (3).txt"_qs});
+        QCOMPARE(folder.createFile(u"a.txt"_qs, error)->path(), root.filePath(u"a.txt"_qs));
     }
-    const auto all = QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden;
-    QCOMPARE(QDir(root.filePath(u"downloads"_qs)).entryList(all).size(), made);
-    QCOMPARE(QDir(root.path()).entryList(all), QStringList{u"downloads"_qs});
-}
 
-void TestKovFileName::namesFromUrlsAndNumbers()
-{
-    const auto fromUrl = [](const QString &url) { return KovFileName::fromUrl(QUrl(url)); };
-    QCOMPARE(fromUrl(u"http://h/a/%D0%B9%20x.zip?c=d.txt#e"_qs), u"й x.zip"_qs);
-    QCOMPARE(fromUrl(u"http://h/..%2F..%2Fx.txt"_qs), u"x.txt"_qs);
-    QCOMPARE(fromUrl(u"http://h/"_qs), u"download"_qs);
-    QCOMPARE(KovFileName::numbered(u"a.txt"_qs, 1), u"a.txt"_qs);
-    QCOMPARE(KovFileName::numbered(u"%2.tar.gz"_qs, 10), u"%2 (10).tar.gz"_qs);
-    QCOMPARE(KovFileName::numbered(u"a"_qs, 3), u"a (3)"_qs);
-}
-
-void TestKovFileName::filesGetTheirOwnNames()
-{
-    const QTemporaryDir root;
-    QVERIFY(QFile::link(u"/nowhere"_qs, root.filePath(u"a (2).txt"_qs)));
-    QVERIFY(QDir(root.path()).mkdir(u"a (4).txt.part"_qs));
-    KovDownloadFolder folder(root.path(), u"part"_qs);
-    QString error;
-    std::vector<std::unique_ptr<KovDownloadFile>> files;
-    for (const QString &name : {u"a.txt"_qs, u"a (3).txt"_qs, u"a (5).txt"_qs}) {
-        files.push_back(folder.createFile(u"a.txt"_qs, error));
-        QVERIFY2(files.back(), qPrintable(error));
-        QCOMPARE(QFileInfo(files.back()->path()).fileName(), name);
+    void commitReplacesNothing()
+    {
+        const QTemporaryDir root;
+        KovDownloadFolder folder(root.path(), u"part"_qs);
+        QString error;
+        const auto file = folder.createFile(u"a.txt"_qs, error);
+        QVERIFY(file->write("download"));
+        QFile other(root.filePath(u"a.txt"_qs));
+        QVERIFY(other.open(QIODevice::ReadWrite));
+        QVERIFY(file->commit());
+        QCOMPARE(file->path(), root.filePath(u"a (2).txt"_qs));
+        QCOMPARE(QDir(root.path()).entryList(QDir::Files),
+                 (QStringList{u"a (2).txt"_qs, u"a.txt"_qs}));
+        QCOMPARE(other.size(), 0);
     }
-    QVERIFY(files.at(1)->write("three") && files.at(1)->commit());
-    QCOMPARE(QFileInfo(root.filePath(u"a (3).txt"_qs)).size(), 5);
-    // An abandoned file leaves nothing, and its name is free again.
-    files.clear();
-    QCOMPARE(QDir(root.path()).entryList(QDir::Files), QStringList{u"a (3).txt"_qs});
-    QCOMPARE(folder.createFile(u"a.txt"_qs, error)->path(), root.filePath(u"a.txt"_qs));
-}
 
-void TestKovFileName::commitReplacesNothing()
-{
-    const QTemporaryDir root;
-    KovDownloadFolder folder(root.path(), u"part"_qs);
-    QString error;
-    const auto file = folder.createFile(u"a.txt"_qs, error);
-    QVERIFY(file->write("download"));
-    QFile other(root.filePath(u"a.txt"_qs));
-    QVERIFY(other.open(QIODevice::ReadWrite));
-    QVERIFY(file->commit());
-    QCOMPARE(file->path(), root.filePath(u"a (2).txt"_qs));
-    QCOMPARE(QDir(root.path()).entryList(QDir::Files), (QStringList{u"a (2).txt"_qs, u"a.txt"_qs}));
-    QCOMPARE(other.size(), 0);
-}
+    void partialFiles_data()
+    {
+        const Rows<QString, QString> row("suffix", "expected");
+        row("usual", u"kovdownload"_qs, u"a.txt.kovdownload"_qs);
+        row("none", {}, u"a.txt"_qs);
+        row("with its dot", u".part"_qs, u"a.txt.part"_qs);
+        row("climbing", u"/../../x"_qs, u"a.txt.x"_qs);
+    }
 
-void TestKovFileName::partialFiles_data()
-{
-    const Rows<QString, QString> row("suffix", "expected");
-    row("usual", u"kovdownload"_qs, u"a.txt.kovdownload"_qs);
-    row("none", {}, u"a.txt"_qs);
-    row("with its dot", u".part"_qs, u"a.txt.part"_qs);
-    row("climbing", u"/../../x"_qs, u"a.txt.x"_qs);
-}
+    void partialFiles()
+    {
+        QFETCH(const QString, suffix);
+        const QTemporaryDir root;
+        QString error;
+        const auto file = KovDownloadFolder(root.path(), suffix).createFile(u"a.txt"_qs, error);
+        QVERIFY2(file, qPrintable(error));
+        QTEST(QDir(root.path()).entryList(QDir::Files).join(u' '), "expected");
+        QVERIFY(file->commit());
+        QCOMPARE(QDir(root.path()).entryList(QDir::Files), QStringList{u"a.txt"_qs});
+    }
 
-void TestKovFileName::partialFiles()
-{
-    QFETCH(const QString, suffix);
-    const QTemporaryDir root;
-    QString error;
-    const auto file = KovDownloadFolder(root.path(), suffix).createFile(u"a.txt"_qs, error);
-    QVERIFY2(file, qPrintable(error));
-    QTEST(QDir(root.path()).entryList(QDir::Files).join(u' '), "expected");
-    QVERIFY(file->commit());
-    QCOMPARE(QDir(root.path()).entryList(QDir::Files), QStringList{u"a.txt"_qs});
-}
-
-void TestKovFileName::errorsAreTold()
-{
-    const QTemporaryDir root;
-    QFile inTheWay(root.filePath(u"file"_qs));
-    QVERIFY(inTheWay.open(QIODevice::WriteOnly));
-    QString error;
-    QVERIFY(!KovDownloadFolder(inTheWay.fileName(), {}).createFile(u"a"_qs, error));
-    QVERIFY(error.contains(inTheWay.fileName()));
-    KovDownloadFolder folder(root.path(), QString(200, u's'));
-    QVERIFY(!folder.createFile(QString(200, u'n'), error));
-    QVERIFY(error.contains(u"too long"));
-}
+    void errorsAreTold()
+    {
+        const QTemporaryDir root;
+        QFile inTheWay(root.filePath(u"file"_qs));
+        QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+        QString error;
+        QVERIFY(!KovDownloadFolder(inTheWay.fileName(), {}).createFile(u"a"_qs, error));
+        QVERIFY(error.contains(inTheWay.fileName()));
+        KovDownloadFolder folder(root.path(), QString(200, u's'));
+        QVERIFY(!folder.createFile(QString(200, u'n'), error));
+        QVERIFY(error.contains(u"too long"));
+    }
+};
 
 QTEST_GUILESS_MAIN(TestKovFileName)
 #include "tst_kovfilename.moc"

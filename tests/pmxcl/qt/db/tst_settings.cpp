@@ -90,360 +90,347 @@ struct Fault {
 class TestSettings : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void init();
+    void init()
+    {
+        QTest::failOnWarning(QRegularExpression(u"."_qs));
+        m_dir = std::make_unique<QTemporaryDir>();
+        m_path = m_dir->filePath(u"db.sqlite"_qs);
+    }
     void cleanup() { ::umount2(QFile::encodeName(m_dir->path()).constData(), MNT_DETACH); }
 
-    void setValues_data();
-    void setValues();
-    void defaultsAndWholeTables();
-    void signalsComeWithoutTheLock();
-    void mirrorsEveryChange();
-    void eightThreads();
-    void databaseOfOneThread();
-    void faults_data();
-    void faults();
-    void diskFillsUpAndEmpties();
-    void lockedForLong();
-    void refusedValue();
-    void manyProcesses();
-    void killedWhileWriting();
+    void setValues_data()
+    {
+        const Rows<ValuesList, ValuesList, Values> row("given", "reported", "kept");
+        const Values before{{u"a"_qs, u"x"_qs}};
+        row("none", {}, {}, before);
+        row("as they are", {{u"a"_qs, u"x"_qs}, {u"d"_qs, u"1"_qs}, {u"no"_qs, u""_qs}}, {},
+            before);
+        row("some differ", {{u"a"_qs, u"x"_qs}, {u"b"_qs, u"y"_qs}}, {{u"b"_qs, u"y"_qs}},
+            {{u"a"_qs, u"x"_qs}, {u"b"_qs, u"y"_qs}});
+        const ValuesList twice{{u"a"_qs, u"1"_qs}, {u"a"_qs, u"2"_qs}};
+        row("same key twice", twice, twice, {{u"a"_qs, u"2"_qs}});
+        row("same key there and back", {{u"a"_qs, u"1"_qs}, {u"a"_qs, u"x"_qs}},
+            {{u"a"_qs, u"1"_qs}}, {{u"a"_qs, u"1"_qs}});
+        row("emptied", {{u"a"_qs, u""_qs}}, {{u"a"_qs, u""_qs}}, {{u"a"_qs, u""_qs}});
+    }
+
+    void setValues()
+    {
+        QFETCH(const ValuesList, given);
+        QFETCH(const ValuesList, reported);
+        QtAppSettingsInSqlManager settings(database(m_path));
+        settings.setDefaultValue(u"d"_qs, u"1"_qs);
+        settings.setValue(u"a"_qs, u"x"_qs);
+        const QSignalSpy spy(&settings, &QtAppSettingsInMemoryManager::valuesChanged);
+        settings.setValues(given, u"me"_qs);
+        QList<QVariantList> signalled;
+        if (!reported.isEmpty())
+            signalled.append({QVariant::fromValue(reported), u"me"_qs});
+        QCOMPARE(spy, signalled);
+        QTEST(settings.allValues(), "kept");
+        QTEST(stored(m_path), "kept");
+    }
+
+    void defaultsAndWholeTables()
+    {
+        QtAppSettingsInMemoryManager settings;
+        const QSignalSpy reset(&settings, &QtAppSettingsInMemoryManager::settingsResetToDefaults);
+        const QSignalSpy all(&settings, &QtAppSettingsInMemoryManager::allValuesChanged);
+        settings.resetToDefaults(u"me"_qs);
+        QCOMPARE(reset.size(), 0);
+
+        settings.setAllDefaultValues({{u"a"_qs, u"1"_qs}, {u"b"_qs, u"2"_qs}});
+        settings.setValue(u"a"_qs, u"x"_qs);
+        settings.setValue(u"a"_qs, u"1"_qs);
+        QCOMPARE(settings.allValues(), (Values{{u"a"_qs, u"1"_qs}}));
+        settings.setAllDefaultValues({{u"a"_qs, u"3"_qs}});
+        QCOMPARE(settings.value(u"a"_qs), u"1");
+        QVERIFY(settings.value(u"b"_qs).isNull());
+
+        settings.resetToDefaults(u"me"_qs);
+        QCOMPARE(reset, (QList<QVariantList>{{u"me"_qs}}));
+        QCOMPARE(settings.value(u"a"_qs), u"3");
+        // Told whether anything differs or not.
+        settings.setAllValues({{u"a"_qs, u"1"_qs}}, u"one"_qs);
+        settings.setAllValues({{u"a"_qs, u"1"_qs}}, u"same again"_qs);
+        QCOMPARE(all, (QList<QVariantList>{{u"one"_qs}, {u"same again"_qs}}));
+    }
+
+    /// A listener that changes settings again would stand still if it were called under the lock.
+    void signalsComeWithoutTheLock()
+    {
+        QtAppSettingsInMemoryManager settings;
+        const auto changeMore = [&settings] {
+            settings.setValue(u"n"_qs, QString::number(settings.allValues().size()));
+        };
+        using Manager = QtAppSettingsInMemoryManager;
+        connect(&settings, &Manager::valuesChanged, &settings, changeMore);
+        connect(&settings, &Manager::allValuesChanged, &settings, changeMore);
+        connect(&settings, &Manager::settingsResetToDefaults, &settings, changeMore);
+        settings.setValue(u"a"_qs, u"1"_qs);
+        QCOMPARE(settings.value(u"n"_qs), u"2");
+        settings.setAllValues({}, {});
+        settings.resetToDefaults({});
+        QCOMPARE(settings.value(u"n"_qs), u"1");
+    }
+
+    void mirrorsEveryChange()
+    {
+        const auto db = database(m_path);
+        const LogCapture log;
+        {
+            QtAppSettingsInSqlManager settings(db);
+            settings.setAllValues({{u"d"_qs, u"6"_qs}, {u"e"_qs, u"7"_qs}}, u"me"_qs);
+            settings.setValue(u"e"_qs, u""_qs);
+            const QSignalSpy writes(db.data(), &MultiThreadedSqlDatabaseManager::databaseChanged);
+            settings.setValues({{u"d"_qs, u"6"_qs}}, u"me"_qs);
+            QCOMPARE(writes.size(), 0);
+        }
+        QCOMPARE(stored(m_path), (Values{{u"d"_qs, u"6"_qs}, {u"e"_qs, u""_qs}}));
+        QtAppSettingsInSqlManager(db).resetToDefaults(u"me"_qs);
+        QCOMPARE(stored(m_path), Values());
+        const QString line =
+            u"[QtAppSettingsInSqlManager]: got %1 records in the settings table"_qs;
+        QCOMPARE(log.texts(), (QStringList{line.arg(0), line.arg(2), line.arg(2), line.arg(0)}));
+    }
+
+    void eightThreads()
+    {
+        QtAppSettingsInSqlManager settings(database(m_path));
+        std::vector<std::unique_ptr<QThread>> threads;
+        for (int number = 0; number < 8; ++number) {
+            threads.emplace_back(QThread::create([&settings, number] {
+                const QString own = u"own%1"_qs.arg(number);
+                for (int i = 0; i < 40; ++i) {
+                    const QString text = settings.value(u"shared"_qs) + own.right(1);
+                    settings.setValues({{own, text}, {u"shared"_qs, text}}, own);
+                    if (i % 10 == number)
+                        settings.setAllValues({{u"shared"_qs, text}}, own);
+                }
+            }));
+            threads.back()->start();
+        }
+        for (const auto &thread : threads)
+            QVERIFY(thread->wait());
+        QVERIFY(settings.value(u"shared"_qs).size() > 40);
+        QCOMPARE(QSqlDatabase::connectionNames().size(), 1);
+        QCOMPARE(stored(m_path), settings.allValues());
+    }
+
+    /// Its connection cannot be used by other threads, so their changes come to it.
+    void databaseOfOneThread()
+    {
+        const auto db = QSharedPointer<SqlDatabaseManager>::create(
+            m_path, u"one"_qs, QSharedPointer<QRecursiveMutex>::create());
+        QVERIFY(db->openDatabase());
+        QtAppSettingsInSqlManager settings(db);
+        const std::unique_ptr<QThread> thread(
+            QThread::create([&settings] { settings.setValue(u"a"_qs, u"1"_qs); }));
+        thread->start();
+        QVERIFY(thread->wait());
+        QCOMPARE(settings.value(u"a"_qs), u"1");
+        QCOMPARE(stored(m_path), Values());
+        QCoreApplication::processEvents();
+        QCOMPARE(stored(m_path), settings.allValues());
+    }
+
+    void faults_data()
+    {
+        const Rows<Fault, QString, int> row("fault", "reason", "logged");
+        const QString cannotOpen = u"unable to open database file"_qs;
+        const QString malformed = u"database disk image is malformed"_qs;
+        row("not a database", {.content = QByteArray(5000, 'x')}, u"file is not a database"_qs, 1);
+        row("truncated", {.rows = 1000, .truncateTo = 8192}, malformed, 1);
+        row("truncated within the header", {.rows = 1, .truncateTo = 50}, malformed, 1);
+        row("folder cannot be made", {.fileInPlaceOfFolder = true}, cannotOpen, 2);
+        row("read-only folder", {.readOnly = true}, cannotOpen, 2);
+        row("read-only folder, older table", {.rows = 1, .older = true, .readOnly = true},
+            u"attempt to write a readonly database"_qs, 1);
+        row("full disk", {.full = true}, u"database or disk is full"_qs, 1);
+    }
+
+    void faults()
+    {
+        QFETCH(const Fault, fault);
+        QFETCH(const QString, reason);
+        QFETCH(const int, logged);
+        if ((fault.readOnly || fault.full) && !mountSmallDisk(m_dir->path()))
+            QSKIP("only root can mount a file system");
+        if (fault.rows > 0) {
+            const auto db = database(m_path);
+            // The write-ahead log could not be read in a read-only folder.
+            const QStringList statements{
+                u"PRAGMA journal_mode=DELETE"_qs,
+                u"CREATE TABLE Settings (Name TEXT%1, PRIMARY KEY (Name))"_qs.arg(
+                    fault.older ? u""_qs : u", Value TEXT"_qs),
+                u"WITH RECURSIVE n(i) AS (VALUES (1) UNION ALL SELECT i + 1 FROM n WHERE i < %1) "
+                "INSERT INTO Settings (Name) SELECT 'a name of a setting ' || i FROM n"_qs.arg(
+                    fault.rows)};
+            for (const QString &sql : statements)
+                QVERIFY(db->createQuery(sql).exec());
+        }
+        QFile file(m_path);
+        if (fault.fileInPlaceOfFolder)
+            m_path += u"/db.sqlite"_qs;
+        if (!fault.readOnly) {
+            QVERIFY(file.open(QIODevice::ReadWrite));
+            QVERIFY(fault.truncateTo < 0 || file.resize(fault.truncateTo));
+            file.write(fault.content);
+            file.close();
+        }
+        if (fault.readOnly)
+            QCOMPARE(::mount(nullptr, QFile::encodeName(m_dir->path()).constData(), nullptr,
+                             MS_REMOUNT | MS_RDONLY, nullptr),
+                     0);
+        if (fault.full)
+            fillUp(m_dir->path());
+        const auto content = [&file] {
+            QFile copy(file.fileName());
+            return copy.open(QIODevice::ReadOnly) ? copy.readAll() : QByteArray();
+        };
+        const QByteArray before = content();
+
+        const LogCapture log;
+        for (int opening = 0; opening < 2; ++opening) {
+            QtAppSettingsInSqlManager settings(database(m_path));
+            settings.setDefaultValue(u"a"_qs, u"default"_qs);
+            for (const QString &value : {u"1"_qs, u"2"_qs, u"3"_qs})
+                settings.setValue(u"b"_qs, value);
+            settings.setAllValues(settings.allValues(), {});
+            QCOMPARE(settings.value(u"a"_qs), u"default");
+            QCOMPARE(settings.value(u"b"_qs), u"3");
+            settings.resetToDefaults({});
+            QVERIFY(settings.value(u"b"_qs).isNull());
+        }
+        QCOMPARE(log.texts().filter(reason).size(), 1);
+        QCOMPARE(log.texts().filter(QRegularExpression(u"WARNING|ASSERTION"_qs)).size(), logged);
+        QCOMPARE(content(), before);
+    }
+
+    void diskFillsUpAndEmpties()
+    {
+        if (!mountSmallDisk(m_dir->path()))
+            QSKIP("only root can mount a file system");
+        const LogCapture log;
+        QString big(50'000, u'x');
+        QtAppSettingsInSqlManager settings(database(m_path));
+        settings.setAllValues({{u"a"_qs, u"1"_qs}, {u"b"_qs, u"1"_qs}}, {});
+        for (int round = 1; round <= 2; ++round) {
+            const Values before = stored(m_path);
+            fillUp(m_dir->path());
+            for (int i = 0; i < 3; ++i) {
+                settings.setValues({{u"a"_qs, big += u'y'}, {u"c"_qs, big}}, {});
+                settings.setAllValues({{u"a"_qs, big += u'z'}}, {});
+            }
+            QCOMPARE(settings.value(u"a"_qs), big);
+            QCOMPARE(
+                log.texts().filter(u"cannot store settings: database or disk is full"_qs).size(),
+                round);
+            QCOMPARE(stored(m_path), before);
+            QVERIFY(QFile::remove(m_dir->filePath(u"filler"_qs)));
+            settings.setValue(u"b"_qs, QString::number(round));
+            QCOMPARE(stored(m_path), settings.allValues());
+        }
+    }
+
+    /// Another process, stopped while it writes, is waited for once and not with every value.
+    void lockedForLong()
+    {
+        const LogCapture log;
+        QtAppSettingsInSqlManager settings(database(m_path));
+        SqlDatabaseManager other(m_path, u"other"_qs, QSharedPointer<QRecursiveMutex>::create());
+        QVERIFY(other.openDatabase() && other.createQuery(u"BEGIN IMMEDIATE"_qs).exec());
+        ValuesList values;
+        for (int i = 0; i < 20; ++i)
+            values.emplace_back(QString::number(i), u"1"_qs);
+        QElapsedTimer timer;
+        timer.start();
+        settings.setValues(values, {});
+        QVERIFY(timer.hasExpired(1000) && !timer.hasExpired(15'000));
+        QCOMPARE(log.texts().filter(u"WARNING: cannot store settings"_qs).size(), 1);
+        QVERIFY(other.createQuery(u"COMMIT"_qs).exec());
+        settings.setValue(u"0"_qs, u"2"_qs);
+        QCOMPARE(stored(m_path), settings.allValues());
+    }
+
+    /// The others of the same change are stored, and so is it when it is no longer refused.
+    void refusedValue()
+    {
+        const LogCapture log;
+        const auto db = database(m_path);
+        QtAppSettingsInSqlManager settings(db);
+        QVERIFY(
+            db->createQuery(u"CREATE TRIGGER t BEFORE INSERT ON Settings WHEN NEW.Value = 'bad' "
+                            "BEGIN SELECT RAISE(ABORT, 'refused'); END"_qs)
+                .exec());
+        ValuesList values{{u"bad"_qs, u"bad"_qs}};
+        for (int i = 0; i < 20; ++i)
+            values.emplace_back(QString::number(i), u"good"_qs);
+        settings.setValues(values, {});
+        settings.setValue(u"0"_qs, u"better"_qs);
+        Values expected = settings.allValues();
+        QCOMPARE(expected.take(u"bad"_qs), u"bad");
+        QCOMPARE(stored(m_path), expected);
+        QCOMPARE(log.texts().filter(u"refused"_qs).size(), 1);
+        QVERIFY(log.texts()
+                    .filter(u"ASSERTION"_qs)
+                    .value(0)
+                    .startsWith(u"ASSERTION FAILED: m_table->write(p.first, p.second), "
+                                "../../src/pmxcl/qt/db/qtappsettingsinsqlmanager,"));
+        QVERIFY(db->createQuery(u"DROP TRIGGER t"_qs).exec());
+        settings.setValue(u"0"_qs, u"best"_qs);
+        QCOMPARE(stored(m_path), settings.allValues());
+    }
+
+    void manyProcesses()
+    {
+        // They start on no file at all, so they also create it at the same time.
+        const QStringList prefixes{u"a"_qs, u"b"_qs, u"c"_qs, u"d"_qs};
+        for (int round = 0; round < 3; ++round) {
+            init();
+            std::vector<std::unique_ptr<QProcess>> writers;
+            for (const QString &prefix : prefixes)
+                writers.push_back(startWriter(m_path, prefix, 1, 20));
+            for (const auto &writer : writers) {
+                QVERIFY(writer->waitForFinished());
+                QCOMPARE(writer->exitStatus(), QProcess::NormalExit);
+                QCOMPARE(writer->exitCode(), 0);
+            }
+            const Values values = stored(m_path);
+            QCOMPARE(values.size(), 200);
+            QCOMPARE(values.values().count(u"20"_qs), 200);
+        }
+    }
+
+    void killedWhileWriting()
+    {
+        int last = 0;
+        for (int round = 0; round < 100; ++round) {
+            const auto writer = startWriter(m_path, u"a"_qs, last + 1, last + 1'000'000);
+            QByteArray told;
+            while (told.count('\n') <= round % 4) {
+                QVERIFY(writer->waitForReadyRead());
+                told += writer->readAll();
+            }
+            writer->kill();
+            QVERIFY(writer->waitForFinished());
+            QCOMPARE(writer->exitStatus(), QProcess::CrashExit);
+            told += writer->readAll();
+            const int committed = told.left(told.lastIndexOf('\n')).split('\n').last().toInt();
+
+            QVERIFY(!database(m_path)->checkIfCorrupt());
+            const Values values = stored(m_path);
+            QCOMPARE(values.size(), 50);
+            last = values.value(u"a0"_qs).toInt();
+            QVERIFY(last == committed || last == committed + 1);
+            QCOMPARE(values.values().count(QString::number(last)), 50);
+        }
+    }
 
 private:
     std::unique_ptr<QTemporaryDir> m_dir;
     QString m_path;
 };
-
-void TestSettings::init()
-{
-    QTest::failOnWarning(QRegularExpression(u"."_qs));
-    m_dir = std::make_unique<QTemporaryDir>();
-    m_path = m_dir->filePath(u"db.sqlite"_qs);
-}
-
-void TestSettings::setValues_data()
-{
-    const Rows<ValuesList, ValuesList, Values> row("given", "reported", "kept");
-    const Values before{{u"a"_qs, u"x"_qs}};
-    row("none", {}, {}, before);
-    row("as they are", {{u"a"_qs, u"x"_qs}, {u"d"_qs, u"1"_qs}, {u"no"_qs, u""_qs}}, {}, before);
-    row("some differ", {{u"a"_qs, u"x"_qs}, {u"b"_qs, u"y"_qs}}, {{u"b"_qs, u"y"_qs}},
-        {{u"a"_qs, u"x"_qs}, {u"b"_qs, u"y"_qs}});
-    const ValuesList twice{{u"a"_qs, u"1"_qs}, {u"a"_qs, u"2"_qs}};
-    row("same key twice", twice, twice, {{u"a"_qs, u"2"_qs}});
-    row("same key there and back", {{u"a"_qs, u"1"_qs}, {u"a"_qs, u"x"_qs}}, {{u"a"_qs, u"1"_qs}},
-        {{u"a"_qs, u"1"_qs}});
-    row("emptied", {{u"a"_qs, u""_qs}}, {{u"a"_qs, u""_qs}}, {{u"a"_qs, u""_qs}});
-}
-
-void TestSettings::setValues()
-{
-    QFETCH(const ValuesList, given);
-    QFETCH(const ValuesList, reported);
-    QtAppSettingsInSqlManager settings(database(m_path));
-    settings.setDefaultValue(u"d"_qs, u"1"_qs);
-    settings.setValue(u"a"_qs, u"x"_qs);
-    const QSignalSpy spy(&settings, &QtAppSettingsInMemoryManager::valuesChanged);
-    settings.setValues(given, u"me"_qs);
-    QList<QVariantList> signalled;
-    if (!reported.isEmpty())
-        signalled.append({QVariant::fromValue(reported), u"me"_qs});
-    QCOMPARE(spy, signalled);
-    QTEST(settings.allValues(), "kept");
-    QTEST(stored(m_path), "kept");
-}
-
-void TestSettings::defaultsAndWholeTables()
-{
-    QtAppSettingsInMemoryManager settings;
-    const QSignalSpy reset(&settings, &QtAppSettingsInMemoryManager::settingsResetToDefaults);
-    const QSignalSpy all(&settings, &QtAppSettingsInMemoryManager::allValuesChanged);
-    settings.resetToDefaults(u"me"_qs);
-    QCOMPARE(reset.size(), 0);
-
-    settings.setAllDefaultValues({{u"a"_qs, u"1"_qs}, {u"b"_qs, u"2"_qs}});
-    settings.setValue(u"a"_qs, u"x"_qs);
-    settings.setValue(u"a"_qs, u"1"_qs);
-    QCOMPARE(settings.allValues(), (Values{{u"a"_qs, u"1"_qs}}));
-    settings.setAllDefaultValues({{u"a"_qs, u"3"_qs}});
-    QCOMPARE(settings.value(u"a"_qs), u"1");
-    QVERIFY(settings.value(u"b"_qs).isNull());
-
-    settings.resetToDefaults(u"me"_qs);
-    QCOMPARE(reset, (QList<QVariantList>{{u"me"_qs}}));
-    QCOMPARE(settings.value(u"a"_qs), u"3");
-    // Told whether anything differs or not.
-    settings.setAllValues({{u"a"_qs, u"1"_qs}}, u"one"_qs);
-    settings.setAllValues({{u"a"_qs, u"1"_qs}}, u"same again"_qs);
-    QCOMPARE(all, (QList<QVariantList>{{u"one"_qs}, {u"same again"_qs}}));
-}
-
-/// A listener that changes settings again would stand still if it were called under the lock.
-void TestSettings::signalsComeWithoutTheLock()
-{
-    QtAppSettingsInMemoryManager settings;
-    const auto changeMore = [&settings] {
-        settings.setValue(u"n"_qs, QString::number(settings.allValues().size()));
-    };
-    using Manager = QtAppSettingsInMemoryManager;
-    connect(&settings, &Manager::valuesChanged, &settings, changeMore);
-    connect(&settings, &Manager::allValuesChanged, &settings, changeMore);
-    connect(&settings, &Manager::settingsResetToDefaults, &settings, changeMore);
-    settings.setValue(u"a"_qs, u"1"_qs);
-    QCOMPARE(settings.value(u"n"_qs), u"2");
-    settings.setAllValues({}, {});
-    settings.resetToDefaults({});
-    QCOMPARE(settings.value(u"n"_qs), u"1");
-}
-
-void TestSettings::mirrorsEveryChange()
-{
-    const auto db = database(m_path);
-    const LogCapture log;
-    {
-        QtAppSettingsInSqlManager settings(db);
-        settings.setAllValues({{u"d"_qs, u"6"_qs}, {u"e"_qs, u"7"_qs}}, u"me"_qs);
-        settings.setValue(u"e"_qs, u""_qs);
-        const QSignalSpy writes(db.data(), &MultiThreadedSqlDatabaseManager::databaseChanged);
-        settings.setValues({{u"d"_qs, u"6"_qs}}, u"me"_qs);
-        QCOMPARE(writes.size(), 0);
-    }
-    QCOMPARE(stored(m_path), (Values{{u"d"_qs, u"6"_qs}, {u"e"_qs, u""_qs}}));
-    QtAppSettingsInSqlManager(db).resetToDefaults(u"me"_qs);
-    QCOMPARE(stored(m_path), Values());
-    const QString line = u"[QtAppSettingsInSqlManager]: got %1 records in the settings table"_qs;
-    QCOMPARE(log.texts(), (QStringList{line.arg(0), line.arg(2), line.arg(2), line.arg(0)}));
-}
-
-void TestSettings::eightThreads()
-{
-    QtAppSettingsInSqlManager settings(database(m_path));
-    std::vector<std::unique_ptr<QThread>> threads;
-    for (int number = 0; number < 8; ++number) {
-        threads.emplace_back(QThread::create([&settings, number] {
-            const QString own = u"own%1"_qs.arg(number);
-            for (int i = 0; i < 40; ++i) {
-                const QString text = settings.value(u"shared"_qs) + own.right(1);
-                settings.setValues({{own, text}, {u"shared"_qs, text}}, own);
-                if (i % 10 == number)
-                    settings.setAllValues({{u"shared"_qs, text}}, own);
-            }
-        }));
-        threads.back()->start();
-    }
-    for (const auto &thread : threads)
-        QVERIFY(thread->wait());
-    QVERIFY(settings.value(u"shared"_qs).size() > 40);
-    QCOMPARE(QSqlDatabase::connectionNames().size(), 1);
-    QCOMPARE(stored(m_path), settings.allValues());
-}
-
-/// Its connection cannot be used by other threads, so their changes come to it.
-void TestSettings::databaseOfOneThread()
-{
-    const auto db = QSharedPointer<SqlDatabaseManager>::create(
-        m_path, u"one"_qs, QSharedPointer<QRecursiveMutex>::create());
-    QVERIFY(db->openDatabase());
-    QtAppSettingsInSqlManager settings(db);
-    const std::unique_ptr<QThread> thread(
-        QThread::create([&settings] { settings.setValue(u"a"_qs, u"1"_qs); }));
-    thread->start();
-    QVERIFY(thread->wait());
-    QCOMPARE(settings.value(u"a"_qs), u"1");
-    QCOMPARE(stored(m_path), Values());
-    QCoreApplication::processEvents();
-    QCOMPARE(stored(m_path), settings.allValues());
-}
-
-void TestSettings::faults_data()
-{
-    const Rows<Fault, QString, int> row("fault", "reason", "logged");
-    const QString cannotOpen = u"unable to open database file"_qs;
-    const QString malformed = u"database disk image is malformed"_qs;
-    row("not a database", {.content = QByteArray(5000, 'x')}, u"file is not a database"_qs, 1);
-    row("truncated", {.rows = 1000, .truncateTo = 8192}, malformed, 1);
-    row("truncated within the header", {.rows = 1, .truncateTo = 50}, malformed, 1);
-    row("folder cannot be made", {.fileInPlaceOfFolder = true}, cannotOpen, 2);
-    row("read-only folder", {.readOnly = true}, cannotOpen, 2);
-    row("read-only folder, older table", {.rows = 1, .older = true, .readOnly = true},
-        u"attempt to write a readonly database"_qs, 1);
-    row("full disk", {.full = true}, u"database or disk is full"_qs, 1);
-}
-
-void TestSettings::faults()
-{
-    QFETCH(const Fault, fault);
-    QFETCH(const QString, reason);
-    QFETCH(const int, logged);
-    if ((fault.readOnly || fault.full) && !mountSmallDisk(m_dir->path()))
-        QSKIP("only root can mount a file system");
-    if (fault.rows > 0) {
-        const auto db = database(m_path);
-        // The write-ahead log could not be read in a read-only folder.
-        const QStringList statements{
-            u"PRAGMA journal_mode=DELETE"_qs,
-            u"CREATE TABLE Settings (Name TEXT%1, PRIMARY KEY (Name))"_qs.arg(
-                fault.older ? u""_qs : u", Value TEXT"_qs),
-            u"WITH RECURSIVE n(i) AS (VALUES (1) UNION ALL SELECT i + 1 FROM n WHERE i < %1) "
-            "INSERT INTO Settings (Name) SELECT 'a name of a setting ' || i FROM n"_qs.arg(
-                fault.rows)};
-        for (const QString &sql : statements)
-            QVERIFY(db->createQuery(sql).exec());
-    }
-    QFile file(m_path);
-    if (fault.fileInPlaceOfFolder)
-        m_path += u"/db.sqlite"_qs;
-    if (!fault.readOnly) {
-        QVERIFY(file.open(QIODevice::ReadWrite));
-        QVERIFY(fault.truncateTo < 0 || file.resize(fault.truncateTo));
-        file.write(fault.content);
-        file.close();
-    }
-    if (fault.readOnly)
-        QCOMPARE(::mount(nullptr, QFile::encodeName(m_dir->path()).constData(), nullptr,
-                         MS_REMOUNT | MS_RDONLY, nullptr),
-                 0);
-    if (fault.full)
-        fillUp(m_dir->path());
-    const auto content = [&file] {
-        QFile copy(file.fileName());
-        return copy.open(QIODevice::ReadOnly) ? copy.readAll() : QByteArray();
-    };
-    const QByteArray before = content();
-
-    const LogCapture log;
-    for (int opening = 0; opening < 2; ++opening) {
-        QtAppSettingsInSqlManager settings(database(m_path));
-        settings.setDefaultValue(u"a"_qs, u"default"_qs);
-        for (const QString &value : {u"1"_qs, u"2"_qs, u"3"_qs})
-            settings.setValue(u"b"_qs, value);
-        settings.setAllValues(settings.allValues(), {});
-        QCOMPARE(settings.value(u"a"_qs), u"default");
-        QCOMPARE(settings.value(u"b"_qs), u"3");
-        settings.resetToDefaults({});
-        QVERIFY(settings.value(u"b"_qs).isNull());
-    }
-    QCOMPARE(log.texts().filter(reason).size(), 1);
-    QCOMPARE(log.texts().filter(QRegularExpression(u"WARNING|ASSERTION"_qs)).size(), logged);
-    QCOMPARE(content(), before);
-}
-
-void TestSettings::diskFillsUpAndEmpties()
-{
-    if (!mountSmallDisk(m_dir->path()))
-        QSKIP("only root can mount a file system");
-    const LogCapture log;
-    QString big(50'000, u'x');
-    QtAppSettingsInSqlManager settings(database(m_path));
-    settings.setAllValues({{u"a"_qs, u"1"_qs}, {u"b"_qs, u"1"_qs}}, {});
-    for (int round = 1; round <= 2; ++round) {
-        const Values before = stored(m_path);
-        fillUp(m_dir->path());
-        for (int i = 0; i < 3; ++i) {
-            settings.setValues({{u"a"_qs, big += u'y'}, {u"c"_qs, big}}, {});
-            settings.setAllValues({{u"a"_qs, big += u'z'}}, {});
-        }
-        QCOMPARE(settings.value(u"a"_qs), big);
-        QCOMPARE(log.texts().filter(u"cannot store settings: database or disk is full"_qs).size(),
-                 round);
-        QCOMPARE(stored(m_path), before);
-        QVERIFY(QFile::remove(m_dir->filePath(u"filler"_qs)));
-        settings.setValue(u"b"_qs, QString::number(round));
-        QCOMPARE(stored(m_path), settings.allValues());
-    }
-}
-
-/// Another process, stopped while it writes, is waited for once and not with every value.
-void TestSettings::lockedForLong()
-{
-    const LogCapture log;
-    QtAppSettingsInSqlManager settings(database(m_path));
-    SqlDatabaseManager other(m_path, u"other"_qs, QSharedPointer<QRecursiveMutex>::create());
-    QVERIFY(other.openDatabase() && other.createQuery(u"BEGIN IMMEDIATE"_qs).exec());
-    ValuesList values;
-    for (int i = 0; i < 20; ++i)
-        values.emplace_back(QString::number(i), u"1"_qs);
-    QElapsedTimer timer;
-    timer.start();
-    settings.setValues(values, {});
-    QVERIFY(timer.hasExpired(1000) && !timer.hasExpired(15'000));
-    QCOMPARE(log.texts().filter(u"WARNING: cannot store settings"_qs).size(), 1);
-    QVERIFY(other.createQuery(u"COMMIT"_qs).exec());
-    settings.setValue(u"0"_qs, u"2"_qs);
-    QCOMPARE(stored(m_path), settings.allValues());
-}
-
-/// The others of the same change are stored, and so is it when it is no longer refused.
-void TestSettings::refusedValue()
-{
-    const LogCapture log;
-    const auto db = database(m_path);
-    QtAppSettingsInSqlManager settings(db);
-    QVERIFY(db->createQuery(u"CREATE TRIGGER t BEFORE INSERT ON Settings WHEN NEW.Value = 'bad' "
-                            "BEGIN SELECT RAISE(ABORT, 'refused'); END"_qs)
-                .exec());
-    ValuesList values{{u"bad"_qs, u"bad"_qs}};
-    for (int i = 0; i < 20; ++i)
-        values.emplace_back(QString::number(i), u"good"_qs);
-    settings.setValues(values, {});
-    settings.setValue(u"0"_qs, u"better"_qs);
-    Values expected = settings.allValues();
-    QCOMPARE(expected.take(u"bad"_qs), u"bad");
-    QCOMPARE(stored(m_path), expected);
-    QCOMPARE(log.texts().filter(u"refused"_qs).size(), 1);
-    QVERIFY(log.texts()
-                .filter(u"ASSERTION"_qs)
-                .value(0)
-                .startsWith(u"ASSERTION FAILED: m_table->write(p.first, p.second), "
-                            "../../src/pmxcl/qt/db/qtappsettingsinsqlmanager,"));
-    QVERIFY(db->createQuery(u"DROP TRIGGER t"_qs).exec());
-    settings.setValue(u"0"_qs, u"best"_qs);
-    QCOMPARE(stored(m_path), settings.allValues());
-}
-
-void TestSettings::manyProcesses()
-{
-    // They start on no file at all, so they also create it at the same time.
-    const QStringList prefixes{u"a"_qs, u"b"_qs, u"c"_qs, u"d"_qs};
-    for (int round = 0; round < 3; ++round) {
-        init();
-        std::vector<std::unique_ptr<QProcess>> writers;
-        for (const QString &prefix : prefixes)
-            writers.push_back(startWriter(m_path, prefix, 1, 20));
-        for (const auto &writer : writers) {
-            QVERIFY(writer->waitForFinished());
-            QCOMPARE(writer->exitStatus(), QProcess::NormalExit);
-            QCOMPARE(writer->exitCode(), 0);
-        }
-        const Values values = stored(m_path);
-        QCOMPARE(values.size(), 200);
-        QCOMPARE(values.values().count(u"20"_qs), 200);
-    }
-}
-
-void TestSettings::killedWhileWriting()
-{
-    int last = 0;
-    for (int round = 0; round < 100; ++round) {
-        const auto writer = startWriter(m_path, u"a"_qs, last + 1, last + 1'000'000);
-        QByteArray told;
-        while (told.count('\n') <= round % 4) {
-            QVERIFY(writer->waitForReadyRead());
-            told += writer->readAll();
-        }
-        writer->kill();
-        QVERIFY(writer->waitForFinished());
-        QCOMPARE(writer->exitStatus(), QProcess::CrashExit);
-        told += writer->readAll();
-        const int committed = told.left(told.lastIndexOf('\n')).split('\n').last().toInt();
-
-        QVERIFY(!database(m_path)->checkIfCorrupt());
-        const Values values = stored(m_path);
-        QCOMPARE(values.size(), 50);
-        last = values.value(u"a0"_qs).toInt();
-        QVERIFY(last == committed || last == committed + 1);
-        QCOMPARE(values.values().count(QString::number(last)), 50);
-    }
-}
 
 int main(int argc, char *argv[])
 {

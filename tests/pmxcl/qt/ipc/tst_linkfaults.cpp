@@ -68,12 +68,113 @@ QByteArray halfAFrame() { return QByteArray::fromHex("00000010 6161"); }
 class TestLinkFaults : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void serverKilledInTheMiddleOfAFrame200Times();
-    void halfClosed_data();
-    void halfClosed();
-    void neverReading();
+    void init()
+    {
+        // What Qt opens once for the process is there from now on.
+        QLocalSocket().connectToServer(u"/nowhere"_qs);
+        QCoreApplication::processEvents();
+        m_descriptors = openDescriptors();
+
+        m_clock = std::make_unique<TurnedClock>();
+        m_socket = QSharedPointer<QtLocalSocket>::create();
+        m_socket->setRequiredServerUser(::getuid());
+        m_part = QSharedPointer<RecordingPart>::create();
+        m_link = std::make_unique<QtAbstractSocketVhIpc>(m_socket, m_part, 0, false);
+        m_keeper = std::make_unique<QtSocketConnectionKeeper>(m_socket, nullptr, *m_clock);
+        m_keeper->setServerAddress(QtAbstractServerAddress(QFile::decodeName(m_path)));
+    }
+
+    void cleanup()
+    {
+        m_keeper.reset();
+        m_link.reset();
+        m_socket.reset();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCOMPARE(openDescriptors(), m_descriptors);
+    }
+
+    void serverKilledInTheMiddleOfAFrame200Times()
+    {
+        m_keeper->enable(true);
+        m_clock->advance(0);
+        int wait = 300;
+        for (int restart = 0; restart < 200; ++restart) {
+            // Every other connection lasts long enough to start the waits anew.
+            const bool lasts = restart % 2 == 0;
+            QCOMPARE(m_clock->nextTimerIn(), wait);
+            {
+                const ServerProcess server(m_path, halfAFrame());
+                QVERIFY(server.listening);
+                m_clock->advance(wait);
+                QVERIFY(isConnected());
+                QTRY_COMPARE(m_socket->ioDevice()->bytesAvailable(), 2);
+                m_clock->advance(0);
+                m_clock->advance(lasts ? 3000 : 2000);
+            }
+            QTRY_VERIFY(!isConnected());
+            m_clock->advance(0);
+            wait = lasts ? 300 : wait * 2;
+        }
+        QCOMPARE(m_part->maps().size(), 0);
+        QCOMPARE(m_part->connects().size(), 400);
+    }
+
+    void halfClosed_data()
+    {
+        const Rows<int> row("direction");
+        row("server stops writing", SHUT_WR);
+        row("server stops reading", SHUT_RD);
+    }
+
+    void halfClosed()
+    {
+        QFETCH(const int, direction);
+        const ServerProcess server(m_path, halfAFrame(), direction);
+        QVERIFY(server.listening);
+        m_keeper->enable(true);
+        for (const int wait : {300, 600, 1200}) {
+            QVERIFY(isConnected());
+            QTRY_VERIFY(m_socket->ioDevice()->bytesAvailable() == 2 || !isConnected());
+            if (direction == SHUT_RD)
+                m_link->send({{u"name"_qs, QString(1'000'000, u'x')}});
+            QTRY_VERIFY(!isConnected());
+            m_clock->advance(0);
+            QCOMPARE(m_clock->nextTimerIn(), wait);
+            m_clock->advance(wait);
+        }
+        QCOMPARE(m_part->maps().size(), 0);
+    }
+
+    void neverReading()
+    {
+        {
+            const ServerProcess server(m_path, {});
+            QVERIFY(server.listening);
+            m_keeper->enable(true);
+            for (int i = 0; i < 20; ++i)
+                m_link->send({{u"name"_qs, QString(500'000, u'x')}});
+            // The kernel takes what it has room for, the rest waits here and nothing else does.
+            QTRY_VERIFY(m_socket->ioDevice()->bytesToWrite() < 20'000'000);
+            QVERIFY(m_socket->ioDevice()->bytesToWrite() > 10'000'000);
+        }
+        QTRY_VERIFY(!isConnected());
+        QCOMPARE(m_socket->ioDevice()->bytesToWrite(), 0);
+
+        // The next server hears nothing of what was meant for the last one.
+        QLocalServer::removeServer(QFile::decodeName(m_path));
+        QLocalServer server;
+        QVERIFY(server.listen(QFile::decodeName(m_path)));
+        m_clock->advance(0);
+        m_clock->advance(300);
+        QVERIFY(isConnected());
+        m_link->send({{u"b"_qs, true}});
+        QVERIFY(server.waitForNewConnection(10'000));
+        const std::unique_ptr<QLocalSocket> peer(server.nextPendingConnection());
+        const QByteArray expected =
+            QByteArray::fromHex("00000010 00000001 00000002 0062 00000001 00 01");
+        QTRY_COMPARE(peer->bytesAvailable(), expected.size());
+        QCOMPARE(peer->readAll().toHex(), expected.toHex());
+    }
 
 private:
     bool isConnected() const { return m_socket->isConnected(); }
@@ -87,114 +188,6 @@ private:
     std::unique_ptr<QtAbstractSocketVhIpc> m_link;
     std::unique_ptr<QtSocketConnectionKeeper> m_keeper;
 };
-
-void TestLinkFaults::init()
-{
-    // What Qt opens once for the process is there from now on.
-    QLocalSocket().connectToServer(u"/nowhere"_qs);
-    QCoreApplication::processEvents();
-    m_descriptors = openDescriptors();
-
-    m_clock = std::make_unique<TurnedClock>();
-    m_socket = QSharedPointer<QtLocalSocket>::create();
-    m_socket->setRequiredServerUser(::getuid());
-    m_part = QSharedPointer<RecordingPart>::create();
-    m_link = std::make_unique<QtAbstractSocketVhIpc>(m_socket, m_part, 0, false);
-    m_keeper = std::make_unique<QtSocketConnectionKeeper>(m_socket, nullptr, *m_clock);
-    m_keeper->setServerAddress(QtAbstractServerAddress(QFile::decodeName(m_path)));
-}
-
-void TestLinkFaults::cleanup()
-{
-    m_keeper.reset();
-    m_link.reset();
-    m_socket.reset();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QCOMPARE(openDescriptors(), m_descriptors);
-}
-
-void TestLinkFaults::serverKilledInTheMiddleOfAFrame200Times()
-{
-    m_keeper->enable(true);
-    m_clock->advance(0);
-    int wait = 300;
-    for (int restart = 0; restart < 200; ++restart) {
-        // Every other connection lasts long enough to start the waits anew.
-        const bool lasts = restart % 2 == 0;
-        QCOMPARE(m_clock->nextTimerIn(), wait);
-        {
-            const ServerProcess server(m_path, halfAFrame());
-            QVERIFY(server.listening);
-            m_clock->advance(wait);
-            QVERIFY(isConnected());
-            QTRY_COMPARE(m_socket->ioDevice()->bytesAvailable(), 2);
-            m_clock->advance(0);
-            m_clock->advance(lasts ? 3000 : 2000);
-        }
-        QTRY_VERIFY(!isConnected());
-        m_clock->advance(0);
-        wait = lasts ? 300 : wait * 2;
-    }
-    QCOMPARE(m_part->maps().size(), 0);
-    QCOMPARE(m_part->connects().size(), 400);
-}
-
-void TestLinkFaults::halfClosed_data()
-{
-    const Rows<int> row("direction");
-    row("server stops writing", SHUT_WR);
-    row("server stops reading", SHUT_RD);
-}
-
-void TestLinkFaults::halfClosed()
-{
-    QFETCH(const int, direction);
-    const ServerProcess server(m_path, halfAFrame(), direction);
-    QVERIFY(server.listening);
-    m_keeper->enable(true);
-    for (const int wait : {300, 600, 1200}) {
-        QVERIFY(isConnected());
-        QTRY_VERIFY(m_socket->ioDevice()->bytesAvailable() == 2 || !isConnected());
-        if (direction == SHUT_RD)
-            m_link->send({{u"name"_qs, QString(1'000'000, u'x')}});
-        QTRY_VERIFY(!isConnected());
-        m_clock->advance(0);
-        QCOMPARE(m_clock->nextTimerIn(), wait);
-        m_clock->advance(wait);
-    }
-    QCOMPARE(m_part->maps().size(), 0);
-}
-
-void TestLinkFaults::neverReading()
-{
-    {
-        const ServerProcess server(m_path, {});
-        QVERIFY(server.listening);
-        m_keeper->enable(true);
-        for (int i = 0; i < 20; ++i)
-            m_link->send({{u"name"_qs, QString(500'000, u'x')}});
-        // The kernel takes what it has room for, the rest waits here and nothing else does.
-        QTRY_VERIFY(m_socket->ioDevice()->bytesToWrite() < 20'000'000);
-        QVERIFY(m_socket->ioDevice()->bytesToWrite() > 10'000'000);
-    }
-    QTRY_VERIFY(!isConnected());
-    QCOMPARE(m_socket->ioDevice()->bytesToWrite(), 0);
-
-    // The next server hears nothing of what was meant for the last one.
-    QLocalServer::removeServer(QFile::decodeName(m_path));
-    QLocalServer server;
-    QVERIFY(server.listen(QFile::decodeName(m_path)));
-    m_clock->advance(0);
-    m_clock->advance(300);
-    QVERIFY(isConnected());
-    m_link->send({{u"b"_qs, true}});
-    QVERIFY(server.waitForNewConnection(10'000));
-    const std::unique_ptr<QLocalSocket> peer(server.nextPendingConnection());
-    const QByteArray expected =
-        QByteArray::fromHex("00000010 00000001 00000002 0062 00000001 00 01");
-    QTRY_COMPARE(peer->bytesAvailable(), expected.size());
-    QCOMPARE(peer->readAll().toHex(), expected.toHex());
-}
 
 QTEST_GUILESS_MAIN(TestLinkFaults)
 #include "tst_linkfaults.moc"
