@@ -48,50 +48,33 @@ private Q_SLOTS:
         QCOMPARE(takeSeen(), u"ready"_qs);
     }
 
-    void waitsForHolders_data()
-    {
-        QTest::addColumn<bool>("destroy");
-        QTest::newRow("unregistered") << false;
-        QTest::newRow("destroyed") << true;
-    }
-
     void waitsForHolders()
     {
-        QFETCH(const bool, destroy);
         QObject other;
-        auto holder = std::make_unique<QObject>();
-        // Registered twice, and once only when the request comes.
-        m_manager->registerObject(holder.get(), true);
-        m_manager->registerObject(holder.get(), true);
-        connect(m_manager.get(), &QtAppDelayedShutdownManager::shutdownRequested, &other,
-                [&] { m_manager->registerObject(&other, true); });
+        QObject unregistered;
+        auto destroyed = std::make_unique<QObject>();
+        connect(&other, &QObject::objectNameChanged, m_manager.get(),
+                &QtAppDelayedShutdownManager::shutdownAppViaConnection);
         QVERIFY(leavesLoop([&] {
+            // Letting go asks for nothing, and breaks the connections, too.
+            m_manager->registerObject(&other, true);
+            m_manager->registerObject(&other, false);
+            other.setObjectName(u"other"_qs);
+            QCOMPARE(takeSeen(), QString());
+
+            for (QObject *holder : {&unregistered, &unregistered, destroyed.get()})
+                m_manager->registerObject(holder, true);
+            connect(m_manager.get(), &QtAppDelayedShutdownManager::shutdownRequested, &other,
+                    [&] { m_manager->registerObject(&other, true); });
             m_manager->shutdownApp(QString());
             m_manager->registerObject(&other, false);
+            m_manager->registerObject(&unregistered, false);
             QTimer::singleShot(0, this, [&] {
                 m_seen.append(u"released"_qs);
-                if (destroy)
-                    holder.reset();
-                else
-                    m_manager->registerObject(holder.get(), false);
+                destroyed.reset();
             });
         }));
         QCOMPARE(takeSeen(), u"requested released ready"_qs);
-    }
-
-    void lettingGoWithoutRequest()
-    {
-        QObject holder;
-        connect(&holder, &QObject::objectNameChanged, m_manager.get(),
-                &QtAppDelayedShutdownManager::shutdownAppViaConnection);
-        QVERIFY(leavesLoop([&] {
-            m_manager->registerObject(&holder, true);
-            m_manager->registerObject(&holder, false);
-            // That breaks the connections from it, too.
-            holder.setObjectName(u"holder"_qs);
-            QCOMPARE(takeSeen(), QString());
-            m_manager->shutdownApp(QString());
-        }));
     }
 };
 
