@@ -1,8 +1,7 @@
 // Runs clang-tidy and clazy over every source that the "lint" preset compiles.
 //
-// Most of clang-tidy's time goes into the headers of Qt, so the sources of one library are
-// read together, a few at a time, as one translation unit; one by one only when they do not compile
-// so. clazy reads each source by itself; that a source includes what it uses is thus seen as well.
+// Most of their time goes into the headers of Qt, so the sources of one library are read together, a
+// few at a time, as one translation unit; one by one only when they do not compile so.
 //
 // What was found clean is remembered by content (sources, the project's headers they reach, flags,
 // configuration, versions of the tools), so another clone profits from it. With --all
@@ -96,10 +95,14 @@ function run(program, args) {
 }
 
 const ownFiles = `^${root}/(src|tools|tests|fuzz|benchmarks)/`;
-const tidy = (file, flags, ...options) =>
-    run('clang-tidy', ['--quiet', '--header-filter=' + ownFiles, ...options, file, '--', ...flags]);
-const clazy = file => run('clazy-standalone', ['-p', buildDir, '-checks=level1',
-                                               '-header-filter=' + ownFiles, file]);
+const tools = {
+    'clang-tidy': (file, flags, together) =>
+        run('clang-tidy', ['--quiet', '--header-filter=' + ownFiles,
+                           ...(together ? ['--checks=-bugprone-suspicious-include'] : []),
+                           file, '--', ...flags]),
+    clazy: (file, flags) =>
+        run('clazy-standalone', ['-checks=level1', '-header-filter=' + ownFiles, file, '--', ...flags]),
+};
 
 /** Has moc write its output, which some sources include, without building what they link. */
 async function generateMocOutput() {
@@ -112,17 +115,17 @@ async function generateMocOutput() {
     }
 }
 
-async function tidyBatch(batch) {
+async function readBatch(tool, batch) {
     if (batch.length === 1)
-        return tidy(batch[0].file, batch[0].flags);
-    const name = join(batchDir, hash(batch.map(source => source.file).join()).slice(0, 16) + '.cpp');
+        return tool(batch[0].file, batch[0].flags, false);
+    const name = join(batchDir, hash(tool.name, ...batch.map(source => source.file)).slice(0, 16) + '.cpp');
     writeFileSync(name, batch.map(source => `#include "${join(root, source.file)}"\n`).join(''));
-    const together = await tidy(name, batch[0].flags, '--checks=-bugprone-suspicious-include');
-    if (!together.text.includes('[clang-diagnostic-error'))
+    const together = await tool(name, batch[0].flags, true);
+    if (!/: (fatal )?error: (?!.*-warnings-as-errors\])/.test(together.text))
         return together;
     const results = []; // names of two sources got in each other's way
     for (const source of batch)
-        results.push(await tidy(source.file, source.flags));
+        results.push(await tool(source.file, source.flags, false));
     return {
         clean: results.every(result => result.clean),
         text: results.map(result => result.text).filter(Boolean).join('\n'),
@@ -159,18 +162,11 @@ async function main() {
     const stampOf = (tool, batch) => join(cacheDir, hash(
         tool, key, ...batch.map(source => reader.textOf(source.file)
                                     + source.flags.join(' ').replaceAll(root, '.'))));
-    const jobs = [
-        ...batches(sources).map(batch => ({
-            what: 'clang-tidy ' + batch.map(source => source.file).join(' '),
-            stamp: stampOf('clang-tidy', batch),
-            work: () => tidyBatch(batch),
-        })),
-        ...sources.map(source => ({
-            what: 'clazy ' + source.file,
-            stamp: stampOf('clazy', [source]),
-            work: () => clazy(source.file),
-        })),
-    ];
+    const jobs = Object.entries(tools).flatMap(([name, tool]) => batches(sources).map(batch => ({
+        what: `${name} ${batch.map(source => source.file).join(' ')}`,
+        stamp: stampOf(name, batch),
+        work: () => readBatch(tool, batch),
+    })));
     mkdirSync(batchDir, { recursive: true });
     mkdirSync(cacheDir, { recursive: true });
     const open = jobs.filter(job => everything || !existsSync(job.stamp));
