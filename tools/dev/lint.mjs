@@ -115,12 +115,22 @@ async function generateMocOutput() {
     }
 }
 
+const isMocFolder = flag => flag.endsWith('_autogen/include');
+
+/** Sources as one translation unit. Of test programs, what main() does is left out. */
+function unityOf(batch) {
+    const includes = batch.map(source => `#include "${join(root, source.file)}"`);
+    const noMain = ['#include <QTest>', '#undef QTEST_GUILESS_MAIN', '#define QTEST_GUILESS_MAIN(test)'];
+    return [...(batch.some(source => source.isTest) ? noMain : []), ...includes, ''].join('\n');
+}
+
 async function readBatch(tool, batch) {
     if (batch.length === 1)
         return tool(batch[0].file, batch[0].flags, false);
     const name = join(batchDir, hash(tool.name, ...batch.map(source => source.file)).slice(0, 16) + '.cpp');
-    writeFileSync(name, batch.map(source => `#include "${join(root, source.file)}"\n`).join(''));
-    const together = await tool(name, batch[0].flags, true);
+    writeFileSync(name, unityOf(batch));
+    const flags = [...batch[0].flags, ...batch.flatMap(source => source.flags.filter(isMocFolder))];
+    const together = await tool(name, flags, true);
     if (!/: (fatal )?error: (?!.*-warnings-as-errors\])/.test(together.text))
         return together;
     const results = []; // names of two sources got in each other's way
@@ -132,14 +142,15 @@ async function readBatch(tool, batch) {
     };
 }
 
-/** Sources that can be read together: same flags, and no main() or moc output of their own. */
+/** Sources that can be read together: same flags but for the folder of moc's output, no main(). */
 function batches(sources) {
     const result = [];
     const open = new Map();
     for (const source of sources) {
         const text = readFileSync(join(root, source.file), 'utf8');
-        const alone = /\bmain\s*\(|_MAIN\s*\(|\.moc"|LLVMFuzzerTestOneInput/.test(text);
-        const key = source.flags.join(' ');
+        source.isTest = /^QTEST_GUILESS_MAIN\(/m.test(text);
+        const alone = /\bmain\s*\(|LLVMFuzzerTestOneInput/.test(text);
+        const key = source.flags.filter(flag => !isMocFolder(flag)).join(' ');
         let batch = alone ? undefined : open.get(key);
         if (!batch || batch.length >= batchSize) {
             batch = [];

@@ -1,0 +1,213 @@
+// Runs clang-tidy and clazy over every source that the "lint" preset compiles.
+//
+// Most of their time goes into the headers of Qt, so the sources of one library are read together, a
+// few at a time, as one translation unit; one by one only when they do not compile so.
+//
+// What was found clean is remembered by content (sources, the project's headers they reach, flags,
+// configuration, versions of the tools), so another clone profits from it. With --all
+// everything is read again.
+
+import { execFile, execFileSync } from 'node:child_process';
+import { createHash } from 'node:crypto';
+import { existsSync, mkdirSync, readFileSync, readdirSync, writeFileSync } from 'node:fs';
+import { cpus, homedir } from 'node:os';
+import { basename, dirname, join, relative } from 'node:path';
+import { fileURLToPath } from 'node:url';
+
+const root = dirname(dirname(dirname(fileURLToPath(import.meta.url))));
+const buildDir = join(root, 'build/lint');
+const batchDir = join(buildDir, 'batches');
+const cacheDir = join(process.env.XDG_CACHE_HOME || join(homedir(), '.cache'), 'kovalo-lint');
+const batchSize = 8;
+const everything = process.argv.includes('--all');
+
+function hash(...parts) {
+    const digest = createHash('sha256');
+    for (const part of parts)
+        digest.update(part).update('\0');
+    return digest.digest('hex');
+}
+
+/** The sources to read, each with its compiler flags (without the compiler, input and output). */
+function compiledSources() {
+    const sources = [];
+    for (const entry of JSON.parse(readFileSync(join(buildDir, 'compile_commands.json')))) {
+        const file = relative(root, entry.file);
+        if (file.startsWith('build/') || file.startsWith('..'))
+            continue;
+        const flags = entry.command.split(' ').slice(1).map(flag => flag.replace(/\\(.)/g, '$1'));
+        for (const option of ['-o', '-c'])
+            flags.splice(flags.indexOf(option), 2);
+        sources.push({ file, flags });
+    }
+    return sources.sort((a, b) => (a.file < b.file ? -1 : 1));
+}
+
+/** The text of a source and of every header of the project that it reaches, each once. */
+class IncludeReader {
+    #headers = new Map();
+    #contents = new Map();
+
+    constructor(headers) {
+        for (const header of headers) {
+            const name = basename(header);
+            this.#headers.set(name, [...(this.#headers.get(name) ?? []), header]);
+        }
+    }
+
+    textOf(file) {
+        const reached = new Set([file]);
+        for (const each of reached) {
+            for (const include of this.#read(each).includes) {
+                for (const header of this.#headers.get(include) ?? [])
+                    reached.add(header);
+            }
+        }
+        return [...reached].sort().map(each => each + '\0' + this.#read(each).text).join('\0');
+    }
+
+    #read(file) {
+        if (!this.#contents.has(file)) {
+            const text = readFileSync(join(root, file), 'utf8');
+            const includes = [...text.matchAll(/^\s*#\s*include\s+["<]([^">]+)[">]/gm)]
+                .map(match => basename(match[1]));
+            this.#contents.set(file, { text, includes });
+        }
+        return this.#contents.get(file);
+    }
+}
+
+function toolKey() {
+    const versions = execFileSync('dpkg-query',
+                                  ['-W', 'clang-14', 'clang-tidy-14', 'clazy', 'qt6-base-dev',
+                                   'libstdc++-12-dev', 'picojson-dev'], { encoding: 'utf8' });
+    return hash(versions, readFileSync(join(root, '.clang-tidy')));
+}
+
+function run(program, args) {
+    return new Promise(resolve => {
+        execFile(program, args, { cwd: root, maxBuffer: 1 << 28 }, (error, stdout, stderr) => {
+            const noise = /^(\d+ warnings?( and \d+ errors?)? generated|Suppressed|Use -header-filter|\d+ warnings? treated as)/;
+            const text = (stdout + stderr).split('\n').filter(line => !noise.test(line)).join('\n');
+            resolve({ clean: !error && !/(warning|error): /.test(text), text: text.trim() });
+        });
+    });
+}
+
+const ownFiles = `^${root}/(src|tools|tests|fuzz|benchmarks)/`;
+const tools = {
+    'clang-tidy': (file, flags, together) =>
+        run('clang-tidy', ['--quiet', '--header-filter=' + ownFiles,
+                           ...(together ? ['--checks=-bugprone-suspicious-include'] : []),
+                           file, '--', ...flags]),
+    clazy: (file, flags) =>
+        run('clazy-standalone', ['-checks=level1', '-header-filter=' + ownFiles, file, '--', ...flags]),
+};
+
+/** Has moc write its output, which some sources include, without building what they link. */
+async function generateMocOutput() {
+    const infos = readdirSync(buildDir, { recursive: true })
+        .filter(file => basename(file) === 'AutogenInfo.json');
+    for (const info of infos) {
+        const result = await run('cmake', ['-E', 'cmake_autogen', join(buildDir, info), 'Debug']);
+        if (!result.clean)
+            throw new Error(`moc failed for ${info}\n${result.text}`);
+    }
+}
+
+const isMocFolder = flag => flag.endsWith('_autogen/include');
+
+/** Sources as one translation unit. Of test programs, what main() does is left out. */
+function unityOf(batch) {
+    const includes = batch.map(source => `#include "${join(root, source.file)}"`);
+    const noMain = ['#include <QTest>', '#undef QTEST_GUILESS_MAIN', '#define QTEST_GUILESS_MAIN(test)'];
+    return [...(batch.some(source => source.isTest) ? noMain : []), ...includes, ''].join('\n');
+}
+
+async function readBatch(tool, batch) {
+    if (batch.length === 1)
+        return tool(batch[0].file, batch[0].flags, false);
+    const name = join(batchDir, hash(tool.name, ...batch.map(source => source.file)).slice(0, 16) + '.cpp');
+    writeFileSync(name, unityOf(batch));
+    const flags = [...batch[0].flags, ...batch.flatMap(source => source.flags.filter(isMocFolder))];
+    const together = await tool(name, flags, true);
+    if (!/: (fatal )?error: (?!.*-warnings-as-errors\])/.test(together.text))
+        return together;
+    const results = []; // names of two sources got in each other's way
+    for (const source of batch)
+        results.push(await tool(source.file, source.flags, false));
+    return {
+        clean: results.every(result => result.clean),
+        text: results.map(result => result.text).filter(Boolean).join('\n'),
+    };
+}
+
+/** Sources that can be read together: same flags but for the folder of moc's output, no main(). */
+function batches(sources) {
+    const result = [];
+    const open = new Map();
+    for (const source of sources) {
+        const text = readFileSync(join(root, source.file), 'utf8');
+        source.isTest = /^QTEST_GUILESS_MAIN\(/m.test(text);
+        const alone = /\bmain\s*\(|LLVMFuzzerTestOneInput/.test(text);
+        const key = source.flags.filter(flag => !isMocFolder(flag)).join(' ');
+        let batch = alone ? undefined : open.get(key);
+        if (!batch || batch.length >= batchSize) {
+            batch = [];
+            result.push(batch);
+            if (!alone)
+                open.set(key, batch);
+        }
+        batch.push(source);
+    }
+    return result;
+}
+
+async function main() {
+    await generateMocOutput();
+    const listed = execFileSync('git', ['ls-files', '--cached', '--others', '--exclude-standard', '*.h'],
+                                { cwd: root, encoding: 'utf8' });
+    const reader = new IncludeReader(listed.split('\n').filter(file => file && existsSync(join(root, file))));
+    const sources = compiledSources();
+    const key = toolKey();
+    const stampOf = (tool, batch) => join(cacheDir, hash(
+        tool, key, ...batch.map(source => reader.textOf(source.file)
+                                    + source.flags.join(' ').replaceAll(root, '.'))));
+    const jobs = Object.entries(tools).flatMap(([name, tool]) => batches(sources).map(batch => ({
+        what: `${name} ${batch.map(source => source.file).join(' ')}`,
+        stamp: stampOf(name, batch),
+        work: () => readBatch(tool, batch),
+    })));
+    mkdirSync(batchDir, { recursive: true });
+    mkdirSync(cacheDir, { recursive: true });
+    const open = jobs.filter(job => everything || !existsSync(job.stamp));
+    console.log(`${sources.length} sources; of ${jobs.length} readings ${open.length} are new`);
+
+    const started = Date.now();
+    let done = 0;
+    let unclean = 0;
+    let shown = 0;
+    const queue = open.filter(j => /tests.(pmxcl.qt.ipc|wenativehost)/.test(j.what)).slice(0,40); console.log(queue.map(j=>j.what).join("\n"));
+    async function worker() {
+        for (let job = queue.shift(); job; job = queue.shift()) {
+            const result = await job.work();
+            ++done;
+            if (result.clean) {
+                writeFileSync(job.stamp, '');
+            } else {
+                ++unclean;
+                console.log(`-- ${job.what}\n${result.text}`);
+            }
+            const tenth = Math.floor(10 * done / open.length);
+            if (tenth > shown) {
+                shown = tenth;
+                console.log(`[${done}/${open.length}] ${Math.round((Date.now() - started) / 1000)} s`);
+            }
+        }
+    }
+    await Promise.all(cpus().map(worker));
+    console.log(`${unclean} of ${jobs.length} readings unclean`);
+    process.exitCode = unclean > 0 ? 1 : 0;
+}
+
+await main();
