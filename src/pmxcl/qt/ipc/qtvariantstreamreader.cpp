@@ -19,6 +19,9 @@ constexpr quint32 minStringSize = sizeof(quint32);
 constexpr quint32 minVariantSize = sizeof(quint32) + sizeof(qint8);
 constexpr quint32 minEntrySize = minStringSize + minVariantSize;
 
+/// In a date and time, behind the day and the milliseconds of the day.
+constexpr qsizetype timeSpecAt = sizeof(qint64) + sizeof(quint32);
+
 /// Bytes of a value whose type fixes them; -1 for other types.
 int fixedSize(quint32 type)
 {
@@ -67,6 +70,8 @@ bool isDefault(const QVariant &value)
         return value.toByteArray().isNull();
     case QMetaType::Double:
         return std::bit_cast<quint64>(value.toDouble()) == 0;
+    case QMetaType::QDateTime:
+        return false; // that one would have no time zone
     default:
         return value == QVariant(value.metaType());
     }
@@ -154,7 +159,8 @@ bool QtVariantStreamReader::readCommonValue(quint32 type, QVariant &value, int d
         return ok;
     }
     case QMetaType::QDateTime:
-        return readInto([this](QDateTime &dateTime) { return readDateTime(dateTime); },
+        return !isInTimeZone()
+            || readInto([this](QDateTime &dateTime) { return readZonedDateTime(dateTime); },
                         QDateTime());
     case QMetaType::QStringList:
         return readInto([this](QStringList &list) { return readStringList(list); }, QStringList());
@@ -255,24 +261,19 @@ bool QtVariantStreamReader::readBytes(QByteArrayView &bytes, bool &isNull)
     return m_cursor.take(isNull ? 0 : length, bytes);
 }
 
-bool QtVariantStreamReader::readDateTime(QDateTime &dateTime)
+/// Whether the date and time that begins here has a time zone of a name.
+bool QtVariantStreamReader::isInTimeZone() const
+{
+    const QByteArrayView rest = m_cursor.rest();
+    return rest.size() > timeSpecAt && rest[timeSpecAt] == Qt::TimeZone;
+}
+
+bool QtVariantStreamReader::readZonedDateTime(QDateTime &dateTime)
 {
     const char *const begin = m_cursor.rest().data();
-    qint8 timeSpec = 0;
-    if (!m_cursor.skip(sizeof(qint64) + sizeof(quint32)) || !m_cursor.read(timeSpec))
+    if (!m_cursor.skip(timeSpecAt + sizeof(qint8)))
         return false;
     const char *const beginOfZone = m_cursor.rest().data();
-    switch (timeSpec) {
-    case Qt::LocalTime:
-    case Qt::UTC:
-        return readByQt(begin, dateTime);
-    case Qt::OffsetFromUTC:
-        return m_cursor.skip(sizeof(qint32)) && readByQt(begin, dateTime);
-    case Qt::TimeZone:
-        break;
-    default:
-        return false;
-    }
     QDate date;
     QTime time;
     QTimeZone zone;
@@ -316,6 +317,8 @@ bool QtVariantStreamReader::skipOtherValue(quint32 type)
         return skipByteArrayList();
     case QMetaType::QBitArray:
         return skipBitArray();
+    case QMetaType::QDateTime:
+        return skipDateTime();
     default:
         const int size = fixedSize(type);
         return size >= 0 && m_cursor.skip(static_cast<quint64>(size));
@@ -347,6 +350,22 @@ bool QtVariantStreamReader::skipBitArray()
     constexpr quint64 bitsPerByte = 8;
     quint32 bits = 0;
     return m_cursor.read(bits) && m_cursor.skip((bits + bitsPerByte - 1) / bitsPerByte);
+}
+
+bool QtVariantStreamReader::skipDateTime()
+{
+    qint8 timeSpec = 0;
+    if (!m_cursor.skip(timeSpecAt) || !m_cursor.read(timeSpec))
+        return false;
+    switch (timeSpec) {
+    case Qt::LocalTime:
+    case Qt::UTC:
+        return true;
+    case Qt::OffsetFromUTC:
+        return m_cursor.skip(sizeof(qint32));
+    default:
+        return false;
+    }
 }
 
 bool QtVariantStreamReader::skipTimeZone()

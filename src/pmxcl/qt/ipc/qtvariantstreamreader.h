@@ -38,7 +38,8 @@ private:
     bool readStringList(QStringList &list);
     bool readString(QString &text);
     bool readBytes(QByteArrayView &bytes, bool &isNull);
-    bool readDateTime(QDateTime &dateTime);
+    bool isInTimeZone() const;
+    bool readZonedDateTime(QDateTime &dateTime);
     bool readTimeZone(const char *begin, QTimeZone &zone);
     template <typename Value> bool readByQt(const char *begin, Value &value);
 
@@ -46,6 +47,7 @@ private:
     bool skipBytes();
     bool skipByteArrayList();
     bool skipBitArray();
+    bool skipDateTime();
     bool skipTimeZone();
 
     QtScanCursor m_cursor;
