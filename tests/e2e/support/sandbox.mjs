@@ -18,6 +18,21 @@ export function builtHost() {
     return path;
 }
 
+/** Those that were not removed yet. No program outlives the test, not even one that was cut off. */
+const sandboxes = new Set();
+process.on('exit', () => sandboxes.forEach(each => each.remove()));
+for (const signal of ['SIGINT', 'SIGTERM'])
+    process.once(signal, () => process.exit(1));
+
+function endIfThere(pid) {
+    try {
+        process.kill(pid, 'SIGKILL');
+    } catch (error) {
+        if (error.code !== 'ESRCH')
+            throw error;
+    }
+}
+
 export class Sandbox {
     /** @param {string[]} beside names of programs that lie beside the host, and are to do so here */
     constructor(beside = []) {
@@ -32,6 +47,7 @@ export class Sandbox {
         if (existsSync(translations))
             symlinkSync(translations, join(this.programs, 'translations'));
         this.host = join(this.programs, basename(host));
+        sandboxes.add(this);
     }
 
     /** The environment for a process that lives here. */
@@ -70,8 +86,13 @@ export class Sandbox {
 
     /** Ends whatever still runs, and removes the folders. */
     remove() {
-        for (const pid of this.running())
-            process.kill(pid, 'SIGKILL');
+        sandboxes.delete(this);
+        // A host that still lives when its application is killed starts another one.
+        for (let pids = this.running(); pids.length > 0; pids = this.running()) {
+            for (const pid of pids)
+                endIfThere(pid);
+            Atomics.wait(new Int32Array(new SharedArrayBuffer(4)), 0, 0, 10);
+        }
         rmSync(this.folder, { recursive: true, force: true, maxRetries: 5 });
     }
 
