@@ -1,24 +1,16 @@
 // Hands downloads over to the application: those that the browser has begun, and those that the
 // user picks from a page.
 
-import { HostError } from './nativehost.js';
+import { addressOf, isWebAddress, lastSegment } from './addresses.js';
+import { cookiesFor } from './headers.js';
+import { errorOf } from './hosterror.js';
 import { postedText } from './requestlog.js';
 
 const result = { added: '1', declined: '0' };
 const leftToBrowser = 'ignoredDueSettings';
 
-/** Longer than the host itself waits for the application to come up. */
-const answerPatience = 60_000;
-
 /** Some browsers choose the name of a file only after they have told of the download. */
 const namePatience = 1000;
-
-/** Errors that the host names, and the texts that tell a user of them. */
-const knownErrors = {
-    'app_not_installed': 'problemApplicationMissing',
-    'invalid_parameter': 'problemAddressRefused',
-    'invalid arguments': 'problemNothingToDownload',
-};
 
 export class Downloads {
     /** Called with what went wrong, and with null when a download was handed over. */
@@ -38,12 +30,15 @@ export class Downloads {
     async onBegun(item) {
         if (!this.#isOurs(item))
             return;
-        const posted = this.#postedFor(item);
-        if (posted === null)
-            return;
         await pause(item.id);
         try {
-            const record = await this.#recordOf(item, posted);
+            const request = await this.#requests.find(addressOf(item));
+            const posted = request ? postedText(request) : null;
+            if (posted === null) { // the application could not repeat it
+                await resume(item.id);
+                return;
+            }
+            const record = await this.#recordOf(item, posted, request.documentUrl);
             const answer = await this.#ask([record], { caught: true });
             const unwanted = answer.result === result.declined
                 && this.#settings.current?.browser.monitor.allowDownload === false;
@@ -75,17 +70,11 @@ export class Downloads {
 
     #isOurs(item) {
         return item.state === 'in_progress' && !item.byExtensionId
-            && /^https?:/i.test(addressOf(item))
+            && isWebAddress(addressOf(item))
             && this.#settings.current?.browser.monitor.enable !== false;
     }
 
-    /** What was posted to get a download; null when the application could not repeat that. */
-    #postedFor(item) {
-        const request = this.#requests.find(addressOf(item));
-        return request ? postedText(request) : '';
-    }
-
-    async #recordOf(item, posted) {
+    async #recordOf(item, posted, documentUrl) {
         const url = addressOf(item);
         const size = item.fileSize > 0 ? item.fileSize : item.totalBytes;
         return describe({
@@ -93,18 +82,14 @@ export class Downloads {
             originalUrl: item.url,
             suggestedName: await nameOf(item),
             httpReferer: item.referrer ?? '',
-            documentUrl: this.#requests.find(url)?.documentUrl || item.referrer || '',
+            documentUrl: documentUrl || item.referrer || '',
             httpPostData: posted,
             fileSize: String(size > 0 ? size : -1), // the host knows -1 as "not known"
         });
     }
 
-    async #ask(records, { caught }) {
-        let timer;
-        const patience = new Promise((_, reject) => {
-            timer = setTimeout(() => reject(new HostError('problemApplicationSilent')), answerPatience);
-        });
-        const answer = this.#host.ask('create_downloads', {
+    #ask(records, { caught }) {
+        return this.#host.askApplication('create_downloads', {
             create_downloads: {
                 downloads: { item: records },
                 catchedDownloads: caught ? '1' : '0',
@@ -112,12 +97,8 @@ export class Downloads {
                 waitResponse: '1',
             },
         });
-        return Promise.race([answer, patience]).finally(() => clearTimeout(timer));
     }
 }
-
-/** Where a download comes from after all redirections, as far as the browser tells. */
-function addressOf(item) { return item.finalUrl || item.url; }
 
 /** The name under which the browser saves a file; else the last part of its address. */
 async function nameOf(item) {
@@ -144,29 +125,9 @@ function filenameOf(id) {
     });
 }
 
-function lastSegment(url) {
-    const segment = new URL(url).pathname.split('/').pop();
-    try {
-        return decodeURIComponent(segment);
-    } catch {
-        return segment;
-    }
-}
-
-function errorOf({ error }) {
-    if (!error)
-        return null;
-    return new HostError(knownErrors[error] ?? 'problemApplicationFailed', error);
-}
-
 /** Completes a record by what this browser would send to the server. */
 async function describe(record) {
-    const cookies = await chrome.cookies.getAll({ url: record.url }).catch(() => []);
-    return {
-        ...record,
-        userAgent: navigator.userAgent,
-        httpCookies: cookies.map(cookie => `${cookie.name}=${cookie.value}`).join('; '),
-    };
+    return { ...record, userAgent: navigator.userAgent, httpCookies: await cookiesFor(record.url) };
 }
 
 // What a download allows depends on how far it is, and it goes on meanwhile: a small one is

@@ -1,18 +1,15 @@
 // The conversation with the native host: one port, tasks out, answers in.
 
+import { HostError } from './hosterror.js';
+
 export const hostName = 'com.tessmark.kovalo';
 
 const protocolVersion = '3';
 const firstRetryDelay = 1000;
 const longestRetryDelay = 60_000;
 
-/** What kept a task from being answered; its message is a key of the extension's texts. */
-export class HostError extends Error {
-    constructor(key, detail = '') {
-        super(key);
-        this.detail = detail;
-    }
-}
+/** Longer than the host itself waits for the application to come up. */
+const applicationPatience = 60_000;
 
 /**
  * Opens the port when it is needed and again when it broke, and matches answers with their tasks.
@@ -44,6 +41,21 @@ export class NativeHost {
     async ask(type, members = {}) {
         await this.open();
         return this.#send(type, members);
+    }
+
+    /** The same for a task that the host answers when the application has. */
+    askApplication(type, members) {
+        let timer;
+        const patience = new Promise((_, reject) => {
+            timer = setTimeout(() => reject(new HostError('problemApplicationSilent')), applicationPatience);
+        });
+        return Promise.race([this.ask(type, members), patience]).finally(() => clearTimeout(timer));
+    }
+
+    /** Sends a task whose answer says nothing. It is dropped while there is no conversation. */
+    tell(type, members) {
+        if (this.#version)
+            this.#port.postMessage({ id: String(++this.#lastId), type, ...members });
     }
 
     async #connect() {

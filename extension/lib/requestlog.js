@@ -1,12 +1,21 @@
 // What the browser asked the servers lately: a download says neither that it was a POST nor what
 // was posted, and not every browser says which page it came from.
 
+import { withoutFragment } from './addresses.js';
+import { headerValue } from './headers.js';
+
 const remembered = 500;
+
+/** A busy browser may tell of a download before it tells of the request. */
+const requestPatience = 3000;
+
 const formType = 'application/x-www-form-urlencoded';
 
 export class RequestLog {
     /** Requests by id, the latest last. */
     #requests = new Map();
+    /** To be called when more is known. */
+    #waiting = new Set();
 
     /** To be called at once when the script starts. */
     listen() {
@@ -17,10 +26,32 @@ export class RequestLog {
             details => this.#onHeaders(details), filter, ['requestHeaders']);
     }
 
-    /** The latest request for an address, undefined when there was none. */
+    /**
+     * Resolves with the latest request for an address as soon as all of it is known; with undefined
+     * when that takes too long.
+     */
     find(url) {
         const wanted = withoutFragment(url);
-        return [...this.#requests.values()].reverse().find(each => each.url === wanted);
+        return new Promise(resolve => {
+            const look = () => {
+                const request = [...this.#requests.values()].reverse().find(each => each.url === wanted);
+                if (request && (request.method === 'GET' || request.isSent))
+                    finish(request);
+            };
+            const finish = request => {
+                clearTimeout(timer);
+                this.#waiting.delete(look);
+                resolve(request);
+            };
+            const timer = setTimeout(finish, requestPatience);
+            this.#waiting.add(look);
+            look();
+        });
+    }
+
+    #nowKnown() {
+        for (const look of [...this.#waiting])
+            look();
     }
 
     #onRequest(details) {
@@ -29,19 +60,23 @@ export class RequestLog {
             url: withoutFragment(details.url),
             method: details.method,
             body: details.requestBody,
+            isSent: false,
             contentType: '',
             // The page that was left for the download; a browser tells one of the two.
             documentUrl: details.originUrl ?? details.initiator ?? '',
         });
         if (this.#requests.size > remembered)
             this.#requests.delete(this.#requests.keys().next().value);
+        this.#nowKnown();
     }
 
     #onHeaders(details) {
         const request = this.#requests.get(details.requestId);
-        const header = details.requestHeaders?.find(each => each.name.toLowerCase() === 'content-type');
-        if (request && header)
-            request.contentType = header.value.toLowerCase();
+        if (!request)
+            return;
+        request.isSent = true;
+        request.contentType = headerValue(details.requestHeaders, 'content-type').toLowerCase();
+        this.#nowKnown();
     }
 }
 
@@ -54,15 +89,18 @@ export function postedText({ method, body, contentType }) {
         return '';
     if (method !== 'POST' || !body || body.error || !contentType.startsWith(formType))
         return null;
-    if (body.formData) {
-        const pairs = Object.entries(body.formData)
+    // Nothing posted is no GET, but the application would make one of it.
+    return textOf(body) || null;
+}
+
+function textOf({ formData, raw }) {
+    if (formData) {
+        const pairs = Object.entries(formData)
             .flatMap(([name, values]) => values.map(value => [name, value]));
         return new URLSearchParams(pairs).toString();
     }
-    if (!body.raw?.every(part => part.bytes))
-        return null;
+    if (!raw?.every(part => part.bytes))
+        return '';
     const decoder = new TextDecoder();
-    return body.raw.map(part => decoder.decode(part.bytes, { stream: true })).join('');
+    return raw.map(part => decoder.decode(part.bytes, { stream: true })).join('');
 }
-
-function withoutFragment(url) { return url.split('#', 1)[0]; }

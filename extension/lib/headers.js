@@ -1,0 +1,35 @@
+// HTTP headers, as browsers give them to extensions and as the host takes them: as raw text.
+
+/** @param {{name: string, value?: string, binaryValue?: number[]}[]} headers */
+export function headerBlock(headers = []) {
+    return headers.map(({ name, value, binaryValue }) =>
+        `${name}: ${value ?? String.fromCharCode(...binaryValue ?? [])}\r\n`).join('');
+}
+
+/** The value of the first header of a name in lower case; '' when there is none. */
+export function headerValue(headers = [], name) {
+    return headers.find(each => each.name.toLowerCase() === name)?.value ?? '';
+}
+
+/** The cookies that this browser would send to an address, as the header's value. */
+export async function cookiesFor(url) {
+    const cookies = await chrome.cookies.getAll({ url }).catch(() => []);
+    return cookies.map(cookie => `${cookie.name}=${cookie.value}`).join('; ');
+}
+
+/** What this browser would send for something on a page, had it asked the server just now. */
+export async function assumedHeaders(url, documentUrl) {
+    return headerBlock([
+        { name: 'User-Agent', value: navigator.userAgent },
+        { name: 'Referer', value: usualReferrer(url, documentUrl) },
+        { name: 'Cookie', value: await cookiesFor(url) },
+    ].filter(each => each.value));
+}
+
+/** The referrer that a document sends when it wishes nothing else. */
+function usualReferrer(url, documentUrl) {
+    if (!documentUrl || (documentUrl.startsWith('https:') && url.startsWith('http:')))
+        return '';
+    const { origin } = new URL(documentUrl);
+    return new URL(url).origin === origin ? documentUrl : `${origin}/`;
+}
