@@ -81,8 +81,8 @@ const requests = {
         return status.describe();
     },
     settings: () => settings.current,
-    saveSettings: async message => {
-        await settings.post(message.settings);
+    changeSettings: async ({ changes }) => {
+        await settings.change(changes);
         return settings.current;
     },
 };

@@ -1,44 +1,40 @@
-// The options page changes the settings that the application keeps for the extension. Its fields
-// are named after their place in the settings record.
+// The options page. Its fields are named after their place in the settings record.
 
 import { ask, follow } from './lib/background.js';
 
 const text = chrome.i18n.getMessage;
 const form = document.getElementById('form');
 const line = document.getElementById('line');
-let settings = null;
+/** The values that the fields were given last, by their names. */
+const given = new Map();
 
-const fields = () => [...form.elements].filter(field => field.name)
-    .map(field => ({ field, path: field.name.split('.') }));
+const fields = () => [...form.elements].filter(field => field.name);
+const valueOf = field => (field.type === 'checkbox' ? field.checked : field.value);
+const isTouched = field => given.has(field.name) && valueOf(field) !== given.get(field.name);
 
 function say(words, isProblem = false) {
     line.textContent = words;
     line.classList.toggle('problem', isProblem);
 }
 
-function show(current) {
-    settings = current;
+/** What the user has changed and not saved yet stays. */
+function show(settings) {
     form.hidden = !settings;
-    if (!settings) {
-        say(text('optionsWaiting'));
+    say(settings ? '' : text('optionsWaiting'));
+    if (!settings)
         return;
-    }
-    say('');
-    for (const { field, path: [group, name] } of fields()) {
-        const value = settings.browser[group][name];
-        if (field.type === 'checkbox')
-            field.checked = value;
-        else
-            field.value = value;
+    for (const field of fields()) {
+        const value = field.name.split('.').reduce((part, name) => part[name], settings.browser);
+        if (!isTouched(field))
+            field[field.type === 'checkbox' ? 'checked' : 'value'] = value;
+        given.set(field.name, value);
     }
 }
 
 async function save() {
-    const changed = structuredClone(settings);
-    for (const { field, path: [group, name] } of fields())
-        changed.browser[group][name] = field.type === 'checkbox' ? field.checked : field.value;
+    const changes = fields().filter(isTouched).map(field => [field.name, valueOf(field)]);
     try {
-        show(await ask('saveSettings', { settings: changed }));
+        show(await ask('changeSettings', { changes: Object.fromEntries(changes) }));
         say(text('optionsSaved'));
     } catch (error) {
         say(error.message, true);

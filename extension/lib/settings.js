@@ -1,30 +1,85 @@
-// The options that the application keeps for the extension: asked for once, followed from then on,
-// and posted back when the user changes them.
+// The options. Those on what is caught belong to the application, which tells of its changes and is
+// told of the user's. The others only this extension has: it keeps them, and tells each new host.
+
+import { HostError } from './hosterror.js';
+
+const kept = 'options';
+const isOwn = path => /^(menu|monitor\.video)\./.test(path);
 
 export class Settings {
-    /** The record as the host gave it last, null before. */
+    /** The record of all options, null until the host has answered. */
     current = null;
     onChanged = _settings => {};
 
     #host;
+    /** The extension's own options that were changed, by their paths. */
+    #own = {};
+    /** Counts what the host told. */
+    #told = 0;
+    #lastChange = Promise.resolve();
 
     constructor(host) { this.#host = host; }
 
     /** Resolves once the application has answered, which may take as long as it takes to start. */
-    async query() { this.accept(await this.#host.ask('query_settings')); }
+    async query() {
+        this.#own = (await chrome.storage.local.get(kept))[kept] ?? {};
+        this.accept(await this.#host.ask('query_settings'));
+        if (Object.keys(this.#own).length > 0)
+            await this.change({});
+    }
 
     /** Takes the record of an answer, or of a message that the host sent by itself. */
     accept(message) {
-        this.current = message.settings;
-        this.onChanged(this.current);
+        ++this.#told;
+        this.#hold(message.settings);
     }
 
-    /** Stores a changed record. The host does not echo what it is told. */
-    async post(settings) {
-        await this.#host.ask('post_settings', { post_settings: settings });
-        this.current = settings;
-        this.onChanged(this.current);
+    /**
+     * Stores changed options.
+     * @param {object} changes values by paths in the record's "browser", such as "monitor.enable"
+     */
+    change(changes) {
+        const mine = this.#lastChange.then(() => this.#post(changes));
+        this.#lastChange = mine.catch(() => {});
+        return mine;
     }
 
     forget() { this.current = null; }
+
+    async #post(changes) {
+        const own = Object.entries(changes).filter(([path]) => isOwn(path));
+        if (own.length > 0) {
+            this.#own = { ...this.#own, ...Object.fromEntries(own) };
+            await chrome.storage.local.set({ [kept]: this.#own });
+        }
+        let settings;
+        let told;
+        do {
+            if (!this.current)
+                throw new HostError('optionsWaiting');
+            told = this.#told;
+            // The host takes defaults for what a record leaves out, so it gets the whole.
+            settings = changed(this.current, { ...this.#own, ...changes });
+            const answer = await this.#host.ask('post_settings', { post_settings: settings });
+            if (answer.error)
+                throw new HostError('problemOptionsRefused', answer.error);
+            // What the host told before this answer was undone by what it read then.
+        } while (told !== this.#told);
+        this.#hold(settings);
+    }
+
+    #hold(settings) {
+        this.current = changed(settings, this.#own);
+        this.onChanged(this.current);
+    }
+}
+
+function changed(settings, changes) {
+    const record = structuredClone(settings);
+    for (const [path, value] of Object.entries(changes)) {
+        const names = path.split('.');
+        const last = names.pop();
+        names.reduce((part, name) => part[name], record.browser)[last] = value;
+    }
+    return record;
 }

@@ -1,6 +1,6 @@
 // The host as real browsers start it, use it and end it.
 
-import { notStrictEqual, strictEqual } from 'node:assert';
+import { deepStrictEqual, notStrictEqual, strictEqual } from 'node:assert';
 import { renameSync } from 'node:fs';
 import { after, before, describe, test } from 'node:test';
 import { ExtendedBrowser, browserNames, hostProgram } from '../support/browsers.mjs';
@@ -61,6 +61,28 @@ for (const name of browserNames) {
             await until(() => sandbox.running(hostProgram).some(pid => pid !== first), 'another host');
             await statusIs(/^Connected to the Kovalo host/);
             notStrictEqual(sandbox.running(hostProgram)[0], first);
+        });
+
+        test('options: what the host tells while it is posted a change is not lost, nor is the change', async () => {
+            deepStrictEqual(await popup.evaluate(async url => {
+                const { Settings } = await import(url);
+                const record = monitor => ({ browser: { menu: {}, monitor }, locale: '' });
+                const posted = [];
+                const settings = new Settings({
+                    ask: async (_type, { post_settings: { browser } }) => {
+                        if (posted.push(browser.monitor) === 1)
+                            settings.accept({ settings: record({ enable: true, skipServers: 'new' }) });
+                        return { error: '' };
+                    },
+                });
+                settings.accept({ settings: record({ enable: true, skipServers: 'old' }) });
+                await settings.change({ 'monitor.enable': false });
+                return [...posted, settings.current.browser.monitor];
+            }, browser.address('lib/settings.js')), [
+                { enable: false, skipServers: 'old' },
+                { enable: false, skipServers: 'new' },
+                { enable: false, skipServers: 'new' },
+            ]);
         });
 
         test('a host that is missing is told in words, and found again on demand', async () => {

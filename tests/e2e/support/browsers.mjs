@@ -55,6 +55,7 @@ const launchers = {
             browser,
             pagesOrigin: `chrome-extension://${chromiumId()}`,
             ExtensionPage: ChromiumExtensionPage,
+            chooseMenu: chooseMenuInChromium,
         };
     },
 
@@ -76,6 +77,7 @@ const launchers = {
             browser,
             pagesOrigin: `moz-extension://${firefoxPagesId}`,
             ExtensionPage: FirefoxExtensionPage,
+            chooseMenu: chooseMenuInFirefox,
         };
     },
 };
@@ -134,6 +136,51 @@ class FirefoxExtensionPage {
     async #send(method, params) { return (await this.connection.send(method, params)).result; }
 }
 
+/**
+ * Chromium shows no menu without a screen, so the extension is told of the choice as it would be
+ * told after a click.
+ */
+async function chooseMenuInChromium(browser, page, element, entry) {
+    const info = await element.evaluate(clicked => ({
+        pageUrl: location.href,
+        frameUrl: clicked.localName === 'iframe' ? clicked.contentWindow.location.href : undefined,
+        linkUrl: clicked.href,
+        srcUrl: clicked.currentSrc,
+    }));
+    const target = await browser.waitForTarget(
+        each => each.type() === 'service_worker' && each.url().startsWith('chrome-extension:'));
+    await (await target.worker()).evaluate(async click => {
+        const tab = (await chrome.tabs.query({})).find(each => each.url === click.pageUrl);
+        const frames = await chrome.webNavigation.getAllFrames({ tabId: tab.id });
+        const { frameId } = frames.find(each => each.url === (click.frameUrl ?? click.pageUrl));
+        chrome.contextMenus.onClicked.dispatch({ ...click, frameId }, tab);
+    }, { ...info, menuItemId: entry });
+}
+
+/** Opens the menu with a right click, and chooses from what it shows. */
+async function chooseMenuInFirefox({ connection }, _page, element, entry) {
+    await element.click({ button: 'right' });
+    const { result: { contexts } } = await connection.send('browsingContext.getTree', { 'moz:scope': 'chrome' });
+    const { context } = contexts.find(each => each.url === 'chrome://browser/content/browser.xhtml');
+    const choose = async id => {
+        const menu = document.getElementById('contentAreaContextMenu');
+        while (menu.state !== 'open')
+            await new Promise(resolve => { setTimeout(resolve, 10); });
+        const item = menu.querySelector(`[id^="kovalo_"][id$="_${id}"]`);
+        item?.doCommand();
+        menu.hidePopup();
+        return Boolean(item);
+    };
+    const { result } = await connection.send('script.callFunction', {
+        target: { context },
+        functionDeclaration: String(choose),
+        arguments: [{ type: 'string', value: entry }],
+        awaitPromise: true,
+    });
+    if (result.result?.value !== true)
+        throw new Error(`the menu shows no ${entry}: ${JSON.stringify(result)}`);
+}
+
 /** A running browser with the extension in it. */
 export class ExtendedBrowser {
     /** @param {string} name one of browserNames */
@@ -150,16 +197,22 @@ export class ExtendedBrowser {
     }
 
     #pages;
+    #chooseMenu;
 
-    constructor(sandbox, { browser, pagesOrigin, ExtensionPage }) {
+    constructor(sandbox, { browser, pagesOrigin, ExtensionPage, chooseMenu }) {
         this.sandbox = sandbox;
         this.browser = browser;
         this.#pages = { origin: pagesOrigin, Page: ExtensionPage };
+        this.#chooseMenu = chooseMenu;
     }
 
-    openExtensionPage(path) {
-        return this.#pages.Page.open(this.browser, `${this.#pages.origin}/${path}`);
-    }
+    /** Right-clicks an element of a page and chooses an entry of the extension, by its id. */
+    chooseMenu(page, element, entry) { return this.#chooseMenu(this.browser, page, element, entry); }
+
+    /** The address of a file of the extension. */
+    address(path) { return `${this.#pages.origin}/${path}`; }
+
+    openExtensionPage(path) { return this.#pages.Page.open(this.browser, this.address(path)); }
 
     /** A port to a host of its own, held by a page of the extension. */
     async openPort(page) {
