@@ -1,19 +1,27 @@
 // Wires the parts of the extension together. Everything the browser reports is listened to from
 // the start, since the browser may have woken this script for just that.
 
+import { DownloadReports } from './lib/downloadreports.js';
 import { Downloads } from './lib/downloads.js';
 import { showMenus } from './lib/menus.js';
 import { NativeHost } from './lib/nativehost.js';
+import { Observer } from './lib/observer.js';
 import { pageLinks } from './lib/pagelinks.js';
+import { Pages } from './lib/pages.js';
 import { RequestLog } from './lib/requestlog.js';
 import { Settings } from './lib/settings.js';
 import { Status, inWords } from './lib/status.js';
+import { Videos } from './lib/videos.js';
 
 const host = new NativeHost();
 const status = new Status();
 const settings = new Settings(host);
 const requestLog = new RequestLog();
 const downloads = new Downloads(host, settings, requestLog);
+const downloadReports = new DownloadReports(host);
+const pages = new Pages();
+const observer = new Observer(host, pages);
+const videos = new Videos(host);
 let captions = {};
 
 function tell(message) {
@@ -25,6 +33,8 @@ function tell(message) {
 
 host.onConnected = async () => {
     status.hostConnected(host.version);
+    downloadReports.announce();
+    observer.announce();
     try {
         const answer = await host.ask('ui_strings');
         captions = answer.strings;
@@ -44,10 +54,20 @@ host.onNotification = message => {
 };
 settings.onChanged = current => {
     showMenus(captions, current.browser.menu);
+    observer.observeEverywhere(current.browser.monitor.video.enable);
     tell({ settings: current });
 };
-downloads.onOutcome = error => (error ? status.failed(error) : status.succeeded());
+const showOutcome = error => (error ? status.failed(error) : status.succeeded());
+downloads.onOutcome = showOutcome;
+videos.onOutcome = showOutcome;
 status.onChanged = current => tell({ status: current });
+pages.onChanged = tabId => tell({ page: { tabId, media: mediaOf(tabId) } });
+
+/** What was found on a tab's page, as the popup shows it; null while that is not observed. */
+function mediaOf(tabId) {
+    return pages.get(tabId)?.media.map(({ requestId, name, kind, size }) => ({ requestId, name, kind, size }))
+        ?? null;
+}
 
 // --- what the user does --------------------------------------------------------------------------
 
@@ -58,13 +78,18 @@ async function addLinks(tabId, where) {
 
 const menuActions = {
     dllink: info => downloads.add([info.linkUrl], info.frameUrl ?? info.pageUrl),
-    dlvideo: info => downloads.add([info.srcUrl], info.frameUrl ?? info.pageUrl),
+    dlvideo: async (info, tab) => {
+        await observer.observe(tab.id);
+        await videos.pick(info, tab);
+    },
     dlselected: (info, tab) => addLinks(tab.id, { frameId: info.frameId, selectedOnly: true }),
     dlall: (_info, tab) => addLinks(tab.id),
 };
 chrome.contextMenus.onClicked.addListener((info, tab) => menuActions[info.menuItemId](info, tab));
 
 requestLog.listen();
+observer.listen();
+downloadReports.listen();
 chrome.downloads.onCreated.addListener(item => downloads.onBegun(item));
 
 // --- what the popup and the options page ask -----------------------------------------------------
@@ -84,6 +109,14 @@ const requests = {
     changeSettings: async ({ changes }) => {
         await settings.change(changes);
         return settings.current;
+    },
+    media: async ({ tabId }) => {
+        await observer.observe(tabId);
+        return mediaOf(tabId);
+    },
+    downloadMedia: async ({ tabId, requestId }) => {
+        await videos.download(pages.get(tabId)?.media.find(each => each.requestId === requestId));
+        return status.describe();
     },
 };
 chrome.runtime.onMessage.addListener((message, _sender, respond) => {

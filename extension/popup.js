@@ -18,13 +18,45 @@ element('retry').addEventListener('click', async () => show(await ask('retry')))
 element('options').textContent = text('openOptions');
 element('options').addEventListener('click', () => chrome.runtime.openOptionsPage());
 
-element('downloadAll').addEventListener('click', async () => {
-    const [tab] = await chrome.tabs.query({ active: true, currentWindow: true });
-    show(await ask('downloadAll', { tabId: tab.id }));
-});
+element('downloadAll').addEventListener('click', async () => show(await ask('downloadAll', { tabId })));
 
+const kinds = { video: 'kindVideo', audio: 'kindAudio', stream: 'kindStream' };
+
+/** A size in the unit that suits it; nothing when it is not known. */
+function sizeInWords(size) {
+    if (size < 0)
+        return [];
+    const [unit, divisor] = [['gigabyte', 1e9], ['megabyte', 1e6], ['kilobyte', 1e3]].find(each => size >= each[1])
+        ?? ['byte', 1];
+    return [new Intl.NumberFormat(undefined, { style: 'unit', unit, maximumFractionDigits: 1 })
+        .format(size / divisor)];
+}
+
+/** What was found on the page, the latest first; media is null where nothing can be. */
+function showMedia(media) {
+    element('page').hidden = !media;
+    element('none').hidden = media?.length > 0;
+    element('media').replaceChildren(...(media ?? []).reverse().map(({ requestId, name, kind, size }) => {
+        const button = document.createElement('button');
+        button.textContent = [name, text(kinds[kind]), ...sizeInWords(size)].join(', ');
+        button.addEventListener('click', async () => show(await ask('downloadMedia', { tabId, requestId })));
+        const entry = document.createElement('li');
+        entry.append(button);
+        return entry;
+    }));
+}
+
+for (const each of document.querySelectorAll('[data-text]'))
+    each.textContent = text(each.dataset.text);
+
+const [{ id: tabId }] = await chrome.tabs.query({ active: true, currentWindow: true });
 follow('status', show);
+follow('page', page => {
+    if (page.tabId === tabId)
+        showMedia(page.media);
+});
 show(await ask('status'));
 const { dlall } = await ask('captions');
 element('downloadAll').textContent = dlall ?? '';
 element('downloadAll').hidden = !dlall;
+showMedia(await ask('media', { tabId }));

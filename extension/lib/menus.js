@@ -3,7 +3,7 @@
 const entries = [
     { id: 'dllink', contexts: ['link'] },
     { id: 'dlselected', contexts: ['selection'] },
-    { id: 'dlvideo', contexts: ['video', 'audio'] },
+    { id: 'dlvideo', contexts: ['video', 'audio', 'frame', 'page'] },
     { id: 'dlall', contexts: ['page', 'link', 'selection'] },
 ];
 

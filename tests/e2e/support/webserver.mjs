@@ -8,12 +8,24 @@ const fileSize = 3 * 1024 * 1024;
 /** Files begin to come at once and end this much later: time to catch a download on its way. */
 const fileDelay = 1500;
 
+const filesPage = `<title>Files</title>
+    <h1>Files</h1>
+    <a id="file" href="/files/data.bin">a file</a>
+    <a id="small" href="/files/list.m3u">another</a>
+    <p id="some" style="display: inline-block"><a href="/files/one.bin">1</a> <a href="/files/two.bin">2</a></p>
+    <a href="mailto:nobody@example.com">write</a>
+    <form id="form" action="/report" method="post">
+      <input name="name" value="Müller &amp; Söhne"><input name="year" value="2026">
+      <button>Report</button></form>`;
+
 export class WebServer {
     /** What was asked for, as { method, path, allowed }. */
     requests = [];
     #server;
     #session = randomBytes(8).toString('hex');
     #userAgent = '';
+    #pages = new Map();
+    #parts = new Map();
 
     static async start() {
         const self = new WebServer();
@@ -23,6 +35,7 @@ export class WebServer {
 
     constructor() {
         this.#server = createServer((request, response) => this.#serve(request, response));
+        this.addPage('/page', filesPage);
     }
 
     get origin() { return `http://127.0.0.1:${this.#server.address().port}`; }
@@ -41,6 +54,16 @@ export class WebServer {
         return this.#contents.get(path);
     }
 
+    /** Adds a page to the site. parts: what it is made of, by paths, as { type, content, status }. */
+    addPage(path, html, parts = {}) {
+        this.#pages.set(path, html);
+        for (const [partPath, part] of Object.entries(parts))
+            this.#parts.set(partPath, { page: path, content: WebServer.content(partPath), status: 200, ...part });
+    }
+
+    /** The bytes of a file or of a part of a page. */
+    content(path) { return Buffer.from(this.#parts.get(path)?.content ?? WebServer.content(path)); }
+
     stop() {
         this.#server.closeAllConnections();
         return new Promise(resolve => { this.#server.close(resolve); });
@@ -48,40 +71,61 @@ export class WebServer {
 
     #serve(request, response) {
         const { pathname } = new URL(request.url, this.origin);
-        if (pathname === '/page')
-            this.#servePage(request, response);
+        if (this.#pages.has(pathname))
+            this.#servePage(request, response, this.#pages.get(pathname));
+        else if (this.#parts.has(pathname))
+            this.#servePart(request, response, pathname);
         else if (pathname.startsWith('/files/') || pathname === '/report')
             this.#serveFile(request, response, pathname);
         else
             response.writeHead(404).end();
     }
 
-    #servePage(request, response) {
+    #servePage(request, response, html) {
         this.#userAgent = request.headers['user-agent'];
         response.writeHead(200, {
             'Content-Type': 'text/html; charset=utf-8',
             'Referrer-Policy': 'unsafe-url',
             'Set-Cookie': [`session=${this.#session}; Path=/; HttpOnly`, 'lang=en; Path=/'],
-        }).end(`<!DOCTYPE html><title>Files</title>
-            <a id="file" href="/files/data.bin">a file</a>
-            <a id="small" href="/files/list.m3u">another</a>
-            <p id="some"><a href="/files/one.bin">1</a> <a href="/files/two.bin">2</a></p>
-            <a href="mailto:nobody@example.com">write</a>
-            <form id="form" action="/report" method="post">
-              <input name="name" value="Müller &amp; Söhne"><input name="year" value="2026">
-              <button>Report</button></form>`);
+        }).end(`<!DOCTYPE html>${html}`);
+    }
+
+    /** Whether a request comes from a page of this visit. */
+    #isAllowed({ cookie = '', referer, 'user-agent': userAgent }, page) {
+        return referer === this.origin + page && userAgent === this.#userAgent
+            && cookie.split('; ').includes(`session=${this.#session}`);
+    }
+
+    #servePart(request, response, path) {
+        const { page, type, status } = this.#parts.get(path);
+        const allowed = this.#isAllowed(request.headers, page);
+        this.requests.push({ method: request.method, path, allowed });
+        if (!allowed) {
+            response.writeHead(403).end('Come from the page.');
+            return;
+        }
+        const content = this.content(path);
+        const range = /^bytes=(\d+)-(\d*)$/.exec(request.headers.range);
+        if (!range) {
+            response.writeHead(status, { 'Content-Type': type, 'Content-Length': content.length }).end(content);
+            return;
+        }
+        const part = content.subarray(Number(range[1]), range[2] ? Number(range[2]) + 1 : undefined);
+        response.writeHead(206, {
+            'Content-Type': type,
+            'Content-Length': part.length,
+            'Content-Range': `bytes ${range[1]}-${Number(range[1]) + part.length - 1}/${content.length}`,
+        }).end(part);
     }
 
     async #serveFile(request, response, path) {
         let body = '';
         for await (const chunk of request.setEncoding('utf8'))
             body += chunk;
-        const { cookie = '', referer, 'user-agent': userAgent } = request.headers;
         const posted = path !== '/report'
             || (request.method === 'POST' && body === WebServer.formBody
                 && request.headers['content-type'] === 'application/x-www-form-urlencoded');
-        const allowed = posted && referer === this.pageUrl && userAgent === this.#userAgent
-            && cookie.split('; ').includes(`session=${this.#session}`);
+        const allowed = posted && this.#isAllowed(request.headers, '/page');
         this.requests.push({ method: request.method, path, allowed });
         if (!allowed) {
             response.writeHead(403).end('Come from the page.');

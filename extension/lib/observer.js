@@ -1,0 +1,284 @@
+// Tells the host what pages request, for it to find the videos on them: everywhere while videos are
+// looked for, else in the tabs for which the user asked.
+
+import { isWebAddress, withoutFragment } from './addresses.js';
+import { assumedHeaders, headerBlock } from './headers.js';
+import { addressesIn, mediaIn } from './mediarules.js';
+import { playlistText } from './playlists.js';
+
+/** What may fetch media. */
+const filter = {
+    urls: ['http://*/*', 'https://*/*'],
+    types: ['main_frame', 'sub_frame', 'xmlhttprequest', 'media', 'object', 'other'],
+};
+const mostRequests = 1000;
+
+/** How the browsers call it when a player has enough of an answer, which says nothing against it. */
+const brokenOff = new Set(['net::ERR_ABORTED', 'NS_BINDING_ABORTED', 'NS_ERROR_PARSED_DATA_CACHED']);
+
+/** Chromium shows the headers on cookies and the referrer only to who asks for these, too. */
+const allHeaders = ['requestHeaders', chrome.webRequest.OnSendHeadersOptions?.EXTRA_HEADERS].filter(Boolean);
+
+export class Observer {
+    #host;
+    #pages;
+    #everywhere = false;
+    #listening = false;
+    /** Those under way, by their ids. */
+    #requests = new Map();
+    /** Addresses of playlists that are just read for their text. */
+    #reading = new Set();
+    /** What the browser tells is worked through in its order, though some of it takes time. */
+    #last = Promise.resolve();
+
+    #events = [
+        [chrome.webRequest.onBeforeRequest, details => this.#onRequest(details)],
+        [chrome.webRequest.onSendHeaders, details => this.#onHeaders(details), allHeaders],
+        [chrome.webRequest.onBeforeRedirect, details => this.#onRedirect(details)],
+        [chrome.webRequest.onResponseStarted, details => this.#onResponse(details), ['responseHeaders']],
+        [chrome.webRequest.onCompleted, details => this.#onCompleted(details)],
+        [chrome.webRequest.onErrorOccurred, details => this.#onError(details)],
+    ].map(([event, handle, ...more]) => [event, details => void this.#inOrder(() => handle(details)), ...more]);
+
+    constructor(host, pages) {
+        this.#host = host;
+        this.#pages = pages;
+    }
+
+    /** To be called at once when the script starts. */
+    listen() {
+        this.#setListening(true);
+        chrome.webNavigation.onCommitted.addListener(
+            details => void this.#inOrder(() => this.#onNavigated(details)));
+        chrome.webNavigation.onHistoryStateUpdated.addListener(
+            details => void this.#inOrder(() => this.#onAddressChanged(details)));
+        chrome.tabs.onRemoved.addListener(tabId => void this.#inOrder(() => this.#end(tabId)));
+        this.#inOrder(async () => {
+            await this.#pages.restore();
+            this.#setListening(this.#pages.size > 0);
+        });
+    }
+
+    /** Begins or ends observing the tabs for which the user did not ask. */
+    observeEverywhere(on) {
+        return this.#inOrder(async () => {
+            if (on === this.#everywhere)
+                return;
+            this.#everywhere = on;
+            if (on) {
+                for (const { id, url } of await chrome.tabs.query({}))
+                    this.#begin(id, url);
+            } else {
+                for (const [tabId, page] of [...this.#pages]) {
+                    if (!page.asked)
+                        this.#end(tabId);
+                }
+            }
+            this.#setListening(on || this.#pages.size > 0);
+        });
+    }
+
+    /** The user asked for a tab. Resolves with its page, undefined when that is none of the web. */
+    observe(tabId) {
+        return this.#inOrder(async () => {
+            const { url } = await chrome.tabs.get(tabId);
+            if (!isWebAddress(url))
+                return undefined;
+            this.#begin(tabId, url);
+            this.#setListening(true);
+            return this.#pages.change(tabId, { asked: true });
+        });
+    }
+
+    /** A host that was just started knows nothing. */
+    announce() {
+        return this.#inOrder(() => {
+            for (const [, page] of this.#pages) {
+                this.#notify('tab_navigated', { data: page.url });
+                for (const media of page.media) {
+                    this.#notifyOf('request', media);
+                    this.#notifyOf('response', media);
+                    this.#notifyOf('completed', media);
+                }
+            }
+        });
+    }
+
+    #inOrder(work) {
+        const mine = this.#last.then(work);
+        this.#last = mine.catch(error => console.error(error));
+        return mine;
+    }
+
+    #setListening(on) {
+        if (on === this.#listening)
+            return;
+        this.#listening = on;
+        for (const [event, listener, ...more] of this.#events) {
+            if (on)
+                event.addListener(listener, filter, ...more);
+            else
+                event.removeListener(listener);
+        }
+        if (!on)
+            this.#requests.clear();
+    }
+
+    // --- tabs ---
+
+    #begin(tabId, address) {
+        if (this.#pages.get(tabId)?.url)
+            return;
+        const page = this.#pages.add(tabId, pageUrlOf(address));
+        if (page.url)
+            this.#notify('tab_navigated', { data: page.url });
+    }
+
+    #end(tabId) {
+        const page = this.#pages.get(tabId);
+        if (!page)
+            return;
+        if (page.url)
+            this.#notify('tab_closed', { srcTabUrl: page.url });
+        this.#pages.remove(tabId);
+        this.#setListening(this.#everywhere || this.#pages.size > 0);
+    }
+
+    /** The page of a tab, undefined when that is not observed. */
+    #pageIn(tabId) {
+        const page = this.#pages.get(tabId);
+        return page ?? (this.#everywhere && tabId >= 0 ? this.#pages.add(tabId) : undefined);
+    }
+
+    #onNavigated({ tabId, frameId, url }) {
+        const page = frameId === 0 && this.#pageIn(tabId);
+        const next = pageUrlOf(url);
+        if (!page || next === page.url) // a page that is loaded again is the same
+            return;
+        this.#notify('tab_navigated', { srcTabUrl: page.url, data: next });
+        // What is opened in a tab of its own was found before.
+        const media = page.media.filter(each => each.pageUrl === next);
+        this.#pages.change(tabId, { url: next, media, playlists: [], named: [] });
+    }
+
+    #onAddressChanged({ tabId, frameId, url }) {
+        const page = frameId === 0 && this.#pageIn(tabId);
+        const next = pageUrlOf(url);
+        if (!page || next === page.url)
+            return;
+        this.#notify('tab_url_changed', { srcTabUrl: page.url, data: next });
+        this.#pages.change(tabId, { url: next, media: page.media.map(each => ({ ...each, pageUrl: next })) });
+    }
+
+    // --- requests ---
+
+    #onRequest({ requestId, tabId, frameId, type, url, method }) {
+        const page = this.#pageIn(tabId);
+        const address = withoutFragment(url);
+        if (!page || this.#reading.has(address))
+            return;
+        this.#requests.delete(requestId);
+        this.#requests.set(requestId, {
+            requestId,
+            tabId,
+            frameId,
+            url: address,
+            method,
+            // What is opened in a tab of its own is requested while that shows another page.
+            ownPage: type === 'main_frame',
+            pageUrl: type === 'main_frame' ? address : page.url,
+            requestHeaders: null,
+        });
+        if (this.#requests.size > mostRequests)
+            this.#requests.delete(this.#requests.keys().next().value);
+    }
+
+    #onHeaders({ requestId, requestHeaders }) {
+        const request = this.#requests.get(requestId);
+        if (!request)
+            return;
+        request.requestHeaders = headerBlock(requestHeaders);
+        this.#notifyOf('request', request);
+    }
+
+    #onRedirect({ requestId, redirectUrl }) {
+        const request = this.#requests.get(requestId);
+        if (request && request.requestHeaders !== null)
+            this.#notifyOf('redirect', request, { data: withoutFragment(redirectUrl) });
+    }
+
+    async #onResponse(details) {
+        const request = this.#requests.get(details.requestId);
+        if (!request)
+            return;
+        if (request.requestHeaders === null) { // the browser had it, and asked nobody
+            request.requestHeaders = await assumedHeaders(request.url, request.ownPage ? '' : request.pageUrl);
+            this.#notifyOf('request', request);
+        }
+        const shown = details.responseHeaders?.filter(each => !/^set-cookie2?$/i.test(each.name));
+        request.statusCode = details.statusCode;
+        request.responseHeaders = headerBlock(shown);
+        this.#notifyOf('response', request);
+        const media = mediaIn(details);
+        const page = this.#pages.get(request.tabId);
+        if (!media || !page)
+            return;
+        request.isUnread = media.kind === 'stream' && !page.playlists.includes(request.url);
+        this.#pages.addMedia(request.tabId, { ...request, ...media });
+    }
+
+    #onCompleted({ requestId }) {
+        const request = this.#requests.get(requestId);
+        if (!request)
+            return;
+        this.#requests.delete(requestId);
+        this.#notifyOf('completed', request);
+        if (request.isUnread)
+            this.#readPlaylist(request);
+    }
+
+    #onError({ requestId, error }) {
+        const request = this.#requests.get(requestId);
+        if (!request)
+            return;
+        this.#requests.delete(requestId);
+        if (request.statusCode && brokenOff.has(error)) {
+            this.#notifyOf('completed', request);
+            return;
+        }
+        this.#notifyOf('failed', request);
+        this.#pages.dropMedia(request.tabId, each => each.requestId === requestId);
+    }
+
+    async #readPlaylist(request) {
+        this.#reading.add(request.url);
+        const text = await playlistText(request);
+        await this.#inOrder(() => {
+            this.#reading.delete(request.url);
+            if (!text.startsWith('#EXTM3U')) // what DASH has lies beside or below
+                return;
+            this.#pages.addNamed(request.tabId, addressesIn(text, request.url));
+            this.#notifyOf('playlist', request, { data: text });
+        });
+    }
+
+    // --- what the host is told ---
+
+    #notify(type, members) {
+        this.#host.tell('network_request_notification', {
+            network_request_notification: { type, ...members },
+        });
+    }
+
+    /** @param {object} changes members that differ from what the request says of itself */
+    #notifyOf(type, { requestId, url, pageUrl, method, requestHeaders, statusCode, responseHeaders }, changes) {
+        const members = {
+            request: { requestHeaders, data: method },
+            response: { responseHeaders, data: String(statusCode) },
+        };
+        this.#notify(type, { requestId, url, srcTabUrl: pageUrl, ...members[type], ...changes });
+    }
+}
+
+/** How a page is called; '' for one that is none of the web. */
+function pageUrlOf(address) { return isWebAddress(address) ? withoutFragment(address) : ''; }

@@ -1,0 +1,197 @@
+// What is seen of a page's videos arrives in the application when the user chooses it, and nothing
+// else: from the popup and from the menu, in real browsers.
+
+import { deepStrictEqual, ok, strictEqual } from 'node:assert';
+import { after, before, describe, test } from 'node:test';
+import { browserNames } from '../support/browsers.mjs';
+import { Visit } from '../support/visit.mjs';
+
+/** What surrounds a video on a page. None of it may ever be taken for the video. */
+const surroundings = {
+    '/ads/poster.jpg': { type: 'image/jpeg' },
+    '/ads/pixel.gif': { type: 'image/gif', content: 'GIF89a' },
+    '/ads/beacon.mp4': { type: 'video/mp4', content: 'x'.repeat(20_000) },
+    '/ads/gone.mp4': { type: 'video/mp4', status: 410 },
+    '/ads/answer.json': { type: 'application/json' },
+};
+
+/** A page with a player; the script fetches as players do. get(path, first, last) gets a range. */
+function playerPage(parts, script, more = '') {
+    return `<title>Player</title><h1>Player</h1>
+        <video id="empty" width="9" height="9" poster="${Object.keys(parts)[0]}"></video>
+        <img src="${Object.keys(parts)[1]}">${more}
+        <script>
+            const get = async (path, first, last) => (await fetch(path,
+                first === undefined ? {} : { headers: { Range: 'bytes=' + first + '-' + last } })).text();
+            (async () => {
+                for (const path of ${JSON.stringify(Object.keys(parts))}.slice(2))
+                    await get(path);
+                navigator.sendBeacon('/ads/seen');
+                ${script}
+                document.title = 'played';
+            })();
+        </script>`;
+}
+
+const film = path => ({ [path]: { type: 'video/mp4' } });
+const inRanges = path => `for (const first of [0, 1e6, 2e6]) await get('${path}', first, first + 99_999);`;
+
+/**
+ * Pages; the file that "Download video" gets when it is chosen on the element "at", and what the
+ * popup lists.
+ */
+const pages = [
+    {
+        name: 'a file that an element plays',
+        parts: film('/film/plain.mp4'),
+        more: '<video id="player" src="/film/plain.mp4" controls></video>',
+        at: '#player',
+        wants: '/film/plain.mp4',
+        lists: ['plain.mp4, Video, 3.1 MB'],
+    },
+    {
+        name: 'a file fetched in ranges',
+        parts: film('/film/ranges'),
+        script: inRanges('/film/ranges'),
+        at: 'h1',
+        wants: '/film/ranges',
+        lists: ['ranges, Video, 3.1 MB'],
+    },
+    {
+        name: 'an HLS stream with its pieces elsewhere',
+        parts: {
+            '/hls/master.m3u8': {
+                type: 'application/vnd.apple.mpegurl',
+                content: '#EXTM3U\n#EXT-X-STREAM-INF:BANDWIDTH=1000\n/low/list.m3u8\n',
+            },
+            '/low/list.m3u8': {
+                type: 'application/vnd.apple.mpegurl',
+                content: '#EXTM3U\n#EXT-X-MAP:URI="/pieces/start.mp4"\n#EXTINF:9,\n/pieces/1.mp4\n',
+            },
+            ...film('/pieces/start.mp4'),
+            ...film('/pieces/1.mp4'),
+        },
+        script: `for (const path of ['/hls/master.m3u8', '/low/list.m3u8', '/pieces/start.mp4', '/pieces/1.mp4'])
+                     await get(path);`,
+        at: 'h1',
+        wants: '/hls/master.m3u8',
+        lists: ['master.m3u8, Stream'],
+    },
+    {
+        name: 'a DASH stream',
+        parts: {
+            '/dash/film.mpd': { type: 'application/dash+xml', content: '<MPD/>' },
+            ...film('/dash/video/1.mp4'),
+            ...film('/cdn/2.m4s'),
+        },
+        script: "for (const path of ['/dash/film.mpd', '/dash/video/1.mp4', '/cdn/2.m4s']) await get(path);",
+        at: 'h1',
+        wants: '/dash/film.mpd',
+        lists: ['film.mpd, Stream'],
+    },
+    {
+        name: 'a file in a frame, beside a larger one on the page',
+        parts: { '/film/trailer.mp4': { type: 'video/mp4', content: 'x'.repeat(5_000_000) } },
+        script: "await get('/film/trailer.mp4');",
+        more: '<iframe id="frame" src="/player/inner"></iframe>',
+        at: '#frame',
+        wants: '/film/inner.mp4',
+        lists: ['inner.mp4, Video, 3.1 MB', 'trailer.mp4, Video, 5 MB'],
+    },
+    {
+        name: 'a page that changes its address',
+        parts: film('/film/app.mp4'),
+        script: `${inRanges('/film/app.mp4')} history.pushState({}, '', '/another/address');`,
+        at: 'h1',
+        wants: '/film/app.mp4',
+        lists: ['app.mp4, Video, 3.1 MB'],
+    },
+];
+
+for (const name of browserNames) {
+    describe(`videos in ${name}`, { timeout: 300_000 }, () => {
+        let visit;
+        let popup;
+        const arrived = [];
+        before(async () => {
+            visit = await Visit.start(name, ['kov']);
+            const innerParts = { ...film('/film/inner.mp4') };
+            visit.server.addPage('/player/inner', `<title>Inner</title><script>
+                fetch('/film/inner.mp4').then(response => response.text());</script>`, innerParts);
+            for (const [index, page] of pages.entries()) {
+                const around = Object.fromEntries(Object.entries(surroundings)
+                    .map(([path, part]) => [path.replace('/ads/', `/ads/${index}-`), part]));
+                visit.server.addPage(`/player/${index}`, playerPage(around, page.script ?? '', page.more),
+                                     { ...around, ...page.parts });
+            }
+            popup = await visit.browser.openExtensionPage('popup.html');
+        });
+        after(() => visit?.end());
+
+        async function open(index) {
+            await visit.page.goto(`${visit.server.origin}/player/${index}`);
+            await visit.until(async () => await visit.page.title() === 'played', 'the page to play');
+        }
+        const listed = () => popup.evaluate(() => document.getElementById('page').hidden ? null
+            : [...document.querySelectorAll('#media button')].map(button => button.textContent).sort());
+        /** Shows the popup anew, as if it were opened over the page. */
+        async function showPopup() {
+            const tabId = await visit.tabId(visit.page);
+            await popup.evaluate(async id => {
+                await chrome.tabs.update(id, { active: true });
+                location.reload();
+            }, tabId).catch(() => {}); // the answer may be lost with the page that gave it
+        }
+        async function popupLists(lists) {
+            let now;
+            await visit.until(async () => {
+                now = await listed().catch(() => 'loading');
+                return JSON.stringify(now) === JSON.stringify(lists);
+            }, 'the popup to list what was found').catch(error => {
+                deepStrictEqual(now, lists, error.message);
+            });
+        }
+
+        test('until the user asks, nothing is observed; then the popup lists and sends', async () => {
+            await open(1);
+            await showPopup();
+            await popupLists([]);
+            await open(1);
+            await popupLists(pages[1].lists);
+            await popup.evaluate(() => document.querySelector('#media button').click());
+            arrived.push(pages[1].wants);
+            await visit.untilDownloaded(visit.sandbox.downloads, arrived);
+        });
+
+        test('the options page has videos looked for everywhere', async () => {
+            await visit.extension.evaluate(() => {
+                document.querySelector('[name="monitor.video.enable"]').checked = true;
+                document.getElementById('form').requestSubmit();
+            });
+            await visit.until(async () => (await visit.ask('settings')).browser.monitor.video.enable, 'the option to hold');
+            visit.page = await visit.browser.browser.newPage();
+        });
+
+        for (const [index, page] of pages.entries()) {
+            test(`the menu gets ${page.name}`, async () => {
+                await open(index);
+                await showPopup();
+                await popupLists(page.lists);
+                await visit.chooseMenu(visit.page, page.at, 'dlvideo');
+                arrived.push(page.wants);
+                await visit.untilDownloaded(visit.sandbox.downloads, arrived);
+                strictEqual((await visit.ask('status')).problem, null);
+                ok(visit.server.requests.every(request => request.allowed), JSON.stringify(visit.server.requests));
+            });
+        }
+
+        test('a page without a video is told in words, and one that the browser downloads is none', async () => {
+            visit.application('set', 'WbInterceptDownloads', '0');
+            await visit.until(async () => !(await visit.ask('settings')).browser.monitor.enable, 'catching to be off');
+            await visit.page.goto(visit.server.pageUrl);
+            await visit.chooseMenu(visit.page, 'h1', 'dlvideo');
+            await visit.until(async () => (await visit.ask('status')).problem
+                === 'No video was seen here. Play it, or load the page again, and try once more.', 'the words');
+        });
+    });
+}
