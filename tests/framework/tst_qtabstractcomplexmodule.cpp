@@ -70,7 +70,6 @@ private:
 
 class Tree : public QtAbstractComplexModule {
 public:
-    using QtAbstractComplexModule::addModule;
     using QtAbstractComplexModule::clearModules;
 
     /// The script is made of "STEP=ACT"; steps on the way down begin with "~", the ends of children
@@ -102,37 +101,33 @@ public:
 protected:
     void initializeSelfBefore(bool init) override
     {
-        play.step(this, stepName(u"before"_qs, init), [this, init](const QString &act) {
-            end(act, init);
-            onInitializeSelfBeforeFinished(init);
-        });
+        selfStep(u"before"_qs, init, [this, init] { onInitializeSelfBeforeFinished(init); });
     }
     void initializeSelfAfter(bool init) override
     {
-        play.step(this, stepName(u"after"_qs, init), [this, init](const QString &act) {
-            end(act, init);
-            onInitializeSelfAfterFinished(init);
-        });
+        selfStep(u"after"_qs, init, [this, init] { onInitializeSelfAfterFinished(init); });
     }
     void onModuleInitializeRunning(bool running, bool init) override
     {
-        const QString act = play.script.value(currentModule()->objectName() + u'.');
-        if (!running && init && act == u"never")
+        const QString name = currentModule()->objectName() + u'.';
+        const QString act = running || !init ? QString() : play.script.value(name);
+        if (act == u"never")
             return;
-        if (!running && init && act == u"takedown")
+        if (act == u"takedown")
             initialize(false);
-        if (!running && init && act == u"adds")
+        if (act == u"adds")
             addLeaf(u"d"_qs);
         QtAbstractComplexModule::onModuleInitializeRunning(running, init);
     }
 
 private:
-    void end(const QString &act, bool init)
+    void selfStep(const QString &name, bool init, const std::function<void()> &finished)
     {
-        if (act.startsWith(u"fails"))
-            setInitFailed(init);
-        if (act == u"exits")
-            setNeedExit();
+        play.step(this, stepName(name, init), [this, finished](const QString &act) {
+            if (act == u"fails")
+                setInitFailed(true);
+            finished();
+        });
     }
 };
 

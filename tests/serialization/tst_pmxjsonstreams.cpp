@@ -1,29 +1,16 @@
 #include "pmxjsonserializeobject.h"
-#include "pmxserializablesharedobjvector.h"
+#include "pmxserializable.h"
 
 #include <QTest>
 
 #include <functional>
 #include <limits>
-#include <locale>
 #include <sstream>
 
 using namespace std::string_literals;
 using Stream = pmxSerializationIoStream;
 
 namespace {
-
-/// An element that needs its "n".
-class Item : public pmxSerializable {
-public:
-    bool Serialize(Stream *stream, unsigned int) override
-    {
-        return stream->SerializeValueS("n", n, true);
-    }
-    int n = 0;
-};
-
-using ItemList = pmxSerializableSharedObjVector<Item>;
 
 /// A record that does what a test wants.
 class Script : public pmxSerializable {
@@ -39,12 +26,6 @@ bool write(Stream &stream, const char *name, std::string value)
 {
     return stream.SerializeValue(name, value, true);
 }
-
-class GroupedDigits : public std::numpunct<char> {
-protected:
-    char do_thousands_sep() const override { return '.'; }
-    std::string do_grouping() const override { return "\3"; }
-};
 
 Stream reader(const std::string &json)
 {
@@ -77,43 +58,27 @@ template <typename T> std::string readS(const char *text, T before)
 class TestPmxJsonStreams : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void texts_data()
-    {
-        QTest::addColumn<std::string>("text");
-        QTest::addColumn<bool>("wellFormed");
-        for (const char *text : {"", " ", "nul", "-", "{\"a\":1", "{\"a\":\"b", "{\"a\":}",
-                                 "{\"a\":1,}", "\"\\ud800\"", "\"a\nb\""})
-            QTest::addRow("bad: %s", text) << std::string(text) << false;
-        for (const char *text : {" \t\r\n{} ", "{} and more }", "{\"a\":1e999}", "\"\xff\xfe\""})
-            QTest::addRow("good: %s", text) << std::string(text) << true;
-        QTest::newRow("zero byte first") << "\0{}"s << false;
-        QTest::newRow("100 arrays") << nested("[", "]", 100) << true;
-        QTest::newRow("101 arrays") << nested("[", "]", 101) << false;
-        QTest::newRow("100 of both") << nested("[{\"a\":", "}]", 50) << true;
-        QTest::newRow("102 of both") << nested("[{\"a\":", "}]", 51) << false;
-        QTest::newRow("a million objects") << nested("{\"a\":", "", 1'000'000) << false;
-    }
-
     void texts()
     {
-        QFETCH(const std::string, text);
-        QFETCH(const bool, wellFormed);
-        QCOMPARE(pmxJson2SerializationInputStream().BindToText(text), wellFormed);
+        for (const std::string &bad :
+             {""s, " "s, "nul"s, "-"s, "{\"a\":1"s, "{\"a\":\"b"s, "{\"a\":}"s, "{\"a\":1,}"s,
+              "\"\\ud800\""s, "\"a\nb\""s, "\0{}"s, nested("[", "]", 101),
+              nested("[{\"a\":", "}]", 51), nested("{\"a\":", "", 1'000'000)})
+            QVERIFY2(!pmxJson2SerializationInputStream().BindToText(bad), bad.c_str());
+        for (const std::string &good :
+             {" \t\r\n{} "s, "{} and more }"s, "{\"a\":1e999}"s, "\"\xff\xfe\""s,
+              nested("[", "]", 100), nested("[{\"a\":", "}]", 50)})
+            QVERIFY2(pmxJson2SerializationInputStream().BindToText(good), good.c_str());
     }
 
     void plainValues()
     {
         // The name asked for, and what is found as a text, a bool and a number.
         const std::tuple<const char *, const char *, const char *> cases[] = {
-            {R"({"v":"new"})", "v", "new !0 !9"},
-            {R"({"v":true})", "v", "!old 1 !9"},
-            {R"({"v":"true"})", "v", "true !0 !9"},
-            {R"({"v":1.5})", "v", "!old !0 1.5"},
-            {R"({"v":1e999})", "v", "!old !0 !9"},
-            {R"({"v":{}})", "v", "!old !0 !9"},
-            {R"({"w":"new"})", "v", "!old !0 !9"},
-            {R"("new")", "", "new !0 !9"},
-            {"true", "", "!old 1 !9"},
+            {R"({"v":"new"})", "v", "new !0 !9"},   {R"({"v":true})", "v", "!old 1 !9"},
+            {R"({"v":"true"})", "v", "true !0 !9"}, {R"({"v":1.5})", "v", "!old !0 1.5"},
+            {R"({"v":1e999})", "v", "!old !0 !9"},  {R"({"w":"new"})", "v", "!old !0 !9"},
+            {R"("new")", "", "new !0 !9"},          {"true", "", "!old 1 !9"},
             {R"(["new"])", "v", "!old !0 !9"}};
         for (const auto &[json, name, expected] : cases) {
             Stream stream = reader(json);
@@ -144,35 +109,6 @@ private Q_SLOTS:
         QCOMPARE(readS(R"("0")", true), " 0 0");
         QCOMPARE(readS(R"("true")", false), " !0 0");
         QCOMPARE(readS(R"("2")", false), " !0 0");
-    }
-
-    void numbersInAnyLocale()
-    {
-        const std::locale before =
-            std::locale::global(std::locale(std::locale::classic(), new GroupedDigits));
-        const std::string written = pmxTextFromValue(1234567);
-        const std::string read = readS(R"("7654321")", 9);
-        std::locale::global(before);
-        QCOMPARE(written, "1234567");
-        QVERIFY(QByteArray::fromStdString(read).replace('.', "").startsWith(" 7654321"));
-    }
-
-    void lists()
-    {
-        const std::tuple<const char *, bool, const char *> cases[] = {
-            {R"({"item":[]})", true, "{}"},
-            {R"({"item":{"n":"1"}})", true, R"({"item":[{"n":"1"}]})"},
-            {R"({"item":[{"n":"3"},{"n":"1"}]})", true, R"({"item":[{"n":"3"},{"n":"1"}]})"},
-            {R"({"item":[{"n":"1"},{"m":"2"},{"n":"3"}]})", false, R"({"item":[{"n":"1"}]})"},
-            {R"({"item":["1"]})", false, "{}"},
-            {R"("item")", true, "{}"}};
-        ItemList list;
-        for (const auto &[json, ok, rewritten] : cases) {
-            QCOMPARE(pmxJsonSerializeObject(list, std::string(json), 0), ok);
-            std::ostringstream out;
-            QVERIFY(pmxJsonSerializeObject(list, out, 0));
-            QCOMPARE(out.str(), rewritten);
-        }
     }
 
     void writtenText()
@@ -211,9 +147,11 @@ private Q_SLOTS:
         std::ostringstream out;
         QVERIFY(!pmxJsonSerializeObject(failing, out, 0));
         QCOMPARE(out.str(), "");
-        ItemList list;
+        Script empty([](Stream &) { return true; });
+        QVERIFY(pmxJsonSerializeObject(empty, out, 0));
+        QCOMPARE(out.str(), "{}");
         out.setstate(std::ios::badbit);
-        QVERIFY(!pmxJsonSerializeObject(list, out, 0));
+        QVERIFY(!pmxJsonSerializeObject(empty, out, 0));
     }
 };
 

@@ -14,6 +14,7 @@
 
 #include <QLocalServer>
 #include <QTemporaryDir>
+#include <QTest>
 
 /**
  * The dispatcher with all that it needs, between messages and a file of answers. Its data and its
@@ -69,8 +70,12 @@ public:
         }
         return messages.join(u'|');
     }
-    /// The application accepts connections and says nothing.
-    bool listen() { return m_server.listen(appServerName()); }
+    /// From now on the application accepts connections, and says nothing.
+    bool connectToApplication()
+    {
+        return m_server.listen(appServerName())
+            && QTest::qWaitFor([this] { return client->isConnected(); });
+    }
     /// The application's settings, empty until something is written, count as known.
     void makeSettingsKnown()
     {

@@ -90,11 +90,22 @@ private Q_SLOTS:
         row("not an inner extension", false, ",'skipExtensions':'tar'");
         row("extension in capitals", true, ",'skipExtensions':'pls gz'",
             ",'suggestedName':'list.PLS'");
+        row("wildcard", true, ",'skipExtensions':'pls g*'", ",'suggestedName':'a.GZ'");
+        row("no other separator", false, ",'skipExtensions':'gz,pls'");
         row("name without a dot", false, ",'skipExtensions':'* gz'", ",'suggestedName':'gz'");
         row("empty extension, empty list", true, "", ",'suggestedName':'name.'");
+        row("empty extension, two spaces in a list", true, ",'skipExtensions':'gz  *'",
+            ",'suggestedName':'name.'");
         row("empty extension and a list", false, ",'skipExtensions':'gz *'",
             ",'suggestedName':'name.'");
         row("unwanted host", true, ",'skipServersEnabled':true,'skipServers':'a.org example.org'");
+        row("itself unwanted, in capitals", true,
+            ",'skipServersEnabled':true,'skipServers':'Files.Example.org'");
+        row("wildcard host", true, ",'skipServersEnabled':true,'skipServers':'f?les.*'");
+        row("same letters at the end", false,
+            ",'skipServersEnabled':true,'skipServers':'ample.org'");
+        row("above the unwanted one", false,
+            ",'skipServersEnabled':true,'skipServers':'www.files.example.org'");
         row("host rule is off", false, ",'skipServers':'example.org'");
         // The host would match the empty mask's "*.".
         row("host list is empty", false, ",'skipServersEnabled':true",
@@ -119,26 +130,6 @@ private Q_SLOTS:
         HeldKey released(false);
         QCOMPARE(pmxIsCatchedDownloadShoudBeIgnored(&info, rules, &released) != 0,
                  ignored && !settings.contains("Key"));
-    }
-
-    void lists()
-    {
-        const std::tuple<const char *, const char *, bool> extensions[] = {
-            {"pls m3u", "pls", true}, {"pls m3u", "m3", false}, {"pls m3*", "M3U8", true},
-            {"pls  m3u", "", true},   {"pls ", "", true},       {"pls *", "", false},
-            {"pls,m3u", "m3u", false}};
-        for (const auto &[list, extension, matches] : extensions)
-            QVERIFY2((IsExtInExtsStr(list, extension) != 0) == matches, list);
-        const std::tuple<const char *, const char *, bool> servers[] = {
-            {"a.org example.org", "Example.org", true},
-            {"example.org", "www.files.example.org", true},
-            {"example.org", "myexample.org", false},
-            {"www.example.org", "example.org", false},
-            {"cdn?.*", "cdn7.example.org", true},
-            {"*", "", false},
-            {"", "example.org", false}};
-        for (const auto &[list, server, matches] : servers)
-            QVERIFY2((IsServerInServersStr(list, server) != 0) == matches, list);
     }
 
     void wildcardsAsDefined()

@@ -6,36 +6,34 @@
 
 #include <QTest>
 
-#include <thread>
-
 class TestConsoleOutput : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void base64()
     {
-        const std::pair<QByteArray, QByteArray> cases[] = {{"", ""},
-                                                           {"YQ==", "a"},
-                                                           {"YWI=", "ab"},
-                                                           {"+/+/", "\xfb\xff\xbf"},
-                                                           {"eyJhIjoxfQ==\r\n", "{\"a\":1}"},
-                                                           {"YWJj YWJj", "abc"},
-                                                           {"YQ==YWJj", "a"},
-                                                           {QByteArray("YWJj\0YWJj", 9), "abc"},
-                                                           {"YWJj====", "abc"},
-                                                           {"YR==", "a"},
-                                                           {QByteArray("YWJjYW\0j", 8), ""},
-                                                           {"e*Jh", ""},
-                                                           {"YWJjeyJ*", ""},
-                                                           {"Y===", ""},
-                                                           {"YQ=x", ""},
-                                                           {"YWJjY", ""},
-                                                           {"YWJjYQ", ""},
-                                                           {"YWJjYWI", ""},
-                                                           {"YWJjYQ=", ""},
-                                                           {"YW-_", ""},
-                                                           {"YW\xc3\xa9", ""}};
+        const std::pair<const char *, const char *> cases[] = {{"", ""},
+                                                               {"YQ==", "a"},
+                                                               {"YWI=", "ab"},
+                                                               {"+/+/", "\xfb\xff\xbf"},
+                                                               {"eyJhIjoxfQ==\r\n", "{\"a\":1}"},
+                                                               {"YWJj YWJj", "abc"},
+                                                               {"YQ==YWJj", "a"},
+                                                               {"YWJj====", "abc"},
+                                                               {"YR==", "a"},
+                                                               {"e*Jh", ""},
+                                                               {"YWJjeyJ*", ""},
+                                                               {"Y===", ""},
+                                                               {"YQ=x", ""},
+                                                               {"YWJjY", ""},
+                                                               {"YWJjYQ", ""},
+                                                               {"YWJjYWI", ""},
+                                                               {"YWJjYQ=", ""},
+                                                               {"YW-_", ""},
+                                                               {"YW\xc3\xa9", ""}};
         for (const auto &[text, bytes] : cases)
-            QVERIFY2(Base64Transport::decode(text) == bytes, text.constData());
+            QVERIFY2(Base64Transport::decode(text) == bytes, text);
+        QCOMPARE(Base64Transport::decode(QByteArray("YWJj\0YWJj", 9)), QByteArray("abc"));
+        QCOMPARE(Base64Transport::decode(QByteArray("YWJjYW\0j", 8)), QByteArray());
     }
 
     void percent()
@@ -55,29 +53,6 @@ private Q_SLOTS:
             QVERIFY2(PercentTransport::decode(text) == bytes, text.constData());
         QCOMPARE(PercentTransport::encode("azAZ09/:@[`{-_.~% \xc3"),
                  QByteArray("azAZ09%2F%3A%40%5B%60%7B%2D%5F%2E%7E%25%20%C3"));
-    }
-
-    void roundTrips()
-    {
-        QByteArray bytes;
-        for (int i = 0; i < 600; ++i) {
-            QCOMPARE(Base64Transport::decode(Base64Transport::encode(bytes)), bytes);
-            QCOMPARE(PercentTransport::decode(PercentTransport::encode(bytes)), bytes);
-            bytes += static_cast<char>(i * 7);
-        }
-    }
-
-    void messageOfAnotherThread()
-    {
-        const StreamFile output;
-        ConsoleMessagesSender sender(nullptr, output.stream());
-        std::thread([&sender] {
-            sender.enableFlags(ConsoleMessagesSender::TextLength, true);
-            sender.sendMessage(u"from afar"_qs);
-        }).join();
-        QCOMPARE(output.written(), QByteArray());
-        QCoreApplication::processEvents();
-        QCOMPARE(output.written(), QByteArray("9 from afar"));
     }
 
     void outputCannotBeWritten()

@@ -209,8 +209,7 @@ private Q_SLOTS:
     void sniffs()
     {
         IsolatedHost host;
-        QVERIFY(host.listen());
-        QTRY_VERIFY(host.client->isConnected());
+        QVERIFY(host.connectToApplication());
         QList<AbstractNewDownloadsRequestJob> jobs;
         const auto downloads = host.client->incomingDownloadsProcessor()
                                    .objectCast<RemoteIncomingDownloadsProcessor>();

@@ -4,18 +4,8 @@
 #include "pmxkovbhipctask.h"
 
 #include <QTest>
-#include <QTranslator>
 
 namespace {
-
-class BracketsTranslator : public QTranslator {
-public:
-    bool isEmpty() const override { return false; }
-    QString translate(const char *context, const char *text, const char *, int) const override
-    {
-        return qstrcmp(context, "QObject") == 0 ? u"<%1>"_qs.arg(QLatin1String(text)) : QString();
-    }
-};
 
 /// A key that a test holds down.
 class HeldKey : public KeyStateWatcher {
@@ -52,9 +42,7 @@ private Q_SLOTS:
         for (const QString &type : {u"Browser_proxy"_qs, u"windows"_qs, u"1"_qs, u" "_qs})
             row(u"{'id':'5','type':'%1'}"_qs.arg(type), answer(u"5"_qs, type, unknown));
         row(u"{'id':'1'}"_qs, answer(u"1"_qs, u""_qs, unknown));
-        for (const QString &unreadable :
-             {u""_qs, u"[1]"_qs, u"{'id':'1','type':'ui_strings'"_qs, u"{'type':'key_state'}"_qs})
-            row(unreadable, answer(u""_qs, u""_qs, unknown));
+        row(u"{'type':'key_state'}"_qs, answer(u""_qs, u""_qs, unknown));
         row(u"{'id':'1','type':'handshake'}"_qs,
             u"{'bt':true,'error':'','id':'1','result':'','type':'handshake',"
             "'version':'6.25.0.6016','yt':false}"_qs);
@@ -68,14 +56,6 @@ private Q_SLOTS:
     {
         QFETCH(const QString, message);
         QTEST(IsolatedHost().tell(message), "expected");
-    }
-
-    void uiStringsInTheUsersLanguage()
-    {
-        BracketsTranslator translator;
-        QVERIFY(QCoreApplication::installTranslator(&translator));
-        const QString strings = IsolatedHost().tell(u"{'id':'1','type':'ui_strings'}"_qs);
-        QCOMPARE(strings.count(u" with KOV>'"), 4);
     }
 
     void keyStatePushes()

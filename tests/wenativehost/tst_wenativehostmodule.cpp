@@ -16,10 +16,15 @@ class TestWeNativeHostModule : public QObject {
     std::unique_ptr<IsolatedHost> m_host;
     std::unique_ptr<WeNativeHostModule> m_module;
 
-    static QString caption() { return QCoreApplication::translate("QObject", "Download with %1"); }
-    const QString english = u"Download with %1"_qs;
-    const QString french = u"Télécharger avec %1"_qs;
-    const QString german = u"Mit %1 herunterladen"_qs;
+    /// The first of the captions that the extension is told.
+    QString caption()
+    {
+        const QString strings = m_host->tell(u"{'id':'1','type':'ui_strings'}"_qs);
+        return strings.section(u"'dllink':'"_qs, 1).section(u'\'', 0, 0);
+    }
+    const QString english = u"Download with KOV"_qs;
+    const QString french = u"Télécharger avec KOV"_qs;
+    const QString german = u"Mit KOV herunterladen"_qs;
 
 private Q_SLOTS:
     void initTestCase()
