@@ -11,4 +11,7 @@ constexpr QDataStream::Version version = QDataStream::Qt_5_12;
 /// The length that stands for a null string or byte array.
 constexpr quint32 nullLength = 0xFFFFFFFF;
 
+/// The milliseconds since midnight that stand for a null time.
+constexpr quint32 nullTime = 0xFFFFFFFF;
+
 } // namespace QtVariantStreamFormat

@@ -5,8 +5,11 @@
 
 #include <QByteArray>
 #include <QDataStream>
+#include <QDateTime>
 #include <QMap>
 #include <QMetaType>
+#include <QUrl>
+#include <QUuid>
 #include <QtEndian>
 
 #include <bit>
@@ -19,8 +22,7 @@ constexpr quint32 minStringSize = sizeof(quint32);
 constexpr quint32 minVariantSize = sizeof(quint32) + sizeof(qint8);
 constexpr quint32 minEntrySize = minStringSize + minVariantSize;
 
-/// In a date and time, behind the day and the milliseconds of the day.
-constexpr qsizetype timeSpecAt = sizeof(qint64) + sizeof(quint32);
+constexpr quint64 uuidSize = 16;
 
 /// Bytes of a value whose type fixes them; -1 for other types.
 int fixedSize(quint32 type)
@@ -46,7 +48,6 @@ int fixedSize(quint32 type)
     case QMetaType::QSize:
     case QMetaType::QPoint:
         return 8;
-    case QMetaType::QUuid:
     case QMetaType::QRect:
     case QMetaType::QLine:
     case QMetaType::QSizeF:
@@ -70,8 +71,8 @@ bool isDefault(const QVariant &value)
         return value.toByteArray().isNull();
     case QMetaType::Double:
         return std::bit_cast<quint64>(value.toDouble()) == 0;
-    case QMetaType::QDateTime:
-        return false; // that one would have no time zone
+    case QMetaType::QDateTime: // a null one would have no time zone
+        return value.toDateTime().isNull() && value.toDateTime().timeSpec() == Qt::LocalTime;
     default:
         return value == QVariant(value.metaType());
     }
@@ -158,10 +159,6 @@ bool QtVariantStreamReader::readCommonValue(quint32 type, QVariant &value, int d
         value = isNull ? QByteArray() : QByteArray(bytes.data(), bytes.size());
         return ok;
     }
-    case QMetaType::QDateTime:
-        return !isInTimeZone()
-            || readInto([this](QDateTime &dateTime) { return readZonedDateTime(dateTime); },
-                        QDateTime());
     case QMetaType::QStringList:
         return readInto([this](QStringList &list) { return readStringList(list); }, QStringList());
     case QMetaType::QVariantList:
@@ -172,6 +169,22 @@ bool QtVariantStreamReader::readCommonValue(quint32 type, QVariant &value, int d
     case QMetaType::QVariantHash:
         return readInto([&](QVariantHash &hash) { return readMap(hash, depth + 1); },
                         QVariantHash());
+    case QMetaType::QUrl: {
+        QByteArrayView encoded;
+        bool isNull = false;
+        const bool ok = readBytes(encoded, isNull);
+        value = QUrl(QString::fromLatin1(encoded));
+        return ok;
+    }
+    case QMetaType::QUuid: {
+        QByteArrayView bytes;
+        const bool ok = m_cursor.take(uuidSize, bytes);
+        value = QUuid::fromRfc4122(bytes);
+        return ok;
+    }
+    case QMetaType::QDateTime:
+        return readInto([this](QDateTime &dateTime) { return readDateTime(dateTime); },
+                        QDateTime());
     default:
         return true;
     }
@@ -261,27 +274,38 @@ bool QtVariantStreamReader::readBytes(QByteArrayView &bytes, bool &isNull)
     return m_cursor.take(isNull ? 0 : length, bytes);
 }
 
-/// Whether the date and time that begins here has a time zone of a name.
-bool QtVariantStreamReader::isInTimeZone() const
+bool QtVariantStreamReader::readDateTime(QDateTime &dateTime)
 {
-    const QByteArrayView rest = m_cursor.rest();
-    return rest.size() > timeSpecAt && rest[timeSpecAt] == Qt::TimeZone;
-}
-
-bool QtVariantStreamReader::readZonedDateTime(QDateTime &dateTime)
-{
-    const char *const begin = m_cursor.rest().data();
-    if (!m_cursor.skip(timeSpecAt + sizeof(qint8)))
+    qint64 julianDay = 0;
+    quint32 msecsOfDay = 0;
+    qint8 timeSpec = 0;
+    if (!m_cursor.read(julianDay) || !m_cursor.read(msecsOfDay) || !m_cursor.read(timeSpec))
         return false;
-    const char *const beginOfZone = m_cursor.rest().data();
-    QDate date;
-    QTime time;
+    const QDate date = QDate::fromJulianDay(julianDay);
+    const QTime time = msecsOfDay == QtVariantStreamFormat::nullTime
+        ? QTime()
+        : QTime::fromMSecsSinceStartOfDay(static_cast<int>(msecsOfDay));
+    qint32 offset = 0;
     QTimeZone zone;
-    if (!skipTimeZone() || !readTimeZone(beginOfZone, zone) || !readByQt(begin, date)
-        || !readByQt(begin + sizeof(qint64), time))
+    const char *const beginOfZone = m_cursor.rest().data();
+    switch (timeSpec) {
+    case Qt::LocalTime:
+    case Qt::UTC:
+        dateTime = QDateTime(date, time, static_cast<Qt::TimeSpec>(timeSpec));
+        return true;
+    case Qt::OffsetFromUTC:
+        if (!m_cursor.read(offset))
+            return false;
+        dateTime = QDateTime(date, time, Qt::OffsetFromUTC, offset);
+        return true;
+    case Qt::TimeZone:
+        if (!skipTimeZone() || !readTimeZone(beginOfZone, zone))
+            return false;
+        dateTime = QDateTime(date, time, zone);
+        return true;
+    default:
         return false;
-    dateTime = QDateTime(date, time, zone);
-    return true;
+    }
 }
 
 /// Each zone is looked up once: that takes some accesses to the file system, and many more where
@@ -311,14 +335,10 @@ template <typename Value> bool QtVariantStreamReader::readByQt(const char *begin
 bool QtVariantStreamReader::skipOtherValue(quint32 type)
 {
     switch (type) {
-    case QMetaType::QUrl:
-        return skipBytes();
     case QMetaType::QByteArrayList:
         return skipByteArrayList();
     case QMetaType::QBitArray:
         return skipBitArray();
-    case QMetaType::QDateTime:
-        return skipDateTime();
     default:
         const int size = fixedSize(type);
         return size >= 0 && m_cursor.skip(static_cast<quint64>(size));
@@ -350,22 +370,6 @@ bool QtVariantStreamReader::skipBitArray()
     constexpr quint64 bitsPerByte = 8;
     quint32 bits = 0;
     return m_cursor.read(bits) && m_cursor.skip((bits + bitsPerByte - 1) / bitsPerByte);
-}
-
-bool QtVariantStreamReader::skipDateTime()
-{
-    qint8 timeSpec = 0;
-    if (!m_cursor.skip(timeSpecAt) || !m_cursor.read(timeSpec))
-        return false;
-    switch (timeSpec) {
-    case Qt::LocalTime:
-    case Qt::UTC:
-        return true;
-    case Qt::OffsetFromUTC:
-        return m_cursor.skip(sizeof(qint32));
-    default:
-        return false;
-    }
 }
 
 bool QtVariantStreamReader::skipTimeZone()

@@ -31,6 +31,7 @@ private:
 
     bool readVariant(QVariant &value, int depth);
     bool readCommonValue(quint32 type, QVariant &value, int depth);
+    bool readDateTime(QDateTime &dateTime);
     bool readOtherValue(quint32 type, const char *begin, QVariant &value);
     template <typename Number> bool readNumber(QVariant &value);
     bool readList(QVariantList &list, int depth);
@@ -38,8 +39,6 @@ private:
     bool readStringList(QStringList &list);
     bool readString(QString &text);
     bool readBytes(QByteArrayView &bytes, bool &isNull);
-    bool isInTimeZone() const;
-    bool readZonedDateTime(QDateTime &dateTime);
     bool readTimeZone(const char *begin, QTimeZone &zone);
     template <typename Value> bool readByQt(const char *begin, Value &value);
 
@@ -47,7 +46,6 @@ private:
     bool skipBytes();
     bool skipByteArrayList();
     bool skipBitArray();
-    bool skipDateTime();
     bool skipTimeZone();
 
     QtScanCursor m_cursor;

@@ -3,18 +3,30 @@
 #include "qtvariantstreamformat.h"
 
 #include <QDataStream>
+#include <QDateTime>
 #include <QIODevice>
 #include <QMap>
 #include <QMetaType>
 #include <QStringList>
+#include <QUrl>
+#include <QUuid>
 #include <QtEndian>
 
+#include <algorithm>
 #include <bit>
 
 namespace {
 
 /// Room for a usual message, so that it does not grow piece by piece.
 constexpr qsizetype usualSize = 2048;
+
+/// The type and the null flag of a variant.
+constexpr qsizetype headSize = sizeof(quint32) + sizeof(quint8);
+
+/// So many items of a list are written before room for the rest is made, and not for more bytes
+/// than these. A message of megabytes that grows by doubling is copied as a whole again and again.
+constexpr qsizetype sampleItems = 16;
+constexpr qsizetype maxReserve = 64 * 1024 * 1024;
 
 template <typename T> const T &content(const QVariant &value)
 {
@@ -35,28 +47,22 @@ void QtVariantStreamWriter::writeVariant(const QVariant &value)
 {
     switch (value.typeId()) {
     case QMetaType::Bool:
-        writeHead(value);
-        write<quint8>(content<bool>(value) ? 1 : 0);
+        writeNumber(value, static_cast<quint8>(content<bool>(value) ? 1 : 0));
         break;
     case QMetaType::Int:
-        writeHead(value);
-        write(content<int>(value));
+        writeNumber(value, content<int>(value));
         break;
     case QMetaType::UInt:
-        writeHead(value);
-        write(content<uint>(value));
+        writeNumber(value, content<uint>(value));
         break;
     case QMetaType::LongLong:
-        writeHead(value);
-        write(content<qlonglong>(value));
+        writeNumber(value, content<qlonglong>(value));
         break;
     case QMetaType::ULongLong:
-        writeHead(value);
-        write(content<qulonglong>(value));
+        writeNumber(value, content<qulonglong>(value));
         break;
     case QMetaType::Double:
-        writeHead(value);
-        write(std::bit_cast<quint64>(content<double>(value)));
+        writeNumber(value, std::bit_cast<quint64>(content<double>(value)));
         break;
     case QMetaType::QString:
         writeHead(value);
@@ -74,9 +80,7 @@ void QtVariantStreamWriter::writeVariant(const QVariant &value)
         break;
     case QMetaType::QVariantList:
         writeHead(value);
-        write(static_cast<quint32>(content<QVariantList>(value).size()));
-        for (const QVariant &item : content<QVariantList>(value))
-            writeVariant(item);
+        writeList(content<QVariantList>(value));
         break;
     case QMetaType::QVariantMap:
         writeHead(value);
@@ -86,9 +90,37 @@ void QtVariantStreamWriter::writeVariant(const QVariant &value)
         writeHead(value);
         writeMap(content<QVariantHash>(value));
         break;
+    case QMetaType::QUrl:
+        writeHead(value);
+        writeBytes(content<QUrl>(value).isValid() ? content<QUrl>(value).toEncoded()
+                                                  : QByteArray());
+        break;
+    case QMetaType::QUuid:
+        writeHead(value);
+        m_bytes += content<QUuid>(value).toRfc4122();
+        break;
+    case QMetaType::QDateTime:
+        writeDateTime(value);
+        break;
     default:
         writeByQt(value);
     }
+}
+
+void QtVariantStreamWriter::writeDateTime(const QVariant &value)
+{
+    const auto &dateTime = content<QDateTime>(value);
+    const Qt::TimeSpec timeSpec = dateTime.timeSpec();
+    if (timeSpec != Qt::LocalTime && timeSpec != Qt::UTC) {
+        writeByQt(value);
+        return;
+    }
+    writeHead(value);
+    const QTime time = dateTime.time();
+    write(dateTime.date().toJulianDay());
+    write(time.isNull() ? QtVariantStreamFormat::nullTime
+                        : static_cast<quint32>(time.msecsSinceStartOfDay()));
+    write(static_cast<qint8>(timeSpec));
 }
 
 void QtVariantStreamWriter::writeByQt(const QVariant &value)
@@ -100,8 +132,37 @@ void QtVariantStreamWriter::writeByQt(const QVariant &value)
 
 void QtVariantStreamWriter::writeHead(const QVariant &value)
 {
-    write(static_cast<quint32>(value.typeId()));
-    write<quint8>(value.isNull() ? 1 : 0);
+    char *const at = append(headSize);
+    qToBigEndian(static_cast<quint32>(value.typeId()), at);
+    at[sizeof(quint32)] = value.isNull() ? 1 : 0;
+}
+
+template <typename Number>
+void QtVariantStreamWriter::writeNumber(const QVariant &value, Number number)
+{
+    writeHead(value);
+    write(number);
+}
+
+void QtVariantStreamWriter::writeList(const QVariantList &list)
+{
+    const qsizetype begin = m_bytes.size();
+    write(static_cast<quint32>(list.size()));
+    qsizetype written = 0;
+    for (const QVariant &item : list) {
+        writeVariant(item);
+        if (++written == sampleItems)
+            reserveForItems(m_bytes.size() - begin, list.size() - written);
+    }
+}
+
+/// The items of a long list are alike: what the first ones took tells what the others will take.
+void QtVariantStreamWriter::reserveForItems(qsizetype sampleSize, qsizetype moreItems)
+{
+    const qsizetype itemSize = (sampleSize + sampleSize / 8) / sampleItems;
+    const qsizetype more = std::min(moreItems, maxReserve / itemSize) * itemSize;
+    if (const qsizetype wanted = m_bytes.size() + more; wanted > 2 * m_bytes.capacity())
+        m_bytes.reserve(wanted);
 }
 
 template <typename Map> void QtVariantStreamWriter::writeMap(const Map &map)
@@ -120,10 +181,9 @@ void QtVariantStreamWriter::writeString(const QString &text)
         return;
     }
     const qsizetype size = text.size() * qsizetype(sizeof(char16_t));
-    write(static_cast<quint32>(size));
-    const qsizetype at = m_bytes.size();
-    m_bytes.resize(at + size);
-    qToBigEndian<char16_t>(text.utf16(), text.size(), m_bytes.data() + at);
+    char *const at = append(qsizetype(sizeof(quint32)) + size);
+    qToBigEndian(static_cast<quint32>(size), at);
+    qToBigEndian<char16_t>(text.utf16(), text.size(), at + sizeof(quint32));
 }
 
 void QtVariantStreamWriter::writeBytes(const QByteArray &bytes)
@@ -138,6 +198,12 @@ void QtVariantStreamWriter::writeBytes(const QByteArray &bytes)
 
 template <typename Number> void QtVariantStreamWriter::write(Number number)
 {
-    const Number bigEndian = qToBigEndian(number);
-    m_bytes.append(reinterpret_cast<const char *>(&bigEndian), sizeof(bigEndian));
+    qToBigEndian(number, append(sizeof(number)));
+}
+
+char *QtVariantStreamWriter::append(qsizetype size)
+{
+    const qsizetype at = m_bytes.size();
+    m_bytes.resize(at + size);
+    return m_bytes.data() + at;
 }

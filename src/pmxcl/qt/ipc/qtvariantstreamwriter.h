@@ -8,8 +8,9 @@
 /**
  * Writes a QHash<QString, QVariant> byte for byte as QDataStream does (version Qt_5_12).
  *
- * QDataStream passes every number and every length through a device of its own; that takes several
- * times as long as what is written here at once, which is what messages are made of.
+ * QDataStream passes every number and every length through a device, and its bytes grow by doubling
+ * however long the message gets. What messages are made of is written here at once, at a cost per
+ * item that does not grow with the message.
  */
 class QtVariantStreamWriter {
 public:
@@ -17,12 +18,19 @@ public:
 
 private:
     void writeVariant(const QVariant &value);
+    void writeDateTime(const QVariant &value);
     void writeByQt(const QVariant &value);
     void writeHead(const QVariant &value);
+    /// A variant that is a number, whose bytes are given.
+    template <typename Number> void writeNumber(const QVariant &value, Number number);
+    void writeList(const QVariantList &list);
+    void reserveForItems(qsizetype sampleSize, qsizetype moreItems);
     template <typename Map> void writeMap(const Map &map);
     void writeString(const QString &text);
     void writeBytes(const QByteArray &bytes);
     template <typename Number> void write(Number number);
+    /// Makes room for so many bytes at the end, to be written before anything else is.
+    char *append(qsizetype size);
 
     QByteArray m_bytes;
 };

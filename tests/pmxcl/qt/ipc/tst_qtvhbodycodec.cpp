@@ -72,9 +72,10 @@ private Q_SLOTS:
                << QVariant::fromValue(short(-3)) << QVariant::fromValue(ushort(3))
                << QVariant::fromValue(qint8(-3)) << QVariant::fromValue(uchar(3)) << u"\u20AC"_qs
                << QString() << u""_qs << null(QString()) << null(0) << null(QVariantList())
-               << null(QUrl()) << QStringList{u"a"_qs, QString()} << QByteArray("\0\xFF", 2)
-               << QByteArray() << QVariant::fromValue(QByteArrayList{"a", ""}) << QBitArray()
-               << QBitArray(9, true) << date << time << QDateTime() << QDateTime(date, time)
+               << null(QUrl()) << null(QDateTime()) << QStringList{u"a"_qs, QString()}
+               << QByteArray("\0\xFF", 2) << QByteArray()
+               << QVariant::fromValue(QByteArrayList{"a", ""}) << QBitArray() << QBitArray(9, true)
+               << date << time << QDateTime() << QDateTime(date, time)
                << QDateTime(date, time, Qt::UTC) << QDateTime(date, time, Qt::OffsetFromUTC, -3600)
                << QDateTime(date, time, QTimeZone("America/Argentina/Buenos_Aires"))
                << QDateTime(date, time, QTimeZone("Own/Zone", 3600, u"name"_qs, u"N"_qs))
@@ -82,6 +83,7 @@ private Q_SLOTS:
                << QUuid(u"{12345678-9abc-def0-1234-56789abcdef0}"_qs) << QSize(1, -1)
                << QRectF(1, 2, 3, 4) << QLineF(1, 2, 3, 4) << QPointF(1, 2)
                << QVariant(QVariantList{1, QVariantList{}, u"a"_qs})
+               << QVariant(QVariantList(100, QVariantList{u"a"_qs, QUrl()}))
                << QVariantMap{{u"a"_qs, 1}, {u"b"_qs, QVariantMap()}}
                << VhMap{{u"a"_qs, VhMap{{u"b"_qs, 2}}}};
         for (const QVariant &value : values) {
