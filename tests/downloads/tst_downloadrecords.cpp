@@ -5,9 +5,9 @@
 #include "abstractnewdownloadsrequestjob.h"
 #include "downloaderrorallowedtoautoretry.h"
 #include "downloadstagdetails.h"
-#include "rows.h"
 
 #include <QRandomGenerator>
+#include <QTest>
 
 namespace {
 
@@ -41,45 +41,36 @@ QString described(const QVariant &value, int depth = 0)
 /// A variant of the same shape with other values; lists have one element or none.
 QVariant refilled(const QVariant &sample, QRandomGenerator &random)
 {
-    const QString text = u"ě\n%1 😀"_qs.arg(random.generate(), 0, 36);
-    switch (sample.typeId()) {
-    case QMetaType::Bool:
-        return random.bounded(2) == 1;
-    case QMetaType::Int:
-        return static_cast<int>(random.generate());
-    case QMetaType::UInt:
-        return random.generate() & 0xffff; // it may be a port
-    case QMetaType::LongLong:
-        return static_cast<qint64>(random.generate64()) >> 12; // it may be a time
-    case QMetaType::ULongLong:
-        return random.generate64();
-    case QMetaType::Double:
-        return random.bounded(1000) / 8.0;
-    case QMetaType::QString:
-        return text;
-    case QMetaType::QByteArray:
-        return text.toUtf8();
-    case QMetaType::QUrl:
-        return QUrl(u"https://h.example.org/a%20b?q=%C4%9B#%1"_qs.arg(random.generate()));
-    case QMetaType::QDateTime:
-        return QDateTime::fromMSecsSinceEpoch(qint64{random.generate()} * 1001, Qt::UTC);
-    case QMetaType::QUuid:
-        return QUuid(random.generate(), 1, 2, 3, 4, 5, 6, 7, 8, 9, 10);
-    case QMetaType::QStringList:
-        return QStringList{text, QString()};
-    case QMetaType::QVariantList: {
+    const quint64 number = random.generate64();
+    const QString text = u"ě\n%1 😀"_qs.arg(number, 0, 36);
+    const QVariant values[] = {
+        number % 2 == 1,
+        static_cast<int>(number),
+        static_cast<uint>(number & 0xffff), // it may be a port
+        static_cast<qint64>(number >> 22), // it may be a time
+        number,
+        static_cast<double>(number % 1000) / 8,
+        text,
+        text.toUtf8(),
+        QUrl(u"https://h.example.org/a%20b?q=%C4%9B#%1"_qs.arg(number)),
+        QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(number >> 22), Qt::UTC),
+        QUuid(static_cast<uint>(number), 1, 2, 3, 4, 5, 6, 7, 8, 9, 10),
+        QStringList{text, QString()},
+    };
+    for (const QVariant &value : values)
+        if (value.typeId() == sample.typeId())
+            return value;
+    if (sample.typeId() == QMetaType::QVariantList) {
         const QVariant element = refilled(sample.toList().constFirst(), random);
-        return random.bounded(2) == 1 ? QVariantList{element} : QVariantList{};
+        return number % 2 == 1 ? QVariantList{element} : QVariantList{};
     }
-    default:
-        QVariantHash hash = sample.toHash();
-        for (auto it = hash.begin(); it != hash.end(); ++it) {
-            // Bytes of a form of their own.
-            if (it.key() != u"cookies" && it.key() != u"selectedDownloads")
-                *it = refilled(*it, random);
-        }
-        return hash;
+    QVariantHash hash = sample.toHash();
+    for (auto it = hash.begin(); it != hash.end(); ++it) {
+        // Bytes of a form of their own.
+        if (it.key() != u"cookies" && it.key() != u"selectedDownloads")
+            *it = refilled(*it, random);
     }
+    return hash;
 }
 
 template <typename Record> auto encoded(const Record &record)
@@ -294,30 +285,20 @@ private Q_SLOTS:
                  (QList<QNetworkCookie>{QNetworkCookie("a", "1"), QNetworkCookie("b", "2")}));
     }
 
-    void oddNumbers_data()
-    {
-        const Rows<QVariantHash, int, int, qint64> row("hash", "priority", "launchable", "order");
-        row("missing", {}, 2, -1, -1);
-        const QString x = u"x"_qs;
-        row("no numbers",
-            {{u"priority"_qs, x}, {u"launchableFileIndex"_qs, x}, {u"order"_qs, QVariantList()}}, 0,
-            -1, -1);
-        row("zeros", {{u"priority"_qs, 0}, {u"launchableFileIndex"_qs, 0}, {u"order"_qs, 0}}, 0, 0,
-            0);
-        row("numbers as text, unknown priority",
-            {{u"priority"_qs, 77},
-             {u"launchableFileIndex"_qs, u"4"_qs},
-             {u"order"_qs, u"4294967296"_qs}},
-            77, 4, 1LL << 32);
-    }
-
     void oddNumbers()
     {
-        QFETCH(const QVariantHash, hash);
-        const AbstractDownloadPersistentInfo info = toDownloadInfo(hash);
-        QTEST(static_cast<int>(info.priority), "priority");
-        QTEST(info.launchableFileIndex, "launchable");
-        QTEST(info.order, "order");
+        const auto numbers = [](const QVariant &priority, const QVariant &index,
+                                const QVariant &order) {
+            const AbstractDownloadPersistentInfo info =
+                toDownloadInfo({{u"priority"_qs, priority},
+                                {u"launchableFileIndex"_qs, index},
+                                {u"order"_qs, order}});
+            return QList<qint64>{qint64(info.priority), info.launchableFileIndex, info.order};
+        };
+        using Numbers = QList<qint64>;
+        QCOMPARE(numbers(u"x"_qs, u"x"_qs, QVariantList()), (Numbers{0, -1, -1}));
+        QCOMPARE(numbers(0, 0, 0), (Numbers{0, 0, 0}));
+        QCOMPARE(numbers(77, u"4"_qs, u"4294967296"_qs), (Numbers{77, 4, 1LL << 32}));
         const AbstractFileInfo file = AbstractFileInfo::fromVariantHash(
             {{u"lastModified"_qs, u"1770091506007"_qs},
              {u"details"_qs, QVariantHash{{u"fps"_qs, qQNaN()}}}});
@@ -325,25 +306,22 @@ private Q_SLOTS:
         QCOMPARE(file.details.fps, 0);
     }
 
-    void selection_data()
+    void selectionOfThree()
     {
-        const Rows<QVariant, QByteArray> row("selected", "expected");
+        const auto selection = [](const QVariant &selected) {
+            const AbstractNewDownloadsRequest request = toNewDownloadsRequest(
+                {{u"downloads"_qs, QVariantList{1, 2, 3}}, {u"selectedDownloads"_qs, selected}});
+            const QVariantHash hash = toVariantHash(request);
+            return hash.value(u"selectedDownloads"_qs).toByteArray().toHex();
+        };
         QBitArray bits(2);
         bits.setBit(1);
-        row("missing", {}, "\1\1\1");
-        row("any byte but zero", QByteArray("\1\0\2", 3), QByteArray("\1\0\1", 3));
-        row("too few", QByteArray("\0", 1), QByteArray("\0\1\1", 3));
-        row("too many", QByteArray("\0\0\0\1\0", 5), QByteArray("\0\0\0\1\0", 5));
-        row("bits", bits, QByteArray("\0\1\1", 3));
-        row("text", u"\1\1"_qs, "\1\1\1");
-    }
-
-    void selection()
-    {
-        QFETCH(const QVariant, selected);
-        const AbstractNewDownloadsRequest request = toNewDownloadsRequest(
-            {{u"downloads"_qs, QVariantList{1, 2, 3}}, {u"selectedDownloads"_qs, selected}});
-        QTEST(toVariantHash(request).value(u"selectedDownloads"_qs).toByteArray(), "expected");
+        QCOMPARE(selection({}), "010101");
+        QCOMPARE(selection(QByteArray("\1\0\2", 3)), "010001");
+        QCOMPARE(selection(QByteArray("\0", 1)), "000101");
+        QCOMPARE(selection(QByteArray("\0\0\0\1\0", 5)), "0000000100");
+        QCOMPARE(selection(bits), "000101");
+        QCOMPARE(selection(u"\1\1"_qs), "010101");
     }
 };
 

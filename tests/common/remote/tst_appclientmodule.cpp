@@ -41,6 +41,35 @@ constexpr int hugeTextLength = 4 * 1024 * 1024;
 
 class TestAppClientModule : public QObject {
     Q_OBJECT
+    /// Brings the module up; the application's end of the connection.
+
+    std::unique_ptr<QLocalSocket> connectedPeer()
+    {
+        m_module->initialize(true);
+        if (!QTest::qWaitFor([this] { return m_server->hasPendingConnections(); }))
+            return nullptr;
+        std::unique_ptr<QLocalSocket> peer(m_server->nextPendingConnection());
+        peer->setParent(nullptr);
+        // The question for the settings, {"name": "settings", "reason": "queryAll"}, is asked at
+        // once.
+        constexpr int size = 4 + 4 + (4 + 8 + 9 + 16) + (4 + 12 + 9 + 16);
+        return QTest::qWaitFor([&] { return peer->bytesAvailable() == size; }) ? std::move(peer)
+                                                                               : nullptr;
+    }
+    bool isGoingDown() const { return m_module->isInitializeRunning(false); }
+    bool databaseExists() const { return QDir(m_folder->path()).exists(u"data/db.sqlite"_qs); }
+    /// The settings as another process reads and writes them.
+    QSharedPointer<QtAppAbstractSettingsManager> storedSettings() const
+    {
+        return AppDataAccessHelper(QDir(m_folder->filePath(u"data"_qs)), nullptr).settings();
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<QtQObjectsTracker> m_tracker;
+    std::unique_ptr<QLocalServer> m_server;
+    std::unique_ptr<TurnedClock> m_clock;
+    QSharedPointer<AppClientModule> m_module;
+
 private Q_SLOTS:
     void init()
     {
@@ -154,31 +183,22 @@ private Q_SLOTS:
         QCOMPARE(storedSettings()->allValues().value(localeName), QString());
     }
 
-    void isDownAtOnceWithNothingPending_data()
-    {
-        const Rows<bool, bool> row("up", "connected");
-        row("connected", true, true);
-        row("not connected, with a text that waits", true, false);
-        row("never brought up", false, false);
-    }
-
     void isDownAtOnceWithNothingPending()
     {
-        QFETCH(const bool, up);
-        QFETCH(const bool, connected);
-        std::unique_ptr<QLocalSocket> peer;
-        if (connected) {
-            peer = connectedPeer();
-            QVERIFY(peer);
-        } else if (up) {
-            m_server->close();
-            m_module->initialize(true);
-            m_module->jsonRequestsManager()->send(1, u"waits"_qs, true);
-        }
+        m_module->initialize(false); // was never up
+        QCoreApplication::processEvents();
+        QVERIFY(!isGoingDown());
+        const auto peer = connectedPeer();
+        QVERIFY(peer);
+        m_module->initialize(false);
+        QCoreApplication::processEvents();
+        QVERIFY(!isGoingDown() && !m_module->isConnected());
+        m_server->close();
+        m_module->initialize(true);
+        m_module->jsonRequestsManager()->send(1, u"waits for a connection"_qs, true);
         m_module->initialize(false);
         QCoreApplication::processEvents();
         QVERIFY(!isGoingDown());
-        QVERIFY(!m_module->isConnected());
     }
 
     void isDownWhenWhatWasSentHasLeft_data()
@@ -219,36 +239,6 @@ private Q_SLOTS:
             QVERIFY(received > qint64{2} * hugeTextLength); // UTF-16
         }
     }
-
-private:
-    /// Brings the module up; the application's end of the connection.
-
-    std::unique_ptr<QLocalSocket> connectedPeer()
-    {
-        m_module->initialize(true);
-        if (!QTest::qWaitFor([this] { return m_server->hasPendingConnections(); }))
-            return nullptr;
-        std::unique_ptr<QLocalSocket> peer(m_server->nextPendingConnection());
-        peer->setParent(nullptr);
-        // The question for the settings, {"name": "settings", "reason": "queryAll"}, is asked at
-        // once.
-        constexpr int size = 4 + 4 + (4 + 8 + 9 + 16) + (4 + 12 + 9 + 16);
-        return QTest::qWaitFor([&] { return peer->bytesAvailable() == size; }) ? std::move(peer)
-                                                                               : nullptr;
-    }
-    bool isGoingDown() const { return m_module->isInitializeRunning(false); }
-    bool databaseExists() const { return QDir(m_folder->path()).exists(u"data/db.sqlite"_qs); }
-    /// The settings as another process reads and writes them.
-    QSharedPointer<QtAppAbstractSettingsManager> storedSettings() const
-    {
-        return AppDataAccessHelper(QDir(m_folder->filePath(u"data"_qs)), nullptr).settings();
-    }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<QtQObjectsTracker> m_tracker;
-    std::unique_ptr<QLocalServer> m_server;
-    std::unique_ptr<TurnedClock> m_clock;
-    QSharedPointer<AppClientModule> m_module;
 };
 
 QTEST_GUILESS_MAIN(TestAppClientModule)

@@ -10,7 +10,6 @@
 #include "vhipcmisctasksclient.h"
 
 #include <QSignalSpy>
-#include <QTranslator>
 
 #include <memory>
 
@@ -42,19 +41,6 @@ struct Setup {
     QSharedPointer<RemoteJsonRequestsManager> manager =
         QSharedPointer<RemoteJsonRequestsManager>::create(idGen);
     VhIpcJsonRequests json{manager, nullptr, clock};
-};
-
-/// A language in which one text has another form.
-class OneTextTranslator : public QTranslator {
-public:
-    bool isEmpty() const override { return false; }
-    QString translate(const char *context, const char *sourceText, const char *, int) const override
-    {
-        return QLatin1String(context) == u"VhIpcIncomingDownloadsClient"
-                && QLatin1String(sourceText) == u"Connection failure"
-            ? u"Verbindungsfehler"_qs
-            : QString();
-    }
 };
 
 } // namespace
@@ -106,7 +92,12 @@ private Q_SLOTS:
         };
         connect(s.manager.data(), &RemoteJsonRequestsManager::sendFailed, &part,
                 [&](qint64 id) { ended(id, false); });
-        connect(s.processor.data(), &RemoteIncomingDownloadsProcessor::finished, &part, ended);
+        connect(
+            s.processor.data(), &RemoteIncomingDownloadsProcessor::finished, &part,
+            [&](qint64 id, bool added, bool, AbstractDownloadAbortReason, const QString &error) {
+                QCOMPARE(error, added ? QString() : u"Connection failure"_qs);
+                ended(id, added);
+            });
         connect(&part, &QtAbstractVhIpcPart::sendVh, &part,
                 [&](const Message &message) { log += message.value(u"id"_qs).toString() + u'>'; });
         connect(&part, &QtAbstractVhIpcPart::requiringServerChanged, &part,
@@ -182,18 +173,6 @@ private Q_SLOTS:
         message.insert(fields);
         s.downloads.processVh(message);
         QCOMPARE(finished, expected);
-    }
-
-    void failuresAreToldInTheUsersLanguage()
-    {
-        OneTextTranslator translator;
-        QCoreApplication::installTranslator(&translator);
-        Setup s;
-        const QSignalSpy finished(s.processor.data(), &RemoteIncomingDownloadsProcessor::finished);
-        s.processor->process(s.processor->createJob());
-        s.clock.advance(30'000);
-        QCoreApplication::removeTranslator(&translator);
-        QCOMPARE(finished.at(0).at(4), u"Verbindungsfehler"_qs);
     }
 
     void jsonTexts_data()

@@ -89,55 +89,50 @@ struct Link {
 class TestVhIpcSettings : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void appliesWhatItsFlagsAllow_data()
-    {
-        const Rows<Message, quint32, QString> row("message", "neededFlags", "expected");
-        const QVariantHash values{{u"A"_qs, u"new"_qs}};
-        row("changed", settingsMessage(u"changed"_qs, {{u"values"_qs, values}}), 1, u"new"_qs);
-        row("all", allMessage(values), 2 | 64, u"new"_qs);
-        row("all without values", settingsMessage(u"all"_qs), 2 | 64, {});
-        row("resetToDefaults", settingsMessage(u"resetToDefaults"_qs), 4, {});
-        row("unknown reason", settingsMessage(u"Changed"_qs), 0, u"old"_qs);
-    }
-
     void appliesWhatItsFlagsAllow()
     {
-        QFETCH(const Message, message);
-        QFETCH(const quint32, neededFlags);
-        QFETCH(const QString, expected);
-        for (const bool allowed : {true, false}) {
-            End end(allowed ? allFlags : allFlags & ~neededFlags);
-            end.manager->setValues({{u"A"_qs, u"old"_qs}}, VhIpcSettings::changesSource());
-            end.part.processVh(message);
-            QCOMPARE(end.value(u"A"_qs), allowed ? expected : u"old"_qs);
-            // Whatever it took is not told back.
-            QCOMPARE(end.sent.count(), 0);
+        struct Case {
+            Message message;
+            quint32 neededFlags;
+            QString expected;
+        };
+        const QVariantHash values{{u"A"_qs, u"new"_qs}};
+        const Case cases[] = {
+            {settingsMessage(u"changed"_qs, {{u"values"_qs, values}}), 1, u"new"_qs},
+            {allMessage(values), 2 | 64, u"new"_qs},
+            {settingsMessage(u"all"_qs), 2 | 64, {}},
+            {settingsMessage(u"resetToDefaults"_qs), 4, {}},
+            {settingsMessage(u"Changed"_qs), 0, u"old"_qs}};
+        for (const Case &c : cases) {
+            for (const bool allowed : {true, false}) {
+                End end(allowed ? allFlags : allFlags & ~c.neededFlags);
+                end.manager->setValues({{u"A"_qs, u"old"_qs}}, VhIpcSettings::changesSource());
+                end.part.processVh(c.message);
+                QCOMPARE(end.value(u"A"_qs), allowed ? c.expected : u"old"_qs);
+                // Whatever it took is not told back.
+                QCOMPARE(end.sent.count(), 0);
+            }
         }
-    }
-
-    void tellsWhatItsFlagsAllow_data()
-    {
-        const Rows<quint32, Messages> row("flag", "expected");
-        const QVariantHash values{{u"A"_qs, u"1"_qs}, {u"B"_qs, u"2"_qs}};
-        row("nothing", 0, {});
-        row("changed", 8, sentOnce(settingsMessage(u"changed"_qs, {{u"values"_qs, values}})));
-        row("all", 16, sentOnce(allMessage({{u"C"_qs, u"3"_qs}}, {{u"D"_qs, u"4"_qs}})));
-        row("resetToDefaults", 32, sentOnce(settingsMessage(u"resetToDefaults"_qs)));
     }
 
     void tellsWhatItsFlagsAllow()
     {
-        QFETCH(const quint32, flag);
-        QFETCH(const Messages, expected);
-        End end(flag);
-        end.manager->setAllDefaultValues({{u"D"_qs, u"4"_qs}});
-        for (const QString &source : {user, u"VhIpcSettings"_qs}) {
-            end.manager->setValues({{u"A"_qs, u"0"_qs}, {u"B"_qs, u"2"_qs}, {u"A"_qs, u"1"_qs}},
-                                   source);
-            end.manager->setAllValues({{u"C"_qs, u"3"_qs}}, source);
-            end.manager->resetToDefaults(source);
-            QCOMPARE(end.sent, source == user ? expected : Messages());
-            end.sent.clear();
+        const QVariantHash values{{u"A"_qs, u"1"_qs}, {u"B"_qs, u"2"_qs}};
+        const std::pair<quint32, Messages> cases[] = {
+            {0, {}},
+            {8, sentOnce(settingsMessage(u"changed"_qs, {{u"values"_qs, values}}))},
+            {16, sentOnce(allMessage({{u"C"_qs, u"3"_qs}}, {{u"D"_qs, u"4"_qs}}))},
+            {32, sentOnce(settingsMessage(u"resetToDefaults"_qs))}};
+        for (const auto &[flag, expected] : cases) {
+            for (const QString &source : {user, u"VhIpcSettings"_qs}) {
+                End end(flag);
+                end.manager->setAllDefaultValues({{u"D"_qs, u"4"_qs}});
+                end.manager->setValues({{u"A"_qs, u"0"_qs}, {u"B"_qs, u"2"_qs}, {u"A"_qs, u"1"_qs}},
+                                       source);
+                end.manager->setAllValues({{u"C"_qs, u"3"_qs}}, source);
+                end.manager->resetToDefaults(source);
+                QCOMPARE(end.sent, source == user ? expected : Messages());
+            }
         }
     }
 
