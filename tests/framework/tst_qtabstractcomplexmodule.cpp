@@ -70,8 +70,6 @@ private:
 
 class Tree : public QtAbstractComplexModule {
 public:
-    using QtAbstractComplexModule::clearModules;
-
     /// The script is made of "STEP=ACT"; steps on the way down begin with "~", the ends of children
     /// are "a.", "b.", "c.", those of passes "-up" and "-down", with "!" when failed.
     explicit Tree(const QString &script = {})
@@ -228,16 +226,6 @@ private Q_SLOTS:
         tree.leaves.pop_back();
         settle();
         QCOMPARE(tree.takeJournal(), u"+up before a b c -up! +down ~before ~a ~after -down!"_qs);
-    }
-
-    void childrenAreClearedDuringAPass()
-    {
-        Tree tree(u"b=never"_qs);
-        tree.initialize(true);
-        tree.clearModules();
-        settle();
-        tree.initialize(false);
-        QCOMPARE(tree.takeJournal(), u"+up before a b after -up +down ~before ~after -down"_qs);
     }
 
     /// With the child whose own late end led there.

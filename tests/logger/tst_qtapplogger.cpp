@@ -50,24 +50,6 @@ class TestQtAppLogger : public QObject {
 private Q_SLOTS:
     void init() { m_path = m_dir.filePath(QLatin1String(QTest::currentTestFunction())); }
 
-    void levelFromTheEnvironment()
-    {
-        const std::pair<const char *, const char *> cases[] = {
-            {"", "01"}, {"much", "01"}, {"-1", ""}, {"2", "012"}};
-        for (const auto &[level, logged] : cases) {
-            qputenv("KOVALO_LOG_LEVEL", level);
-            auto options = QtAppLogger::optionsFromEnvironment();
-            QCOMPARE(options.rotateAtBytes, 5'242'880);
-            options.filePath = m_path + QLatin1String(level);
-            for (int number = 0; number <= 3; ++number)
-                QtAppLogger(options).log(number, QString::number(number));
-            QByteArray last;
-            for (const QByteArray &line : contents(options.filePath).split('\n'))
-                last += line.right(1);
-            QCOMPARE(last, logged);
-        }
-    }
-
     void textsAndFailedChecks()
     {
         const LogCapture log;
