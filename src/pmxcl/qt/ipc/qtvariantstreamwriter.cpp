@@ -26,7 +26,7 @@ constexpr qsizetype headSize = sizeof(quint32) + sizeof(quint8);
 /// So many items of a list are written before room for the rest is made, and not for more bytes
 /// than these. A message of megabytes that grows by doubling is copied as a whole again and again.
 constexpr qsizetype sampleItems = 16;
-constexpr qsizetype maxReserve = 64 * 1024 * 1024;
+constexpr qsizetype maxReserve = qsizetype{64} * 1024 * 1024;
 
 template <typename T> const T &content(const QVariant &value)
 {
