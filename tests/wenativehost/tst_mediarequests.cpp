@@ -403,7 +403,7 @@ private Q_SLOTS:
 
         tabs.tabNavigated("", "http://page/#a");
         tabs.addRequest("http://page/#a", "1");
-        tabs.tabUrlChanged("http://page/#a", "http://page/#b");
+        tabs.tabNavigated("http://page/#a", "http://page/#b");
         QCOMPARE(moved.size(), 1);
         QCOMPARE(tabs.requestsOf("http://page/#b"), std::vector<std::string>{"1"});
         // With two tabs on the page nobody knows whose the request is.

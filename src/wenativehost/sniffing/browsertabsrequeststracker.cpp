@@ -1,5 +1,7 @@
 #include "browsertabsrequeststracker.h"
 
+#include "pageurl.h"
+
 BrowserTabsRequestsTracker::BrowserTabsRequestsTracker(QObject *parent) : QObject(parent) { }
 
 void BrowserTabsRequestsTracker::addRequest(const std::string &pageUrl,
@@ -27,6 +29,10 @@ void BrowserTabsRequestsTracker::removeRequest(const std::string &requestId)
 
 void BrowserTabsRequestsTracker::tabNavigated(const std::string &fromUrl, const std::string &toUrl)
 {
+    if (fromUrl != toUrl && withoutFragment(fromUrl) == withoutFragment(toUrl)) {
+        tabUrlChanged(fromUrl, toUrl);
+        return;
+    }
     if (!fromUrl.empty())
         leave(fromUrl);
     if (!toUrl.empty())

@@ -4,6 +4,7 @@
 #include "mediakind.h"
 #include "mediarequestscollector.h"
 #include "mediaurlsearch.h"
+#include "pageurl.h"
 #include "pmxflvsniffcallproctask.h"
 
 #include <QUrl>
@@ -30,8 +31,6 @@ MediaRequest unobserved(const std::string &url, const pmxFlvSniffCallProcTask &t
     media.kind = mediaKindOfFileName(fileNameOfUrl(url));
     return media;
 }
-
-std::string_view withoutFragment(std::string_view url) { return url.substr(0, url.find('#')); }
 
 bool isSamePage(const std::string &page, const std::string &other)
 {

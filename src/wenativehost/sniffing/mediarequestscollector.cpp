@@ -3,6 +3,7 @@
 #include "httpheaderblock.h"
 #include "mediakind.h"
 #include "networkrequestscollector.h"
+#include "pageurl.h"
 #include "streamsegments.h"
 
 #include <algorithm>
@@ -41,8 +42,6 @@ bool isAnsweredWell(const NetworkRequest &request)
             || request.status == 304);
 }
 
-std::string withoutFragment(const std::string &url) { return url.substr(0, url.find('#')); }
-
 /// Keeps what is newest of the parts of one resource, and the size if any of them knew it.
 void mergeParts(MediaRequest &known, MediaRequest &&part)
 {
@@ -74,7 +73,7 @@ std::vector<MediaRequest> MediaRequestsCollector::mediaRequests() const
         if (media.kind == MediaKind::StreamMediaKind)
             streamsOfPage[request->pageUrl].addPlaylist(*request);
         const auto [known, added] = byPageAndUrl.try_emplace(
-            std::pair(request->pageUrl, withoutFragment(request->url)), media);
+            std::pair(request->pageUrl, std::string(withoutFragment(request->url))), media);
         if (!added)
             mergeParts(known->second, std::move(media));
     }
