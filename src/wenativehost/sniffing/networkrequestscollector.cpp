@@ -70,6 +70,14 @@ bool isPlaylist(const NetworkRequest &request)
         == MediaKind::StreamMediaKind;
 }
 
+/// Players of what is being broadcast fetch its playlist every few seconds.
+bool takesThePlaceOf(const NetworkRequest &later, const NetworkRequest &playlist)
+{
+    return later.number > playlist.number && later.url == playlist.url
+        && later.state == playlist.state && later.status == playlist.status
+        && (playlist.playlist.empty() || !later.playlist.empty());
+}
+
 } // namespace
 
 NetworkRequestsCollector::NetworkRequestsCollector(QObject *parent, QtClock &clock)
@@ -189,18 +197,19 @@ bool NetworkRequestsCollector::isTooOld(const NetworkRequest &request) const
 
 qint64 NetworkRequestsCollector::changedMs(const NetworkRequest &request) const
 {
-    qint64 changedMs = request.changedMs;
+    qint64 latestMs = request.changedMs;
     if (!isPlaylist(request))
-        return changedMs;
+        return latestMs;
     for (const Requests *list : {&m_finished, &m_unfinished}) {
-        const auto latest =
-            std::find_if(list->rbegin(), list->rend(), [&request](const NetworkRequest &other) {
-                return other.pageUrl == request.pageUrl;
-            });
-        if (latest != list->rend())
-            changedMs = std::max(changedMs, latest->changedMs);
+        for (const NetworkRequest &other : *list) {
+            if (other.pageUrl != request.pageUrl)
+                continue;
+            if (takesThePlaceOf(other, request))
+                return request.changedMs;
+            latestMs = std::max(latestMs, other.changedMs);
+        }
     }
-    return changedMs;
+    return latestMs;
 }
 
 void NetworkRequestsCollector::forget(Requests &list, Requests::iterator request)
