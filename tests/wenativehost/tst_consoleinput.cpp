@@ -5,12 +5,15 @@
 #include "queuedcallsdispatcher.h"
 #include "readconsolethread.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include <limits>
+#include <memory>
+#include <tuple>
 
 namespace {
 

@@ -12,9 +12,11 @@
 
 #include <QSignalSpy>
 #include <QTest>
+#include <QUrl>
 
 #include <random>
 #include <set>
+#include <vector>
 
 namespace {
 
@@ -381,8 +383,8 @@ private Q_SLOTS:
         }
         QCOMPARE(collector.textBytes(), bytes);
         size_t tracked = 0;
-        for (const std::string &page : pages)
-            tracked += tabs.requestsOf(page).size();
+        for (const std::string &url : pages)
+            tracked += tabs.requestsOf(url).size();
         QCOMPARE(tracked, collector.size());
 
         // A single notification beyond the bound is not kept, and does no harm.
