@@ -12,6 +12,7 @@
 #include <QUuid>
 #include <QtEndian>
 
+#include <algorithm>
 #include <bit>
 #include <utility>
 
@@ -92,8 +93,27 @@ bool isTimeZoneName(QByteArrayView name)
     return true;
 }
 
+QString textOf(QByteArrayView utf16)
+{
+    QString text(utf16.size() / qsizetype(sizeof(char16_t)), Qt::Uninitialized);
+    qFromBigEndian<char16_t>(utf16.data(), text.size(), text.data());
+    return text;
+}
+
+/// Spreads the keys of a record, which are Latin letters (FNV-1a).
+size_t placeOfKey(QByteArrayView utf16)
+{
+    quint32 hash = 2166136261;
+    for (qsizetype i = 1; i < utf16.size(); i += 2)
+        hash = (hash ^ static_cast<uchar>(utf16[i])) * 16777619;
+    return hash >> 16;
+}
+
 /// The name that QTimeZone gives to a zone of its own making.
 constexpr QByteArrayView customTimeZone("\0O\0f\0f\0s\0e\0t\0F\0r\0o\0m\0U\0t\0c", 26);
+
+/// In bytes. Hashes that say something are usually longer, and met once.
+constexpr qsizetype maxKnownHashSize = 512;
 
 } // namespace
 
@@ -167,8 +187,7 @@ bool QtVariantStreamReader::readCommonValue(quint32 type, QVariant &value, int d
     case QMetaType::QVariantMap:
         return readInto([&](QVariantMap &map) { return readMap(map, depth + 1); }, QVariantMap());
     case QMetaType::QVariantHash:
-        return readInto([&](QVariantHash &hash) { return readMap(hash, depth + 1); },
-                        QVariantHash());
+        return readNestedHash(value, depth + 1);
     case QMetaType::QUrl: {
         QByteArrayView encoded;
         bool isNull = false;
@@ -219,6 +238,36 @@ bool QtVariantStreamReader::readList(QVariantList &list, int depth)
     return true;
 }
 
+bool QtVariantStreamReader::readNestedHash(QVariant &value, int depth)
+{
+    if (findKnownHash(value, depth))
+        return true;
+    const char *const begin = m_cursor.rest().data();
+    QVariantHash hash;
+    const bool ok = readMap(hash, depth);
+    value = std::move(hash);
+    const QByteArrayView bytes(begin, m_cursor.rest().data());
+    if (ok && bytes.size() <= maxKnownHashSize) {
+        m_hashes[m_oldestHash] = {bytes, depth, value};
+        m_oldestHash = (m_oldestHash + 1) % m_hashes.size();
+    }
+    return ok;
+}
+
+bool QtVariantStreamReader::findKnownHash(QVariant &value, int depth)
+{
+    const QByteArrayView rest = m_cursor.rest();
+    // One that was read less deep may hold more levels than are allowed here.
+    const auto known =
+        std::find_if(m_hashes.cbegin(), m_hashes.cend(), [&rest, depth](const Hash &hash) {
+            return !hash.bytes.isEmpty() && depth <= hash.depth && rest.startsWith(hash.bytes);
+        });
+    if (known == m_hashes.cend() || !m_cursor.skip(static_cast<quint64>(known->bytes.size())))
+        return false;
+    value = known->value;
+    return true;
+}
+
 template <typename Map> bool QtVariantStreamReader::readMap(Map &map, int depth)
 {
     quint32 count = 0;
@@ -231,7 +280,7 @@ template <typename Map> bool QtVariantStreamReader::readMap(Map &map, int depth)
         m_cursor.begin(minEntrySize);
         QString key;
         QVariant value;
-        if (!readString(key) || !readVariant(value, depth))
+        if (!readKey(key) || !readVariant(value, depth))
             return false;
         map.insert(std::move(key), std::move(value));
     }
@@ -256,13 +305,34 @@ bool QtVariantStreamReader::readString(QString &text)
 {
     QByteArrayView utf16;
     bool isNull = false;
-    if (!readBytes(utf16, isNull) || utf16.size() % qsizetype(sizeof(char16_t)) != 0)
+    if (!readUtf16(utf16, isNull))
+        return false;
+    if (!isNull)
+        text = textOf(utf16);
+    return true;
+}
+
+bool QtVariantStreamReader::readKey(QString &key)
+{
+    QByteArrayView utf16;
+    bool isNull = false;
+    if (!readUtf16(utf16, isNull))
         return false;
     if (isNull)
         return true;
-    text = QString(utf16.size() / qsizetype(sizeof(char16_t)), Qt::Uninitialized);
-    qFromBigEndian<char16_t>(utf16.data(), text.size(), text.data());
+    auto &[known, older] = m_keys[placeOfKey(utf16) % m_keys.size()];
+    if (known.text.isNull() || known.utf16 != utf16) {
+        std::swap(known, older);
+        if (known.text.isNull() || known.utf16 != utf16)
+            known = {utf16, textOf(utf16)};
+    }
+    key = known.text;
     return true;
+}
+
+bool QtVariantStreamReader::readUtf16(QByteArrayView &utf16, bool &isNull)
+{
+    return readBytes(utf16, isNull) && utf16.size() % qsizetype(sizeof(char16_t)) == 0;
 }
 
 bool QtVariantStreamReader::readBytes(QByteArrayView &bytes, bool &isNull)

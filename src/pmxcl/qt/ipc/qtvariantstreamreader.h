@@ -10,6 +10,7 @@
 #include <QTimeZone>
 #include <QVariant>
 
+#include <array>
 #include <optional>
 
 /**
@@ -34,10 +35,14 @@ private:
     bool readDateTime(QDateTime &dateTime);
     bool readOtherValue(quint32 type, const char *begin, QVariant &value);
     template <typename Number> bool readNumber(QVariant &value);
+    bool readNestedHash(QVariant &value, int depth);
+    bool findKnownHash(QVariant &value, int depth);
     bool readList(QVariantList &list, int depth);
     template <typename Map> bool readMap(Map &map, int depth);
     bool readStringList(QStringList &list);
     bool readString(QString &text);
+    bool readKey(QString &key);
+    bool readUtf16(QByteArrayView &utf16, bool &isNull);
     bool readBytes(QByteArrayView &bytes, bool &isNull);
     bool readTimeZone(const char *begin, QTimeZone &zone);
     template <typename Value> bool readByQt(const char *begin, Value &value);
@@ -48,7 +53,23 @@ private:
     bool skipBitArray();
     bool skipTimeZone();
 
+    struct Key {
+        QByteArrayView utf16;
+        QString text;
+    };
+    struct Hash {
+        QByteArrayView bytes;
+        int depth = 0;
+        QVariant value;
+    };
+
     QtScanCursor m_cursor;
+    // The records of a long list have the same keys, and many of the same hashes that say nothing:
+    // what was read lately is shared with what has the same bytes.
+    /// Two for each place that a key may have.
+    std::array<std::array<Key, 2>, 128> m_keys;
+    std::array<Hash, 8> m_hashes;
+    size_t m_oldestHash = 0;
     /// By the bytes that spell them.
     QHash<QByteArrayView, QTimeZone> m_timeZones;
 };

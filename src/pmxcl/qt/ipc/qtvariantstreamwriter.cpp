@@ -88,7 +88,7 @@ void QtVariantStreamWriter::writeVariant(const QVariant &value)
         break;
     case QMetaType::QVariantHash:
         writeHead(value);
-        writeMap(content<QVariantHash>(value));
+        writeNestedHash(content<QVariantHash>(value));
         break;
     case QMetaType::QUrl:
         writeHead(value);
@@ -174,6 +174,25 @@ template <typename Map> void QtVariantStreamWriter::writeMap(const Map &map)
     }
 }
 
+void QtVariantStreamWriter::writeNestedHash(const QVariantHash &hash)
+{
+    const auto known = std::find_if(m_writtenHashes.cbegin(), m_writtenHashes.cend(),
+                                    [&hash](const WrittenHash &written) {
+                                        return written.size > 0 && written.hash.isSharedWith(hash);
+                                    });
+    if (known != m_writtenHashes.cend()) {
+        char *const at = append(known->size);
+        std::copy_n(m_bytes.constData() + known->begin, known->size, at);
+        return;
+    }
+    const qsizetype begin = m_bytes.size();
+    writeMap(hash);
+    if (hash.isDetached())
+        return;
+    m_writtenHashes[m_oldestHash] = {hash, begin, m_bytes.size() - begin};
+    m_oldestHash = (m_oldestHash + 1) % m_writtenHashes.size();
+}
+
 void QtVariantStreamWriter::writeString(const QString &text)
 {
     if (text.isNull()) {
@@ -183,7 +202,8 @@ void QtVariantStreamWriter::writeString(const QString &text)
     const qsizetype size = text.size() * qsizetype(sizeof(char16_t));
     char *const at = append(qsizetype(sizeof(quint32)) + size);
     qToBigEndian(static_cast<quint32>(size), at);
-    qToBigEndian<char16_t>(text.utf16(), text.size(), at + sizeof(quint32));
+    // Not utf16(), which makes a copy of every text that stands in the program itself.
+    qToBigEndian<char16_t>(text.constData(), text.size(), at + sizeof(quint32));
 }
 
 void QtVariantStreamWriter::writeBytes(const QByteArray &bytes)

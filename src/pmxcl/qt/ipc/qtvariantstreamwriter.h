@@ -4,6 +4,9 @@
 #include <QHash>
 #include <QString>
 #include <QVariant>
+#include <QVariantHash>
+
+#include <array>
 
 /**
  * Writes a QHash<QString, QVariant> byte for byte as QDataStream does (version Qt_5_12).
@@ -26,11 +29,22 @@ private:
     void writeList(const QVariantList &list);
     void reserveForItems(qsizetype sampleSize, qsizetype moreItems);
     template <typename Map> void writeMap(const Map &map);
+    void writeNestedHash(const QVariantHash &hash);
     void writeString(const QString &text);
     void writeBytes(const QByteArray &bytes);
     template <typename Number> void write(Number number);
     /// Makes room for so many bytes at the end, to be written before anything else is.
     char *append(qsizetype size);
 
+    /// A hash that others may be shared with, and where it was written.
+    struct WrittenHash {
+        QVariantHash hash;
+        qsizetype begin = 0;
+        qsizetype size = 0;
+    };
+
     QByteArray m_bytes;
+    /// The records of a long list share the hashes of what says nothing; these were written lately.
+    std::array<WrittenHash, 8> m_writtenHashes;
+    size_t m_oldestHash = 0;
 };

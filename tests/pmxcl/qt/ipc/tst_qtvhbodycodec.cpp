@@ -65,6 +65,7 @@ private Q_SLOTS:
         const auto null = [](auto value) {
             return QVariant(QMetaType::fromType<decltype(value)>());
         };
+        const VhMap shared{{u"a"_qs, VhMap()}, {u"b"_qs, 2}};
         QVariantList values;
         values << QVariant() << QVariant::fromValue(nullptr) << false << -1 << 0xFFFFFFFFu << 0.1
                << QVariant::fromValue(-1L) << QVariant::fromValue(1UL) << 0.5F << QChar(u'\u20AC')
@@ -85,7 +86,8 @@ private Q_SLOTS:
                << QVariant(QVariantList{1, QVariantList{}, u"a"_qs})
                << QVariant(QVariantList(100, QVariantList{u"a"_qs, QUrl()}))
                << QVariantMap{{u"a"_qs, 1}, {u"b"_qs, QVariantMap()}}
-               << VhMap{{u"a"_qs, VhMap{{u"b"_qs, 2}}}};
+               << VhMap{{u"a"_qs, VhMap{{u"b"_qs, 2}}}}
+               << QVariant(QVariantList{VhMap(), shared, shared, VhMap{{u"c"_qs, shared}}});
         for (const QVariant &value : values) {
             const VhMap map{{u"key"_qs, value}};
             QByteArray asQtHasIt;
