@@ -1,5 +1,6 @@
 #include "pmxjsonparser.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -7,6 +8,23 @@ namespace {
 constexpr int MaxDepth = picojson::DEFAULT_MAX_DEPTHS;
 
 using Input = picojson::input<const char *>;
+
+/// The library takes texts character by character; most of them are to be copied as they are.
+class TextInput : public Input {
+public:
+    using Input::Input;
+
+    /// The characters before the next one that ends the text, or is none or the beginning of an
+    /// escape sequence.
+    std::string_view takePlain()
+    {
+        const char *const begin = cur();
+        cur_ = std::find_if(begin, end_, [](char c) {
+            return c == '"' || c == '\\' || static_cast<unsigned char>(c) < ' ';
+        });
+        return {begin, cur_};
+    }
+};
 
 /**
  * Builds the value that the parser reports.
@@ -36,7 +54,9 @@ public:
     bool parse_string(Input &in)
     {
         m_out = picojson::value(picojson::string_type, false);
-        return picojson::_parse_string(m_out.get<std::string>(), in);
+        auto &text = m_out.get<std::string>();
+        text = static_cast<TextInput &>(in).takePlain();
+        return picojson::_parse_string(text, in);
     }
     bool parse_array_start() { return startContainer(picojson::array_type); }
     bool parse_array_item(Input &in, std::size_t)
@@ -75,6 +95,6 @@ std::shared_ptr<const picojson::value> pmxParseJson(std::string_view text)
 {
     const auto value = std::make_shared<picojson::value>();
     ParseContext context(*value, MaxDepth);
-    Input in(text.data(), text.data() + text.size());
+    TextInput in(text.data(), text.data() + text.size());
     return picojson::_parse(context, in) ? value : nullptr;
 }
