@@ -1,14 +1,14 @@
 // What the host costs beside the floor (floor.cpp), the two taking turns in one run.
 
 #include "childprocess.h"
+#include "frame.h"
+#include "statistics.h"
 
 #include <QByteArray>
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
-#include <QtEndian>
 
-#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdio>
@@ -32,17 +32,7 @@ QByteArray handshake()
                             R"("response_add_crlf":"0","response_send_data_len_as_string":"0",)"
                             R"("uri_encoding_for_rcv":"0","uri_encoding_for_send":"0",)"
                             R"("base64_encoding_for_rcv":"0","base64_encoding_for_send":"0"}})";
-    const auto length = qToLittleEndian(static_cast<quint32>(body.size()));
-    return QByteArray(reinterpret_cast<const char *>(&length), sizeof length) + body;
-}
-
-/// Reads one answer and returns its size with its length prefix.
-qsizetype takeAnswer(ChildProcess &child)
-{
-    const QByteArray prefix = child.read(sizeof(quint32));
-    const auto length = qFromLittleEndian<quint32>(prefix.constData());
-    child.read(length);
-    return prefix.size() + static_cast<qsizetype>(length);
+    return framed(body);
 }
 
 enum Measure {
@@ -59,25 +49,13 @@ enum Measure {
 /// Of each measure, a value from each round.
 using Samples = std::array<std::vector<double>, MeasureCount>;
 
-double median(std::vector<double> values)
-{
-    const auto middle = values.begin() + static_cast<ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
-
-double microseconds(const QElapsedTimer &timer)
-{
-    return static_cast<double>(timer.nsecsElapsed()) / 1000;
-}
-
 /// One handshake there and back.
 double roundTrip(ChildProcess &child, const QByteArray &message)
 {
     QElapsedTimer timer;
     timer.start();
     child.write(message);
-    takeAnswer(child);
+    child.takeAnswer();
     return microseconds(timer);
 }
 
@@ -125,7 +103,7 @@ void runPipelined(const QString &program, Samples &samples)
     const QByteArray message = handshake();
     ChildProcess child(program);
     child.write(message);
-    const qsizetype answerSize = takeAnswer(child);
+    const qsizetype answerSize = child.takeAnswer();
 
     QElapsedTimer timer;
     timer.start();

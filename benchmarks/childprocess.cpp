@@ -1,6 +1,8 @@
 #include "childprocess.h"
 
+#include <QByteArrayList>
 #include <QFile>
+#include <QtEndian>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -15,6 +17,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
+#include <vector>
 
 namespace {
 
@@ -28,7 +32,7 @@ void require(bool ok, const char *what)
 
 } // namespace
 
-ChildProcess::ChildProcess(const QString &program)
+ChildProcess::ChildProcess(const QString &program, const QStringList &arguments)
 {
     std::array<int, 2> in = {};
     std::array<int, 2> out = {};
@@ -38,10 +42,15 @@ ChildProcess::ChildProcess(const QString &program)
     ::posix_spawn_file_actions_adddup2(&actions, in[0], STDIN_FILENO);
     ::posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
     ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    QByteArray path = QFile::encodeName(program);
-    std::array<char *, 2> arguments = {path.data(), nullptr};
-    errno = ::posix_spawn(&m_pid, path.constData(), &actions, nullptr, arguments.data(), environ);
-    require(errno == 0, path.constData());
+    QByteArrayList words = {QFile::encodeName(program)};
+    for (const QString &argument : arguments)
+        words += argument.toLocal8Bit();
+    std::vector<char *> argv;
+    for (QByteArray &word : words)
+        argv.push_back(word.data());
+    argv.push_back(nullptr);
+    errno = ::posix_spawn(&m_pid, argv.front(), &actions, nullptr, argv.data(), environ);
+    require(errno == 0, argv.front());
     ::posix_spawn_file_actions_destroy(&actions);
     ::close(in[0]);
     ::close(out[1]);
@@ -72,6 +81,14 @@ QByteArray ChildProcess::read(qsizetype size)
         got += count;
     }
     return bytes;
+}
+
+qsizetype ChildProcess::takeAnswer()
+{
+    const QByteArray prefix = read(sizeof(quint32));
+    const auto length = qFromLittleEndian<quint32>(prefix.constData());
+    read(length);
+    return prefix.size() + static_cast<qsizetype>(length);
 }
 
 void ChildProcess::exchange(const QByteArray &bytes, qsizetype answerSize)
@@ -107,4 +124,26 @@ ChildUsage ChildProcess::finish()
     ::close(m_output);
     m_pid = -1;
     return {WIFEXITED(status) && WEXITSTATUS(status) == 0, usage.ru_maxrss};
+}
+
+double ChildProcess::computingTime() const
+{
+    clockid_t clock = {};
+    timespec time = {};
+    require(::clock_getcpuclockid(m_pid, &clock) == 0 && ::clock_gettime(clock, &time) == 0,
+            "clock");
+    return static_cast<double>(time.tv_sec) * 1e6 + static_cast<double>(time.tv_nsec) / 1e3;
+}
+
+long ChildProcess::statusKibibytes(const QByteArray &name) const
+{
+    QFile status(QStringLiteral("/proc/%1/status").arg(m_pid));
+    require(status.open(QIODevice::ReadOnly), "status");
+    const QByteArrayList lines = status.readAll().split('\n');
+    for (const QByteArray &line : lines) {
+        if (line.startsWith(name + ':'))
+            return line.mid(name.size() + 1).trimmed().split(' ').constFirst().toLong();
+    }
+    require(false, name.constData());
+    return 0;
 }

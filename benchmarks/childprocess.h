@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <sys/types.h>
 
@@ -13,21 +14,26 @@ struct ChildUsage {
 };
 
 /// A native messaging host that was just started, with pipes to its stdin and stdout; nobody reads
-/// its stderr. The process
-/// ends when its input ends. Every failure ends the benchmark.
+/// its stderr. The process ends when its input ends. Every failure ends the benchmark.
 class ChildProcess {
 public:
-    explicit ChildProcess(const QString &program);
+    explicit ChildProcess(const QString &program, const QStringList &arguments = {});
     ~ChildProcess();
     Q_DISABLE_COPY_MOVE(ChildProcess)
 
     void write(const QByteArray &bytes);
     /// So many bytes of its output.
     QByteArray read(qsizetype size);
+    /// Reads one answer and returns its size with its length prefix.
+    qsizetype takeAnswer();
     /// Writes the bytes while it reads the answers, until there are so many bytes of them.
     void exchange(const QByteArray &bytes, qsizetype answerSize);
     /// Ends the input and waits for the end of the process.
     ChildUsage finish();
+    /// How long it has been computing so far, in microseconds.
+    double computingTime() const;
+    /// A line of its status that is given in KiB, such as "VmRSS".
+    long statusKibibytes(const QByteArray &name) const;
 
 private:
     pid_t m_pid = -1;

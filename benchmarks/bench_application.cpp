@@ -1,0 +1,250 @@
+// What the way from the browser to the application and back costs: beside a bare relay of as many
+// bytes through the same pipes and sockets (relayfloor.cpp), the two taking turns in one run.
+
+#include "applicationend.h"
+#include "appservername.h"
+#include "childprocess.h"
+#include "frame.h"
+#include "statistics.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <thread>
+
+namespace {
+
+constexpr int rounds = 21;
+constexpr int roundTrips = 500;
+constexpr int spacedRoundTrips = 20;
+constexpr auto pause = std::chrono::milliseconds(2);
+constexpr int launchRounds = 7;
+constexpr int bulkRounds = 7;
+constexpr std::array bulkSizes = {100, 1000, 10'000};
+
+/// From where nothing can be downloaded: the application that is launched is not to be busy.
+QByteArray download(int number)
+{
+    return R"({"url":"http://127.0.0.1:9/folder/)" + QByteArray::number(number)
+        + R"(/archive-1.2.3.tar.gz","suggestedName":"archive-)" + QByteArray::number(number)
+        + R"(.tar.gz","httpReferer":"https://www.example.org/downloads/list?page=17",)"
+          R"("documentUrl":"https://www.example.org/downloads/list?page=17",)"
+          R"("userAgent":"Mozilla/5.0 (X11; Linux x86_64; rv:128.0) Gecko/20100101 Firefox/128.0",)"
+          R"("httpCookies":"session=0123456789abcdef0123456789abcdef; theme=dark; lang=en-US",)"
+          R"("originalUrl":"https://www.example.org/get/)"
+        + QByteArray::number(number) + R"(","fileSize":"123456789"})";
+}
+
+QByteArray task(int downloads)
+{
+    QByteArray items;
+    for (int i = 0; i < downloads; ++i)
+        items += (i ? "," : "") + download(i);
+    return framed(R"({"id":"1","type":"create_downloads","create_downloads":{"downloads":{"item":[)"
+                  + items
+                  + R"(]},"catchedDownloads":"1","waitResponse":"1","ignoreSettings":"0"}})");
+}
+
+double roundTrip(ChildProcess &child, const QByteArray &message)
+{
+    QElapsedTimer timer;
+    timer.start();
+    child.write(message);
+    child.takeAnswer();
+    return microseconds(timer);
+}
+
+/// Of each measure, a value from each round.
+struct Samples {
+    std::vector<double> start;
+    std::vector<double> trip;
+    std::vector<double> spacedTrip;
+    std::vector<double> push;
+};
+
+/// From the start of a process to the settings that it passes on; the application runs.
+void runConversation(const QString &program, const QStringList &arguments, ApplicationEnd &peer,
+                     Samples &samples)
+{
+    const QByteArray message = task(1);
+    QElapsedTimer timer;
+    timer.start();
+    ChildProcess child(program, arguments);
+    roundTrip(child, message);
+    samples.start.push_back(microseconds(timer));
+
+    const auto trips = [&](int count, bool spaced) {
+        std::vector<double> times;
+        for (int i = 0; i < count; ++i) {
+            if (spaced)
+                std::this_thread::sleep_for(pause);
+            times.push_back(roundTrip(child, message));
+        }
+        return median(times);
+    };
+    samples.trip.push_back(trips(roundTrips, false));
+    samples.spacedTrip.push_back(trips(spacedRoundTrips, true));
+
+    // Who has never asked is not told.
+    child.write(framed(R"({"id":"2","type":"query_settings"})"));
+    child.takeAnswer();
+    std::vector<double> pushes;
+    for (int i = 0; i < spacedRoundTrips; ++i) {
+        std::this_thread::sleep_for(pause);
+        timer.start();
+        peer.changeSetting();
+        child.takeAnswer();
+        pushes.push_back(microseconds(timer));
+    }
+    samples.push.push_back(median(pushes));
+}
+
+void report(const char *what, const std::vector<double> &host, const std::vector<double> &floor,
+            double aim = 0)
+{
+    const double hostMedian = median(host);
+    const double floorMedian = median(floor);
+    std::printf("%-44s host %8.1f us  floor %8.1f us  ratio %.2f", what, hostMedian, floorMedian,
+                hostMedian / floorMedian);
+    if (aim > 0)
+        std::printf("  (aim: at most %.1f)", aim);
+    std::printf("\n");
+}
+
+void compareWithFloor(const QString &host)
+{
+    const QString relay = QCoreApplication::applicationDirPath() + QStringLiteral("/relayfloor");
+    ApplicationEnd application(appServerName());
+    // What the floor is to send is what the host was seen to send.
+    qsizetype answerBody = 0;
+    qsizetype pushBody = 0;
+    {
+        Samples ignored;
+        runConversation(host, {}, application, ignored);
+        ChildProcess child(host);
+        child.write(task(1));
+        answerBody = child.takeAnswer() - qsizetype(sizeof(quint32));
+        child.write(framed(R"({"id":"2","type":"query_settings"})"));
+        pushBody = child.takeAnswer() - qsizetype(sizeof(quint32));
+    }
+    const ExchangeSizes sizes = application.sizes();
+    std::printf("Task %d bytes; to the application %lld, from it %lld; answer %lld\n",
+                int(task(1).size()), sizes.message, sizes.answer, answerBody);
+
+    Samples hostSamples;
+    Samples floorSamples;
+    const QString bareName = QStringLiteral("bare");
+    for (int round = 0; round < rounds; ++round) {
+        ApplicationEnd bare(bareName, sizes);
+        runConversation(relay,
+                        {bareName, QString::number(sizes.message), QString::number(sizes.answer),
+                         QString::number(answerBody), QString::number(sizes.change),
+                         QString::number(pushBody)},
+                        bare, floorSamples);
+        runConversation(host, {}, application, hostSamples);
+    }
+    report("caught download, task in to answer out", hostSamples.trip, floorSamples.trip, 2.5);
+    report("the same after a pause of 2 ms", hostSamples.spacedTrip, floorSamples.spacedTrip);
+    report("start to a caught download answered", hostSamples.start, floorSamples.start);
+    report("a setting changed, to the push on stdout", hostSamples.push, floorSamples.push);
+}
+
+/// The time from the start of the host, and of the application by it, to the answer.
+void measureLaunch(const QString &host)
+{
+    const QString application = QFileInfo(host).path() + QStringLiteral("/kov");
+    std::vector<double> times;
+    for (int round = 0; round < launchRounds; ++round) {
+        const QTemporaryDir home;
+        qputenv("HOME", home.path().toLocal8Bit());
+        qputenv("TMPDIR", home.path().toLocal8Bit());
+        QElapsedTimer timer;
+        timer.start();
+        ChildProcess child(host);
+        roundTrip(child, task(1));
+        times.push_back(microseconds(timer));
+        if (QProcess::execute(application, {QStringLiteral("quit")}) != 0) {
+            std::fprintf(stderr, "the application did not run\n");
+            std::exit(1);
+        }
+    }
+    std::printf("%-44s host %8.1f us\n", "the same, the application launched", median(times));
+}
+
+/// How long this process, in which the application's end is, has been computing; microseconds.
+double ownComputingTime()
+{
+    timespec time = {};
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e6 + static_cast<double>(time.tv_nsec) / 1e3;
+}
+
+void measureBulk(const QString &host)
+{
+    const ApplicationEnd application(appServerName());
+    ChildProcess child(host);
+    std::array<std::vector<double>, bulkSizes.size()> times;
+    std::array<std::vector<double>, bulkSizes.size()> hostComputing;
+    std::array<std::vector<double>, bulkSizes.size()> allComputing;
+    for (int round = -1; round < bulkRounds; ++round) {
+        for (size_t i = 0; i < bulkSizes.size(); ++i) {
+            const QByteArray message = task(bulkSizes[i]);
+            const int tasks = bulkSizes.back() / bulkSizes[i];
+            const double hostBefore = child.computingTime();
+            const double ownBefore = ownComputingTime();
+            double sum = 0;
+            for (int n = 0; n < tasks; ++n)
+                sum += roundTrip(child, message);
+            const double computed = child.computingTime() - hostBefore;
+            if (round < 0) // warms up
+                continue;
+            times[i].push_back(sum / bulkSizes.back());
+            hostComputing[i].push_back(computed / bulkSizes.back());
+            allComputing[i].push_back((computed + ownComputingTime() - ownBefore)
+                                      / bulkSizes.back());
+        }
+    }
+    for (size_t i = 0; i < bulkSizes.size(); ++i)
+        std::printf("%6d downloads in one task: %6.2f us per download  (aim: at most 30), of which "
+                    "%.2f us computing, %.2f us of that in the host\n",
+                    bulkSizes[i], median(times[i]), median(allComputing[i]),
+                    median(hostComputing[i]));
+    std::printf("from 100 to 10,000 it grows by the factor %.2f, the computing by %.2f, the host's "
+                "by %.2f  (aim: at most 1.10)\n",
+                median(times.back()) / median(times.front()),
+                median(allComputing.back()) / median(allComputing.front()),
+                median(hostComputing.back()) / median(hostComputing.front()));
+
+    ChildProcess fresh(host);
+    roundTrip(fresh, task(1));
+    const long before = fresh.statusKibibytes("VmRSS");
+    const QByteArray message = task(bulkSizes.back());
+    roundTrip(fresh, message);
+    const long peak = fresh.statusKibibytes("VmHWM");
+    std::printf("a task of %d downloads, %lld bytes: at its peak %.1f bytes of memory for each\n",
+                bulkSizes.back(), message.size(),
+                static_cast<double>(peak - before) * 1024 / static_cast<double>(message.size()));
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    const QString host = qEnvironmentVariable("KOVALO_HOST", QStringLiteral(KOVALO_HOST_PATH));
+    // Neither another host's settings nor a running application disturb the measurement.
+    const QTemporaryDir home;
+    qputenv("HOME", home.path().toLocal8Bit());
+    qputenv("TMPDIR", home.path().toLocal8Bit());
+    compareWithFloor(host);
+    measureBulk(host);
+    measureLaunch(host);
+}
