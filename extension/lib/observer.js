@@ -22,7 +22,6 @@ const allHeaders = ['requestHeaders', chrome.webRequest.OnSendHeadersOptions?.EX
 export class Observer {
     #host;
     #pages;
-    #downloads;
     #everywhere = false;
     #listening = false;
     /** Those under way, by their ids. */
@@ -41,11 +40,9 @@ export class Observer {
         [chrome.webRequest.onErrorOccurred, details => this.#onError(details)],
     ].map(([event, handle, ...more]) => [event, details => void this.#inOrder(() => handle(details)), ...more]);
 
-    /** @param {import('./downloadreports.js').DownloadReports} downloads whose requests are no media */
-    constructor(host, pages, downloads) {
+    constructor(host, pages) {
         this.#host = host;
         this.#pages = pages;
-        this.#downloads = downloads;
     }
 
     /** To be called at once when the script starts. */
@@ -104,14 +101,6 @@ export class Observer {
                     this.#notifyOf('completed', media);
                 }
             }
-        });
-    }
-
-    /** The browser downloads something, which is no media of a page then. */
-    forget(url) {
-        return this.#inOrder(() => {
-            for (const [tabId] of this.#pages)
-                this.#pages.dropMedia(tabId, each => each.url === url);
         });
     }
 
@@ -232,7 +221,7 @@ export class Observer {
         this.#notifyOf('response', request);
         const media = mediaIn(details);
         const page = this.#pages.get(request.tabId);
-        if (!media || !page || this.#downloads.isUnderWay(request.url))
+        if (!media || !page)
             return;
         request.isUnread = media.kind === 'stream' && !page.playlists.includes(request.url);
         this.#pages.addMedia(request.tabId, { ...request, ...media });

@@ -8,12 +8,10 @@ QueuedCallsDispatcher::QueuedCallsDispatcher(QObject *parent) : QAbstractEventDi
 
 bool QueuedCallsDispatcher::processEvents(QEventLoop::ProcessEventsFlags flags)
 {
-    // Waiting comes first: who looks at something between two calls, and is woken up after the
-    // look, gets to look again.
-    if (flags & QEventLoop::WaitForMoreEvents)
-        m_wokenUp.wait(0);
     const bool wokenUp = m_wokenUp.exchange(0) != 0;
     QCoreApplication::sendPostedEvents();
+    if (flags & QEventLoop::WaitForMoreEvents)
+        m_wokenUp.wait(0);
     return wokenUp;
 }
 

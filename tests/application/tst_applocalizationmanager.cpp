@@ -1,9 +1,6 @@
 #include "applocalizationmanager.h"
 #include "logcapture.h"
 
-#include <QCoreApplication>
-#include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <QSet>
 #include <QSignalSpy>

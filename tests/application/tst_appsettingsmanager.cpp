@@ -6,9 +6,6 @@
 #include "qtappportablemodesupport.h"
 #include "qtqobjectstracker.h"
 
-#include <QCoreApplication>
-#include <QDir>
-#include <QFile>
 #include <QStorageInfo>
 #include <QTemporaryDir>
 #include <QTest>

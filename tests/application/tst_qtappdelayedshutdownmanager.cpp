@@ -1,13 +1,10 @@
 #include "qtappdelayedshutdownmanager.h"
 
-#include <QCoreApplication>
 #include <QTest>
-#include <QTimer>
 
 #include <functional>
 #include <memory>
 #include <thread>
-#include <utility>
 
 class TestQtAppDelayedShutdownManager : public QObject {
     Q_OBJECT

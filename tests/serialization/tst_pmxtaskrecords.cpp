@@ -4,7 +4,6 @@
 #include <QTest>
 
 #include <sstream>
-#include <tuple>
 
 using namespace std::string_literals;
 

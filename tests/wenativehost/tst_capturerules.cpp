@@ -9,15 +9,14 @@
 #include <QTest>
 
 #include <algorithm>
-#include <cctype>
 #include <random>
 #include <regex>
 
 namespace {
 
-class PressedKey : public KeyStateWatcher {
+class HeldKey : public KeyStateWatcher {
 public:
-    explicit PressedKey(bool pressed) : KeyStateWatcher(45) { setPressed(pressed); }
+    explicit HeldKey(bool pressed) : KeyStateWatcher(45) { setPressed(pressed); }
     /// Nothing may be sampled while a download is judged.
     void update() override { setPressed(!isPressed(false)); }
 };
@@ -125,10 +124,10 @@ private Q_SLOTS:
         pmxKovBhIpcDownloadInfo info;
         info.suggestedName = "archive.tar.gz";
         read(info, "{'url':'http://files.example.org/archive.tar.gz'" + download + "}");
-        PressedKey key(true);
+        HeldKey key(true);
         QCOMPARE(pmxIsCatchedDownloadShoudBeIgnored(&info, rules, &key) != 0, ignored);
         QVERIFY(key.isPressed(false));
-        PressedKey released(false);
+        HeldKey released(false);
         QCOMPARE(pmxIsCatchedDownloadShoudBeIgnored(&info, rules, &released) != 0,
                  ignored && !settings.contains("Key"));
     }

@@ -3,8 +3,6 @@
 
 #include <QTest>
 
-#include <tuple>
-
 using Reason = AbstractDownloadAbortReason;
 
 class TestCreateDownloads : public QObject {

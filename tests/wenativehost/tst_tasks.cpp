@@ -3,7 +3,6 @@
 #include "pmxkovbhipckeystatetaskprocessor.h"
 #include "pmxkovbhipctask.h"
 
-#include <QCoreApplication>
 #include <QTest>
 
 namespace {

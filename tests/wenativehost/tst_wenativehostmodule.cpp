@@ -2,7 +2,6 @@
 #include "logcapture.h"
 #include "wenativehostmodule.h"
 
-#include <QCoreApplication>
 #include <QTest>
 
 #include <unistd.h>

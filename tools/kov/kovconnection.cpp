@@ -7,6 +7,7 @@
 #include "kovmisctaskspart.h"
 #include "kovsettingsbridge.h"
 #include "qtabstractsocketvhipc.h"
+#include "qtappdefaultlogger.h"
 #include "qtlocalsocket.h"
 #include "qtvhipccompositepart.h"
 #include "remotejsonrequestsmanager.h"
@@ -58,8 +59,10 @@ KovConnection::KovConnection(const QSharedPointer<QLocalSocket> &socket, const S
 {
     connect(m_jsonRequests.data(), &RemoteJsonRequestsManager::received, this,
             [this](qint64 id, const QString &json, bool isRequest) {
-                if (isRequest)
-                    m_jsonRequests->send(id, kovJsonEcho(json), false);
+                if (!isRequest)
+                    return;
+                logLine(1, QStringLiteral("[KovConnection]: JSON request %1").arg(id));
+                m_jsonRequests->send(id, kovJsonEcho(json), false);
             });
     connect(m_socket.data(), &QtLocalSocket::connectedStateChanged, this, [this](bool connected) {
         if (!connected)

@@ -21,43 +21,24 @@ public:
 
     void searchText(QByteArrayView text, int depth)
     {
-        forEachPart(text, "&|\"'<>{} \t\r\n",
-                    [this, depth](QByteArrayView part) { searchPart(part, depth); });
-    }
-
-    std::vector<QUrl> takeFound() { return std::move(m_found); }
-
-private:
-    /// What stands between the separators, where it is not empty.
-    template <typename Function>
-    static void forEachPart(QByteArrayView text, std::string_view separators, Function function)
-    {
+        constexpr std::string_view separators = "&;|,\"'<>{}[]() \t\r\n";
         qsizetype begin = 0;
         for (qsizetype at = 0; at <= text.size(); ++at) {
             if (at < text.size() && separators.find(text[at]) == std::string_view::npos)
                 continue;
             if (at > begin)
-                function(text.sliced(begin, at - begin));
+                searchWord(text.sliced(begin, at - begin), depth);
             begin = at + 1;
         }
     }
 
-    /// Commas and their like stand between addresses, and within them as well.
-    void searchPart(QByteArrayView part, int depth)
-    {
-        const QByteArrayView whole = withoutName(part);
-        if (isAbsolute(whole) && whole.indexOf("http", 1) < 0 && namesMedia(toUrl(whole))) {
-            searchWord(whole, depth);
-            return;
-        }
-        forEachPart(part, ";,[]()",
-                    [this, depth](QByteArrayView word) { searchWord(word, depth); });
-    }
+    std::vector<QUrl> takeFound() { return std::move(m_found); }
 
+private:
     void searchWord(QByteArrayView word, int depth)
     {
         const QByteArrayView address = withoutName(word);
-        if (isAbsolute(address)) {
+        if (address.startsWith("http://") || address.startsWith("https://")) {
             addIfMedia(address);
             // Players are handed addresses inside their own one.
             if (const auto query = address.indexOf('?'); query >= 0 && depth < maxDepth)
@@ -73,13 +54,6 @@ private:
         }
         addIfMedia(address);
     }
-
-    static bool isAbsolute(QByteArrayView address)
-    {
-        return address.startsWith("http://") || address.startsWith("https://");
-    }
-
-    static QUrl toUrl(QByteArrayView address) { return QUrl(QString::fromUtf8(address)); }
 
     /// The value of "name=value"; anything else as it is.
     static QByteArrayView withoutName(QByteArrayView word)
@@ -106,7 +80,7 @@ private:
         constexpr qsizetype maxAddress = 8192;
         if (address.isEmpty() || address.size() > maxAddress || !address.contains('.'))
             return;
-        const QUrl url = m_pageUrl.resolved(toUrl(address));
+        const QUrl url = m_pageUrl.resolved(QUrl(QString::fromUtf8(address)));
         const bool fetchable = url.isValid()
             && (url.scheme() == QStringLiteral("http") || url.scheme() == QStringLiteral("https"))
             && !url.host().isEmpty();

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <unordered_set>
+#include <vector>
 
 /**
  * Knows the pieces of the streams whose playlists were seen on one page: what lies beside or below
@@ -11,7 +12,7 @@
  */
 class StreamSegments {
 public:
-    /// A playlist that was seen, again where its text became known later.
+    /// The playlists that were seen.
     void addPlaylist(const NetworkRequest &playlist);
 
     /// Whether a request for something that is no playlist fetches a piece of a stream.
@@ -21,7 +22,6 @@ public:
     bool isPartOfOther(const NetworkRequest &playlist) const;
 
 private:
-    /// Those of the playlists; an empty one of a playlist without a path.
-    std::unordered_set<std::string> m_folders;
+    std::vector<std::pair<std::string, std::string>> m_urlsAndFolders;
     std::unordered_set<std::string> m_named;
 };

@@ -55,7 +55,7 @@ const values = [
 ];
 
 /** A small seeded generator (mulberry32): the same numbers on every machine. */
-function numbers(seed) {
+export function numbers(seed) {
     let state = seed >>> 0;
     const next = () => {
         state = (state + 0x6d2b79f5) >>> 0;

@@ -1,0 +1,173 @@
+// What the tests of faults play with: an application that can be killed, an extension that counts
+// its answers, and a web site that counts its visits.
+
+import { deepStrictEqual } from 'node:assert';
+import { execFile, spawn } from 'node:child_process';
+import { createHash } from 'node:crypto';
+import { readFileSync } from 'node:fs';
+import { createServer } from 'node:http';
+import { join } from 'node:path';
+import { HostProcess, until } from './hostprocess.mjs';
+import { endsInOrder } from './hosttest.mjs';
+import { Sandbox } from './sandbox.mjs';
+
+// The extension's own class. Loaded as text, since Node.js takes its file for no module; what it
+// imports is for errors that do not occur here.
+const source = readFileSync(new URL('../../../extension/lib/settings.js', import.meta.url), 'utf8');
+const { Settings } = await import(`data:text/javascript,${encodeURIComponent(source.replace(/^import .*$/gm, ''))}`);
+
+/** The extension's end of a host: matches answers with their tasks and notes any that are too many. */
+export class Extension {
+    settings = new Settings(this);
+    #waiting = new Map();
+    #surplus = [];
+    #lastId = 0;
+
+    constructor(host) {
+        this.host = host;
+        this.#listen();
+    }
+
+    /** Resolves with the answer, or with null when the host ends without one. */
+    ask(type, members = {}, id = String(++this.#lastId)) {
+        const answer = new Promise(resolve => { this.#waiting.set(id, resolve); });
+        this.host.send({ id, type, ...members });
+        return answer;
+    }
+
+    download(...items) {
+        const item = items.map(each => typeof each === 'string' ? { url: each } : each);
+        return this.ask('create_downloads', { create_downloads: { downloads: { item } } });
+    }
+
+    /** What it was answered by the application, which is connected then; nothing is downloaded. */
+    reach() { return this.download('ftp://127.0.0.1/'); }
+
+    /** Asks for the settings, which are followed from then on. */
+    async querySettings() { this.settings.accept(await this.ask('query_settings')); }
+
+    hasSettings(values) {
+        return Object.entries(values).every(([name, value]) => this.settings.current.browser.monitor[name] === value);
+    }
+
+    /** Ends the input. The host must end in order, having answered nothing twice. */
+    async end() {
+        this.host.closeInput();
+        await endsInOrder(this.host);
+        deepStrictEqual(this.#surplus, []);
+    }
+
+    async #listen() {
+        try {
+            for (;;)
+                this.#take(await this.host.receive());
+        } catch { // it has ended
+            for (const resolve of this.#waiting.values())
+                resolve(null);
+        }
+    }
+
+    #take(message) {
+        const resolve = this.#waiting.get(message.id);
+        this.#waiting.delete(message.id);
+        if (resolve)
+            resolve(message);
+        else if (message.id === '')
+            this.settings.accept(message);
+        else
+            this.#surplus.push(message);
+    }
+}
+
+/** A user's home with the application in it. */
+export class Scene {
+    /** What the application that serve() started has logged. */
+    log = '';
+    #extensions = [];
+
+    constructor(beside = ['kov']) { this.sandbox = new Sandbox(beside); }
+
+    extension() {
+        const extension = new Extension(new HostProcess(this.sandbox));
+        this.#extensions.push(extension);
+        extension.host.ended.then(() => this.#extensions.splice(this.#extensions.indexOf(extension), 1));
+        return extension;
+    }
+
+    program(name) { return join(this.sandbox.programs, name); }
+
+    /** What a command line of the application prints. */
+    kov(...words) {
+        return new Promise((resolve, reject) => {
+            execFile(this.program('kov'), words, { env: this.sandbox.environment() },
+                     (error, output) => error ? reject(error) : resolve(output));
+        });
+    }
+
+    /** Has the application running; its process id. */
+    async serve() {
+        const [running] = this.sandbox.running('kov');
+        if (running)
+            return running;
+        const child = spawn(this.program('kov'), ['-service'], {
+            env: this.sandbox.environment({ KOVALO_LOG_LEVEL: '1' }),
+            stdio: ['ignore', 'ignore', 'pipe'],
+        });
+        let serving = false;
+        child.stderr.setEncoding('utf8').on('data', text => {
+            this.log += text;
+            serving ||= this.log.endsWith('\n') && this.log.includes(`[${child.pid}] 1 [KovService]: serving`);
+        });
+        await until(() => serving, 'the application to serve');
+        return child.pid;
+    }
+
+    async remove() {
+        const hosts = this.#extensions.map(extension => extension.host);
+        for (const host of hosts)
+            host.kill();
+        await Promise.all(hosts.map(host => host.ended));
+        this.sandbox.remove();
+    }
+}
+
+/** A web site with a small file at every path but those under "none/". */
+export class CountingServer {
+    /** By path, how often it was asked for. */
+    visits = new Map();
+    /** By path, the SHA-256 of what was posted there. */
+    posted = new Map();
+    #server = createServer((request, response) => this.#serve(request, response));
+
+    static async start() {
+        const self = new CountingServer();
+        await new Promise(resolve => { self.#server.listen(0, '127.0.0.1', resolve); });
+        return self;
+    }
+
+    url(path) { return `http://127.0.0.1:${this.#server.address().port}/${path}`; }
+    count(path) { return this.visits.get(`/${path}`) ?? 0; }
+
+    stop() {
+        this.#server.closeAllConnections();
+        return new Promise(resolve => { this.#server.close(resolve); });
+    }
+
+    async #serve(request, response) {
+        this.visits.set(request.url, (this.visits.get(request.url) ?? 0) + 1);
+        const hash = createHash('sha256');
+        try {
+            for await (const chunk of request)
+                hash.update(chunk);
+        } catch {
+            return; // the application was killed
+        }
+        this.posted.set(request.url, hash.digest('hex'));
+        if (request.url.startsWith('/none/')) {
+            response.writeHead(404).end();
+            return;
+        }
+        response.writeHead(200, { 'Content-Length': 4 }).write('fi');
+        setTimeout(() => response.end('le'), 1);
+    }
+}
