@@ -20,7 +20,7 @@ const requestLog = new RequestLog();
 const downloads = new Downloads(host, settings, requestLog);
 const downloadReports = new DownloadReports(host);
 const pages = new Pages();
-const observer = new Observer(host, pages);
+const observer = new Observer(host, pages, downloadReports);
 const videos = new Videos(host);
 let captions = {};
 
@@ -57,6 +57,7 @@ settings.onChanged = current => {
     observer.observeEverywhere(current.browser.monitor.video.enable);
     tell({ settings: current });
 };
+downloadReports.onBegun = url => observer.forget(url);
 const showOutcome = error => (error ? status.failed(error) : status.succeeded());
 downloads.onOutcome = showOutcome;
 videos.onOutcome = showOutcome;

@@ -3,6 +3,9 @@
 import { addressOf, isWebAddress } from './addresses.js';
 
 export class DownloadReports {
+    /** Called with the address of what the browser begins to download. */
+    onBegun = _url => {};
+
     #host;
     /** Addresses by the downloads' ids: when one ends the browser may have forgotten it. */
     #urls = new Map();
@@ -12,11 +15,8 @@ export class DownloadReports {
     /** To be called at once when the script starts. */
     listen() {
         chrome.downloads.onCreated.addListener(item => this.#onBegun(item));
-        chrome.downloads.onChanged.addListener(({ id, state }) => this.#report(id, state?.current));
-        chrome.downloads.onErased.addListener(id => {
-            this.#report(id, 'interrupted');
-            this.#urls.delete(id);
-        });
+        chrome.downloads.onChanged.addListener(change => this.#onChanged(change));
+        chrome.downloads.onErased.addListener(id => this.#report(id, 'interrupted'));
     }
 
     /** A host that was just started knows nothing. */
@@ -30,6 +30,18 @@ export class DownloadReports {
             return;
         this.#urls.set(item.id, addressOf(item));
         this.#report(item.id, 'in_progress');
+        this.onBegun(addressOf(item));
+    }
+
+    isUnderWay(url) { return [...this.#urls.values()].includes(url); }
+
+    async #onChanged({ id, state }) {
+        if (state?.current !== 'in_progress') {
+            this.#report(id, state?.current);
+            return;
+        }
+        for (const item of await chrome.downloads.search({ id })) // it goes on after an interruption
+            this.#onBegun(item);
     }
 
     #report(id, state) {
@@ -37,7 +49,7 @@ export class DownloadReports {
         if (!url || !state)
             return;
         this.#host.tell('browser_download_state_report', { browser_download_state_report: { url, state } });
-        if (state === 'complete')
+        if (state !== 'in_progress')
             this.#urls.delete(id);
     }
 }

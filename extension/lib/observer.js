@@ -22,6 +22,7 @@ const allHeaders = ['requestHeaders', chrome.webRequest.OnSendHeadersOptions?.EX
 export class Observer {
     #host;
     #pages;
+    #downloads;
     #everywhere = false;
     #listening = false;
     /** Those under way, by their ids. */
@@ -40,9 +41,11 @@ export class Observer {
         [chrome.webRequest.onErrorOccurred, details => this.#onError(details)],
     ].map(([event, handle, ...more]) => [event, details => void this.#inOrder(() => handle(details)), ...more]);
 
-    constructor(host, pages) {
+    /** @param {import('./downloadreports.js').DownloadReports} downloads whose requests are no media */
+    constructor(host, pages, downloads) {
         this.#host = host;
         this.#pages = pages;
+        this.#downloads = downloads;
     }
 
     /** To be called at once when the script starts. */
@@ -101,6 +104,14 @@ export class Observer {
                     this.#notifyOf('completed', media);
                 }
             }
+        });
+    }
+
+    /** The browser downloads something, which is no media of a page then. */
+    forget(url) {
+        return this.#inOrder(() => {
+            for (const [tabId] of this.#pages)
+                this.#pages.dropMedia(tabId, each => each.url === url);
         });
     }
 
@@ -221,7 +232,7 @@ export class Observer {
         this.#notifyOf('response', request);
         const media = mediaIn(details);
         const page = this.#pages.get(request.tabId);
-        if (!media || !page)
+        if (!media || !page || this.#downloads.isUnderWay(request.url))
             return;
         request.isUnread = media.kind === 'stream' && !page.playlists.includes(request.url);
         this.#pages.addMedia(request.tabId, { ...request, ...media });

@@ -8,10 +8,12 @@ QueuedCallsDispatcher::QueuedCallsDispatcher(QObject *parent) : QAbstractEventDi
 
 bool QueuedCallsDispatcher::processEvents(QEventLoop::ProcessEventsFlags flags)
 {
-    const bool wokenUp = m_wokenUp.exchange(0) != 0;
-    QCoreApplication::sendPostedEvents();
+    // Waiting comes first: who looks at something between two calls, and is woken up after the
+    // look, gets to look again.
     if (flags & QEventLoop::WaitForMoreEvents)
         m_wokenUp.wait(0);
+    const bool wokenUp = m_wokenUp.exchange(0) != 0;
+    QCoreApplication::sendPostedEvents();
     return wokenUp;
 }
 

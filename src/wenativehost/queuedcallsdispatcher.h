@@ -33,5 +33,5 @@ public:
 private:
     /// Whether there may be something to do since the last look; an int is what a thread can wait
     /// for without a detour.
-    std::atomic<int> m_wokenUp = 0;
+    std::atomic<int> m_wokenUp = 1;
 };

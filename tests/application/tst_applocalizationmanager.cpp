@@ -1,6 +1,9 @@
 #include "applocalizationmanager.h"
 #include "logcapture.h"
 
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
 #include <QProcess>
 #include <QSet>
 #include <QSignalSpy>

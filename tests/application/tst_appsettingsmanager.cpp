@@ -6,6 +6,9 @@
 #include "qtappportablemodesupport.h"
 #include "qtqobjectstracker.h"
 
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
 #include <QStorageInfo>
 #include <QTemporaryDir>
 #include <QTest>

@@ -1,10 +1,13 @@
 #include "qtappdelayedshutdownmanager.h"
 
+#include <QCoreApplication>
 #include <QTest>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
 #include <thread>
+#include <utility>
 
 class TestQtAppDelayedShutdownManager : public QObject {
     Q_OBJECT

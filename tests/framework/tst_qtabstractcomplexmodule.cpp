@@ -1,10 +1,16 @@
 #include "logcapture.h"
 #include "qtabstractcomplexmodule.h"
 
+#include <QCoreApplication>
+#include <QHash>
+#include <QPointer>
 #include <QTest>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -192,6 +198,7 @@ private Q_SLOTS:
             end();
         settle();
         QCOMPARE(tree.takeJournal(), journal);
+        QCOMPARE(tree.needExit(), script.contains(u"exits"));
         if (tree.isInitializeRunning(false) || tree.needExit())
             return;
         tree.play.script.clear();

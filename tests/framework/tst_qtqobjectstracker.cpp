@@ -4,9 +4,11 @@
 #include "uniqueint64idgen.h"
 
 #include <QTest>
+#include <QTimer>
 
 #include <memory>
 #include <thread>
+#include <vector>
 
 class TestQtQObjectsTracker : public QObject {
     Q_OBJECT
@@ -19,6 +21,7 @@ private Q_SLOTS:
         const auto leaked = qtCreateObject<QtToggleSwitchObject>(true);
         const auto other = qtCreateObject<QTimer>();
         std::vector<std::thread> threads;
+        threads.reserve(4);
         for (int thread = 0; thread < 4; ++thread)
             threads.emplace_back([&ids] {
                 for (int i = 0; i < 500; ++i) {

@@ -1,6 +1,8 @@
 #include "assertionlog.h"
 #include "logcapture.h"
 
+#include <QCoreApplication>
+#include <QFile>
 #include <QProcess>
 #include <QTest>
 
@@ -12,6 +14,7 @@
 #include <cstdio>
 #include <memory>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -30,6 +33,7 @@ int writeLines(const QString &path, qint64 rotateAtBytes)
 {
     QtAppLogger logger({.filePath = path, .rotateAtBytes = rotateAtBytes});
     std::vector<std::thread> threads;
+    threads.reserve(writerThreads);
     for (int thread = 0; thread < writerThreads; ++thread)
         threads.emplace_back([&logger] {
             for (int i = 0; i < writerLines; ++i)

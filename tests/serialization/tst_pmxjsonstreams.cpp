@@ -5,7 +5,9 @@
 
 #include <functional>
 #include <limits>
+#include <memory>
 #include <sstream>
+#include <tuple>
 
 using namespace std::string_literals;
 using Stream = pmxSerializationIoStream;

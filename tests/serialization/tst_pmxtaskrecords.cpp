@@ -4,6 +4,7 @@
 #include <QTest>
 
 #include <sstream>
+#include <tuple>
 
 using namespace std::string_literals;
 

@@ -12,9 +12,13 @@
 #include "webextensionsettingsmanager.h"
 #include "wenativehosttasksprocessor.h"
 
+#include <QDir>
 #include <QLocalServer>
+#include <QSharedPointer>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <memory>
 
 /**
  * The dispatcher with all that it needs, between messages and a file of answers. Its data and its

@@ -9,14 +9,15 @@
 #include <QTest>
 
 #include <algorithm>
+#include <cctype>
 #include <random>
 #include <regex>
 
 namespace {
 
-class HeldKey : public KeyStateWatcher {
+class PressedKey : public KeyStateWatcher {
 public:
-    explicit HeldKey(bool pressed) : KeyStateWatcher(45) { setPressed(pressed); }
+    explicit PressedKey(bool pressed) : KeyStateWatcher(45) { setPressed(pressed); }
     /// Nothing may be sampled while a download is judged.
     void update() override { setPressed(!isPressed(false)); }
 };
@@ -124,10 +125,10 @@ private Q_SLOTS:
         pmxKovBhIpcDownloadInfo info;
         info.suggestedName = "archive.tar.gz";
         read(info, "{'url':'http://files.example.org/archive.tar.gz'" + download + "}");
-        HeldKey key(true);
+        PressedKey key(true);
         QCOMPARE(pmxIsCatchedDownloadShoudBeIgnored(&info, rules, &key) != 0, ignored);
         QVERIFY(key.isPressed(false));
-        HeldKey released(false);
+        PressedKey released(false);
         QCOMPARE(pmxIsCatchedDownloadShoudBeIgnored(&info, rules, &released) != 0,
                  ignored && !settings.contains("Key"));
     }

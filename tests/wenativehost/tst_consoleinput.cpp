@@ -2,14 +2,18 @@
 #include "consolemessagesreceiver.h"
 #include "frames.h"
 #include "logcapture.h"
+#include "queuedcallsdispatcher.h"
 #include "readconsolethread.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include <limits>
+#include <memory>
+#include <tuple>
 
 namespace {
 
@@ -106,6 +110,10 @@ private Q_SLOTS:
 
     void stopWhileMessagesCome()
     {
+        // Woken up on its way into the wait it does not wait.
+        QueuedCallsDispatcher dispatcher;
+        for (int i = 0; i < 2; ++i, dispatcher.wakeUp())
+            QVERIFY(dispatcher.processEvents(QEventLoop::WaitForMoreEvents));
         // The thread is ended at any point between taking a message and posting it.
         const QByteArray messages = QByteArray(frame("x")).repeated(2'000);
         for (int round = 0; round < 100; ++round) {

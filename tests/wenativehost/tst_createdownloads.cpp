@@ -3,6 +3,8 @@
 
 #include <QTest>
 
+#include <tuple>
+
 using Reason = AbstractDownloadAbortReason;
 
 class TestCreateDownloads : public QObject {

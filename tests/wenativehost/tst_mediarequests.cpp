@@ -12,9 +12,11 @@
 
 #include <QSignalSpy>
 #include <QTest>
+#include <QUrl>
 
 #include <random>
 #include <set>
+#include <vector>
 
 namespace {
 
@@ -44,13 +46,14 @@ struct Seen {
     std::string pageUrl = page;
     std::string requestHeaders = {};
     std::string playlist = {};
+    std::string method = "GET";
 };
 
 QSharedPointer<MediaRequestsCollector> collect(const std::vector<Seen> &seen)
 {
     const auto requests = QSharedPointer<NetworkRequestsCollector>::create();
     for (const Seen &one : seen) {
-        auto request = notification("request", one.id, "GET", one.requestHeaders);
+        auto request = notification("request", one.id, one.method, one.requestHeaders);
         request.url = one.url;
         request.srcTabUrl = one.pageUrl;
         requests->process(request);
@@ -103,6 +106,8 @@ private Q_SLOTS:
             {{"1", "http://h/a.mp4", 200, "Content-Type: text/html\r\n"}}, "");
         row("an error", {{"1", "http://h/a.mp4", 404, video(100000)}}, "");
         row("a beacon", {{"1", "http://h/a.mp4", 204, "Content-Type: video/mp4\r\n"}}, "");
+        row("a question for leave",
+            {{"1", "http://h/a.mp4", 200, "Server: x\r\n", page, "", "", "OPTIONS"}}, "");
         row("too small", {{"1", "http://h/a.mp4", 200, video(65535)}}, "");
         row("HLS and its segments",
             {{"1", "http://h/v/master.m3u8", 200, hls},
@@ -115,8 +120,10 @@ private Q_SLOTS:
             {{"1", "http://h/a/master.m3u8", 200, hls, page, "",
               "#EXTM3U\r\n#EXT-X-MEDIA:TYPE=AUDIO,URI=\"http://cdn/sound.m3u8\"\r\n"
               "../b/low.m3u8\r\n"},
+             {"0", "http://h/b/low.m3u8", 200, hls},
              {"2", "http://h/b/low.m3u8", 200, hls, page, "",
-              "#EXTM3U\n#EXTINF:4,\n/c/0.mp4?k=1\n"},
+              "#EXTM3U\n#EXTINF:4,\n/c/0.mp4?k=1\n#EXT-X-RENDITION-REPORT:URI=\"../a/"
+              "master.m3u8\"\n"},
              {"3", "http://cdn/sound.m3u8", 200, hls},
              {"4", "http://h/c/0.mp4?k=1", 200, video(500000)},
              {"5", "http://h/c/film.mp4", 200, video(500000)}},
@@ -150,15 +157,15 @@ private Q_SLOTS:
 
     void ranks()
     {
-        const auto media =
-            collect({{"unknown", "http://h/unknown.mp4", 200, "Content-Type: video/mp4"},
-                     {"first", "http://h/old.mp4", 200, video(100000)},
-                     {"big", "http://h/big.mp4", 200, video(900000)},
-                     {"new", "http://h/new.mp4", 200, video(100000)},
-                     {"old", "http://h/old.mp4", 200, video(100000)},
-                     {"framed", "http://h/framed.mp4", 200, video(70000), "http://f/",
-                      "referer: http://frame/\r\n"},
-                     {"stream", "http://h/s/m.mpd", 200, dash}});
+        const auto media = collect({{"unknown", "http://h/unknown.mp4", 200,
+                                     "Content-Type: video/mp4", page, "Referer: http://f2/\r\n"},
+                                    {"first", "http://h/old.mp4", 200, video(100000)},
+                                    {"big", "http://h/big.mp4", 200, video(900000)},
+                                    {"new", "http://h/new.mp4", 200, video(100000)},
+                                    {"old", "http://h/old.mp4", 200, video(100000)},
+                                    {"framed", "http://h/framed.mp4", 200, video(70000),
+                                     "http://f/", "referer: http://frame/\r\n"},
+                                    {"stream", "http://h/s/m.mpd", 200, dash}});
         // The task, and the ids of the candidates, or the URL of one that was no request.
         const std::pair<const char *, const char *> cases[] = {
             {"'webPageUrl':'http://page/watch'", "stream big old new unknown"},
@@ -168,6 +175,8 @@ private Q_SLOTS:
             {"'webPageUrl':'http://page/watch','requestId':'gone'", ""},
             {"'requestId':'new','url':'http://h/of/another.mp4'", "http://h/of/another.mp4"},
             {"'url':'http://h/new.mp4'", "new"},
+            {"'webPageUrl':'http://page/watch#at','frameUrl':'http://f2/e'",
+             "unknown stream big old new"},
             {"'webPageUrl':'http://nowhere/'", ""},
             {"'webPageUrl':'http://nowhere/watch','flashVars':'image=a.jpg&file=v%2Ffilm.flv'",
              "http://nowhere/v/film.flv"}};
@@ -196,6 +205,9 @@ private Q_SLOTS:
             {"a=http://h/a.mp4&b=http%3A//h/a.mp4", "http://h/a.mp4"},
             {"file:///etc/a.mp4 javascript:x.mp4", ""},
             {"http://h/player.swf?file=http://h/b.flv", "http://h/b.flv"},
+            {"f=http://h/v_,300,500,.mp4.csmil/m.m3u8&x=1",
+             "http://h/v_,300,500,.mp4.csmil/m.m3u8"},
+            {"f=http://h/a.mp4,http://h/b.mp4;skin=x", "http://h/a.mp4 http://h/b.mp4"},
             {"file=%zz%a.mp4%", ""}};
         for (const auto &[text, expected] : cases) {
             QStringList urls;
@@ -250,6 +262,8 @@ private Q_SLOTS:
         }
         QCOMPARE(tell("video_sniffer", u""_qs),
                  sniffed(u"invalid arguments"_qs, u""_qs, u"no page, URL or request is named"_qs));
+        QCOMPARE(tell("video_sniffer", u"'url':'blob:http://h/1'"_qs),
+                 sniffed(u"invalid arguments"_qs, u""_qs, u"the URL cannot be downloaded"_qs));
         QCOMPARE(tell("browser_download_state_report", u"'url':'http://h/x','state':'odd'"_qs),
                  answer(u"7"_qs, u"browser_download_state_report"_qs, u"invalid arguments"_qs));
         // What the browser downloads itself is kept out.
@@ -276,13 +290,16 @@ private Q_SLOTS:
         QCOMPARE(request->url, "http://b/");
         QVERIFY(request->status == 0 && request->responseHeaders.empty());
         // Browsers send the request anew under the same id.
-        collector.process(notification("request", "1", "GET", "Cookie: second\r\n"));
+        auto anew = notification("request", "1", "GET", "Cookie: second\r\n");
+        anew.url = "http://b/";
+        collector.process(anew);
         collector.process(
             notification("response", "1", "no number", "Content-Type: video/mp4\r\n"));
         collector.process(notification("failed", "1"));
         QCOMPARE(collector.size(), size_t(1));
         QCOMPARE(collector.request("1")->requestHeaders, "Cookie: second\r\n");
         QCOMPARE(collector.request("1")->status, 0);
+        QCOMPARE(collector.request("1")->originalUrl, "http://host/1");
         // After its end the id belongs to another request.
         const quint64 first = collector.request("1")->number;
         collector.process(notification("request", "1"));
@@ -312,6 +329,18 @@ private Q_SLOTS:
         QCOMPARE(collector.requests().size(), size_t(1));
         collector.process(notification("request", "3"));
         QCOMPARE(collector.size(), size_t(2));
+
+        // The pieces of a stream come long after its playlist.
+        collector.process(notification("request", "list"));
+        collector.process(notification("response", "list", "200", hls));
+        collector.process(notification("completed", "list"));
+        for (const char *id : {"piece", "a later piece"}) {
+            clock.advance(NetworkRequestsCollector::maxAgeMs);
+            QVERIFY(collector.request("list"));
+            collector.process(notification("request", id));
+        }
+        clock.advance(NetworkRequestsCollector::maxAgeMs + 1);
+        QVERIFY(!collector.request("list"));
     }
 
     void staysWithinItsBounds()
@@ -354,13 +383,15 @@ private Q_SLOTS:
         }
         QCOMPARE(collector.textBytes(), bytes);
         size_t tracked = 0;
-        for (const std::string &page : pages)
-            tracked += tabs.requestsOf(page).size();
+        for (const std::string &url : pages)
+            tracked += tabs.requestsOf(url).size();
         QCOMPARE(tracked, collector.size());
 
         // A single notification beyond the bound is not kept, and does no harm.
+        const size_t before = collector.size();
         collector.process(notification("request", "huge", "GET", std::string(20 << 20, 'h')));
         QCOMPARE(collector.request("huge"), nullptr);
+        QCOMPARE(collector.size(), std::min(before, NetworkRequestsCollector::maxRequests - 1));
     }
 
     void requestsOfTabs()
@@ -374,7 +405,7 @@ private Q_SLOTS:
 
         tabs.tabNavigated("", "http://page/#a");
         tabs.addRequest("http://page/#a", "1");
-        tabs.tabUrlChanged("http://page/#a", "http://page/#b");
+        tabs.tabNavigated("http://page/#a", "http://page/#b");
         QCOMPARE(moved.size(), 1);
         QCOMPARE(tabs.requestsOf("http://page/#b"), std::vector<std::string>{"1"});
         // With two tabs on the page nobody knows whose the request is.

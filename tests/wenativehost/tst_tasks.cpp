@@ -3,6 +3,7 @@
 #include "pmxkovbhipckeystatetaskprocessor.h"
 #include "pmxkovbhipctask.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 namespace {

@@ -2,6 +2,7 @@
 #include "logcapture.h"
 #include "wenativehostmodule.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 #include <unistd.h>

@@ -6,7 +6,10 @@
 #include "pmxkovbhipctask.h"
 #include "pmxkovbhipcvideosniffertaskresponse.h"
 #include "pmxtaskresponses.h"
+#include "urlchecks.h"
 #include "wbeincomingdownloadsprocessor.h"
+
+#include <QUrl>
 
 namespace {
 
@@ -29,7 +32,7 @@ std::shared_ptr<pmxKovBhIpcDownloadInfo> toDownload(const MediaRequest &media,
     const HttpHeaderBlock headers(media.request.requestHeaders);
     auto download = std::make_shared<pmxKovBhIpcDownloadInfo>();
     download->url = media.request.url;
-    download->originalUrl = media.request.url;
+    download->originalUrl = media.request.originalUrl;
     download->documentUrl = media.request.pageUrl.empty() ? task.webPageUrl : media.request.pageUrl;
     download->httpReferer = headers.value("referer");
     download->userAgent = headers.value("user-agent");
@@ -62,6 +65,11 @@ void pmxKovBhIpcVideoSnifferTaskProcessor::process(std::shared_ptr<pmxKovBhIpcTa
     const std::vector<MediaRequest> candidates = m_analyzer->candidates(wanted);
     if (candidates.empty()) {
         answer(task, callback, {"", "no_media_found", ""});
+        return;
+    }
+    // Only a URL of the task may be such: what players make up themselves ("blob:"), or no URL.
+    if (!isDownloadableByCurl(QUrl(QString::fromStdString(candidates.front().request.url)))) {
+        answer(task, callback, {"", "invalid arguments", "the URL cannot be downloaded"});
         return;
     }
     pmxSerializableSharedObjVector<pmxKovBhIpcDownloadInfo> downloads;

@@ -19,8 +19,8 @@ class WbeIncomingDownloadsProcessor;
  *
  * Answered when the application has answered; the members of "videoSniffer" and the response's own
  * say the same: result "1" (added) or "0" (refused), or the error "no_media_found",
- * "invalid arguments" (the task says nothing to look for), "app_not_installed" or the application's
- * own text, with the detail in "error2".
+ * "invalid arguments" (the task says nothing to look for, or its URL is none that can be
+ * downloaded), "app_not_installed" or the application's own text, with the detail in "error2".
  */
 class pmxKovBhIpcVideoSnifferTaskProcessor : public pmxKovBhIpcTaskProcessor {
     Q_OBJECT

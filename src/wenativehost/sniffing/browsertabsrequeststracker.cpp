@@ -1,16 +1,17 @@
 #include "browsertabsrequeststracker.h"
 
+#include "pageurl.h"
+
 BrowserTabsRequestsTracker::BrowserTabsRequestsTracker(QObject *parent) : QObject(parent) { }
 
 void BrowserTabsRequestsTracker::addRequest(const std::string &pageUrl,
                                             const std::string &requestId)
 {
+    const auto known = m_pageOfRequest.find(requestId);
+    if (known != m_pageOfRequest.end() && known->second->url != pageUrl)
+        removeRequest(requestId);
     const auto page = touch(pageUrl);
-    const auto [known, added] = m_pageOfRequest.try_emplace(requestId, page);
-    if (!added && known->second != page) {
-        known->second->requests.erase(requestId);
-        known->second = page;
-    }
+    m_pageOfRequest.emplace(requestId, page);
     page->requests.insert(requestId);
 }
 
@@ -19,12 +20,19 @@ void BrowserTabsRequestsTracker::removeRequest(const std::string &requestId)
     const auto known = m_pageOfRequest.find(requestId);
     if (known == m_pageOfRequest.end())
         return;
-    known->second->requests.erase(requestId);
+    const auto page = known->second;
+    page->requests.erase(requestId);
     m_pageOfRequest.erase(known);
+    if (page->requests.empty() && page->tabs <= 0)
+        forget(page);
 }
 
 void BrowserTabsRequestsTracker::tabNavigated(const std::string &fromUrl, const std::string &toUrl)
 {
+    if (fromUrl != toUrl && withoutFragment(fromUrl) == withoutFragment(toUrl)) {
+        tabUrlChanged(fromUrl, toUrl);
+        return;
+    }
     if (!fromUrl.empty())
         leave(fromUrl);
     if (!toUrl.empty())

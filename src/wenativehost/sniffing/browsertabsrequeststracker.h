@@ -28,7 +28,8 @@ public:
     void addRequest(const std::string &pageUrl, const std::string &requestId);
     void removeRequest(const std::string &requestId);
 
-    /// A tab went from one page to another; the first URL is empty for a new tab.
+    /// A tab went from one page to another; the first URL is empty for a new tab. URLs that differ
+    /// in their fragments are places in one page, the same URL is the page loaded again.
     void tabNavigated(const std::string &fromUrl, const std::string &toUrl);
     void tabClosed(const std::string &url);
     /// The page of a tab changed its URL without being left: its requests follow.

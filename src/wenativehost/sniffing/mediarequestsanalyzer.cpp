@@ -4,37 +4,64 @@
 #include "mediakind.h"
 #include "mediarequestscollector.h"
 #include "mediaurlsearch.h"
+#include "pageurl.h"
 #include "pmxflvsniffcallproctask.h"
 
 #include <QUrl>
 
 #include <algorithm>
+#include <string_view>
 #include <tuple>
 #include <unordered_set>
 
 namespace {
+
+const std::string &pageOf(const pmxFlvSniffCallProcTask &task)
+{
+    return task.webPageUrl.empty() ? task.srcTabUrl : task.webPageUrl;
+}
 
 /// A candidate that was not observed, only named: by a URL and, perhaps, headers.
 MediaRequest unobserved(const std::string &url, const pmxFlvSniffCallProcTask &task)
 {
     MediaRequest media;
     media.request.url = url;
-    media.request.pageUrl = task.webPageUrl.empty() ? task.srcTabUrl : task.webPageUrl;
+    media.request.originalUrl = url;
+    media.request.pageUrl = pageOf(task);
     media.kind = mediaKindOfFileName(fileNameOfUrl(url));
     return media;
 }
 
-bool isOfFrame(const MediaRequest &media, const std::string &frameUrl)
+bool isSamePage(const std::string &page, const std::string &other)
 {
-    return !frameUrl.empty()
-        && (media.request.pageUrl == frameUrl
-            || HttpHeaderBlock(media.request.requestHeaders).value("referer") == frameUrl);
+    return !page.empty() && withoutFragment(page) == withoutFragment(other);
+}
+
+/// "scheme://host/", which is all that servers of other hosts are told of a page.
+std::string_view originOf(std::string_view url)
+{
+    const size_t authority = url.find("//");
+    const size_t path =
+        authority == std::string_view::npos ? authority : url.find('/', authority + 2);
+    return path == std::string_view::npos ? std::string_view() : url.substr(0, path + 1);
 }
 
 bool isOfPage(const MediaRequest &media, const pmxFlvSniffCallProcTask &task)
 {
     const std::string &page = media.request.pageUrl;
-    return !page.empty() && (page == task.webPageUrl || page == task.srcTabUrl);
+    return isSamePage(page, task.webPageUrl) || isSamePage(page, task.srcTabUrl);
+}
+
+bool isOfFrame(const MediaRequest &media, const pmxFlvSniffCallProcTask &task)
+{
+    if (task.frameUrl.empty())
+        return false;
+    if (isSamePage(media.request.pageUrl, task.frameUrl))
+        return true;
+    const std::string referrer = HttpHeaderBlock(media.request.requestHeaders).value("referer");
+    // Frames of one origin may be on many pages.
+    return isSamePage(referrer, task.frameUrl)
+        || (!referrer.empty() && referrer == originOf(task.frameUrl) && isOfPage(media, task));
 }
 
 } // namespace
@@ -57,8 +84,7 @@ MediaRequestsAnalyzer::candidates(const pmxFlvSniffCallProcTask &task) const
     std::unordered_set<std::string> urls;
     for (const MediaRequest &media : found)
         urls.insert(media.request.url);
-    const QUrl page(
-        QString::fromStdString(task.webPageUrl.empty() ? task.srcTabUrl : task.webPageUrl));
+    const QUrl page(QString::fromStdString(pageOf(task)));
     for (const std::string *text :
          {&task.flashVars, &task.swfUrl, &task.otherFlashVars, &task.otherSwfUrls}) {
         for (const QUrl &url : findMediaUrls(*text, page)) {
@@ -75,16 +101,15 @@ std::optional<MediaRequest> MediaRequestsAnalyzer::named(const pmxFlvSniffCallPr
     if (!task.requestId.empty()) {
         if (auto media = m_media->request(task.requestId)) {
             // An id alone says which request is meant; an id with another URL is out of date.
-            if (task.url.empty() || media->request.url == task.url)
+            if (task.url.empty() || media->request.url == task.url
+                || media->request.originalUrl == task.url)
                 return media;
         }
     }
     if (task.url.empty())
         return std::nullopt;
-    for (MediaRequest &media : m_media->mediaRequests()) {
-        if (media.request.url == task.url)
-            return std::move(media);
-    }
+    if (auto media = m_media->requestOf(task.url, pageOf(task)))
+        return media;
     MediaRequest media = unobserved(task.url, task);
     media.request.requestHeaders = task.requestHeaders;
     media.request.responseHeaders = task.responseHeaders;
@@ -98,20 +123,24 @@ std::optional<MediaRequest> MediaRequestsAnalyzer::named(const pmxFlvSniffCallPr
 
 std::vector<MediaRequest> MediaRequestsAnalyzer::observed(const pmxFlvSniffCallProcTask &task) const
 {
-    std::vector<MediaRequest> found;
+    // Headers are looked through once, not with every comparison.
+    using Rank = std::tuple<bool, bool, quint64, quint64>;
+    std::vector<std::pair<Rank, MediaRequest>> ranked;
     for (MediaRequest &media : m_media->mediaRequests()) {
-        if (isOfFrame(media, task.frameUrl) || isOfPage(media, task))
+        const bool isFramed = isOfFrame(media, task);
+        if (!isFramed && !isOfPage(media, task))
+            continue;
+        const Rank rank(!isFramed, media.kind != MediaKind::StreamMediaKind,
+                        ~media.size.value_or(0), ~media.request.number);
+        ranked.emplace_back(rank, std::move(media));
+    }
+    std::sort(ranked.begin(), ranked.end(),
+              [](const auto &a, const auto &b) { return a.first < b.first; });
+    std::vector<MediaRequest> found;
+    std::unordered_set<std::string> urls;
+    for (auto &[rank, media] : ranked) {
+        if (urls.emplace(withoutFragment(media.request.url)).second)
             found.push_back(std::move(media));
     }
-    const auto rank = [&task](const MediaRequest &media) {
-        return std::tuple(!isOfFrame(media, task.frameUrl),
-                          media.kind != MediaKind::StreamMediaKind, ~media.size.value_or(0),
-                          ~media.request.number);
-    };
-    std::stable_sort(found.begin(), found.end(),
-                     [&rank](const auto &a, const auto &b) { return rank(a) < rank(b); });
-    std::unordered_set<std::string> urls;
-    std::erase_if(found,
-                  [&urls](const auto &media) { return !urls.insert(media.request.url).second; });
     return found;
 }

@@ -3,10 +3,12 @@
 #include "httpheaderblock.h"
 #include "mediakind.h"
 #include "networkrequestscollector.h"
+#include "pageurl.h"
 #include "streamsegments.h"
 
 #include <algorithm>
 #include <map>
+#include <tuple>
 #include <unordered_map>
 #include <utility>
 
@@ -32,13 +34,13 @@ MediaRequest toMediaRequest(const NetworkRequest &request)
 
 bool isAnsweredWell(const NetworkRequest &request)
 {
-    return (request.state == NetworkRequest::State::Answered
+    // What asks for leave to ask another server gets an answer without the resource.
+    return request.method != "OPTIONS"
+        && (request.state == NetworkRequest::State::Answered
             || request.state == NetworkRequest::State::Completed)
         && ((request.status >= 200 && request.status < 300 && request.status != 204)
             || request.status == 304);
 }
-
-std::string withoutFragment(const std::string &url) { return url.substr(0, url.find('#')); }
 
 /// Keeps what is newest of the parts of one resource, and the size if any of them knew it.
 void mergeParts(MediaRequest &known, MediaRequest &&part)
@@ -67,12 +69,13 @@ std::vector<MediaRequest> MediaRequestsCollector::mediaRequests() const
         MediaRequest media = toMediaRequest(*request);
         if (media.kind == MediaKind::NoMediaKind)
             continue;
+        // Of a playlist that is fetched over and over, any of the requests may have the text.
+        if (media.kind == MediaKind::StreamMediaKind)
+            streamsOfPage[request->pageUrl].addPlaylist(*request);
         const auto [known, added] = byPageAndUrl.try_emplace(
-            std::pair(request->pageUrl, withoutFragment(request->url)), media);
+            std::pair(request->pageUrl, std::string(withoutFragment(request->url))), media);
         if (!added)
             mergeParts(known->second, std::move(media));
-        else if (media.kind == MediaKind::StreamMediaKind)
-            streamsOfPage[request->pageUrl].addPlaylist(*request);
     }
 
     std::vector<MediaRequest> found;
@@ -94,4 +97,19 @@ std::optional<MediaRequest> MediaRequestsCollector::request(const std::string &r
 {
     const NetworkRequest *const request = m_requests->request(requestId);
     return request ? std::optional(toMediaRequest(*request)) : std::nullopt;
+}
+
+std::optional<MediaRequest> MediaRequestsCollector::requestOf(const std::string &url,
+                                                              const std::string &pageUrl) const
+{
+    const auto rank = [&pageUrl](const NetworkRequest &request) {
+        return std::tuple(isAnsweredWell(request), request.pageUrl == pageUrl, request.number);
+    };
+    const NetworkRequest *best = nullptr;
+    for (const NetworkRequest *request : m_requests->requests()) {
+        if ((request->url == url || request->originalUrl == url)
+            && (!best || rank(*best) < rank(*request)))
+            best = request;
+    }
+    return best ? std::optional(toMediaRequest(*best)) : std::nullopt;
 }

@@ -32,6 +32,10 @@ public:
     std::vector<MediaRequest> mediaRequests() const;
     /// One request by its id, whether it passes as media or not; nothing if it is not known.
     std::optional<MediaRequest> request(const std::string &requestId) const;
+    /// The same for a request of that URL, before or after redirects: one that was answered well
+    /// rather than another one, one of that page rather than of another, a newer one rather than an
+    /// older one.
+    std::optional<MediaRequest> requestOf(const std::string &url, const std::string &pageUrl) const;
 
 private:
     const QSharedPointer<NetworkRequestsCollector> m_requests;

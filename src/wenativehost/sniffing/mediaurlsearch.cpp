@@ -21,24 +21,43 @@ public:
 
     void searchText(QByteArrayView text, int depth)
     {
-        constexpr std::string_view separators = "&;|,\"'<>{}[]() \t\r\n";
-        qsizetype begin = 0;
-        for (qsizetype at = 0; at <= text.size(); ++at) {
-            if (at < text.size() && separators.find(text[at]) == std::string_view::npos)
-                continue;
-            if (at > begin)
-                searchWord(text.sliced(begin, at - begin), depth);
-            begin = at + 1;
-        }
+        forEachPart(text, "&|\"'<>{} \t\r\n",
+                    [this, depth](QByteArrayView part) { searchPart(part, depth); });
     }
 
     std::vector<QUrl> takeFound() { return std::move(m_found); }
 
 private:
+    /// What stands between the separators, where it is not empty.
+    template <typename Function>
+    static void forEachPart(QByteArrayView text, std::string_view separators, Function function)
+    {
+        qsizetype begin = 0;
+        for (qsizetype at = 0; at <= text.size(); ++at) {
+            if (at < text.size() && separators.find(text[at]) == std::string_view::npos)
+                continue;
+            if (at > begin)
+                function(text.sliced(begin, at - begin));
+            begin = at + 1;
+        }
+    }
+
+    /// Commas and their like stand between addresses, and within them as well.
+    void searchPart(QByteArrayView part, int depth)
+    {
+        const QByteArrayView whole = withoutName(part);
+        if (isAbsolute(whole) && whole.indexOf("http", 1) < 0 && namesMedia(toUrl(whole))) {
+            searchWord(whole, depth);
+            return;
+        }
+        forEachPart(part, ";,[]()",
+                    [this, depth](QByteArrayView word) { searchWord(word, depth); });
+    }
+
     void searchWord(QByteArrayView word, int depth)
     {
         const QByteArrayView address = withoutName(word);
-        if (address.startsWith("http://") || address.startsWith("https://")) {
+        if (isAbsolute(address)) {
             addIfMedia(address);
             // Players are handed addresses inside their own one.
             if (const auto query = address.indexOf('?'); query >= 0 && depth < maxDepth)
@@ -54,6 +73,13 @@ private:
         }
         addIfMedia(address);
     }
+
+    static bool isAbsolute(QByteArrayView address)
+    {
+        return address.startsWith("http://") || address.startsWith("https://");
+    }
+
+    static QUrl toUrl(QByteArrayView address) { return QUrl(QString::fromUtf8(address)); }
 
     /// The value of "name=value"; anything else as it is.
     static QByteArrayView withoutName(QByteArrayView word)
@@ -80,7 +106,7 @@ private:
         constexpr qsizetype maxAddress = 8192;
         if (address.isEmpty() || address.size() > maxAddress || !address.contains('.'))
             return;
-        const QUrl url = m_pageUrl.resolved(QUrl(QString::fromUtf8(address)));
+        const QUrl url = m_pageUrl.resolved(toUrl(address));
         const bool fetchable = url.isValid()
             && (url.scheme() == QStringLiteral("http") || url.scheme() == QStringLiteral("https"))
             && !url.host().isEmpty();

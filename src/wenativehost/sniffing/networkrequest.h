@@ -16,6 +16,8 @@ struct NetworkRequest {
     std::string id;
     /// Where it goes now: after a redirect the new place.
     std::string url;
+    /// Where it went at first.
+    std::string originalUrl;
     /// The page on which it was made.
     std::string pageUrl;
     std::string method;
@@ -36,7 +38,7 @@ struct NetworkRequest {
     /// What it holds beside its fixed size.
     size_t textBytes() const
     {
-        return id.size() + url.size() + pageUrl.size() + method.size() + requestHeaders.size()
-            + responseHeaders.size() + playlist.size();
+        return id.size() + url.size() + originalUrl.size() + pageUrl.size() + method.size()
+            + requestHeaders.size() + responseHeaders.size() + playlist.size();
     }
 };

@@ -26,11 +26,16 @@ class pmxKovBhIpcTaskNetworkRequestNotification;
  * | "completed" | that it ended well                     |                          |
  * | "failed"    | that it did not                        |                          |
  *
- * Other types are ignored. A "request" with the id of a finished request is a new one.
+ * Other types are ignored. A "request" with a known id goes on with that request if it names the
+ * place where the request goes now, as after a redirect; otherwise, and when that one is finished,
+ * it is a new one.
  *
  * What is kept is bounded by number, by age since the last notification and by the bytes of the
- * texts; what goes first is finished, and among those what the browser told of longest ago. One
- * notification costs the same however many requests are held. Belongs to one thread.
+ * texts; what goes first is finished, and among those what the browser told of longest ago. A
+ * playlist is as young as the latest request of its page: players fetch the pieces of a stream long
+ * after it, and without it they would pass for media. A request whose texts alone are beyond the
+ * bound is not kept. One notification costs the same however many requests are held. Belongs to one
+ * thread.
  */
 class NetworkRequestsCollector : public QObject {
     Q_OBJECT
@@ -46,7 +51,7 @@ public:
 
     void setPageUrl(const std::string &requestId, const std::string &pageUrl);
     void forget(const std::string &requestId);
-    /// Forgets the requests of that URL, whatever their page.
+    /// Forgets the requests of that URL, before or after redirects, whatever their page.
     void forgetUrl(const std::string &url);
 
     size_t size() const { return m_byId.size(); }
@@ -66,8 +71,13 @@ private:
     void update(Requests::iterator request,
                 const pmxKovBhIpcTaskNetworkRequestNotification &notification);
     Requests &listOf(const NetworkRequest &request);
+    bool isTooOld(qint64 changedMs) const;
     bool isTooOld(const NetworkRequest &request) const;
+    /// When the browser told of the request or, of a playlist, of another request of its page.
+    qint64 changedMs(const NetworkRequest &request) const;
     void forget(Requests &list, Requests::iterator request);
+    /// The oldest of the finished ones is moved to where its page's latest request puts it.
+    void moveToChanged(qint64 changedMs);
     void keepWithinBounds();
 
     QtClock &m_clock;

@@ -39,6 +39,9 @@ std::string_view referenceInLine(std::string_view line)
         line.remove_suffix(1);
     if (!line.starts_with('#'))
         return line;
+    // It names the other qualities, of which none is part of another one.
+    if (line.starts_with("#EXT-X-RENDITION-REPORT"))
+        return {};
     constexpr std::string_view attribute = "URI=\"";
     const size_t begin = line.find(attribute);
     if (begin == std::string_view::npos)
@@ -51,7 +54,7 @@ std::string_view referenceInLine(std::string_view line)
 
 void StreamSegments::addPlaylist(const NetworkRequest &playlist)
 {
-    m_urlsAndFolders.emplace_back(playlist.url, folderOf(playlist.url));
+    m_folders.emplace(folderOf(playlist.url));
     if (!playlist.playlist.starts_with("#EXTM3U"))
         return;
     const QUrl base(QString::fromStdString(playlist.url));
@@ -64,20 +67,20 @@ void StreamSegments::addPlaylist(const NetworkRequest &playlist)
             continue;
         const QUrl relative(
             QString::fromUtf8(reference.data(), static_cast<qsizetype>(reference.size())));
-        m_named.insert(base.resolved(relative).toEncoded().toStdString());
+        if (const QUrl named = base.resolved(relative); named != base)
+            m_named.insert(named.toEncoded().toStdString());
     }
 }
 
 bool StreamSegments::isSegment(const std::string &url) const
 {
-    if (m_urlsAndFolders.empty())
+    if (m_folders.empty())
         return false;
     if (hasSegmentSuffix(url) || m_named.contains(url))
         return true;
-    return std::any_of(m_urlsAndFolders.begin(), m_urlsAndFolders.end(),
-                       [&url](const auto &playlist) {
-                           return !playlist.second.empty() && url.starts_with(playlist.second);
-                       });
+    return std::any_of(m_folders.begin(), m_folders.end(), [&url](const std::string &folder) {
+        return !folder.empty() && url.starts_with(folder);
+    });
 }
 
 bool StreamSegments::isPartOfOther(const NetworkRequest &playlist) const
@@ -86,9 +89,7 @@ bool StreamSegments::isPartOfOther(const NetworkRequest &playlist) const
         return true;
     // Two streams may lie beside each other; what lies below a playlist belongs to it.
     const std::string_view folder = folderOf(playlist.url);
-    return std::any_of(m_urlsAndFolders.begin(), m_urlsAndFolders.end(),
-                       [folder](const auto &other) {
-                           return !other.second.empty() && folder.size() > other.second.size()
-                               && folder.starts_with(other.second);
-                       });
+    return std::any_of(m_folders.begin(), m_folders.end(), [folder](const std::string &other) {
+        return !other.empty() && folder.size() > other.size() && folder.starts_with(other);
+    });
 }

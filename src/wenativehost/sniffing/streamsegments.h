@@ -4,7 +4,6 @@
 
 #include <string>
 #include <unordered_set>
-#include <vector>
 
 /**
  * Knows the pieces of the streams whose playlists were seen on one page: what lies beside or below
@@ -12,7 +11,7 @@
  */
 class StreamSegments {
 public:
-    /// The playlists that were seen.
+    /// A playlist that was seen, again where its text became known later.
     void addPlaylist(const NetworkRequest &playlist);
 
     /// Whether a request for something that is no playlist fetches a piece of a stream.
@@ -22,6 +21,7 @@ public:
     bool isPartOfOther(const NetworkRequest &playlist) const;
 
 private:
-    std::vector<std::pair<std::string, std::string>> m_urlsAndFolders;
+    /// Those of the playlists; an empty one of a playlist without a path.
+    std::unordered_set<std::string> m_folders;
     std::unordered_set<std::string> m_named;
 };

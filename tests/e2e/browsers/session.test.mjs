@@ -69,8 +69,8 @@ for (const name of browserNames) {
                 const record = monitor => ({ browser: { menu: {}, monitor }, locale: '' });
                 const posted = [];
                 const settings = new Settings({
-                    ask: async (_type, { post_settings: { browser } }) => {
-                        if (posted.push(browser.monitor) === 1)
+                    ask: async (_type, task) => {
+                        if (posted.push(task.post_settings.browser.monitor) === 1)
                             settings.accept({ settings: record({ enable: true, skipServers: 'new' }) });
                         return { error: '' };
                     },

@@ -3,7 +3,7 @@
 
 import { deepStrictEqual, ok, strictEqual } from 'node:assert';
 import { after, before, describe, test } from 'node:test';
-import { browserNames } from '../support/browsers.mjs';
+import { browserDownloads, browserNames, hostProgram } from '../support/browsers.mjs';
 import { Visit } from '../support/visit.mjs';
 
 /** What surrounds a video on a page. None of it may ever be taken for the video. */
@@ -118,6 +118,8 @@ for (const name of browserNames) {
             const innerParts = { ...film('/film/inner.mp4') };
             visit.server.addPage('/player/inner', `<title>Inner</title><script>
                 fetch('/film/inner.mp4').then(response => response.text());</script>`, innerParts);
+            visit.server.addPage('/save', '<h1>Save</h1><a id="save" href="/film/save.mp4" download>it</a>',
+                                 film('/film/save.mp4'));
             for (const [index, page] of pages.entries()) {
                 const around = Object.fromEntries(Object.entries(surroundings)
                     .map(([path, part]) => [path.replace('/ads/', `/ads/${index}-`), part]));
@@ -169,6 +171,7 @@ for (const name of browserNames) {
                 document.getElementById('form').requestSubmit();
             });
             await visit.until(async () => (await visit.ask('settings')).browser.monitor.video.enable, 'the option to hold');
+            await visit.page.close(); // its tab would be observed anyway
             visit.page = await visit.browser.browser.newPage();
         });
 
@@ -185,10 +188,30 @@ for (const name of browserNames) {
             });
         }
 
-        test('a page without a video is told in words, and one that the browser downloads is none', async () => {
+        test('what was found outlives the script and its host', async () => {
+            await open(1);
+            await showPopup();
+            await popupLists(pages[1].lists);
+            await visit.until(() => visit.extension.evaluate(
+                async path => JSON.stringify(await chrome.storage.session.get()).includes(path), pages[1].wants),
+            'the script to keep what it found');
+            const hosts = visit.sandbox.running(hostProgram);
+            await visit.browser.stopScript();
+            await visit.until(() => !hosts.some(pid => visit.sandbox.running(hostProgram).includes(pid)), 'the host to end');
+            await visit.until(async () => (await visit.ask('status')).version !== '', 'another host to answer');
+            await visit.chooseMenu(visit.page, 'h1', 'dlvideo');
+            arrived.push(pages[1].wants);
+            await visit.untilDownloaded(visit.sandbox.downloads, arrived);
+        });
+
+        test('what the browser downloads is no video of the page, and that there is none is told', async () => {
             visit.application('set', 'WbInterceptDownloads', '0');
             await visit.until(async () => !(await visit.ask('settings')).browser.monitor.enable, 'catching to be off');
-            await visit.page.goto(visit.server.pageUrl);
+            await visit.page.goto(`${visit.server.origin}/save`);
+            await visit.page.click('#save');
+            await visit.untilDownloaded(browserDownloads(visit.sandbox), ['/film/save.mp4']);
+            await showPopup();
+            await popupLists([]);
             await visit.chooseMenu(visit.page, 'h1', 'dlvideo');
             await visit.until(async () => (await visit.ask('status')).problem
                 === 'No video was seen here. Play it, or load the page again, and try once more.', 'the words');

@@ -56,6 +56,7 @@ const launchers = {
             pagesOrigin: `chrome-extension://${chromiumId()}`,
             ExtensionPage: ChromiumExtensionPage,
             chooseMenu: chooseMenuInChromium,
+            stopScript: async () => (await (await workerOf(browser)).worker()).close(),
         };
     },
 
@@ -78,6 +79,10 @@ const launchers = {
             pagesOrigin: `moz-extension://${firefoxPagesId}`,
             ExtensionPage: FirefoxExtensionPage,
             chooseMenu: chooseMenuInFirefox,
+            stopScript: () => inFirefoxItself(browser, async id => {
+                // eslint-disable-next-line no-undef
+                await WebExtensionPolicy.getByID(id).extension.terminateBackground({ disableResetIdleForTest: true });
+            }, geckoId),
         };
     },
 };
@@ -136,6 +141,12 @@ class FirefoxExtensionPage {
     async #send(method, params) { return (await this.connection.send(method, params)).result; }
 }
 
+/** The extension's background script in Chromium. */
+function workerOf(browser) {
+    return browser.waitForTarget(
+        each => each.type() === 'service_worker' && each.url().startsWith('chrome-extension:'));
+}
+
 /**
  * Chromium shows no menu without a screen, so the extension is told of the choice as it would be
  * told after a click.
@@ -147,9 +158,8 @@ async function chooseMenuInChromium(browser, page, element, entry) {
         linkUrl: clicked.href,
         srcUrl: clicked.currentSrc,
     }));
-    const target = await browser.waitForTarget(
-        each => each.type() === 'service_worker' && each.url().startsWith('chrome-extension:'));
-    await (await target.worker()).evaluate(async click => {
+    const worker = await (await workerOf(browser)).worker();
+    await worker.evaluate(async click => {
         const tab = (await chrome.tabs.query({})).find(each => each.url === click.pageUrl);
         const frames = await chrome.webNavigation.getAllFrames({ tabId: tab.id });
         const { frameId } = frames.find(each => each.url === (click.frameUrl ?? click.pageUrl));
@@ -160,9 +170,7 @@ async function chooseMenuInChromium(browser, page, element, entry) {
 /** Opens the menu with a right click, and chooses from what it shows. */
 async function chooseMenuInFirefox({ connection }, _page, element, entry) {
     await element.click({ button: 'right' });
-    const { result: { contexts } } = await connection.send('browsingContext.getTree', { 'moz:scope': 'chrome' });
-    const { context } = contexts.find(each => each.url === 'chrome://browser/content/browser.xhtml');
-    const choose = async id => {
+    const isShown = await inFirefoxItself({ connection }, async id => {
         const menu = document.getElementById('contentAreaContextMenu');
         while (menu.state !== 'open')
             await new Promise(resolve => { setTimeout(resolve, 10); });
@@ -170,15 +178,24 @@ async function chooseMenuInFirefox({ connection }, _page, element, entry) {
         item?.doCommand();
         menu.hidePopup();
         return Boolean(item);
-    };
+    }, entry);
+    if (!isShown)
+        throw new Error(`the menu shows no ${entry}`);
+}
+
+/** Runs a function in Firefox's own window, with all rights. */
+async function inFirefoxItself({ connection }, fn, argument) {
+    const { result: { contexts } } = await connection.send('browsingContext.getTree', { 'moz:scope': 'chrome' });
+    const { context } = contexts.find(each => each.url === 'chrome://browser/content/browser.xhtml');
     const { result } = await connection.send('script.callFunction', {
         target: { context },
-        functionDeclaration: String(choose),
-        arguments: [{ type: 'string', value: entry }],
+        functionDeclaration: String(fn),
+        arguments: [{ type: 'string', value: argument }],
         awaitPromise: true,
     });
-    if (result.result?.value !== true)
-        throw new Error(`the menu shows no ${entry}: ${JSON.stringify(result)}`);
+    if (result.type !== 'success')
+        throw new Error(result.exceptionDetails.text);
+    return result.result.value;
 }
 
 /** A running browser with the extension in it. */
@@ -199,11 +216,13 @@ export class ExtendedBrowser {
     #pages;
     #chooseMenu;
 
-    constructor(sandbox, { browser, pagesOrigin, ExtensionPage, chooseMenu }) {
+    constructor(sandbox, { browser, pagesOrigin, ExtensionPage, chooseMenu, stopScript }) {
         this.sandbox = sandbox;
         this.browser = browser;
         this.#pages = { origin: pagesOrigin, Page: ExtensionPage };
         this.#chooseMenu = chooseMenu;
+        /** Ends the extension's background script, as the browser does when it is idle. */
+        this.stopScript = stopScript;
     }
 
     /** Right-clicks an element of a page and chooses an entry of the extension, by its id. */

@@ -114,7 +114,6 @@ class TestKovService : public QObject {
         return QTest::qWaitFor([&host] { return host->isReady(); }) ? std::move(host) : nullptr;
     }
     /// The program, in a home of its own.
-
     std::unique_ptr<QProcess> startProgram(const QStringList &arguments) const
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();

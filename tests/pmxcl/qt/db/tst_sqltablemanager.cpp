@@ -7,7 +7,7 @@
 
 #include <thread>
 
-using Rows = QHash<QString, QString>;
+using Table = QHash<QString, QString>;
 
 class TestSqlTableManager : public QObject {
     Q_OBJECT
@@ -50,9 +50,9 @@ private Q_SLOTS:
         QtAppSettingsSqlTable table(m_db);
         QCOMPARE(SqlTableManager::tableColumns(*m_db, u"Settings"_qs),
                  (QStringList{u"Name"_qs, u"Later"_qs, u"Value"_qs}));
-        QCOMPARE(table.readAll(), Rows());
+        QCOMPARE(table.readAll(), Table());
         QVERIFY(table.write(u"a"_qs, u"1"_qs));
-        QCOMPARE(table.readAll(), (Rows{{u"a"_qs, u"1"_qs}}));
+        QCOMPARE(table.readAll(), (Table{{u"a"_qs, u"1"_qs}}));
         QVERIFY(table.addTableColumn(u"Extra"_qs, u"INT"_qs, 7));
         QCOMPARE(query(u"SELECT Extra FROM Settings"_qs), 7);
     }
@@ -64,7 +64,7 @@ private Q_SLOTS:
         const QString odd = u"it's; \"2\" – ü🎉"_qs;
         QVERIFY(table.write(u"a"_qs, u"1"_qs) && table.write(u"a"_qs, odd));
         QVERIFY(table.write({}, {}) && table.write({}, {}) && table.write(u"A"_qs, u"3"_qs));
-        QCOMPARE(table.readAll(), (Rows{{u"a"_qs, odd}, {u""_qs, u""_qs}, {u"A"_qs, u"3"_qs}}));
+        QCOMPARE(table.readAll(), (Table{{u"a"_qs, odd}, {u""_qs, u""_qs}, {u"A"_qs, u"3"_qs}}));
         QSqlQuery found = table.tableIterator({u"Value"_qs, u"Name"_qs}, u"Name='A'"_qs);
         QCOMPARE(found.lastQuery(), u"SELECT Value, Name FROM Settings WHERE Name='A'");
         QVERIFY(found.next() && found.value(0) == u"3"_qs && !found.next());
@@ -73,7 +73,7 @@ private Q_SLOTS:
         QCOMPARE(table.readAll().size(), 3);
         QVERIFY(table.removeRecordWithValues({{u"Name"_qs, u"A"_qs}, {u"Value"_qs, u"3"_qs}}));
         QVERIFY(table.remove({}));
-        QCOMPARE(table.readAll(), (Rows{{u"a"_qs, odd}}));
+        QCOMPARE(table.readAll(), (Table{{u"a"_qs, odd}}));
         QCOMPARE(changed.size(), 8);
 
         QVERIFY(!table.replaceRecord({{u"Nope"_qs, 1}}));
@@ -83,7 +83,7 @@ private Q_SLOTS:
         QVERIFY(!table.addTableColumn(u"Value"_qs, u"TEXT"_qs, {}));
         QCOMPARE(changed.size(), 8);
         QVERIFY(table.clearTable() && !table.lastError().isValid());
-        QCOMPARE(table.readAll(), Rows());
+        QCOMPARE(table.readAll(), Table());
     }
 
     void transactions()

@@ -22,7 +22,7 @@ QByteArray handshake() { return hex("1234FAACDDEE0197 00000000"); }
 QByteArray cborOpening() { return hex("9F 1B1234FAACDDEE0197 00"); }
 
 /// {"b": true}
-const VhMap flag{{u"b"_qs, true}};
+VhMap flagMap() { return {{u"b"_qs, true}}; }
 QByteArray flagFrame() { return hex("00000010 00000001 00000002 0062 00000001 00 01"); }
 QByteArray flagString() { return hex("44A16162F5"); }
 
@@ -54,11 +54,11 @@ private Q_SLOTS:
         QFETCH(const QByteArray, expected);
         m_socket->abort();
         const auto link = makeLink(version);
-        link->send(flag); // to nobody
+        link->send(flagMap()); // to nobody
         connectPeer();
         link->send({});
         link->sendKeepAliveMessage();
-        Q_EMIT m_part->sendVh(flag);
+        Q_EMIT m_part->sendVh(flagMap());
         hear(expected);
     }
 
@@ -68,25 +68,27 @@ private Q_SLOTS:
         const Rows<int, QByteArray, QList<VhMap>, QString> row("version", "bytes", "maps", "error");
         const auto good = [&row](const char *name, int version, const QByteArray &bytes,
                                  const QList<VhMap> &maps) { row(name, version, bytes, maps, {}); };
-        good("frame", 0, flagFrame(), {flag});
+        good("frame", 0, flagFrame(), {flagMap()});
         good("frames, two empty", 0, hex("00000000") + flagFrame() + hex("00000000") + flagFrame(),
-             {flag, flag});
-        good("frame that cannot be decoded", 0, hex("00000002 FFFF") + flagFrame(), {{}, flag});
+             {flagMap(), flagMap()});
+        good("frame that cannot be decoded", 0, hex("00000002 FFFF") + flagFrame(),
+             {{}, flagMap()});
         good("empty map spelled out", 0, hex("00000004 00000000"), {{}});
-        good("frame after a handshake", 1, handshake() + flagFrame(), {flag});
+        good("frame after a handshake", 1, handshake() + flagFrame(), {flagMap()});
         good("handshake of another version", 1, hex("1234FAACDDEE0197 00000007") + flagFrame(),
-             {flag});
+             {flagMap()});
         good("CBOR strings, one empty", 2, cborOpening() + flagString() + hex("40") + flagString(),
-             {flag, flag});
+             {flagMap(), flagMap()});
         good("CBOR string in chunks", 2,
-             cborOpening() + hex("5F 42A161 40 4262F5 FF") + flagString(), {flag, flag});
+             cborOpening() + hex("5F 42A161 40 4262F5 FF") + flagString(), {flagMap(), flagMap()});
         good("CBOR array of known length", 2, hex("85 1B1234FAACDDEE0197 20 02") + flagString(),
-             {flag});
+             {flagMap()});
         good("CBOR, no map", 2, cborOpening() + hex("4101"), {{}});
 
         const QString cbor = u"1 basicipc,213"_qs;
         const QString magic = u"2 basicipc,232"_qs;
-        row("length -1", 0, flagFrame() + hex("FFFFFFFF") + flagFrame(), {flag}, u"1 basicipc"_qs);
+        row("length -1", 0, flagFrame() + hex("FFFFFFFF") + flagFrame(), {flagMap()},
+            u"1 basicipc"_qs);
         row("length -2 GiB", 0, hex("80000000") + flagFrame(), {}, u"1 basicipc"_qs);
         row("wrong magic", 1, hex("1234FAACDDEE0198 00000000") + flagFrame(), {}, magic);
         row("frame instead of magic", 1, flagFrame(), {}, magic);
@@ -94,10 +96,10 @@ private Q_SLOTS:
         row("CBOR with wrong magic", 2, hex("9F 1B1234FAACDDEE0198 00 41A0"), {}, cbor);
         row("CBOR with negative magic", 2, hex("9F 3B1234FAACDDEE0197 00 41A0"), {}, cbor);
         row("CBOR without version", 2, hex("9F 1B1234FAACDDEE0197 41A0"), {}, cbor);
-        row("CBOR text", 2, cborOpening() + flagString() + hex("6162"), {flag}, cbor);
+        row("CBOR text", 2, cborOpening() + flagString() + hex("6162"), {flagMap()}, cbor);
         row("CBOR array in the array", 2, cborOpening() + hex("80"), {}, cbor);
         row("CBOR chunk of another type", 2, cborOpening() + hex("5F 6161 FF"), {}, cbor);
-        row("CBOR array closed", 2, cborOpening() + flagString() + hex("FF"), {flag}, cbor);
+        row("CBOR array closed", 2, cborOpening() + flagString() + hex("FF"), {flagMap()}, cbor);
         row("no CBOR at all", 2, hex("FCFC"), {}, cbor);
         row("CBOR body cut off", 2, cborOpening() + hex("42A101") + flagString(), {},
             u"1 vhipc,86"_qs);
@@ -198,7 +200,7 @@ private Q_SLOTS:
             QTRY_COMPARE(m_socket->ioDevice()->bytesAvailable(), flagFrame().size());
             QTRY_COMPARE(m_socket->isConnected(), !peerLeaves);
             const auto link = makeLink(0);
-            QTRY_COMPARE(m_part->maps(), QList<VhMap>{flag});
+            QTRY_COMPARE(m_part->maps(), QList<VhMap>{flagMap()});
         }
     }
 

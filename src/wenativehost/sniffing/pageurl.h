@@ -1,0 +1,9 @@
+#pragma once
+
+#include <string_view>
+
+/// What is common to the URLs of all places in a page or resource.
+inline std::string_view withoutFragment(std::string_view url)
+{
+    return url.substr(0, url.find('#'));
+}
