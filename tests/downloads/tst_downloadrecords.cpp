@@ -30,7 +30,7 @@ QString described(const QVariant &value, int depth = 0)
         return u'[' + parts.join(u", "_qs) + u']';
     }
     const bool isBytes = value.typeId() == QMetaType::QByteArray;
-    const QString text = value.typeId() == QMetaType::QStringList ? value.toStringList().join(u'|')
+    QString text = value.typeId() == QMetaType::QStringList ? value.toStringList().join(u'|')
         : isBytes ? QString::fromLatin1(value.toByteArray().toPercentEncoding(" ;="))
                   : value.toString();
     if (value.typeId() == QMetaType::QString)

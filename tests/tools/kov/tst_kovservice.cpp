@@ -306,9 +306,9 @@ private Q_SLOTS:
 
     void oneOfTwentyProgramsStays()
     {
-        std::vector<std::unique_ptr<QProcess>> programs;
-        for (int i = 0; i < 20; ++i)
-            programs.push_back(startProgram({u"-service"_qs}));
+        std::vector<std::unique_ptr<QProcess>> programs(20);
+        for (auto &program : programs)
+            program = startProgram({u"-service"_qs});
         const auto running = [&programs] {
             return std::count_if(programs.cbegin(), programs.cend(), [](const auto &program) {
                 return program->state() != QProcess::NotRunning;

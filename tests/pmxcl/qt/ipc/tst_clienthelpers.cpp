@@ -170,7 +170,7 @@ private Q_SLOTS:
                 s.log += s.clock.nextTimerIn() < 0 ? u"-"_qs
                                                    : QString::number(s.clock.nextTimerIn() / 1000);
             else
-                s.clock.advance(step.toInt() * 1000);
+                s.clock.advance(step.toLongLong() * 1000);
         }
         QTEST(s.log.join(u' '), "expected");
     }

@@ -39,27 +39,24 @@ private Q_SLOTS:
         connectPeer();
     }
 
-    void sends_data()
-    {
-        // Version 2 stands for 1 with CBOR, here and below.
-        const Rows<int, QByteArray> row("version", "expected");
-        row("data stream", 0, flagFrame());
-        row("data stream with handshake", 1, handshake() + flagFrame());
-        row("CBOR", 2, cborOpening() + hex("41A0 40") + flagString());
-    }
-
     void sends()
     {
-        QFETCH(const int, version);
-        QFETCH(const QByteArray, expected);
-        m_socket->abort();
-        const auto link = makeLink(version);
-        link->send(flagMap()); // to nobody
-        connectPeer();
-        link->send({});
-        link->sendKeepAliveMessage();
-        Q_EMIT m_part->sendVh(flagMap());
-        hear(expected);
+        // Version 2 stands for 1 with CBOR, here and below.
+        const std::pair<int, QByteArray> cases[] = {
+            {0, flagFrame()},
+            {1, handshake() + flagFrame()},
+            {2, cborOpening() + hex("41A0 40") + flagString()}};
+        for (const auto &[version, expected] : cases) {
+            init();
+            m_socket->abort();
+            const auto link = makeLink(version);
+            link->send(flagMap()); // to nobody
+            connectPeer();
+            link->send({});
+            link->sendKeepAliveMessage();
+            Q_EMIT m_part->sendVh(flagMap());
+            hear(expected);
+        }
     }
 
     void receives_data()
@@ -137,28 +134,24 @@ private Q_SLOTS:
         }
     }
 
-    void reservesNothingAheadOfTheBytes_data()
-    {
-        const Rows<int, QByteArray> row("version", "bytes");
-        row("frame", 0, hex("7FFFFFFF"));
-        row("CBOR string", 2, cborOpening() + hex("5A7FFFFFFF"));
-        row("CBOR chunk", 2, cborOpening() + hex("5F 5A7FFFFFFF"));
-    }
-
     void reservesNothingAheadOfTheBytes()
     {
-        QFETCH(const int, version);
-        QFETCH(const QByteArray, bytes);
-        const auto link = makeLink(version);
-        QSignalSpy readyRead(m_socket->ioDevice(), &QIODevice::readyRead);
-        const qint64 before = reservedMemory();
-        for (const QByteArray &piece : {bytes, QByteArray("body"), QByteArray("more")}) {
-            readyRead.clear();
-            say(piece);
-            QTRY_VERIFY(!readyRead.isEmpty());
+        const std::pair<int, QByteArray> cases[] = {{0, hex("7FFFFFFF")},
+                                                    {2, cborOpening() + hex("5A7FFFFFFF")},
+                                                    {2, cborOpening() + hex("5F 5A7FFFFFFF")}};
+        for (const auto &[version, bytes] : cases) {
+            init();
+            const auto link = makeLink(version);
+            QSignalSpy readyRead(m_socket->ioDevice(), &QIODevice::readyRead);
+            const qint64 before = reservedMemory();
+            for (const QByteArray &piece : {bytes, QByteArray("body"), QByteArray("more")}) {
+                readyRead.clear();
+                say(piece);
+                QTRY_VERIFY(!readyRead.isEmpty());
+            }
+            QVERIFY(reservedMemory() - before < 256'000'000);
+            QVERIFY(m_socket->isConnected());
         }
-        QVERIFY(reservedMemory() - before < 256'000'000);
-        QVERIFY(m_socket->isConnected());
     }
 
     void beginsAnewAfterReconnect_data()
@@ -204,24 +197,21 @@ private Q_SLOTS:
         }
     }
 
-    void maybeDestroyedByReceiver_data()
-    {
-        const Rows<int, QByteArray> row("version", "bytes");
-        row("data stream", 1, handshake() + hex("00000000") + flagFrame());
-        row("CBOR", 2, cborOpening() + hex("40") + flagString());
-    }
-
     void maybeDestroyedByReceiver()
     {
-        QFETCH(const int, version);
-        QFETCH(const QByteArray, bytes);
-        auto link = makeLink(version);
-        connect(link.get(), &QtAbstractSocketVhIpc::gotKeepAliveMessage, this,
-                [&link] { link.reset(); });
-        say(bytes);
-        QTRY_VERIFY(!link);
-        QVERIFY(m_socket->isConnected());
-        QCOMPARE(m_part->maps().size(), 0);
+        const std::pair<int, QByteArray> cases[] = {
+            {1, handshake() + hex("00000000") + flagFrame()},
+            {2, cborOpening() + hex("40") + flagString()}};
+        for (const auto &[version, bytes] : cases) {
+            init();
+            auto link = makeLink(version);
+            connect(link.get(), &QtAbstractSocketVhIpc::gotKeepAliveMessage, this,
+                    [&link] { link.reset(); });
+            say(bytes);
+            QTRY_VERIFY(!link);
+            QVERIFY(m_socket->isConnected());
+            QCOMPARE(m_part->maps().size(), 0);
+        }
     }
 
 private:
