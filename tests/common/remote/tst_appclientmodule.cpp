@@ -169,9 +169,9 @@ private Q_SLOTS:
         m_server->close();
         peer.reset();
         QTRY_VERIFY(!m_module->isConnected());
-        settings->setValues({{localeName, u"ja"_qs}, {interceptDownloads, u"1"_qs}}, user);
+        settings->setValues({{localeName, u"ja"_qs}, {interceptDownloads, u"2"_qs}}, user);
         QCOMPARE(storedSettings()->allValues().value(localeName), u"ja"_qs);
-        QCOMPARE(storedSettings()->allValues().value(interceptDownloads), u"1"_qs);
+        QCOMPARE(storedSettings()->allValues().value(interceptDownloads), u"2"_qs);
         settings->resetToDefaults(user);
         QCOMPARE(storedSettings()->allValues().value(localeName), QString());
     }
