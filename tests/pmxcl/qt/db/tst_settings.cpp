@@ -292,6 +292,29 @@ private Q_SLOTS:
         QCOMPARE(content(), before);
     }
 
+    void diskFillsUpAndEmpties()
+    {
+        if (!mountSmallDisk(m_dir->path()))
+            QSKIP("only root can mount a file system");
+        const LogCapture log;
+        QString big(50'000, u'x');
+        QtAppSettingsInSqlManager settings(database(m_path));
+        settings.setAllValues({{u"a"_qs, u"1"_qs}, {u"b"_qs, u"1"_qs}}, {});
+        for (int round = 1; round <= 2; ++round) {
+            const Values before = stored(m_path);
+            fillUp(m_dir->path());
+            for (int i = 0; i < 3; ++i) {
+                settings.setValues({{u"a"_qs, big += u'y'}, {u"c"_qs, big}}, {});
+                settings.setAllValues({{u"a"_qs, big += u'z'}}, {});
+            }
+            QCOMPARE(log.texts().filter(u"database or disk is full"_qs).size(), round);
+            QCOMPARE(stored(m_path), before);
+            QVERIFY(QFile::remove(m_dir->filePath(u"filler"_qs)));
+            settings.setValue(u"b"_qs, QString::number(round));
+            QCOMPARE(stored(m_path), settings.allValues());
+        }
+    }
+
     /// Another process, stopped while it writes, is waited for once and not with every value.
     void lockedForLong()
     {
