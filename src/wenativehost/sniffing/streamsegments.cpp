@@ -59,12 +59,13 @@ void StreamSegments::addPlaylist(const NetworkRequest &playlist)
         return;
     const QUrl base(QString::fromStdString(playlist.url));
     std::string_view rest = playlist.playlist;
-    while (!rest.empty()) {
+    while (!rest.empty() && m_referencesLeft > 0) {
         const size_t end = rest.find('\n');
         const std::string_view reference = referenceInLine(rest.substr(0, end));
         rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
         if (reference.empty())
             continue;
+        --m_referencesLeft;
         const QUrl relative(
             QString::fromUtf8(reference.data(), static_cast<qsizetype>(reference.size())));
         if (const QUrl named = base.resolved(relative); named != base)

@@ -24,4 +24,6 @@ private:
     /// Those of the playlists; an empty one of a playlist without a path.
     std::unordered_set<std::string> m_folders;
     std::unordered_set<std::string> m_named;
+    /// The pieces of a day and more; whoever names more of them must not make the user wait.
+    int m_referencesLeft = 100'000;
 };
