@@ -351,8 +351,8 @@ private Q_SLOTS:
                 &BrowserTabsRequestsTracker::removeRequest);
         connect(&tabs, &BrowserTabsRequestsTracker::requestAbandoned, &collector,
                 qOverload<const std::string &>(&NetworkRequestsCollector::forget));
-        connect(&tabs, &BrowserTabsRequestsTracker::requestMoved, &collector,
-                &NetworkRequestsCollector::setPageUrl);
+        connect(&tabs, &BrowserTabsRequestsTracker::requestsMoved, &collector,
+                &NetworkRequestsCollector::changePageUrl);
 
         std::mt19937 random(20251121);
         const std::vector<std::string> types = {"request",   "request", "response", "redirect",
@@ -398,7 +398,7 @@ private Q_SLOTS:
     {
         BrowserTabsRequestsTracker tabs;
         QSignalSpy abandoned(&tabs, &BrowserTabsRequestsTracker::requestAbandoned);
-        QSignalSpy moved(&tabs, &BrowserTabsRequestsTracker::requestMoved);
+        QSignalSpy moved(&tabs, &BrowserTabsRequestsTracker::requestsMoved);
         tabs.addRequest("http://opened/before/the/browser/told", "0");
         tabs.tabClosed("http://opened/before/the/browser/told");
         QCOMPARE(abandoned.size(), 1);

@@ -22,8 +22,8 @@ pmxKovBhIpcNetworkRequestNotificationTaskProcessor::
             &BrowserTabsRequestsTracker::removeRequest);
     connect(m_tabs.data(), &BrowserTabsRequestsTracker::requestAbandoned, m_requests.data(),
             qOverload<const std::string &>(&NetworkRequestsCollector::forget));
-    connect(m_tabs.data(), &BrowserTabsRequestsTracker::requestMoved, m_requests.data(),
-            &NetworkRequestsCollector::setPageUrl);
+    connect(m_tabs.data(), &BrowserTabsRequestsTracker::requestsMoved, m_requests.data(),
+            &NetworkRequestsCollector::changePageUrl);
 }
 
 void pmxKovBhIpcNetworkRequestNotificationTaskProcessor::process(

@@ -33,8 +33,7 @@ void BrowserTabsRequestsTracker::tabNavigated(const std::string &fromUrl, const 
         tabUrlChanged(fromUrl, toUrl);
         return;
     }
-    if (!fromUrl.empty())
-        leave(fromUrl);
+    leave(fromUrl);
     if (!toUrl.empty())
         ++touch(toUrl)->tabs;
 }
@@ -44,7 +43,7 @@ void BrowserTabsRequestsTracker::tabClosed(const std::string &url) { leave(url);
 void BrowserTabsRequestsTracker::tabUrlChanged(const std::string &fromUrl, const std::string &toUrl)
 {
     const auto known = m_byUrl.find(fromUrl);
-    if (known == m_byUrl.end() || fromUrl == toUrl)
+    if (known == m_byUrl.end() || fromUrl == toUrl || toUrl.empty())
         return;
     const auto from = known->second;
     // Another tab may show the old URL still, and nobody knows which of them made a request: they
@@ -54,19 +53,20 @@ void BrowserTabsRequestsTracker::tabUrlChanged(const std::string &fromUrl, const
         ++touch(toUrl)->tabs;
         return;
     }
-    const int tabs = from->tabs;
-    const std::unordered_set<std::string> requests = std::move(from->requests);
     m_byUrl.erase(fromUrl);
-    m_oldestFirst.erase(from);
-    const auto to = touch(toUrl);
-    to->tabs += tabs;
-    for (const std::string &requestId : requests) {
-        to->requests.insert(requestId);
-        m_pageOfRequest[requestId] = to;
+    if (const auto [there, added] = m_byUrl.try_emplace(toUrl, from); added) {
+        from->url = toUrl;
+    } else {
+        const auto to = there->second;
+        to->tabs += from->tabs;
+        for (const std::string &requestId : from->requests)
+            m_pageOfRequest[requestId] = to;
+        to->requests.merge(from->requests);
+        m_oldestFirst.erase(from);
     }
+    touch(toUrl);
     // Last, since whoever hears of it may remove requests.
-    for (const std::string &requestId : requests)
-        Q_EMIT requestMoved(requestId, toUrl);
+    Q_EMIT requestsMoved(fromUrl, toUrl);
 }
 
 std::vector<std::string> BrowserTabsRequestsTracker::requestsOf(const std::string &pageUrl) const
@@ -94,7 +94,8 @@ BrowserTabsRequestsTracker::touch(const std::string &url)
 void BrowserTabsRequestsTracker::leave(const std::string &url)
 {
     const auto known = m_byUrl.find(url);
-    if (known == m_byUrl.end())
+    // A tab without a page of the web says nothing of the requests that belong to no page.
+    if (known == m_byUrl.end() || url.empty())
         return;
     if (--known->second->tabs <= 0)
         forget(known->second);

@@ -41,8 +41,8 @@ public:
 Q_SIGNALS:
     /// The request's page is gone.
     void requestAbandoned(const std::string &requestId);
-    /// The request now belongs to another URL of its page.
-    void requestMoved(const std::string &requestId, const std::string &pageUrl);
+    /// The requests of a page now belong to another URL.
+    void requestsMoved(const std::string &fromUrl, const std::string &toUrl);
 
 private:
     struct Page {

@@ -102,14 +102,16 @@ void NetworkRequestsCollector::process(
     keepWithinBounds();
 }
 
-void NetworkRequestsCollector::setPageUrl(const std::string &requestId, const std::string &pageUrl)
+void NetworkRequestsCollector::changePageUrl(const std::string &fromUrl, const std::string &toUrl)
 {
-    const auto known = m_byId.find(requestId);
-    if (known == m_byId.end())
-        return;
-    NetworkRequest &request = *known->second;
-    m_textBytes += pageUrl.size() - request.pageUrl.size();
-    replace(request.pageUrl, pageUrl);
+    for (Requests *list : {&m_finished, &m_unfinished}) {
+        for (NetworkRequest &request : *list) {
+            if (request.pageUrl != fromUrl)
+                continue;
+            m_textBytes += toUrl.size() - fromUrl.size();
+            replace(request.pageUrl, toUrl);
+        }
+    }
     keepWithinBounds();
 }
 

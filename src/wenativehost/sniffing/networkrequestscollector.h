@@ -49,7 +49,8 @@ public:
 
     void process(const pmxKovBhIpcTaskNetworkRequestNotification &notification);
 
-    void setPageUrl(const std::string &requestId, const std::string &pageUrl);
+    /// The requests of one page are those of another.
+    void changePageUrl(const std::string &fromUrl, const std::string &toUrl);
     void forget(const std::string &requestId);
     /// Forgets the requests of that URL, before or after redirects, whatever their page.
     void forgetUrl(const std::string &url);
