@@ -9,10 +9,12 @@
 #include "qtappabstractsettingsmanager.h"
 #include "qtappconfigbase.h"
 #include "qtappdelayedshutdownmanager.h"
+#include "remoteincomingdownloadsprocessor.h"
 #include "webextensionsettingsmanager.h"
 #include "wenativehosttasksprocessor.h"
 
 #include <QDir>
+#include <QList>
 #include <QLocalServer>
 #include <QSharedPointer>
 #include <QTemporaryDir>
@@ -35,6 +37,10 @@ public:
         client->initialize(true);
         if (settingsAreKnown)
             makeSettingsKnown();
+        const auto downloads =
+            client->incomingDownloadsProcessor().objectCast<RemoteIncomingDownloadsProcessor>();
+        QObject::connect(downloads.data(), &RemoteIncomingDownloadsProcessor::sendJobToServer,
+                         &m_holder, [this](const auto &job) { jobs.append(job); });
         // Nothing is to end the event loops of the tests.
         shutdownManager->registerObject(&m_holder, true);
         makeDispatcher();
@@ -116,6 +122,8 @@ public:
         QSharedPointer<ConsoleMessagesSender>::create(nullptr, m_output.stream());
     QSharedPointer<WebExtensionSettingsManager> extensionSettings;
     std::unique_ptr<WeNativeHostTasksProcessor> dispatcher;
+    /// What the application was given.
+    QList<AbstractNewDownloadsRequestJob> jobs;
 };
 
 /// A plain answer, as it is sent.

@@ -1,5 +1,4 @@
 #include "isolatedhost.h"
-#include "remoteincomingdownloadsprocessor.h"
 
 #include <QTest>
 
@@ -10,8 +9,6 @@ using Reason = AbstractDownloadAbortReason;
 class TestCreateDownloads : public QObject {
     Q_OBJECT
     std::unique_ptr<IsolatedHost> m_host;
-    /// What the application was given.
-    QList<AbstractNewDownloadsRequestJob> m_jobs;
 
     /// The answer to a task with those members and downloads.
     QString create(const QString &id, const QString &items, const QString &members = {})
@@ -23,7 +20,7 @@ class TestCreateDownloads : public QObject {
     QString finish(qsizetype job, bool added, bool aborted = false, int reason = 0)
     {
         Q_EMIT m_host->client->incomingDownloadsProcessor()->finished(
-            m_jobs.at(job).id, added, aborted, Reason(reason), u"no späce"_qs, false);
+            m_host->jobs.at(job).id, added, aborted, Reason(reason), u"no späce"_qs, false);
         return m_host->sent();
     }
     static QString answered(const QString &id, const QString &error, const QString &result = {})
@@ -32,16 +29,7 @@ class TestCreateDownloads : public QObject {
     }
 
 private Q_SLOTS:
-    void init()
-    {
-        m_host = std::make_unique<IsolatedHost>();
-        m_jobs.clear();
-        connect(m_host->client->incomingDownloadsProcessor()
-                    .objectCast<RemoteIncomingDownloadsProcessor>()
-                    .data(),
-                &RemoteIncomingDownloadsProcessor::sendJobToServer, this,
-                [this](const AbstractNewDownloadsRequestJob &job) { m_jobs.append(job); });
-    }
+    void init() { m_host = std::make_unique<IsolatedHost>(); }
     void cleanup() { m_host.reset(); }
 
     void answers()
@@ -53,7 +41,7 @@ private Q_SLOTS:
             {false, false, 0, ""}, {false, false, 2, ""}};
         for (const auto &[added, aborted, reason, result] : cases) {
             QCOMPARE(create(u"1"_qs, u"{'url':'http://a.org/b'}"_qs), u""_qs);
-            const qsizetype job = m_jobs.size() - 1;
+            const qsizetype job = m_host->jobs.size() - 1;
             QCOMPARE(finish(job, added, aborted, reason),
                      answered(u"1"_qs, *result ? u""_qs : u"no späce"_qs, QLatin1String(result)));
             QCOMPARE(finish(job, added, aborted, reason), u""_qs);
@@ -69,7 +57,7 @@ private Q_SLOTS:
         QCOMPARE(create(u"1"_qs, u""_qs), answered(u"1"_qs, u"invalid arguments"_qs));
         QCOMPARE(create(u"1"_qs, u"{'url':''},{'url':'no scheme'},{'url':'http://[bad'}"_qs),
                  answered(u"1"_qs, u"invalid_parameter"_qs));
-        QCOMPARE(m_jobs.size(), 0);
+        QCOMPARE(m_host->jobs.size(), 0);
     }
 
     void captureRules()
@@ -82,7 +70,7 @@ private Q_SLOTS:
         create(u"2"_qs, one);
         create(u"3"_qs, one, u",'catchedDownloads':'1','ignoreSettings':'1'"_qs);
         create(u"4"_qs, one + u","_qs + one, u",'catchedDownloads':'1'"_qs);
-        QCOMPARE(m_jobs.size(), 3);
+        QCOMPARE(m_host->jobs.size(), 3);
     }
 
     void jobOfATask()
@@ -94,8 +82,8 @@ private Q_SLOTS:
                "'userAgent':'agent','httpCookies':'a=b; c=d=e','httpPostData':'k=\\u0000v\\u0000'},"
                "{'url':''},{'url':'http://[bad'},{'url':'ftp://a.org/2','httpReferer':'http://r',"
                "'documentUrl':'http://[p'}"_qs);
-        QCOMPARE(m_jobs.size(), 1);
-        const AbstractNewDownloadsRequest &request = m_jobs.constFirst().request;
+        QCOMPARE(m_host->jobs.size(), 1);
+        const AbstractNewDownloadsRequest &request = m_host->jobs.constFirst().request;
         QCOMPARE(request.source, AbstractNewDownloadsRequestSource::Browser);
         QCOMPARE(request.downloads.size(), 2);
         QCOMPARE(request.selectedDownloads, QBitArray(2, true));
@@ -123,7 +111,7 @@ private Q_SLOTS:
         QVERIFY(m_host->connectToApplication());
         for (const QString &id : {u"a"_qs, u"b"_qs, u"same"_qs, u"same"_qs})
             create(id, u"{'url':'http://a.org/b'}"_qs);
-        QCOMPARE(m_jobs.size(), 4);
+        QCOMPARE(m_host->jobs.size(), 4);
         QCOMPARE(finish(1, false, true), answered(u"b"_qs, u""_qs, u"0"_qs));
         QCOMPARE(finish(0, true), answered(u"a"_qs, u""_qs, u"1"_qs));
         // The first one's outcome is not that of the second, which replaced it.

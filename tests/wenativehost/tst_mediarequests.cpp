@@ -7,7 +7,6 @@
 #include "pmxflvsniffcallproctask.h"
 #include "pmxjsonserializeobject.h"
 #include "pmxkovbhipctasknetworkrequestnotification.h"
-#include "remoteincomingdownloadsprocessor.h"
 #include "turnedclock.h"
 
 #include <QSignalSpy>
@@ -222,11 +221,6 @@ private Q_SLOTS:
     {
         IsolatedHost host;
         QVERIFY(host.connectToApplication());
-        QList<AbstractNewDownloadsRequestJob> jobs;
-        const auto downloads = host.client->incomingDownloadsProcessor()
-                                   .objectCast<RemoteIncomingDownloadsProcessor>();
-        connect(downloads.data(), &RemoteIncomingDownloadsProcessor::sendJobToServer, this,
-                [&jobs](const AbstractNewDownloadsRequestJob &job) { jobs.append(job); });
         const auto tell = [&host](const char *type, const QString &record) {
             return host.tell(
                 u"{'id':'7','type':'%1','%1':{%2}}"_qs.arg(QLatin1String(type), record));
@@ -251,13 +245,14 @@ private Q_SLOTS:
                 QCOMPARE(tell("network_request_notification", request + told),
                          answer(u"7"_qs, u"network_request_notification"_qs, u""_qs));
             QCOMPARE(tell("video_sniffer", u"'webPageUrl':'http://p/'"_qs), u""_qs);
-            const AbstractNewDownloadsRequestJob &job = jobs.constLast();
+            const AbstractNewDownloadsRequestJob &job = host.jobs.constLast();
             const AbstractDownloadPersistentInfo &download = *job.request.downloads.at(0).info;
             QCOMPARE(job.request.preferredDownloadType, expected);
             QCOMPARE(download.source.url, QUrl(u"http://h/x"_qs));
             QCOMPARE(download.source.referer + download.userAgent, u"http://p/ua"_qs);
             QCOMPARE(download.source.cookies, QList({QNetworkCookie("a", "b")}));
-            downloads->onJobFinished(job.id, true, false, {}, {}, false);
+            Q_EMIT host.client->incomingDownloadsProcessor()->finished(job.id, true, false, {}, {},
+                                                                       false);
             QCOMPARE(host.sent(), sniffed(u""_qs, u"1"_qs));
         }
         QCOMPARE(tell("video_sniffer", u""_qs),
