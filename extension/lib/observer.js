@@ -2,7 +2,7 @@
 // looked for, else in the tabs for which the user asked.
 
 import { isWebAddress, withoutFragment } from './addresses.js';
-import { assumedHeaders, headerBlock } from './headers.js';
+import { headerBlock } from './headers.js';
 import { addressesIn, mediaIn } from './mediarules.js';
 import { playlistText } from './playlists.js';
 
@@ -14,7 +14,9 @@ const filter = {
 const mostRequests = 1000;
 
 /** How the browsers call it when a player has enough of an answer, which says nothing against it. */
-const brokenOff = new Set(['net::ERR_ABORTED', 'NS_BINDING_ABORTED', 'NS_ERROR_PARSED_DATA_CACHED']);
+const brokenOff = new Set([
+    'net::ERR_ABORTED', 'net::ERR_FAILED', 'NS_BINDING_ABORTED', 'NS_ERROR_PARSED_DATA_CACHED',
+]);
 
 /** Chromium shows the headers on cookies and the referrer only to who asks for these, too. */
 const allHeaders = ['requestHeaders', chrome.webRequest.OnSendHeadersOptions?.EXTRA_HEADERS].filter(Boolean);
@@ -33,8 +35,8 @@ export class Observer {
     #last = Promise.resolve();
 
     #events = [
-        [chrome.webRequest.onBeforeRequest, details => this.#onRequest(details)],
-        [chrome.webRequest.onSendHeaders, details => this.#onHeaders(details), allHeaders],
+        // This comes for what the browser has in its cache, too, and after each redirect.
+        [chrome.webRequest.onSendHeaders, details => this.#onRequest(details), allHeaders],
         [chrome.webRequest.onBeforeRedirect, details => this.#onRedirect(details)],
         [chrome.webRequest.onResponseStarted, details => this.#onResponse(details), ['responseHeaders']],
         [chrome.webRequest.onCompleted, details => this.#onCompleted(details)],
@@ -183,49 +185,38 @@ export class Observer {
 
     // --- requests ---
 
-    #onRequest({ requestId, tabId, frameId, type, url, method }) {
+    #onRequest({ requestId, tabId, frameId, type, url, method, requestHeaders }) {
         const page = this.#pageIn(tabId);
         const address = withoutFragment(url);
         if (!page || this.#reading.has(address))
             return;
-        this.#requests.delete(requestId);
-        this.#requests.set(requestId, {
+        const request = {
             requestId,
             tabId,
             frameId,
             url: address,
             method,
             // What is opened in a tab of its own is requested while that shows another page.
-            ownPage: type === 'main_frame',
             pageUrl: type === 'main_frame' ? address : page.url,
-            requestHeaders: null,
-        });
+            requestHeaders: headerBlock(requestHeaders),
+        };
+        this.#requests.delete(requestId);
+        this.#requests.set(requestId, request);
         if (this.#requests.size > mostRequests)
             this.#requests.delete(this.#requests.keys().next().value);
-    }
-
-    #onHeaders({ requestId, requestHeaders }) {
-        const request = this.#requests.get(requestId);
-        if (!request)
-            return;
-        request.requestHeaders = headerBlock(requestHeaders);
         this.#notifyOf('request', request);
     }
 
     #onRedirect({ requestId, redirectUrl }) {
         const request = this.#requests.get(requestId);
-        if (request && request.requestHeaders !== null)
+        if (request)
             this.#notifyOf('redirect', request, { data: withoutFragment(redirectUrl) });
     }
 
-    async #onResponse(details) {
+    #onResponse(details) {
         const request = this.#requests.get(details.requestId);
         if (!request)
             return;
-        if (request.requestHeaders === null) { // the browser had it, and asked nobody
-            request.requestHeaders = await assumedHeaders(request.url, request.ownPage ? '' : request.pageUrl);
-            this.#notifyOf('request', request);
-        }
         const shown = details.responseHeaders?.filter(each => !/^set-cookie2?$/i.test(each.name));
         request.statusCode = details.statusCode;
         request.responseHeaders = headerBlock(shown);
