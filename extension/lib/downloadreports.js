@@ -2,6 +2,9 @@
 
 import { addressOf, isWebAddress } from './addresses.js';
 
+/** A browser may tell of a request only after it has told that the download has ended. */
+const requestDelay = 3000;
+
 export class DownloadReports {
     /** Called with the address of what the browser begins to download. */
     onBegun = _url => {};
@@ -9,47 +12,51 @@ export class DownloadReports {
     #host;
     /** Addresses by the downloads' ids: when one ends the browser may have forgotten it. */
     #urls = new Map();
+    /** Timers of those that have ended and are not reported yet. */
+    #ending = new Map();
 
     constructor(host) { this.#host = host; }
 
     /** To be called at once when the script starts. */
     listen() {
-        chrome.downloads.onCreated.addListener(item => this.#onBegun(item));
-        chrome.downloads.onChanged.addListener(change => this.#onChanged(change));
-        chrome.downloads.onErased.addListener(id => this.#report(id, 'interrupted'));
+        chrome.downloads.onCreated.addListener(item => this.#begin(item));
+        chrome.downloads.onChanged.addListener(({ id, state }) => this.#change(id, state?.current));
+        chrome.downloads.onErased.addListener(id => this.#change(id, 'interrupted'));
     }
 
     /** A host that was just started knows nothing. */
     async announce() {
         for (const item of await chrome.downloads.search({ state: 'in_progress' }))
-            this.#onBegun(item);
+            this.#begin(item);
     }
 
-    #onBegun(item) {
+    isUnderWay(url) { return [...this.#urls.values()].includes(url); }
+
+    #begin(item) {
         if (item.state !== 'in_progress' || !isWebAddress(addressOf(item)))
             return;
+        clearTimeout(this.#ending.get(item.id));
+        this.#ending.delete(item.id);
         this.#urls.set(item.id, addressOf(item));
         this.#report(item.id, 'in_progress');
         this.onBegun(addressOf(item));
     }
 
-    isUnderWay(url) { return [...this.#urls.values()].includes(url); }
-
-    async #onChanged({ id, state }) {
-        if (state?.current !== 'in_progress') {
-            this.#report(id, state?.current);
-            return;
+    async #change(id, state) {
+        if (state === 'in_progress') { // it goes on after an interruption
+            for (const item of await chrome.downloads.search({ id }))
+                this.#begin(item);
+        } else if (state && this.#urls.has(id) && !this.#ending.has(id)) {
+            this.#ending.set(id, setTimeout(() => {
+                this.#report(id, state);
+                this.#ending.delete(id);
+                this.#urls.delete(id);
+            }, requestDelay));
         }
-        for (const item of await chrome.downloads.search({ id })) // it goes on after an interruption
-            this.#onBegun(item);
     }
 
     #report(id, state) {
         const url = this.#urls.get(id);
-        if (!url || !state)
-            return;
         this.#host.tell('browser_download_state_report', { browser_download_state_report: { url, state } });
-        if (state !== 'in_progress')
-            this.#urls.delete(id);
     }
 }
