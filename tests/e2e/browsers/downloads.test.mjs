@@ -10,7 +10,7 @@ import { Visit } from '../support/visit.mjs';
 const menuChoices = [
     ['dllink', '#small', ['/files/list.m3u']],
     ['dlselected', '#some', ['/files/one.bin', '/files/two.bin']],
-    ['dlall', 'h1', ['/files/data.bin', '/files/list.m3u', '/files/one.bin', '/files/two.bin']],
+    ['dlall', 'h1', ['/files/data.bin', '/files/moved.bin', '/files/list.m3u', '/files/one.bin', '/files/two.bin']],
 ];
 
 for (const name of browserNames) {
@@ -30,6 +30,13 @@ for (const name of browserNames) {
             strictEqual(visit.sandbox.running('kov').length, 1);
             ok(visit.server.requests.every(request => request.allowed), JSON.stringify(visit.server.requests));
             strictEqual((await visit.ask('status')).problem, null);
+        });
+
+        test('a link that leads elsewhere', async () => {
+            await visit.page.click('#moved');
+            arrived.push('/files/moved.bin');
+            await visit.untilDownloaded(visit.sandbox.downloads, arrived);
+            await visit.untilBrowserLists(0);
         });
 
         test('a form that posts', async () => {

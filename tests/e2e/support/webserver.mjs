@@ -13,6 +13,7 @@ const filesPage = `<title>Files</title>
     <a id="file" href="/files/data.bin">a file</a>
     <a id="small" href="/files/list.m3u">another</a>
     <p id="some" style="display: inline-block"><a href="/files/one.bin">1</a> <a href="/files/two.bin">2</a></p>
+    <a id="moved" href="/moved">elsewhere</a>
     <a href="mailto:nobody@example.com">write</a>
     <form id="form" action="/report" method="post">
       <input name="name" value="Müller &amp; Söhne"><input name="year" value="2026">
@@ -75,6 +76,8 @@ export class WebServer {
             this.#servePage(request, response, this.#pages.get(pathname));
         else if (this.#parts.has(pathname))
             this.#servePart(request, response, pathname);
+        else if (pathname === '/moved')
+            response.writeHead(302, { Location: '/files/moved.bin' }).end();
         else if (pathname.startsWith('/files/') || pathname === '/report')
             this.#serveFile(request, response, pathname);
         else
