@@ -204,8 +204,8 @@ private Q_SLOTS:
             {"a=http://h/a.mp4&b=http%3A//h/a.mp4", "http://h/a.mp4"},
             {"file:///etc/a.mp4 javascript:x.mp4", ""},
             {"http://h/player.swf?file=http://h/b.flv", "http://h/b.flv"},
-            {"f=http://h/v_,300,500,.mp4.csmil/m.m3u8&x=1",
-             "http://h/v_,300,500,.mp4.csmil/m.m3u8"},
+            {"f=http://h/v_,300,500,.mp4.csmil/m.m3u8?of=http://p&x=1",
+             "http://h/v_,300,500,.mp4.csmil/m.m3u8?of=http://p"},
             {"f=http://h/a.mp4,http://h/b.mp4;skin=x", "http://h/a.mp4 http://h/b.mp4"},
             {"file=%zz%a.mp4%", ""}};
         for (const auto &[text, expected] : cases) {

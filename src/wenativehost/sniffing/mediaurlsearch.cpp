@@ -46,7 +46,7 @@ private:
     void searchPart(QByteArrayView part, int depth)
     {
         const QByteArrayView whole = withoutName(part);
-        if (isAbsolute(whole) && whole.indexOf("http", 1) < 0 && namesMedia(toUrl(whole))) {
+        if (isAbsolute(whole) && !listsAddresses(whole) && namesMedia(toUrl(whole))) {
             searchWord(whole, depth);
             return;
         }
@@ -77,6 +77,12 @@ private:
     static bool isAbsolute(QByteArrayView address)
     {
         return address.startsWith("http://") || address.startsWith("https://");
+    }
+
+    static bool listsAddresses(QByteArrayView text)
+    {
+        return text.contains(",http") || text.contains(";http") || text.contains("[http")
+            || text.contains("(http");
     }
 
     static QUrl toUrl(QByteArrayView address) { return QUrl(QString::fromUtf8(address)); }
