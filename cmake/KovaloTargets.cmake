@@ -59,10 +59,14 @@ endfunction()
 
 # Lets the thread sanitizer see those of Qt's locks that it does not see by itself.
 function(kovalo_show_qt_locks target)
+    if(NOT KOVALO_SANITIZE STREQUAL "thread")
+        return()
+    endif()
     target_sources(${target} PRIVATE ${CMAKE_SOURCE_DIR}/tests/support/tsanqtlocks.cpp)
     foreach(symbol _ZN14QReadWriteLock11lockForReadEv _ZN14QReadWriteLock12lockForWriteEv
             _ZN14QReadWriteLock6unlockEv _ZN15QRecursiveMutex7tryLockEi
-            _ZN15QRecursiveMutex6unlockEv)
+            _ZN15QRecursiveMutex6unlockEv _ZN7QThread4waitE14QDeadlineTimer
+            _ZN7QThread21setTerminationEnabledEb)
         target_link_options(${target} PRIVATE LINKER:--wrap=${symbol})
     endforeach()
 endfunction()
@@ -81,9 +85,7 @@ function(kovalo_tests)
         target_link_libraries(${name} PRIVATE Qt6::Test ${ARG_LIBS})
         target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests/support)
         kovalo_use_pch(${name})
-        if(KOVALO_SANITIZE STREQUAL "thread")
-            kovalo_show_qt_locks(${name})
-        endif()
+        kovalo_show_qt_locks(${name})
         add_test(NAME ${name} COMMAND ${name})
         set_tests_properties(${name} PROPERTIES TIMEOUT 300 LABELS unit
             ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TSAN_OPTIONS=${tsan_options}")

@@ -38,12 +38,13 @@ void ConsoleMessagesReceiver::receive()
 {
     if (m_inputEnded)
         return;
+    const auto lengthForm = m_flags & TextLength ? ConsoleFrameReader::LengthForm::Text
+                                                 : ConsoleFrameReader::LengthForm::Binary;
     std::optional<quint32> length;
     std::optional<QByteArray> body;
     {
         const ReadConsoleThread::Blocking blocking;
-        length = m_reader.readLength(m_flags & TextLength ? ConsoleFrameReader::LengthForm::Text
-                                                          : ConsoleFrameReader::LengthForm::Binary);
+        length = m_reader.readLength(lengthForm);
         if (length)
             body = m_reader.readBody(*length);
     }
