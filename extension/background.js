@@ -21,7 +21,7 @@ const downloads = new Downloads(host, settings, requestLog);
 const downloadReports = new DownloadReports(host);
 const pages = new Pages();
 const observer = new Observer(host, pages, downloadReports);
-const videos = new Videos(host);
+const videos = new Videos(host, pages);
 let captions = {};
 
 function tell(message) {

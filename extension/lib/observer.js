@@ -98,14 +98,8 @@ export class Observer {
     /** A host that was just started knows nothing. */
     announce() {
         return this.#inOrder(() => {
-            for (const [, page] of this.#pages) {
+            for (const [, page] of this.#pages)
                 this.#notify('tab_navigated', { data: page.url });
-                for (const media of page.media) {
-                    this.#notifyOf('request', media);
-                    this.#notifyOf('response', media);
-                    this.#notifyOf('completed', media);
-                }
-            }
         });
     }
 

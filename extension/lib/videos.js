@@ -9,11 +9,30 @@ export class Videos {
     onOutcome = _error => {};
 
     #host;
+    #pages;
 
-    constructor(host) { this.#host = host; }
+    constructor(host, pages) {
+        this.#host = host;
+        this.#pages = pages;
+    }
 
-    /** What was clicked in a page: an element that plays something, else a frame, else the page. */
+    /**
+     * What was clicked in a page: an element that plays something, else a frame, else the page. The
+     * host forgets after some minutes what a page may play for hours, the playlist of a stream whose
+     * segments it still sees; so what was found here is named to it.
+     */
     async pick(info, tab) {
+        const found = this.#pages.get(tab.id)?.media ?? [];
+        const media = isWebAddress(info.srcUrl)
+            ? found.find(each => each.url === withoutFragment(info.srcUrl))
+            : bestOf(found, info.frameId);
+        if (media)
+            await this.download(media);
+        else
+            await this.#search(info, tab);
+    }
+
+    async #search(info, tab) {
         const pageUrl = withoutFragment(tab.url ?? info.pageUrl);
         const frameUrl = info.frameId ? withoutFragment(info.frameUrl ?? '') : '';
         const task = { webPageUrl: pageUrl, srcTabUrl: pageUrl, frameUrl };
@@ -44,4 +63,15 @@ export class Videos {
             this.onOutcome(error);
         }
     }
+}
+
+/** The same order as the host's: those of the frame, streams, the larger, the newer. */
+function bestOf(media, frameId) {
+    const ranks = [
+        each => Boolean(frameId) && each.frameId === frameId,
+        each => each.kind === 'stream',
+        each => each.size,
+        each => media.indexOf(each),
+    ];
+    return [...media].sort((a, b) => ranks.reduce((order, rank) => order || rank(b) - rank(a), 0))[0];
 }
