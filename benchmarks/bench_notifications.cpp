@@ -134,7 +134,7 @@ void compareCost(const QString &host)
         "notification %.2f us, unknown type %.2f us, ratio %.2f  (aim: at most 1.5); medians "
         "of %d runs of %d tasks, %lld bytes each\n",
         known, unknown, known / unknown, rounds, tasksPerRound,
-        bytes / (2 * (rounds + 1) * tasksPerRound));
+        bytes / (2LL * (rounds + 1) * tasksPerRound));
 }
 
 void watchMemory(const QString &host)

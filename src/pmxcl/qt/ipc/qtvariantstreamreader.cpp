@@ -245,7 +245,7 @@ bool QtVariantStreamReader::readNestedHash(QVariant &value, int depth)
     const char *const begin = m_cursor.rest().data();
     QVariantHash hash;
     const bool ok = readMap(hash, depth);
-    value = std::move(hash);
+    value = hash;
     const QByteArrayView bytes(begin, m_cursor.rest().data());
     if (ok && bytes.size() <= maxKnownHashSize) {
         m_hashes[m_oldestHash] = {bytes, depth, value};
