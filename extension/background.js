@@ -66,7 +66,7 @@ pages.onChanged = tabId => tell({ page: { tabId, media: mediaOf(tabId) } });
 
 /** What was found on a tab's page, as the popup shows it; null while that is not observed. */
 function mediaOf(tabId) {
-    return pages.get(tabId)?.media.map(({ requestId, name, kind, size }) => ({ requestId, name, kind, size }))
+    return pages.mediaOn(tabId)?.map(({ requestId, name, kind, size }) => ({ requestId, name, kind, size }))
         ?? null;
 }
 
@@ -116,7 +116,7 @@ const requests = {
         return mediaOf(tabId);
     },
     downloadMedia: async ({ tabId, requestId }) => {
-        await videos.download(pages.get(tabId)?.media.find(each => each.requestId === requestId));
+        await videos.download(pages.mediaOn(tabId)?.find(each => each.requestId === requestId));
         return status.describe();
     },
 };

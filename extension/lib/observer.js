@@ -157,15 +157,18 @@ export class Observer {
         return page ?? (this.#everywhere && tabId >= 0 ? this.#pages.add(tabId) : undefined);
     }
 
-    #onNavigated({ tabId, frameId, url }) {
-        const page = frameId === 0 && this.#pageIn(tabId);
+    #onNavigated({ tabId, frameId, url, documentLifecycle, frameType }) {
+        const page = this.#pageIn(tabId);
         const next = pageUrlOf(url);
-        if (!page || next === page.url) // a page that is loaded again is the same
+        if (page && documentLifecycle === 'prerender' && frameType === 'outermost_frame')
+            this.#pages.change(tabId, { ahead: { ...page.ahead, [frameId]: next } });
+        if (!page || frameId !== 0 || next === page.url) // a page that is loaded again is the same
             return;
         this.#notify('tab_navigated', { srcTabUrl: page.url, data: next });
-        // What is opened in a tab of its own was found before.
+        // Something was found before on what was rendered ahead, and on what has a tab of its own.
+        const { playlists, named } = Object.values(page.ahead).includes(next) ? page : { playlists: [], named: [] };
         const media = page.media.filter(each => each.pageUrl === next);
-        this.#pages.change(tabId, { url: next, media, playlists: [], named: [] });
+        this.#pages.change(tabId, { url: next, ahead: {}, media, playlists, named });
     }
 
     #onAddressChanged({ tabId, frameId, url }) {
@@ -174,12 +177,18 @@ export class Observer {
         if (!page || next === page.url)
             return;
         this.#notify('tab_url_changed', { srcTabUrl: page.url, data: next });
-        this.#pages.change(tabId, { url: next, media: page.media.map(each => ({ ...each, pageUrl: next })) });
+        const underWay = [...this.#requests.values()].filter(each => each.tabId === tabId);
+        for (const each of [...page.media, ...underWay]) {
+            if (each.pageUrl === page.url)
+                each.pageUrl = next;
+        }
+        this.#pages.change(tabId, { url: next });
     }
 
     // --- requests ---
 
-    #onRequest({ requestId, tabId, frameId, type, url, method, requestHeaders }) {
+    #onRequest(details) {
+        const { requestId, tabId, frameId, type, url, method, requestHeaders } = details;
         const page = this.#pageIn(tabId);
         const address = withoutFragment(url);
         if (!page || this.#reading.has(address))
@@ -191,7 +200,7 @@ export class Observer {
             url: address,
             method,
             // What is opened in a tab of its own is requested while that shows another page.
-            pageUrl: type === 'main_frame' ? address : page.url,
+            pageUrl: type === 'main_frame' ? address : pageUrlAt(page, details),
             requestHeaders: headerBlock(requestHeaders),
         };
         this.#requests.delete(requestId);
@@ -274,6 +283,13 @@ export class Observer {
         };
         this.#notify(type, { requestId, url, srcTabUrl: pageUrl, ...members[type], ...changes });
     }
+}
+
+/** The page of a tab on which a request is made. */
+function pageUrlAt(page, { frameId, parentFrameId, documentLifecycle }) {
+    return documentLifecycle === 'prerender'
+        ? page.ahead[frameId] ?? page.ahead[parentFrameId] ?? ''
+        : page.url;
 }
 
 /** How a page is called; '' for one that is none of the web. */

@@ -13,6 +13,8 @@ const saveDelay = 200;
  * @typedef {object} Page
  * @property {string} url without fragment; '' when it is none of the web
  * @property {boolean} asked whether the user asked for this tab
+ * @property {object} ahead the addresses of pages that the browser renders before the user goes
+ *     there, by the ids of their frames
  * @property {object[]} media the latest last: what mediaIn() tells, and the request
  * @property {string[]} playlists the addresses of all playlists, those of pieces among them
  * @property {string[]} named the addresses that the playlists name
@@ -36,7 +38,7 @@ export class Pages {
     [Symbol.iterator]() { return this.#byTab[Symbol.iterator](); }
 
     add(tabId, url = '') {
-        this.#byTab.set(tabId, { url, asked: false, media: [], playlists: [], named: [] });
+        this.#byTab.set(tabId, { url, asked: false, ahead: {}, media: [], playlists: [], named: [] });
         return this.change(tabId, {});
     }
 
@@ -44,6 +46,12 @@ export class Pages {
         const page = Object.assign(this.#byTab.get(tabId), members);
         this.#changed(tabId);
         return page;
+    }
+
+    /** The media of the page that a tab shows, undefined when that is not observed. */
+    mediaOn(tabId) {
+        const page = this.#byTab.get(tabId);
+        return page?.media.filter(media => media.pageUrl === page.url);
     }
 
     remove(tabId) {

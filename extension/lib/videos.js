@@ -22,7 +22,7 @@ export class Videos {
      * segments it still sees; so what was found here is named to it.
      */
     async pick(info, tab) {
-        const found = this.#pages.get(tab.id)?.media ?? [];
+        const found = this.#pages.mediaOn(tab.id) ?? [];
         const media = isWebAddress(info.srcUrl)
             ? found.find(each => each.url === withoutFragment(info.srcUrl))
             : bestOf(found, info.frameId);

@@ -137,8 +137,8 @@ for (const name of browserNames) {
         const listed = () => popup.evaluate(() => document.getElementById('page').hidden ? null
             : [...document.querySelectorAll('#media button')].map(button => button.textContent).sort());
         /** Shows the popup anew, as if it were opened over the page. */
-        async function showPopup() {
-            const tabId = await visit.tabId(visit.page);
+        async function showPopup(address = visit.page.url()) {
+            const tabId = await visit.tabId(address);
             await popup.evaluate(async id => {
                 await chrome.tabs.update(id, { active: true });
                 location.reload();
@@ -187,6 +187,20 @@ for (const name of browserNames) {
                 ok(visit.server.requests.every(request => request.allowed), JSON.stringify(visit.server.requests));
             });
         }
+
+        test('a page that the browser may render before the user goes there', async () => {
+            visit.server.addPage('/ahead', `<a id="next" href="/player/1">next</a><script type="speculationrules">
+                {"prerender": [{"source": "list", "urls": ["/player/1"], "eagerness": "immediate"}]}</script>`);
+            visit.server.requests.length = 0;
+            await visit.page.goto(`${visit.server.origin}/ahead`);
+            const isPlayed = () => visit.server.requests.filter(each => each.path === pages[1].wants).length === 3;
+            if (name === 'chromium')
+                await visit.until(isPlayed, 'the page to be rendered ahead');
+            await visit.page.click('#next');
+            await visit.until(isPlayed, 'the page to be shown');
+            await showPopup(`${visit.server.origin}/player/1`);
+            await popupLists(pages[1].lists);
+        });
 
         test('what was found outlives the script and its host', async () => {
             await open(1);

@@ -49,9 +49,9 @@ export class Visit {
     }
 
     /** The id of the tab that shows a page. */
-    tabId(page) {
+    tabId(address) {
         return this.extension.evaluate(
-            async url => (await chrome.tabs.query({})).find(tab => tab.url === url).id, page.url());
+            async url => (await chrome.tabs.query({})).find(tab => tab.url === url).id, address);
     }
 
     /** Right-clicks an element of a page and chooses an entry of the extension. */
