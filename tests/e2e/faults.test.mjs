@@ -8,7 +8,7 @@ import { after, before, describe, test } from 'node:test';
 import { setTimeout as pause } from 'node:timers/promises';
 import { CountingServer, Scene } from './support/faultscene.mjs';
 import { until } from './support/hostprocess.mjs';
-import { endsInOrder, sanitized } from './support/hosttest.mjs';
+import { sanitized } from './support/hosttest.mjs';
 import { numbers } from './support/mutations.mjs';
 
 const seed = Number(process.env.KOVALO_SEED ?? 20260101);

@@ -142,7 +142,7 @@ private Q_SLOTS:
             const std::string mask = randomText(random, "aAb*?*", 7);
             const bool expected = matchesByDefinition(text.c_str(), mask.c_str());
             const bool withoutCase = matchesByDefinition(lower(text).c_str(), lower(mask).c_str());
-            const std::string what = mask + " against " + text;
+            const std::string what = std::string(mask).append(" against ").append(text);
             QVERIFY2((strcmp_m(text.c_str(), mask.c_str()) != nullptr) == expected, what.c_str());
             QVERIFY2((strcmpi_m(text.c_str(), mask.c_str()) != nullptr) == withoutCase,
                      what.c_str());

@@ -62,14 +62,15 @@ private Q_SLOTS:
     /// Ready when all are, requiring the server when any does.
     void isWhatItsPartsAre()
     {
-        const Part parts[] = {Part::create(), Part::create()};
+        QList<Part> parts;
         QtVhIpcCompositePart composite({}, {});
-        for (const Part &part : parts) {
+        for (const char *const name : {"one", "other"}) {
+            const Part part = parts.emplace_back(Part::create());
             part->setReady(false);
             part->setRequiringServer(true);
-            composite.addPart(QString::number(part == parts[0]), part, false, false);
+            composite.addPart(QString::fromLatin1(name), part, false, false);
         }
-        for (const Part &part : parts) {
+        for (const Part &part : std::as_const(parts)) {
             QVERIFY(!composite.isReady() && composite.isRequiringServer());
             part->setReady(true);
             part->setRequiringServer(false);
