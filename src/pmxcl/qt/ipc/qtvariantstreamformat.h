@@ -14,8 +14,4 @@ constexpr quint32 nullLength = 0xFFFFFFFF;
 /// The milliseconds since midnight that stand for a null time.
 constexpr quint32 nullTime = 0xFFFFFFFF;
 
-/// In bytes. Nested hashes that say something are usually longer, and met once; shorter ones are
-/// kept with their bytes for when they are met again.
-constexpr qsizetype maxKnownHashSize = 512;
-
 } // namespace QtVariantStreamFormat

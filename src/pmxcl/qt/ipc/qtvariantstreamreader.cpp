@@ -13,7 +13,6 @@
 #include <QtEndian>
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <utility>
 
@@ -113,25 +112,8 @@ size_t placeOfKey(QByteArrayView utf16)
 /// The name that QTimeZone gives to a zone of its own making.
 constexpr QByteArrayView customTimeZone("\0O\0f\0f\0s\0e\0t\0F\0r\0o\0m\0U\0t\0c", 26);
 
-// Messages have the same keys again and again, and many of the same hashes that say nothing. What
-// was read lately is shared with what has the same bytes.
-
-struct KnownKey {
-    QByteArray utf16;
-    QString text;
-};
-/// In bytes.
-constexpr qsizetype maxKnownKeySize = 128;
-/// This thread's, two for each place that a key may have.
-thread_local std::array<std::array<KnownKey, 2>, 128> knownKeys;
-
-struct KnownHash {
-    QByteArray bytes;
-    int depth = 0;
-    QVariant value;
-};
-thread_local std::array<KnownHash, 8> knownHashes;
-thread_local size_t oldestKnownHash = 0;
+/// In bytes. Hashes that say something are usually longer, and met once.
+constexpr qsizetype maxKnownHashSize = 512;
 
 } // namespace
 
@@ -265,9 +247,9 @@ bool QtVariantStreamReader::readNestedHash(QVariant &value, int depth)
     const bool ok = readMap(hash, depth);
     value = hash;
     const QByteArrayView bytes(begin, m_cursor.rest().data());
-    if (ok && bytes.size() <= QtVariantStreamFormat::maxKnownHashSize) {
-        knownHashes[oldestKnownHash] = {bytes.toByteArray(), depth, value};
-        oldestKnownHash = (oldestKnownHash + 1) % knownHashes.size();
+    if (ok && bytes.size() <= maxKnownHashSize) {
+        m_hashes[m_oldestHash] = {bytes, depth, value};
+        m_oldestHash = (m_oldestHash + 1) % m_hashes.size();
     }
     return ok;
 }
@@ -276,11 +258,11 @@ bool QtVariantStreamReader::findKnownHash(QVariant &value, int depth)
 {
     const QByteArrayView rest = m_cursor.rest();
     // One that was read less deep may hold more levels than are allowed here.
-    const auto known = std::find_if(
-        knownHashes.cbegin(), knownHashes.cend(), [&rest, depth](const KnownHash &hash) {
+    const auto known =
+        std::find_if(m_hashes.cbegin(), m_hashes.cend(), [&rest, depth](const Hash &hash) {
             return !hash.bytes.isEmpty() && depth <= hash.depth && rest.startsWith(hash.bytes);
         });
-    if (known == knownHashes.cend() || !m_cursor.skip(static_cast<quint64>(known->bytes.size())))
+    if (known == m_hashes.cend() || !m_cursor.skip(static_cast<quint64>(known->bytes.size())))
         return false;
     value = known->value;
     return true;
@@ -338,15 +320,11 @@ bool QtVariantStreamReader::readKey(QString &key)
         return false;
     if (isNull)
         return true;
-    if (utf16.isEmpty() || utf16.size() > maxKnownKeySize) {
-        key = textOf(utf16);
-        return true;
-    }
-    auto &[known, older] = knownKeys[placeOfKey(utf16) % knownKeys.size()];
-    if (known.utf16 != utf16) {
+    auto &[known, older] = m_keys[placeOfKey(utf16) % m_keys.size()];
+    if (known.text.isNull() || known.utf16 != utf16) {
         std::swap(known, older);
-        if (known.utf16 != utf16)
-            known = {utf16.toByteArray(), textOf(utf16)};
+        if (known.text.isNull() || known.utf16 != utf16)
+            known = {utf16, textOf(utf16)};
     }
     key = known.text;
     return true;

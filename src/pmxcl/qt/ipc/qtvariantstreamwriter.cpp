@@ -13,7 +13,6 @@
 #include <QtEndian>
 
 #include <algorithm>
-#include <array>
 #include <bit>
 
 namespace {
@@ -29,13 +28,6 @@ constexpr qsizetype headSize = sizeof(quint32) + sizeof(quint8);
 constexpr qsizetype sampleItems = 16;
 constexpr qsizetype maxReserve = qsizetype{64} * 1024 * 1024;
 
-/// A hash with its bytes. Most nested records of a download say nothing, and share one hash with
-/// all that are of the same kind.
-struct WrittenHash {
-    QVariantHash hash;
-    QByteArray bytes;
-};
-
 template <typename T> const T &content(const QVariant &value)
 {
     return *static_cast<const T *>(value.constData());
@@ -46,9 +38,8 @@ template <typename T> const T &content(const QVariant &value)
 QByteArray QtVariantStreamWriter::writeHash(const QHash<QString, QVariant> &hash)
 {
     QtVariantStreamWriter writer;
-    writer.reserve(usualSize);
+    writer.m_bytes.reserve(usualSize);
     writer.writeMap(hash);
-    writer.m_bytes.truncate(writer.written());
     return writer.m_bytes;
 }
 
@@ -106,7 +97,7 @@ void QtVariantStreamWriter::writeVariant(const QVariant &value)
         break;
     case QMetaType::QUuid:
         writeHead(value);
-        writeRaw(content<QUuid>(value).toRfc4122());
+        m_bytes += content<QUuid>(value).toRfc4122();
         break;
     case QMetaType::QDateTime:
         writeDateTime(value);
@@ -134,11 +125,9 @@ void QtVariantStreamWriter::writeDateTime(const QVariant &value)
 
 void QtVariantStreamWriter::writeByQt(const QVariant &value)
 {
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    QDataStream stream(&m_bytes, QIODevice::Append);
     stream.setVersion(QtVariantStreamFormat::version);
     stream << value;
-    writeRaw(bytes);
 }
 
 void QtVariantStreamWriter::writeHead(const QVariant &value)
@@ -157,13 +146,13 @@ void QtVariantStreamWriter::writeNumber(const QVariant &value, Number number)
 
 void QtVariantStreamWriter::writeList(const QVariantList &list)
 {
-    const qsizetype begin = written();
+    const qsizetype begin = m_bytes.size();
     write(static_cast<quint32>(list.size()));
-    qsizetype done = 0;
+    qsizetype written = 0;
     for (const QVariant &item : list) {
         writeVariant(item);
-        if (++done == sampleItems)
-            reserveForItems(written() - begin, list.size() - done);
+        if (++written == sampleItems)
+            reserveForItems(m_bytes.size() - begin, list.size() - written);
     }
 }
 
@@ -172,8 +161,8 @@ void QtVariantStreamWriter::reserveForItems(qsizetype sampleSize, qsizetype more
 {
     const qsizetype itemSize = (sampleSize + sampleSize / 8) / sampleItems;
     const qsizetype more = std::min(moreItems, maxReserve / itemSize) * itemSize;
-    if (const qsizetype wanted = written() + more; wanted > 2 * m_bytes.size())
-        reserve(wanted);
+    if (const qsizetype wanted = m_bytes.size() + more; wanted > 2 * m_bytes.capacity())
+        m_bytes.reserve(wanted);
 }
 
 template <typename Map> void QtVariantStreamWriter::writeMap(const Map &map)
@@ -187,24 +176,21 @@ template <typename Map> void QtVariantStreamWriter::writeMap(const Map &map)
 
 void QtVariantStreamWriter::writeNestedHash(const QVariantHash &hash)
 {
-    // What is known is held on to, so that nobody else can come to have its data.
-    thread_local std::array<WrittenHash, 8> knownHashes;
-    thread_local size_t oldest = 0;
-    const auto known =
-        std::find_if(knownHashes.cbegin(), knownHashes.cend(), [&hash](const WrittenHash &one) {
-            return !one.bytes.isEmpty() && one.hash.isSharedWith(hash);
-        });
-    if (known != knownHashes.cend()) {
-        writeRaw(known->bytes);
+    const auto known = std::find_if(m_writtenHashes.cbegin(), m_writtenHashes.cend(),
+                                    [&hash](const WrittenHash &written) {
+                                        return written.size > 0 && written.hash.isSharedWith(hash);
+                                    });
+    if (known != m_writtenHashes.cend()) {
+        char *const at = append(known->size);
+        std::copy_n(m_bytes.constData() + known->begin, known->size, at);
         return;
     }
-    const qsizetype begin = written();
+    const qsizetype begin = m_bytes.size();
     writeMap(hash);
-    const qsizetype size = written() - begin;
-    if (hash.isDetached() || size > QtVariantStreamFormat::maxKnownHashSize)
+    if (hash.isDetached())
         return;
-    knownHashes[oldest] = {hash, QByteArray(m_bytes.constData() + begin, size)};
-    oldest = (oldest + 1) % knownHashes.size();
+    m_writtenHashes[m_oldestHash] = {hash, begin, m_bytes.size() - begin};
+    m_oldestHash = (m_oldestHash + 1) % m_writtenHashes.size();
 }
 
 void QtVariantStreamWriter::writeString(const QString &text)
@@ -227,12 +213,7 @@ void QtVariantStreamWriter::writeBytes(const QByteArray &bytes)
         return;
     }
     write(static_cast<quint32>(bytes.size()));
-    writeRaw(bytes);
-}
-
-void QtVariantStreamWriter::writeRaw(const QByteArray &bytes)
-{
-    std::copy_n(bytes.constData(), bytes.size(), append(bytes.size()));
+    m_bytes += bytes;
 }
 
 template <typename Number> void QtVariantStreamWriter::write(Number number)
@@ -240,10 +221,9 @@ template <typename Number> void QtVariantStreamWriter::write(Number number)
     qToBigEndian(number, append(sizeof(number)));
 }
 
-void QtVariantStreamWriter::reserve(qsizetype size)
+char *QtVariantStreamWriter::append(qsizetype size)
 {
-    const qsizetype before = written();
-    m_bytes.resize(std::max(size, 2 * m_bytes.size()));
-    m_at = m_bytes.data() + before;
-    m_end = m_bytes.data() + m_bytes.size();
+    const qsizetype at = m_bytes.size();
+    m_bytes.resize(at + size);
+    return m_bytes.data() + at;
 }

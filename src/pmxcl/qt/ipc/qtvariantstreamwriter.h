@@ -6,6 +6,8 @@
 #include <QVariant>
 #include <QVariantHash>
 
+#include <array>
+
 /**
  * Writes a QHash<QString, QVariant> byte for byte as QDataStream does (version Qt_5_12).
  *
@@ -31,21 +33,18 @@ private:
     void writeString(const QString &text);
     void writeBytes(const QByteArray &bytes);
     template <typename Number> void write(Number number);
-    void writeRaw(const QByteArray &bytes);
     /// Makes room for so many bytes at the end, to be written before anything else is.
-    char *append(qsizetype size)
-    {
-        if (m_end - m_at < size)
-            reserve(written() + size);
-        char *const room = m_at;
-        m_at += size;
-        return room;
-    }
-    qsizetype written() const { return m_at ? m_at - m_bytes.constData() : 0; }
-    void reserve(qsizetype size);
+    char *append(qsizetype size);
 
-    /// Longer than what was written, which ends at m_at.
+    /// A hash that others may be shared with, and where it was written.
+    struct WrittenHash {
+        QVariantHash hash;
+        qsizetype begin = 0;
+        qsizetype size = 0;
+    };
+
     QByteArray m_bytes;
-    char *m_at = nullptr;
-    char *m_end = nullptr;
+    /// The records of a long list share the hashes of what says nothing; these were written lately.
+    std::array<WrittenHash, 8> m_writtenHashes;
+    size_t m_oldestHash = 0;
 };
