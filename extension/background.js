@@ -38,7 +38,8 @@ host.onConnected = async () => {
     try {
         const answer = await host.ask('ui_strings');
         captions = answer.strings;
-        showMenus(captions, settings.current?.browser.menu);
+        tell({ captions });
+        apply(await settings.own());
         await settings.query();
     } catch {
         // The port was closed meanwhile; onDisconnected tells of it.
@@ -53,8 +54,7 @@ host.onNotification = message => {
         settings.accept(message);
 };
 settings.onChanged = current => {
-    showMenus(captions, current.browser.menu);
-    observer.observeEverywhere(current.browser.monitor.video.enable);
+    apply(current.browser);
     tell({ settings: current });
 };
 downloadReports.onBegun = url => observer.forget(url);
@@ -63,6 +63,11 @@ downloads.onOutcome = showOutcome;
 videos.onOutcome = showOutcome;
 status.onChanged = current => tell({ status: current });
 pages.onChanged = tabId => tell({ page: { tabId, media: mediaOf(tabId) } });
+
+function apply({ menu, monitor }) {
+    showMenus(captions, menu);
+    observer.observeEverywhere(monitor.video.enable === true);
+}
 
 /** What was found on a tab's page, as the popup shows it; null while that is not observed. */
 function mediaOf(tabId) {

@@ -14,15 +14,25 @@ export class Settings {
     #host;
     /** The extension's own options that were changed, by their paths. */
     #own = {};
+    #restored = null;
     /** Counts what the host told. */
     #told = 0;
     #lastChange = Promise.resolve();
 
     constructor(host) { this.#host = host; }
 
+    /**
+     * What the user changed of the extension's own options: the record's "browser" with nothing else
+     * in it. It holds before the application has answered, too.
+     */
+    async own() {
+        await this.#restore();
+        return changed({ browser: { menu: {}, monitor: { video: {} } } }, this.#own).browser;
+    }
+
     /** Resolves once the application has answered, which may take as long as it takes to start. */
     async query() {
-        this.#own = (await chrome.storage.local.get(kept))[kept] ?? {};
+        await this.#restore();
         this.accept(await this.#host.ask('query_settings'));
         if (Object.keys(this.#own).length > 0)
             await this.change({});
@@ -46,7 +56,13 @@ export class Settings {
 
     forget() { this.current = null; }
 
+    #restore() {
+        this.#restored ??= chrome.storage.local.get(kept).then(stored => { this.#own = stored[kept] ?? {}; });
+        return this.#restored;
+    }
+
     async #post(changes) {
+        await this.#restore(); // or what is stored now would replace what was stored before
         const own = Object.entries(changes).filter(([path]) => isOwn(path));
         if (own.length > 0) {
             this.#own = { ...this.#own, ...Object.fromEntries(own) };
