@@ -48,8 +48,12 @@ form.addEventListener('submit', event => {
     save();
 });
 
-const captions = await ask('captions');
-for (const each of document.querySelectorAll('[data-caption]'))
-    each.textContent = captions[each.dataset.caption] ?? each.dataset.caption;
+function showCaptions(captions) {
+    for (const each of document.querySelectorAll('[data-caption]'))
+        each.textContent = captions[each.dataset.caption] ?? each.dataset.caption;
+}
+
+follow('captions', showCaptions);
 follow('settings', show);
+showCaptions(await ask('captions'));
 show(await ask('settings'));

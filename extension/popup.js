@@ -9,7 +9,7 @@ function show({ version, problem }) {
     element('status').textContent = problem
         ?? (version ? text('statusConnected', version) : text('statusConnecting'));
     element('status').classList.toggle('problem', problem !== null);
-    element('retry').hidden = problem === null;
+    element('retry').hidden = problem === null || version !== ''; // what is connected cannot be tried again
 }
 
 element('retry').textContent = text('retry');
@@ -19,6 +19,11 @@ element('options').textContent = text('openOptions');
 element('options').addEventListener('click', () => chrome.runtime.openOptionsPage());
 
 element('downloadAll').addEventListener('click', async () => show(await ask('downloadAll', { tabId })));
+
+function showCaptions({ dlall }) {
+    element('downloadAll').textContent = dlall ?? '';
+    element('downloadAll').hidden = !dlall;
+}
 
 const kinds = { video: 'kindVideo', audio: 'kindAudio', stream: 'kindStream' };
 
@@ -51,12 +56,11 @@ for (const each of document.querySelectorAll('[data-text]'))
 
 const [{ id: tabId }] = await chrome.tabs.query({ active: true, currentWindow: true });
 follow('status', show);
+follow('captions', showCaptions);
 follow('page', page => {
     if (page.tabId === tabId)
         showMedia(page.media);
 });
 show(await ask('status'));
-const { dlall } = await ask('captions');
-element('downloadAll').textContent = dlall ?? '';
-element('downloadAll').hidden = !dlall;
+showCaptions(await ask('captions'));
 showMedia(await ask('media', { tabId }));
