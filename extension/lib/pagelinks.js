@@ -3,7 +3,8 @@
 /**
  * @param {number} tabId
  * @param {{frameId?: number, selectedOnly?: boolean}} where one frame of the page, or all of it
- * @returns {Promise<{urls: string[], documentUrl: string}>} each address once
+ * @returns {Promise<{urls: string[], documentUrl: string}>} each address once; none of a page that
+ *     the browser keeps to itself
  */
 export async function pageLinks(tabId, { frameId, selectedOnly = false } = {}) {
     const target = { tabId };
@@ -15,7 +16,7 @@ export async function pageLinks(tabId, { frameId, selectedOnly = false } = {}) {
         target,
         func: linksHere,
         args: [selectedOnly],
-    });
+    }).catch(() => []);
     const frames = results.map(each => each.result).filter(Boolean);
     return {
         urls: [...new Set(frames.flatMap(frame => frame.urls))],
