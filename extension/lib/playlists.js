@@ -3,13 +3,16 @@
 
 const longest = 1024 * 1024;
 
+/** In milliseconds. Until a playlist is read, what the page asks of its address is passed over. */
+const patience = 10_000;
+
 /** Resolves with '' when it cannot be had. */
 export async function playlistText({ tabId, frameId, url }) {
     try {
         const [injected] = await chrome.scripting.executeScript({
             target: { tabId, frameIds: [frameId] },
             func: fetchHere,
-            args: [url, longest],
+            args: [url, longest, patience],
         });
         return injected?.result ?? '';
     } catch {
@@ -18,7 +21,11 @@ export async function playlistText({ tabId, frameId, url }) {
 }
 
 /** Runs in the page, so it can use nothing from here. */
-async function fetchHere(url, most) {
-    const response = await fetch(url, { cache: 'force-cache' }).catch(() => null);
-    return response?.ok ? (await response.text()).slice(0, most) : '';
+async function fetchHere(url, most, time) {
+    try {
+        const response = await fetch(url, { cache: 'force-cache', signal: AbortSignal.timeout(time) });
+        return response.ok ? (await response.text()).slice(0, most) : '';
+    } catch {
+        return '';
+    }
 }
