@@ -1,6 +1,6 @@
 // Tells the host what the browser downloads by itself, whose requests are no video on a page.
 
-import { addressOf, isWebAddress } from './addresses.js';
+import { addressOf, isWebAddress, withoutFragment } from './addresses.js';
 
 /** A browser may tell of a request only after it has told that the download has ended. */
 const requestDelay = 3000;
@@ -33,13 +33,14 @@ export class DownloadReports {
     isUnderWay(url) { return [...this.#urls.values()].includes(url); }
 
     #begin(item) {
-        if (item.state !== 'in_progress' || !isWebAddress(addressOf(item)))
+        const address = withoutFragment(addressOf(item)); // requests are told of without one
+        if (item.state !== 'in_progress' || !isWebAddress(address))
             return;
         clearTimeout(this.#ending.get(item.id));
         this.#ending.delete(item.id);
-        this.#urls.set(item.id, addressOf(item));
+        this.#urls.set(item.id, address);
         this.#report(item.id, 'in_progress');
-        this.onBegun(addressOf(item));
+        this.onBegun(address);
     }
 
     async #change(id, state) {
