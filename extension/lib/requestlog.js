@@ -76,6 +76,8 @@ export class RequestLog {
             return;
         request.isSent = true;
         request.contentType = headerValue(details.requestHeaders, 'content-type').toLowerCase();
+        if (!request.contentType.startsWith(formType))
+            request.body = null; // it is not posted again, and may be large
         this.#nowKnown();
     }
 }
