@@ -2,7 +2,7 @@
 // user picks from a page.
 
 import { addressOf, isWebAddress, lastSegment } from './addresses.js';
-import { cookiesFor } from './headers.js';
+import { cookiesFor, usualReferrer } from './headers.js';
 import { errorOf } from './hosterror.js';
 import { postedText } from './requestlog.js';
 
@@ -59,7 +59,7 @@ export class Downloads {
         try {
             const records = await Promise.all(urls.map(url => describe({
                 url,
-                httpReferer: documentUrl,
+                httpReferer: usualReferrer(url, documentUrl),
                 documentUrl,
             })));
             this.onOutcome(errorOf(await this.#ask(records, { caught: false })));

@@ -1,5 +1,7 @@
 // HTTP headers, as browsers give them to extensions and as the host takes them: as raw text.
 
+import { isWebAddress, withoutFragment } from './addresses.js';
+
 /** @param {{name: string, value?: string, binaryValue?: number[]}[]} headers */
 export function headerBlock(headers = []) {
     return headers.map(({ name, value, binaryValue }) =>
@@ -27,9 +29,9 @@ export async function assumedHeaders(url, documentUrl) {
 }
 
 /** The referrer that a document sends when it wishes nothing else. */
-function usualReferrer(url, documentUrl) {
-    if (!documentUrl || (documentUrl.startsWith('https:') && url.startsWith('http:')))
+export function usualReferrer(url, documentUrl) {
+    if (!isWebAddress(documentUrl) || (documentUrl.startsWith('https:') && url.startsWith('http:')))
         return '';
     const { origin } = new URL(documentUrl);
-    return new URL(url).origin === origin ? documentUrl : `${origin}/`;
+    return url.startsWith(`${origin}/`) ? withoutFragment(documentUrl) : `${origin}/`;
 }
