@@ -39,10 +39,8 @@ export class Downloads {
                 return;
             }
             const record = await this.#recordOf(item, posted, request.documentUrl);
-            const answer = await this.#ask([record], { caught: true });
-            const unwanted = answer.result === result.declined
-                && this.#settings.current?.browser.monitor.allowDownload === false;
-            if (answer.result === result.added || unwanted)
+            const answer = await this.#ask([record], { caught: true }, late => this.#onLate(item.id, late));
+            if (this.#isDone(answer))
                 await discard(item.id);
             else
                 await resume(item.id);
@@ -68,6 +66,20 @@ export class Downloads {
         }
     }
 
+    /** The application may have been silent because it asked the user; the browser went on meanwhile. */
+    async #onLate(id, answer) {
+        const [item] = await chrome.downloads.search({ id });
+        if (this.#isDone(answer) && item?.state === 'in_progress')
+            await discard(id);
+        this.onOutcome(errorOf(answer));
+    }
+
+    /** Whether nothing is left to the browser: the application has the download, or nobody wants it. */
+    #isDone(answer) {
+        return answer.result === result.added || (answer.result === result.declined
+            && this.#settings.current?.browser.monitor.allowDownload === false);
+    }
+
     #isOurs(item) {
         return item.state === 'in_progress' && !item.byExtensionId
             && isWebAddress(addressOf(item))
@@ -88,7 +100,7 @@ export class Downloads {
         });
     }
 
-    #ask(records, { caught }) {
+    #ask(records, { caught }, onLate) {
         return this.#host.askApplication('create_downloads', {
             create_downloads: {
                 downloads: { item: records },
@@ -96,7 +108,7 @@ export class Downloads {
                 ignoreSettings: caught ? '0' : '1',
                 waitResponse: '1',
             },
-        });
+        }, onLate);
     }
 }
 

@@ -43,13 +43,22 @@ export class NativeHost {
         return this.#send(type, members);
     }
 
-    /** The same for a task that the host answers when the application has. */
-    askApplication(type, members) {
-        let timer;
-        const patience = new Promise((_, reject) => {
-            timer = setTimeout(() => reject(new HostError('problemApplicationSilent')), applicationPatience);
+    /**
+     * The same for a task that the host answers when the application has. Rejects when that takes too
+     * long; the answer may still come, and is given to onLate then.
+     */
+    askApplication(type, members, onLate = () => {}) {
+        return new Promise((resolve, reject) => {
+            let isLate = false;
+            const timer = setTimeout(() => {
+                isLate = true;
+                reject(new HostError('problemApplicationSilent'));
+            }, applicationPatience);
+            this.open()
+                .then(() => (isLate ? null : this.#send(type, members))) // nobody waits for it any more
+                .then(answer => (isLate ? answer && onLate(answer) : resolve(answer)), reject)
+                .finally(() => clearTimeout(timer));
         });
-        return Promise.race([this.ask(type, members), patience]).finally(() => clearTimeout(timer));
     }
 
     /** Sends a task whose answer says nothing. It is dropped while there is no conversation. */
