@@ -79,11 +79,11 @@ function mediaOf(tabId) {
 
 async function addLinks(tabId, where) {
     const { urls, documentUrl } = await pageLinks(tabId, where);
-    await downloads.add(urls, documentUrl);
+    await downloads.add(urls, documentUrl, tabId);
 }
 
 const menuActions = {
-    dllink: info => downloads.add([info.linkUrl], info.frameUrl ?? info.pageUrl),
+    dllink: (info, tab) => downloads.add([info.linkUrl], info.frameUrl ?? info.pageUrl, tab?.id),
     dlvideo: async (info, tab) => {
         await observer.observe(tab.id);
         await videos.pick(info, tab);

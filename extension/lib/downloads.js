@@ -2,7 +2,7 @@
 // user picks from a page.
 
 import { addressOf, isWebAddress, lastSegment } from './addresses.js';
-import { cookiesFor, usualReferrer } from './headers.js';
+import { cookieStoreOf, cookiesFor, usualReferrer } from './headers.js';
 import { errorOf } from './hosterror.js';
 import { postedText } from './requestlog.js';
 
@@ -52,14 +52,15 @@ export class Downloads {
         }
     }
 
-    /** Addresses that the user picked from a page. */
-    async add(urls, documentUrl) {
+    /** Addresses that the user picked from a tab's page. */
+    async add(urls, documentUrl, tabId) {
         try {
+            const storeId = await cookieStoreOf(tabId);
             const records = await Promise.all(urls.map(url => describe({
                 url,
                 httpReferer: usualReferrer(url, documentUrl),
                 documentUrl,
-            })));
+            }, storeId)));
             this.onOutcome(errorOf(await this.#ask(records, { caught: false })));
         } catch (error) {
             this.onOutcome(error);
@@ -81,7 +82,8 @@ export class Downloads {
     }
 
     #isOurs(item) {
-        return item.state === 'in_progress' && !item.byExtensionId
+        // The application would remember what was downloaded in a private window.
+        return item.state === 'in_progress' && !item.byExtensionId && !item.incognito
             && isWebAddress(addressOf(item))
             && this.#settings.current?.browser.monitor.enable !== false;
     }
@@ -97,7 +99,7 @@ export class Downloads {
             documentUrl: documentUrl || item.referrer || '',
             httpPostData: posted,
             fileSize: String(size > 0 ? size : -1), // the host knows -1 as "not known"
-        });
+        }, item.cookieStoreId);
     }
 
     #ask(records, { caught }, onLate) {
@@ -138,8 +140,8 @@ function filenameOf(id) {
 }
 
 /** Completes a record by what this browser would send to the server. */
-async function describe(record) {
-    return { ...record, userAgent: navigator.userAgent, httpCookies: await cookiesFor(record.url) };
+async function describe(record, storeId) {
+    return { ...record, userAgent: navigator.userAgent, httpCookies: await cookiesFor(record.url, storeId) };
 }
 
 // What a download allows depends on how far it is, and it goes on meanwhile: a small one is

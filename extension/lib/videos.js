@@ -39,7 +39,7 @@ export class Videos {
         // Players that put a video together from pieces give it an address of their own.
         if (isWebAddress(info.srcUrl)) {
             task.url = withoutFragment(info.srcUrl);
-            task.requestHeaders = await assumedHeaders(task.url, frameUrl || pageUrl);
+            task.requestHeaders = await assumedHeaders(task.url, frameUrl || pageUrl, tab.id);
         }
         await this.#send(task);
     }
