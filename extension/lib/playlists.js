@@ -9,11 +9,13 @@ const patience = 10_000;
 /** Resolves with '' when it cannot be had. */
 export async function playlistText({ tabId, frameId, url }) {
     try {
-        const [injected] = await chrome.scripting.executeScript({
+        const read = chrome.scripting.executeScript({
             target: { tabId, frameIds: [frameId] },
             func: fetchHere,
-            args: [url, longest, patience],
+            args: [url, longest],
         });
+        const late = new Promise(resolve => { setTimeout(resolve, patience, []); });
+        const [injected] = await Promise.race([read, late]);
         return injected?.result ?? '';
     } catch {
         return ''; // the frame is gone
@@ -21,11 +23,7 @@ export async function playlistText({ tabId, frameId, url }) {
 }
 
 /** Runs in the page, so it can use nothing from here. */
-async function fetchHere(url, most, time) {
-    try {
-        const response = await fetch(url, { cache: 'force-cache', signal: AbortSignal.timeout(time) });
-        return response.ok ? (await response.text()).slice(0, most) : '';
-    } catch {
-        return '';
-    }
+async function fetchHere(url, most) {
+    const response = await fetch(url, { cache: 'force-cache' }).catch(() => null);
+    return response?.ok ? (await response.text()).slice(0, most) : '';
 }
