@@ -96,6 +96,7 @@ chrome.contextMenus.onClicked.addListener((info, tab) => menuActions[info.menuIt
 requestLog.listen();
 observer.listen();
 downloadReports.listen();
+downloads.resumeAll();
 chrome.downloads.onCreated.addListener(item => downloads.onBegun(item));
 
 // --- what the popup and the options page ask -----------------------------------------------------

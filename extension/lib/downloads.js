@@ -26,6 +26,14 @@ export class Downloads {
         this.#requests = requests;
     }
 
+    /** To be called at once when the script starts: what one before it left paused goes on. */
+    async resumeAll() {
+        for (const [key, value] of Object.entries(await chrome.storage.local.get(null))) {
+            if (key.startsWith(pausedPrefix))
+                await resume(value);
+        }
+    }
+
     /** A download that the browser has just begun. It goes on there unless the application has it. */
     async onBegun(item) {
         if (!this.#isOurs(item))
@@ -154,15 +162,21 @@ async function describe(record, storeId) {
  */
 const pausesWithoutLoss = 'onDeterminingFilename' in chrome.downloads;
 
+/** What is paused is kept under such a key: a script that ends meanwhile can answer for it no more. */
+const pausedPrefix = 'paused.';
+
 async function pause(id) {
-    if (pausesWithoutLoss)
-        await chrome.downloads.pause(id).catch(() => {});
+    if (!pausesWithoutLoss)
+        return;
+    await chrome.storage.local.set({ [pausedPrefix + id]: id }).catch(() => {});
+    await chrome.downloads.pause(id).catch(() => {});
 }
 
 async function resume(id) {
     const [item] = await chrome.downloads.search({ id });
     if (item?.paused)
         await chrome.downloads.resume(id).catch(() => {});
+    await chrome.storage.local.remove(pausedPrefix + id).catch(() => {});
 }
 
 async function discard(id) {
@@ -171,4 +185,5 @@ async function discard(id) {
     if (item?.state === 'complete')
         await chrome.downloads.removeFile(id).catch(() => {});
     await chrome.downloads.erase({ id });
+    await chrome.storage.local.remove(pausedPrefix + id).catch(() => {});
 }
