@@ -26,6 +26,9 @@ constexpr int lastSuccessStatus = 299;
 constexpr int temporaryRedirectStatus = 307;
 constexpr int permanentRedirectStatus = 308;
 
+constexpr int httpPort = 80;
+constexpr int httpsPort = 443;
+
 /// A line break in a header value would begin another header.
 bool isControl(QChar c) { return c.category() == QChar::Other_Control; }
 
@@ -39,6 +42,14 @@ bool hasControls(const QByteArray &text)
 {
     return std::any_of(text.cbegin(), text.cend(),
                        [](char c) { return isControl(QLatin1Char(c)); });
+}
+
+bool isSameOrigin(const QUrl &a, const QUrl &b)
+{
+    const auto port = [](const QUrl &url) {
+        return url.port(isValidHttpsUrl(url) ? httpsPort : httpPort);
+    };
+    return a.scheme() == b.scheme() && a.host() == b.host() && port(a) == port(b);
 }
 
 } // namespace
@@ -94,8 +105,8 @@ QNetworkRequest KovHttpDownload::networkRequest(const QUrl &url) const
     request.setRawHeader("Accept-Encoding", "identity");
     if (const QByteArray cookies = cookieHeader(url); !cookies.isEmpty())
         request.setRawHeader("Cookie", cookies);
-    if (!m_request.referrer.isEmpty())
-        request.setRawHeader("Referer", headerValue(m_request.referrer));
+    if (const QByteArray referrer = referrerHeader(url); !referrer.isEmpty())
+        request.setRawHeader("Referer", referrer);
     if (!m_request.postData.isEmpty())
         request.setHeader(QNetworkRequest::ContentTypeHeader,
                           QStringLiteral("application/x-www-form-urlencoded"));
@@ -109,6 +120,17 @@ QByteArray KovHttpDownload::cookieHeader(const QUrl &url) const
     for (const QNetworkCookie &cookie : cookies)
         pairs += cookie.toRawForm(QNetworkCookie::NameAndValueOnly);
     return pairs.join("; ");
+}
+
+QByteArray KovHttpDownload::referrerHeader(const QUrl &url) const
+{
+    // Which page of its own a site was asked from may hold what is no other site's business.
+    const QUrl page(m_request.referrer);
+    if (isSameOrigin(page, m_request.url) && !isSameOrigin(page, url))
+        return page.toEncoded(QUrl::RemoveUserInfo | QUrl::RemovePath | QUrl::RemoveQuery
+                              | QUrl::RemoveFragment)
+            + '/';
+    return headerValue(m_request.referrer.section(u'#', 0, 0));
 }
 
 void KovHttpDownload::addCookies()

@@ -19,8 +19,9 @@ class QNetworkReply;
  * Performs one download over http or https into a folder.
  *
  * Redirects are followed, except from https to http. Each download has its own cookies, which are
- * sent only where they belong, and what servers set on the way is kept for the rest of the way. The
- * file appears under its final name when all of it is there; a failed download leaves none.
+ * sent only where they belong, and what servers set on the way is kept for the rest of the way.
+ * Of a referrer on the site that was asked first, another site is told no more than the origin.
+ * The file appears under its final name when all of it is there; a failed download leaves none.
  */
 class KovHttpDownload : public QObject {
     Q_OBJECT
@@ -54,6 +55,8 @@ private:
     void sendRequest(const QUrl &url);
     QNetworkRequest networkRequest(const QUrl &url) const;
     QByteArray cookieHeader(const QUrl &url) const;
+    /// Empty when there is none.
+    QByteArray referrerHeader(const QUrl &url) const;
     /// Where the answer sends us; empty when it is no redirect.
     QUrl redirectTarget() const;
     /// False when the target may not be followed.

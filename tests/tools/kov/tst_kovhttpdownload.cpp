@@ -136,7 +136,7 @@ private Q_SLOTS:
         QCOMPARE(download({.url = m_server->url(u"/1"_qs)}), u"21"_qs);
     }
 
-    void cookiesGoWhereTheyBelong()
+    void cookiesAndReferrerGoWhereTheyBelong()
     {
         Server other;
         m_server->answer("/a/1",
@@ -147,12 +147,16 @@ private Q_SLOTS:
         QNetworkCookie foreign("foreign", "3");
         foreign.setDomain(u"example.org"_qs);
         QCOMPARE(download({.url = m_server->url(u"/a/1"_qs),
+                           .referrer = m_server->url(u"/page?secret#there"_qs).toString(),
                            .cookies = {QNetworkCookie("given", "1"), foreign}}),
                  u"3"_qs);
         QCOMPARE(header(0, "cookie"), "given=1");
         const QByteArray second = header(1, "cookie");
         QVERIFY(second == "given=1; new=2" || second == "new=2; given=1");
         QVERIFY(!other.requests().at(0).headers.contains("cookie"));
+        QCOMPARE(header(1, "referer"), m_server->url(u"/page?secret"_qs).toEncoded());
+        QCOMPARE(other.requests().at(0).headers.value("referer"),
+                 m_server->url(u"/"_qs).toEncoded());
     }
 };
 
