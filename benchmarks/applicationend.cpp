@@ -81,13 +81,18 @@ public:
         m_parts.reset(new QtVhIpcCompositePart(nullptr, nullptr));
         const auto settings =
             QSharedPointer<VhIpcSettings>::create(m_settings, flags, QSet<QString>());
-        QObject::connect(settings.data(), &QtAbstractVhIpcPart::sendVh, this,
-                         [this](const VhMap &map) { sizes.change = frameSize(map); });
         m_parts->addPart(VhIpcSettings::partName(), settings, false, false);
         m_parts->addPart(Keys::partName(), QSharedPointer<DownloadsPart>::create(sizes), false,
                          false);
         m_link.reset(new QtAbstractSocketVhIpc(QSharedPointer<QtLocalSocket>::create(socket),
                                                m_parts, 0, false));
+        // A client is told of all settings, too, when it asks for them. Connected last: the message
+        // is on its way when its size is taken.
+        QObject::connect(settings.data(), &QtAbstractVhIpcPart::sendVh, this,
+                         [this](const VhMap &map) {
+                             if (m_changes > 0 && sizes.change == 0)
+                                 sizes.change = frameSize(map);
+                         });
     }
     void changeSetting() override
     {

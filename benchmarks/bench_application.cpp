@@ -119,6 +119,15 @@ void report(const char *what, const std::vector<double> &host, const std::vector
     std::printf("\n");
 }
 
+/// A host that answers by itself is quick.
+void requireDownloads(const ApplicationEnd &application)
+{
+    if (application.sizes().message > 0)
+        return;
+    std::fprintf(stderr, "no download reached the application\n");
+    std::exit(1);
+}
+
 void compareWithFloor(const QString &host)
 {
     const QString relay = QCoreApplication::applicationDirPath() + QStringLiteral("/relayfloor");
@@ -135,6 +144,7 @@ void compareWithFloor(const QString &host)
         child.write(framed(R"({"id":"2","type":"query_settings"})"));
         pushBody = child.takeAnswer() - qsizetype(sizeof(quint32));
     }
+    requireDownloads(application);
     const ExchangeSizes sizes = application.sizes();
     std::printf("Task %d bytes; to the application %lld, from it %lld; answer %lld\n",
                 int(task(1).size()), sizes.message, sizes.answer, answerBody);
@@ -212,6 +222,7 @@ void measureBulk(const QString &host)
                                       / bulkSizes.back());
         }
     }
+    requireDownloads(application);
     for (size_t i = 0; i < bulkSizes.size(); ++i)
         std::printf("%6d downloads in one task: %6.2f us per download  (aim: at most 30), of which "
                     "%.2f us computing, %.2f us of that in the host\n",
