@@ -8,6 +8,7 @@
 #include "statistics.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
@@ -172,10 +173,13 @@ void measureLaunch(const QString &host)
 {
     const QString application = QFileInfo(host).path() + QStringLiteral("/kov");
     std::vector<double> times;
+    // Each home stays until the end: an application that quits still writes there.
+    const QTemporaryDir homes;
     for (int round = 0; round < launchRounds; ++round) {
-        const QTemporaryDir home;
-        qputenv("HOME", home.path().toLocal8Bit());
-        qputenv("TMPDIR", home.path().toLocal8Bit());
+        const QString home = homes.filePath(QString::number(round));
+        QDir().mkpath(home);
+        qputenv("HOME", home.toLocal8Bit());
+        qputenv("TMPDIR", home.toLocal8Bit());
         QElapsedTimer timer;
         timer.start();
         ChildProcess child(host);
