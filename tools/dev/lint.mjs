@@ -9,7 +9,7 @@
 
 import { execFile, execFileSync } from 'node:child_process';
 import { createHash } from 'node:crypto';
-import { existsSync, mkdirSync, readFileSync, readdirSync, writeFileSync } from 'node:fs';
+import { existsSync, mkdirSync, readFileSync, writeFileSync } from 'node:fs';
 import { cpus, homedir } from 'node:os';
 import { basename, dirname, join, relative } from 'node:path';
 import { fileURLToPath } from 'node:url';
@@ -104,18 +104,20 @@ const tools = {
         run('clazy-standalone', ['-checks=level1', '-header-filter=' + ownFiles, file, '--', ...flags]),
 };
 
+const isMocFolder = flag => flag.endsWith('_autogen/include');
+
 /** Has moc write its output, which some sources include, without building what they link. */
-async function generateMocOutput() {
-    const infos = readdirSync(buildDir, { recursive: true })
-        .filter(file => basename(file) === 'AutogenInfo.json');
-    for (const info of infos) {
-        const result = await run('cmake', ['-E', 'cmake_autogen', join(buildDir, info), 'Debug']);
+async function generateMocOutput(sources) {
+    // Not every AutogenInfo.json: those of targets that are no more stay in the build folder.
+    const folders = new Set(sources.flatMap(source => source.flags.filter(isMocFolder))
+        .map(flag => dirname(flag.slice('-I'.length))));
+    for (const folder of folders) {
+        const info = join(dirname(folder), 'CMakeFiles', `${basename(folder)}.dir`, 'AutogenInfo.json');
+        const result = await run('cmake', ['-E', 'cmake_autogen', info, 'Debug']);
         if (!result.clean)
             throw new Error(`moc failed for ${info}\n${result.text}`);
     }
 }
-
-const isMocFolder = flag => flag.endsWith('_autogen/include');
 
 /** Sources as one translation unit. Of test programs, what main() does is left out. */
 function unityOf(batch) {
@@ -164,11 +166,11 @@ function batches(sources) {
 }
 
 async function main() {
-    await generateMocOutput();
     const listed = execFileSync('git', ['ls-files', '--cached', '--others', '--exclude-standard', '*.h'],
                                 { cwd: root, encoding: 'utf8' });
     const reader = new IncludeReader(listed.split('\n').filter(file => file && existsSync(join(root, file))));
     const sources = compiledSources();
+    await generateMocOutput(sources);
     const key = toolKey();
     const stampOf = (tool, batch) => join(cacheDir, hash(
         tool, key, ...batch.map(source => reader.textOf(source.file)
