@@ -16,6 +16,9 @@ import { Sandbox } from './sandbox.mjs';
 const source = readFileSync(new URL('../../../extension/lib/settings.js', import.meta.url), 'utf8');
 const { Settings } = await import(`data:text/javascript,${encodeURIComponent(source.replace(/^import .*$/gm, ''))}`);
 
+// Nothing is kept: none of the options that only the extension has is changed here.
+globalThis.chrome = { storage: { local: { get: () => Promise.resolve({}) } } };
+
 /** The extension's end of a host: matches answers with their tasks and notes any that are too many. */
 export class Extension {
     settings = new Settings(this);
