@@ -54,15 +54,6 @@ QByteArray task(int downloads)
                   + R"(]},"catchedDownloads":"1","waitResponse":"1","ignoreSettings":"0"}})");
 }
 
-double roundTrip(ChildProcess &child, const QByteArray &message)
-{
-    QElapsedTimer timer;
-    timer.start();
-    child.write(message);
-    child.takeAnswer();
-    return microseconds(timer);
-}
-
 /// Of each measure, a value from each round.
 struct Samples {
     std::vector<double> start;
@@ -79,7 +70,7 @@ void runConversation(const QString &program, const QStringList &arguments, Appli
     QElapsedTimer timer;
     timer.start();
     ChildProcess child(program, arguments);
-    roundTrip(child, message);
+    child.roundTrip(message);
     samples.start.push_back(microseconds(timer));
 
     const auto trips = [&](int count, bool spaced) {
@@ -87,7 +78,7 @@ void runConversation(const QString &program, const QStringList &arguments, Appli
         for (int i = 0; i < count; ++i) {
             if (spaced)
                 std::this_thread::sleep_for(pause);
-            times.push_back(roundTrip(child, message));
+            times.push_back(child.roundTrip(message));
         }
         return median(times);
     };
@@ -183,7 +174,7 @@ void measureLaunch(const QString &host)
         QElapsedTimer timer;
         timer.start();
         ChildProcess child(host);
-        roundTrip(child, task(1));
+        child.roundTrip(task(1));
         times.push_back(microseconds(timer));
         if (QProcess::execute(application, {QStringLiteral("quit")}) != 0) {
             std::fprintf(stderr, "the application did not run\n");
@@ -216,7 +207,7 @@ void measureBulk(const QString &host)
             const double ownBefore = ownComputingTime();
             double sum = 0;
             for (int n = 0; n < tasks; ++n)
-                sum += roundTrip(child, message);
+                sum += child.roundTrip(message);
             const double computed = child.computingTime() - hostBefore;
             if (round < 0) // warms up
                 continue;
@@ -239,10 +230,10 @@ void measureBulk(const QString &host)
                 median(hostComputing.back()) / median(hostComputing.front()));
 
     ChildProcess fresh(host);
-    roundTrip(fresh, task(1));
+    fresh.roundTrip(task(1));
     const long before = fresh.statusKibibytes("VmRSS");
     const QByteArray message = task(bulkSizes.back());
-    roundTrip(fresh, message);
+    fresh.roundTrip(message);
     const long peak = fresh.statusKibibytes("VmHWM");
     std::printf("a task of %d downloads, %lld bytes: at its peak %.1f bytes of memory for each\n",
                 bulkSizes.back(), message.size(),

@@ -49,16 +49,6 @@ enum Measure {
 /// Of each measure, a value from each round.
 using Samples = std::array<std::vector<double>, MeasureCount>;
 
-/// One handshake there and back.
-double roundTrip(ChildProcess &child, const QByteArray &message)
-{
-    QElapsedTimer timer;
-    timer.start();
-    child.write(message);
-    child.takeAnswer();
-    return microseconds(timer);
-}
-
 long finish(ChildProcess &child, const QString &program)
 {
     const ChildUsage usage = child.finish();
@@ -76,19 +66,19 @@ void runConversation(const QString &program, Samples &samples)
     QElapsedTimer timer;
     timer.start();
     ChildProcess child(program);
-    roundTrip(child, message);
+    child.roundTrip(message);
     samples[Start].push_back(microseconds(timer));
 
     std::vector<double> trips;
     trips.reserve(roundTrips);
     for (int i = 0; i < roundTrips; ++i)
-        trips.push_back(roundTrip(child, message));
+        trips.push_back(child.roundTrip(message));
     samples[RoundTrip].push_back(median(trips));
 
     trips.clear();
     for (int i = 0; i < spacedRoundTrips; ++i) {
         std::this_thread::sleep_for(pause);
-        trips.push_back(roundTrip(child, message));
+        trips.push_back(child.roundTrip(message));
     }
     samples[SpacedRoundTrip].push_back(median(trips));
 

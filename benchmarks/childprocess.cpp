@@ -1,6 +1,9 @@
 #include "childprocess.h"
 
+#include "statistics.h"
+
 #include <QByteArrayList>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QtEndian>
 
@@ -89,6 +92,15 @@ qsizetype ChildProcess::takeAnswer()
     const auto length = qFromLittleEndian<quint32>(prefix.constData());
     read(length);
     return prefix.size() + static_cast<qsizetype>(length);
+}
+
+double ChildProcess::roundTrip(const QByteArray &message)
+{
+    QElapsedTimer timer;
+    timer.start();
+    write(message);
+    takeAnswer();
+    return microseconds(timer);
 }
 
 void ChildProcess::exchange(const QByteArray &bytes, qsizetype answerSize)

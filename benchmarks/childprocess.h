@@ -26,6 +26,8 @@ public:
     QByteArray read(qsizetype size);
     /// Reads one answer and returns its size with its length prefix.
     qsizetype takeAnswer();
+    /// How long a message takes there and its answer back, in microseconds.
+    double roundTrip(const QByteArray &message);
     /// Writes the bytes while it reads the answers, until there are so many bytes of them.
     void exchange(const QByteArray &bytes, qsizetype answerSize);
     /// Ends the input and waits for the end of the process.

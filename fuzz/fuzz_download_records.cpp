@@ -9,6 +9,7 @@
 #include "abstractnewdownloadsrequest.h"
 #include "downloaderrorallowedtoautoretry.h"
 #include "downloadstagdetails.h"
+#include "encodedrecord.h"
 
 #include <QVariantMap>
 
@@ -183,18 +184,6 @@ private:
     const std::uint8_t *m_next;
     const std::uint8_t *const m_end;
 };
-
-template <typename Record> auto encoded(const Record &record)
-{
-    if constexpr (requires { record.toVariantHash(); })
-        return record.toVariantHash();
-    else if constexpr (requires { toVariantHash(record); })
-        return toVariantHash(record);
-    else if constexpr (requires { toVariantList(record); })
-        return toVariantList(record);
-    else
-        return toVariant(record);
-}
 
 /// The first decoding may drop what has no meaning, such as the type of a guid without a text.
 template <typename Record, typename Argument>

@@ -5,6 +5,7 @@
 #include "abstractnewdownloadsrequestjob.h"
 #include "downloaderrorallowedtoautoretry.h"
 #include "downloadstagdetails.h"
+#include "encodedrecord.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -71,18 +72,6 @@ QVariant refilled(const QVariant &sample, QRandomGenerator &random)
             *it = refilled(*it, random);
     }
     return hash;
-}
-
-template <typename Record> auto encoded(const Record &record)
-{
-    if constexpr (requires { record.toVariantHash(); })
-        return record.toVariantHash();
-    else if constexpr (requires { toVariantHash(record); })
-        return toVariantHash(record);
-    else if constexpr (requires { toVariantList(record); })
-        return toVariantList(record);
-    else
-        return toVariant(record);
 }
 
 /// The record, which has no empty list, is encoded as expected; it and records filled at random

@@ -194,10 +194,11 @@ void QtLocalSocket::onSocketStateChanged(QLocalSocket::LocalSocketState state)
 template <typename Tell> void QtLocalSocket::tellWhileClosing(Tell tell)
 {
     const QPointer<QtLocalSocket> self(this);
-    m_closing = true;
+    // Whoever is told may end the connection himself, which is told in between.
+    const bool wasClosing = std::exchange(m_closing, true);
     tell();
     if (self)
-        m_closing = false;
+        m_closing = wasClosing;
 }
 
 QtAbstractSocket::SocketState QtLocalSocket::convert(int localSocketState)

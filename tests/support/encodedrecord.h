@@ -1,0 +1,14 @@
+#pragma once
+
+/// The record as what it crosses the link: a hash, a list or a single value, as its kind has it.
+template <typename Record> auto encoded(const Record &record)
+{
+    if constexpr (requires { record.toVariantHash(); })
+        return record.toVariantHash();
+    else if constexpr (requires { toVariantHash(record); })
+        return toVariantHash(record);
+    else if constexpr (requires { toVariantList(record); })
+        return toVariantList(record);
+    else
+        return toVariant(record);
+}
