@@ -2,7 +2,7 @@
 
 import { doesNotMatch, match, strictEqual } from 'node:assert';
 import { test } from 'node:test';
-import { encodeFrame } from './support/framing.mjs';
+import { encodeFrame } from '../../tools/drivers/framing.mjs';
 import { endsInOrder, hostStarter } from './support/hosttest.mjs';
 
 const start = hostStarter();

@@ -7,7 +7,7 @@ import { chmodSync, readFileSync, readdirSync, renameSync, writeFileSync } from 
 import { after, before, describe, test } from 'node:test';
 import { setTimeout as pause } from 'node:timers/promises';
 import { CountingServer, Scene } from './support/faultscene.mjs';
-import { until } from './support/hostprocess.mjs';
+import { until } from '../../tools/drivers/hostprocess.mjs';
 import { sanitized } from './support/hosttest.mjs';
 import { numbers } from './support/mutations.mjs';
 

@@ -2,8 +2,8 @@
 
 import { deepStrictEqual, strictEqual } from 'node:assert';
 import { test } from 'node:test';
-import { encodeFrame, encodeLength } from './support/framing.mjs';
-import { until } from './support/hostprocess.mjs';
+import { encodeFrame, encodeLength } from '../../tools/drivers/framing.mjs';
+import { until } from '../../tools/drivers/hostprocess.mjs';
 import { endsInOrder, hostStarter } from './support/hosttest.mjs';
 
 const start = hostStarter();

@@ -4,10 +4,10 @@ import { deepStrictEqual, ok, strictEqual } from 'node:assert';
 import { chmodSync, mkdirSync, readFileSync, statSync } from 'node:fs';
 import { join } from 'node:path';
 import { after, test } from 'node:test';
-import { converse, farewell } from './support/conversation.mjs';
-import { HostProcess } from './support/hostprocess.mjs';
+import { converse, farewell } from '../../tools/drivers/conversation.mjs';
+import { HostProcess } from '../../tools/drivers/hostprocess.mjs';
 import { endsInOrder } from './support/hosttest.mjs';
-import { Sandbox } from './support/sandbox.mjs';
+import { Sandbox } from '../../tools/drivers/sandbox.mjs';
 
 const sandbox = new Sandbox();
 after(() => sandbox.remove());

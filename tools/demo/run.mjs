@@ -4,10 +4,10 @@
 import { createHash } from 'node:crypto';
 import { existsSync, readFileSync } from 'node:fs';
 import { join } from 'node:path';
-import { conversation, converse, farewell } from '../../tests/e2e/support/conversation.mjs';
-import { HostProcess, until } from '../../tests/e2e/support/hostprocess.mjs';
-import { Sandbox } from '../../tests/e2e/support/sandbox.mjs';
-import { WebServer } from '../../tests/e2e/support/webserver.mjs';
+import { conversation, converse, farewell } from '../drivers/conversation.mjs';
+import { HostProcess, until } from '../drivers/hostprocess.mjs';
+import { Sandbox } from '../drivers/sandbox.mjs';
+import { WebServer } from '../drivers/webserver.mjs';
 
 const filePath = '/files/data.bin';
 
@@ -74,7 +74,7 @@ async function throughPipes(sandbox, server) {
 }
 
 async function throughBrowser(name, sandbox, server) {
-    const { ExtendedBrowser, hostProgram } = await import('../../tests/e2e/support/browsers.mjs');
+    const { ExtendedBrowser, hostProgram } = await import('../drivers/browsers.mjs');
     const browser = await ExtendedBrowser.launch(name, sandbox);
     try {
         console.log(`${await browser.version()} runs the extension.`);

@@ -3,7 +3,7 @@
 import { deepStrictEqual, ok, strictEqual } from 'node:assert';
 import { readdirSync } from 'node:fs';
 import { after, before, describe, test } from 'node:test';
-import { browserDownloads, browserNames } from '../support/browsers.mjs';
+import { browserDownloads, browserNames } from '../../../tools/drivers/browsers.mjs';
 import { Visit } from '../support/visit.mjs';
 
 /** What is clicked, which entry is chosen then, and the files that it asks for. */

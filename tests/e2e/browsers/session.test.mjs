@@ -3,10 +3,10 @@
 import { deepStrictEqual, notStrictEqual, strictEqual } from 'node:assert';
 import { renameSync } from 'node:fs';
 import { after, before, describe, test } from 'node:test';
-import { ExtendedBrowser, browserNames, hostProgram } from '../support/browsers.mjs';
-import { converse, farewell } from '../support/conversation.mjs';
-import { until } from '../support/hostprocess.mjs';
-import { Sandbox } from '../support/sandbox.mjs';
+import { ExtendedBrowser, browserNames, hostProgram } from '../../../tools/drivers/browsers.mjs';
+import { converse, farewell } from '../../../tools/drivers/conversation.mjs';
+import { until } from '../../../tools/drivers/hostprocess.mjs';
+import { Sandbox } from '../../../tools/drivers/sandbox.mjs';
 
 for (const name of browserNames) {
     describe(name, { timeout: 180_000 }, () => {

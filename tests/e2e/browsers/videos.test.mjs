@@ -3,7 +3,7 @@
 
 import { deepStrictEqual, ok, strictEqual } from 'node:assert';
 import { after, before, describe, test } from 'node:test';
-import { browserDownloads, browserNames, hostProgram } from '../support/browsers.mjs';
+import { browserDownloads, browserNames, hostProgram } from '../../../tools/drivers/browsers.mjs';
 import { Visit } from '../support/visit.mjs';
 
 /** What surrounds a video on a page. None of it may ever be taken for the video. */

@@ -7,9 +7,9 @@ import { createHash } from 'node:crypto';
 import { readFileSync } from 'node:fs';
 import { createServer } from 'node:http';
 import { join } from 'node:path';
-import { HostProcess, until } from './hostprocess.mjs';
+import { HostProcess, until } from '../../../tools/drivers/hostprocess.mjs';
 import { endsInOrder } from './hosttest.mjs';
-import { Sandbox } from './sandbox.mjs';
+import { Sandbox } from '../../../tools/drivers/sandbox.mjs';
 
 // The extension's own class. Loaded as text, since Node.js takes its file for no module; what it
 // imports is for errors that do not occur here.

@@ -2,8 +2,8 @@
 
 import { after, before } from 'node:test';
 import { strictEqual } from 'node:assert';
-import { HostProcess } from './hostprocess.mjs';
-import { Sandbox } from './sandbox.mjs';
+import { HostProcess } from '../../../tools/drivers/hostprocess.mjs';
+import { Sandbox } from '../../../tools/drivers/sandbox.mjs';
 
 /** Under the sanitizers everything takes several times as long. */
 export const sanitized = process.env.KOVALO_SANITIZED === '1';

@@ -3,10 +3,10 @@
 import { execFileSync } from 'node:child_process';
 import { existsSync, readFileSync, readdirSync } from 'node:fs';
 import { join } from 'node:path';
-import { ExtendedBrowser } from './browsers.mjs';
-import { until } from './hostprocess.mjs';
-import { Sandbox } from './sandbox.mjs';
-import { WebServer } from './webserver.mjs';
+import { ExtendedBrowser } from '../../../tools/drivers/browsers.mjs';
+import { until } from '../../../tools/drivers/hostprocess.mjs';
+import { Sandbox } from '../../../tools/drivers/sandbox.mjs';
+import { WebServer } from '../../../tools/drivers/webserver.mjs';
 
 /** What is still being written has another name. */
 const isWhole = file => !/\.(kovdownload|crdownload|part)$/.test(file);

@@ -7,7 +7,7 @@ import { fileURLToPath } from 'node:url';
 import puppeteer from 'puppeteer-core';
 import { until } from './hostprocess.mjs';
 
-const extensionFolder = fileURLToPath(new URL('../../../extension', import.meta.url));
+const extensionFolder = fileURLToPath(new URL('../../extension', import.meta.url));
 const extensionManifest = JSON.parse(readFileSync(join(extensionFolder, 'manifest.json')));
 /** The file name of the host. */
 export const hostProgram = 'wenativehost';
@@ -24,7 +24,7 @@ function chromiumId() {
 
 /** Registers the host as an installation does. kind: "chromium" or "firefox". */
 function registerHost(folder, sandbox, kind) {
-    const template = new URL(`../../../packaging/manifests/${kind}.json.in`, import.meta.url);
+    const template = new URL(`../../packaging/manifests/${kind}.json.in`, import.meta.url);
     mkdirSync(folder, { recursive: true });
     writeFileSync(join(folder, `${hostName}.json`),
                   readFileSync(template, 'utf8').replace('@HOST@', sandbox.host));
