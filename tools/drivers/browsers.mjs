@@ -2,12 +2,13 @@
 
 import { createHash } from 'node:crypto';
 import { mkdirSync, readFileSync, writeFileSync } from 'node:fs';
-import { join } from 'node:path';
-import { fileURLToPath } from 'node:url';
+import { dirname, join } from 'node:path';
 import puppeteer from 'puppeteer-core';
 import { until } from './hostprocess.mjs';
+import { builtHost } from './sandbox.mjs';
 
-const extensionFolder = fileURLToPath(new URL('../../extension', import.meta.url));
+/** The extension as the build puts it together, beside the host's folder. */
+const extensionFolder = join(dirname(builtHost()), '../webextension');
 const extensionManifest = JSON.parse(readFileSync(join(extensionFolder, 'manifest.json')));
 /** The file name of the host. */
 export const hostProgram = 'wenativehost';
