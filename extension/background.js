@@ -3,12 +3,18 @@
 
 import { DownloadReports } from './lib/downloadreports.js';
 import { Downloads } from './lib/downloads.js';
+import { Gestures } from './lib/gestures.js';
+import { Handovers } from './lib/handovers.js';
+import { HostError } from './lib/hosterror.js';
 import { showMenus } from './lib/menus.js';
 import { NativeHost } from './lib/nativehost.js';
 import { Observer } from './lib/observer.js';
-import { pageLinks } from './lib/pagelinks.js';
+import { Outcomes } from './lib/outcomes.js';
+import { pageLink, pageLinks } from './lib/pagelinks.js';
 import { Pages } from './lib/pages.js';
+import { ReferrerPolicies } from './lib/referrer.js';
 import { RequestLog } from './lib/requestlog.js';
+import { isSettingName } from './lib/settingnames.js';
 import { Settings } from './lib/settings.js';
 import { Status, inWords } from './lib/status.js';
 import { Videos } from './lib/videos.js';
@@ -16,8 +22,12 @@ import { Videos } from './lib/videos.js';
 const host = new NativeHost();
 const status = new Status();
 const settings = new Settings(host);
-const requestLog = new RequestLog();
-const downloads = new Downloads(host, settings, requestLog);
+const requests = new RequestLog();
+const gestures = new Gestures();
+const policies = new ReferrerPolicies();
+const handovers = new Handovers();
+const outcomes = new Outcomes();
+const downloads = new Downloads({ host, settings, requests, gestures, policies, handovers, outcomes });
 const downloadReports = new DownloadReports(host);
 const pages = new Pages();
 const observer = new Observer(host, pages, downloadReports);
@@ -59,7 +69,10 @@ settings.onChanged = current => {
 };
 downloadReports.onBegun = url => observer.forget(url);
 const showOutcome = error => (error ? status.failed(error) : status.succeeded());
-downloads.onOutcome = showOutcome;
+outcomes.onTold = (outcome, error) => {
+    showOutcome(error);
+    tell({ outcome });
+};
 videos.onOutcome = showOutcome;
 status.onChanged = current => tell({ status: current });
 pages.onChanged = tabId => tell({ page: { tabId, media: mediaOf(tabId) } });
@@ -77,31 +90,31 @@ function mediaOf(tabId) {
 
 // --- what the user does --------------------------------------------------------------------------
 
-async function addLinks(tabId, where) {
-    const { urls, documentUrl } = await pageLinks(tabId, where);
-    await downloads.add(urls, documentUrl, tabId);
-}
+async function addLinks(tab, where) { await downloads.add(await pageLinks(tab.id, where), tab); }
 
 const menuActions = {
-    dllink: (info, tab) => downloads.add([info.linkUrl], info.frameUrl ?? info.pageUrl, tab?.id),
+    dllink: async ({ linkUrl, frameId, frameUrl, pageUrl }, tab) =>
+        downloads.add([await pageLink(tab.id, linkUrl, frameId, frameUrl ?? pageUrl)], tab),
     dlvideo: async (info, tab) => {
         await observer.observe(tab.id);
         await videos.pick(info, tab);
     },
-    dlselected: (info, tab) => addLinks(tab.id, { frameId: info.frameId, selectedOnly: true }),
-    dlall: (_info, tab) => addLinks(tab.id),
+    dlselected: (info, tab) => addLinks(tab, { frameId: info.frameId, selectedOnly: true }),
+    dlall: (_info, tab) => addLinks(tab),
 };
 chrome.contextMenus.onClicked.addListener((info, tab) => menuActions[info.menuItemId](info, tab));
 
-requestLog.listen();
+requests.listen();
+gestures.listen();
+policies.listen();
 observer.listen();
 downloadReports.listen();
-downloads.resumeAll();
+downloads.recover();
 chrome.downloads.onCreated.addListener(item => downloads.onBegun(item));
 
 // --- what the popup and the options page ask -----------------------------------------------------
 
-const requests = {
+const answers = {
     status: () => status.describe(),
     retry: async () => {
         await host.open().catch(() => {});
@@ -109,14 +122,18 @@ const requests = {
     },
     captions: () => captions,
     downloadAll: async ({ tabId }) => {
-        await addLinks(tabId);
+        await addLinks(await chrome.tabs.get(tabId));
         return status.describe();
     },
     settings: () => settings.current,
     changeSettings: async ({ changes }) => {
+        const unknown = Object.keys(changes).find(each => !isSettingName(each));
+        if (unknown !== undefined)
+            throw new HostError('problemOptionUnknown', unknown);
         await settings.change(changes);
         return settings.current;
     },
+    outcomes: () => outcomes.list(),
     media: async ({ tabId }) => {
         await observer.observe(tabId);
         return mediaOf(tabId);
@@ -126,14 +143,20 @@ const requests = {
         return status.describe();
     },
 };
-chrome.runtime.onMessage.addListener((message, _sender, respond) => {
-    const handle = requests[message.request];
-    if (!handle)
+/** Pages of the web have a script of this extension in them, which may say one thing only. */
+const isOwnPage = ({ id, url }) => id === chrome.runtime.id && url?.startsWith(chrome.runtime.getURL(''));
+
+chrome.runtime.onMessage.addListener((message, sender, respond) => {
+    if (gestures.take(message, sender) || !isOwnPage(sender) || !Object.hasOwn(answers, message?.request))
         return false;
-    Promise.resolve(handle(message)).then(
+    Promise.resolve(answers[message.request](message)).then(
         value => respond({ value }),
         error => respond({ problem: inWords(error) }));
     return true;
 });
+
+// What was left when the browser ended is looked after when it starts, not when something else happens.
+chrome.runtime.onStartup.addListener(() => {});
+chrome.alarms.onAlarm.addListener(() => {});
 
 host.open().catch(() => {}); // the status tells of it

@@ -1,116 +1,158 @@
 // Hands downloads over to the application: those that the browser has begun, and those that the
-// user picks from a page.
+// user picks from a page. docs/downloads.md lists what becomes of each.
 
-import { addressOf, isWebAddress, lastSegment } from './addresses.js';
-import { cookieStoreOf, cookiesFor, usualReferrer } from './headers.js';
-import { errorOf } from './hosterror.js';
+import { addressOf, lastSegment } from './addresses.js';
+import { discard, find, goOn, lookUp, nameOf, pause } from './browserdownloads.js';
+import { isToBeCaught, mayBeCaught } from './capture.js';
+import { cookiesForDownload, cookiesForLink } from './cookies.js';
+import { stage } from './handovers.js';
+import { HostError, errorOf } from './hosterror.js';
+import { place } from './outcomes.js';
+import { referrerFor } from './referrer.js';
 import { postedText } from './requestlog.js';
 
 const result = { added: '1', declined: '0' };
 const leftToBrowser = 'ignoredDueSettings';
 
-/** Some browsers choose the name of a file only after they have told of the download. */
-const namePatience = 1000;
+/** In milliseconds. Nobody wants to look at a paused download for longer. */
+const pausePatience = 5000;
 
 export class Downloads {
-    /** Called with what went wrong, and with null when a download was handed over. */
-    onOutcome = _error => {};
-
     #host;
     #settings;
     #requests;
+    #gestures;
+    #policies;
+    #handovers;
+    #outcomes;
 
-    constructor(host, settings, requests) {
+    /** @param {object} parts what this works with, by its names */
+    constructor({ host, settings, requests, gestures, policies, handovers, outcomes }) {
         this.#host = host;
         this.#settings = settings;
         this.#requests = requests;
+        this.#gestures = gestures;
+        this.#policies = policies;
+        this.#handovers = handovers;
+        this.#outcomes = outcomes;
     }
 
-    /** To be called at once when the script starts: what one before it left paused goes on. */
-    async resumeAll() {
-        for (const [key, value] of Object.entries(await chrome.storage.local.get(null))) {
-            if (key.startsWith(pausedPrefix))
-                await resume(value);
+    /** To be called at once when the script starts: what one before it left is brought to an end. */
+    async recover() {
+        for (const left of await this.#handovers.restore()) {
+            const item = await find(left);
+            if (left.stage === stage.taken) {
+                if (item && item.state !== 'complete')
+                    await discard(item.id);
+            } else if (!item || !await goOn(item.id, left.canRestart)) {
+                this.#tell(left.name, place.lost);
+            } else if (left.stage === stage.offered) {
+                this.#tell(left.name, place.unclear);
+            }
+            await this.#handovers.drop(left);
         }
     }
 
     /** A download that the browser has just begun. It goes on there unless the application has it. */
     async onBegun(item) {
-        if (!this.#isOurs(item))
+        const request = await this.#requests.take(addressOf(item)); // whatever becomes of it, it is used
+        if (this.#settings.current?.browser.monitor.enable === false || !mayBeCaught(item)
+            || !isToBeCaught(item, request, this.#gestures.savesItself(request?.tabId)))
             return;
+        const now = await lookUp(item.id); // only here does Chromium tell of other extensions
+        if (!now || now.byExtensionId || now.state === 'interrupted')
+            return;
+        await this.#handovers.begin(item, request.method === 'GET');
         await pause(item.id);
+        const name = await nameOf(item);
+        if (name === undefined)
+            await goOn(item.id);
+        else
+            await this.#offer(item, name, await recordOf(item, name, request));
+        await this.#handovers.drop(item);
+    }
+
+    /**
+     * Links that the user picked.
+     * @param {import('./pagelinks.js').Link[]} links
+     * @param {{id: number, url?: string}} tab
+     */
+    async add(links, tab) {
+        const name = links.length > 0 ? nameIn(links[0].url) : '';
         try {
-            const request = await this.#requests.find(addressOf(item));
-            const posted = request ? postedText(request) : null;
-            if (posted === null) { // the application could not repeat it
-                await resume(item.id);
-                return;
-            }
-            const record = await this.#recordOf(item, posted, request.documentUrl);
-            const answer = await this.#ask([record], { caught: true }, late => this.#onLate(item.id, late));
-            if (this.#isDone(answer))
-                await discard(item.id);
-            else
-                await resume(item.id);
-            if (answer.error !== leftToBrowser)
-                this.onOutcome(errorOf(answer));
+            const answer = await this.#ask(await Promise.all(links.map(each => this.#describe(each, tab))), {
+                caught: false,
+            });
+            const state = answer.result === result.declined ? place.nowhere : place.application;
+            this.#tell(name, errorOf(answer) ? place.lost : state, errorOf(answer));
         } catch (error) {
-            await resume(item.id);
-            this.onOutcome(error);
+            this.#tell(name, place.lost, error);
         }
     }
 
-    /** Addresses that the user picked from a tab's page. */
-    async add(urls, documentUrl, tabId) {
+    async #offer(item, name, record) {
+        await this.#handovers.reach(stage.offered, item, name);
+        let isLate = false;
+        const timer = setTimeout(() => {
+            isLate = true;
+            goOn(item.id);
+        }, pausePatience);
         try {
-            const storeId = await cookieStoreOf(tabId);
-            const records = await Promise.all(urls.map(url => describe({
-                url,
-                httpReferer: usualReferrer(url, documentUrl),
-                documentUrl,
-            }, storeId)));
-            this.onOutcome(errorOf(await this.#ask(records, { caught: false })));
+            const answer = await this.#ask([record], { caught: true },
+                                           late => this.#settle(item, name, late, true));
+            await this.#settle(item, name, answer, isLate);
         } catch (error) {
-            this.onOutcome(error);
+            await this.#leave(item, name, error);
+        } finally {
+            clearTimeout(timer);
         }
     }
 
-    /** The application may have been silent because it asked the user; the browser went on meanwhile. */
-    async #onLate(id, answer) {
-        const [item] = await chrome.downloads.search({ id });
-        if (this.#isDone(answer) && item?.state === 'in_progress')
-            await discard(id);
-        this.onOutcome(errorOf(answer));
+    async #settle(item, name, answer, isLate) {
+        const isTaken = answer.result === result.added;
+        if (!isTaken && !this.#isUnwanted(answer)) {
+            await this.#leave(item, name, errorOf(answer), answer.error === leftToBrowser);
+        } else if (isLate && (await lookUp(item.id))?.state === 'complete') {
+            // The user may have opened it already.
+            this.#tell(name, isTaken ? place.both : place.browser);
+        } else {
+            await this.#handovers.reach(stage.taken, item, name);
+            await discard(item.id);
+            await this.#handovers.drop(item);
+            this.#tell(name, isTaken ? place.application : place.nowhere);
+        }
     }
 
-    /** Whether nothing is left to the browser: the application has the download, or nobody wants it. */
-    #isDone(answer) {
-        return answer.result === result.added || (answer.result === result.declined
-            && this.#settings.current?.browser.monitor.allowDownload === false);
+    /** The browser goes on with it. */
+    async #leave(item, name, error, isByRule = false) {
+        const goesOn = await goOn(item.id);
+        if (!goesOn)
+            this.#tell(name, place.lost, error);
+        else if (!isByRule)
+            this.#tell(name, place.browser, error);
     }
 
-    #isOurs(item) {
-        // The application would remember what was downloaded in a private window.
-        return item.state === 'in_progress' && !item.byExtensionId && !item.incognito
-            && isWebAddress(addressOf(item))
-            && this.#settings.current?.browser.monitor.enable !== false;
+    #tell(...outcome) { this.#outcomes.tell(...outcome); }
+
+    /** Whether the user declined it, and the browser is not to have it then. */
+    #isUnwanted(answer) {
+        return answer.result === result.declined
+            && this.#settings.current?.browser.monitor.allowDownload === false;
     }
 
-    async #recordOf(item, posted, documentUrl) {
-        const url = addressOf(item);
-        const size = item.fileSize > 0 ? item.fileSize : item.totalBytes;
-        return describe({
+    async #describe({ url, documentUrl, policy, frameId }, tab) {
+        return {
             url,
-            originalUrl: item.url,
-            suggestedName: await nameOf(item),
-            httpReferer: item.referrer ?? '',
-            documentUrl: documentUrl || item.referrer || '',
-            httpPostData: posted,
-            fileSize: String(size > 0 ? size : -1), // the host knows -1 as "not known"
-        }, item.cookieStoreId);
+            httpReferer: referrerFor(url, documentUrl, policy || await this.#policies.of(documentUrl)),
+            documentUrl,
+            userAgent: navigator.userAgent,
+            httpCookies: await cookiesForLink(url, documentUrl, tab, frameId > 0),
+        };
     }
 
     #ask(records, { caught }, onLate) {
+        if (records.length === 0)
+            return Promise.reject(new HostError('problemNothingToDownload'));
         return this.#host.askApplication('create_downloads', {
             create_downloads: {
                 downloads: { item: records },
@@ -122,68 +164,26 @@ export class Downloads {
     }
 }
 
-/** The name under which the browser saves a file; else the last part of its address. */
-async function nameOf(item) {
-    const path = item.filename || await filenameOf(item.id);
-    return path.split(/[/\\]/).pop() || lastSegment(addressOf(item));
+/** What the browser has begun to download, with what it sent for it. */
+async function recordOf(item, name, request) {
+    const { sent, origin, type } = request;
+    const url = addressOf(item);
+    const referrer = item.referrer ?? '';
+    // Chromium does not show what it sends for a link with the attribute "download".
+    const isShown = type !== 'other';
+    const size = item.fileSize > 0 ? item.fileSize : item.totalBytes;
+    return {
+        url,
+        originalUrl: item.url,
+        suggestedName: name,
+        httpReferer: isShown ? sent.referer : referrer,
+        documentUrl: origin || referrer,
+        userAgent: sent.userAgent || navigator.userAgent,
+        httpCookies: isShown ? sent.cookie : await cookiesForDownload(url, referrer || origin),
+        httpPostData: postedText(request),
+        fileSize: String(size > 0 ? size : -1), // the host knows -1 as "not known"
+    };
 }
 
-/** Resolves once the browser has chosen the file, with '' when that takes too long. */
-function filenameOf(id) {
-    return new Promise(resolve => {
-        const done = filename => {
-            clearTimeout(timer);
-            chrome.downloads.onChanged.removeListener(onChanged);
-            resolve(filename);
-        };
-        const onChanged = change => {
-            if (change.id === id && change.filename?.current)
-                done(change.filename.current);
-        };
-        const timer = setTimeout(() => done(''), namePatience);
-        chrome.downloads.onChanged.addListener(onChanged);
-        // It may have been chosen before anybody listened.
-        chrome.downloads.search({ id }).then(([found]) => { if (found?.filename) done(found.filename); });
-    });
-}
-
-/** Completes a record by what this browser would send to the server. */
-async function describe(record, storeId) {
-    return { ...record, userAgent: navigator.userAgent, httpCookies: await cookiesFor(record.url, storeId) };
-}
-
-// What a download allows depends on how far it is, and it goes on meanwhile: a small one is
-// complete before it can be paused. Each of these does what is left to do.
-
-/**
- * Chromium keeps the connection of a paused download. Firefox drops it and later asks the server
- * again, which fails for what was posted and for servers that cannot resume; there, a download goes
- * on until the application has it. (Only Chromium's downloads have the event named here.)
- */
-const pausesWithoutLoss = 'onDeterminingFilename' in chrome.downloads;
-
-/** What is paused is kept under such a key: a script that ends meanwhile can answer for it no more. */
-const pausedPrefix = 'paused.';
-
-async function pause(id) {
-    if (!pausesWithoutLoss)
-        return;
-    await chrome.storage.local.set({ [pausedPrefix + id]: id }).catch(() => {});
-    await chrome.downloads.pause(id).catch(() => {});
-}
-
-async function resume(id) {
-    const [item] = await chrome.downloads.search({ id });
-    if (item?.paused)
-        await chrome.downloads.resume(id).catch(() => {});
-    await chrome.storage.local.remove(pausedPrefix + id).catch(() => {});
-}
-
-async function discard(id) {
-    await chrome.downloads.cancel(id).catch(() => {});
-    const [item] = await chrome.downloads.search({ id });
-    if (item?.state === 'complete')
-        await chrome.downloads.removeFile(id).catch(() => {});
-    await chrome.downloads.erase({ id });
-    await chrome.storage.local.remove(pausedPrefix + id).catch(() => {});
-}
+/** What a link's file may be called, for the user to know it by. */
+function nameIn(url) { return lastSegment(url) || new URL(url).hostname; }

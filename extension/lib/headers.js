@@ -1,6 +1,7 @@
 // HTTP headers, as browsers give them to extensions and as the host takes them: as raw text.
 
-import { isWebAddress, withoutFragment } from './addresses.js';
+import { cookiesForLink } from './cookies.js';
+import { referrerFor } from './referrer.js';
 
 /** @param {{name: string, value?: string, binaryValue?: number[]}[]} headers */
 export function headerBlock(headers = []) {
@@ -13,31 +14,18 @@ export function headerValue(headers = [], name) {
     return headers.find(each => each.name.toLowerCase() === name)?.value ?? '';
 }
 
-/** The id of the cookies that a tab has; private windows and Firefox's containers have their own. */
-export async function cookieStoreOf(tabId) {
-    const stores = await chrome.cookies.getAllCookieStores().catch(() => []);
-    return stores.find(each => each.tabIds.includes(tabId))?.id ?? '';
-}
-
-/** The cookies that this browser would send to an address, as the header's value. */
-export async function cookiesFor(url, storeId = '') {
-    const cookies = await chrome.cookies.getAll({ url, ...(storeId && { storeId }) }).catch(() => []);
-    return cookies.map(cookie => `${cookie.name}=${cookie.value}`).join('; ');
-}
+/**
+ * What to ask for besides onSendHeaders: Chromium shows the headers on cookies and the referrer only
+ * to who asks for these, too.
+ */
+export const allSentHeaders
+    = ['requestHeaders', chrome.webRequest.OnSendHeadersOptions?.EXTRA_HEADERS].filter(Boolean);
 
 /** What this browser would send for something on a tab's page, had it asked the server just now. */
 export async function assumedHeaders(url, documentUrl, tabId) {
     return headerBlock([
         { name: 'User-Agent', value: navigator.userAgent },
-        { name: 'Referer', value: usualReferrer(url, documentUrl) },
-        { name: 'Cookie', value: await cookiesFor(url, await cookieStoreOf(tabId)) },
+        { name: 'Referer', value: referrerFor(url, documentUrl) },
+        { name: 'Cookie', value: await cookiesForLink(url, documentUrl, { id: tabId }) },
     ].filter(each => each.value));
-}
-
-/** The referrer that a document sends when it wishes nothing else. */
-export function usualReferrer(url, documentUrl) {
-    if (!isWebAddress(documentUrl) || (documentUrl.startsWith('https:') && url.startsWith('http:')))
-        return '';
-    const { origin } = new URL(documentUrl);
-    return url.startsWith(`${origin}/`) ? withoutFragment(documentUrl) : `${origin}/`;
 }

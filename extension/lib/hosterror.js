@@ -17,8 +17,8 @@ const knownErrors = {
 };
 
 /** What an answer says went wrong when downloads were handed over; null when nothing did. */
-export function errorOf({ error }) {
+export function errorOf({ error, result }) {
     if (!error)
-        return null;
+        return result === '1' || result === '0' ? null : new HostError('problemApplicationUnclear');
     return new HostError(knownErrors[error] ?? 'problemApplicationFailed', error);
 }

@@ -1,10 +1,19 @@
 // The links of a page, read inside it.
 
+import { policyIn } from './referrer.js';
+
+/**
+ * @typedef {object} Link
+ * @property {string} url
+ * @property {string} documentUrl the page, or the frame of it, where the link is
+ * @property {string} policy what that or the link itself says of referrers; '' when nothing
+ * @property {number} frameId 0 for the page itself
+ */
+
 /**
  * @param {number} tabId
  * @param {{frameId?: number, selectedOnly?: boolean}} where one frame of the page, or all of it
- * @returns {Promise<{urls: string[], documentUrl: string}>} each address once; none of a page that
- *     the browser keeps to itself
+ * @returns {Promise<Link[]>} each address once; none of a page that the browser keeps to itself
  */
 export async function pageLinks(tabId, { frameId, selectedOnly = false } = {}) {
     const target = { tabId };
@@ -17,19 +26,32 @@ export async function pageLinks(tabId, { frameId, selectedOnly = false } = {}) {
         func: linksHere,
         args: [selectedOnly],
     }).catch(() => []);
-    const frames = results.map(each => each.result).filter(Boolean);
-    return {
-        urls: [...new Set(frames.flatMap(frame => frame.urls))],
-        documentUrl: frames[0]?.documentUrl ?? '',
-    };
+    const links = results.filter(each => each.result).flatMap(({ result, frameId: place }) =>
+        result.links.map(({ url, policy }) => ({
+            url,
+            documentUrl: result.documentUrl,
+            policy: policyIn(policy) || policyIn(result.policy),
+            frameId: place,
+        })));
+    return [...new Map(links.reverse().map(each => [each.url, each])).values()].reverse();
+}
+
+/** One link of a page, by its address. It may be gone from there meanwhile. */
+export async function pageLink(tabId, url, frameId, documentUrl) {
+    const found = (await pageLinks(tabId, { frameId })).find(each => each.url === url);
+    return found ?? { url, documentUrl, policy: '', frameId };
 }
 
 /** Runs in the page, so it can use nothing from here. */
 function linksHere(selectedOnly) {
     const selection = document.getSelection();
-    const urls = [...document.links]
+    const links = [...document.links]
         .filter(link => !selectedOnly || selection.containsNode(link, true))
-        .map(link => link.href)
-        .filter(url => /^https?:/i.test(url));
-    return { urls, documentUrl: document.URL };
+        .map(link => ({
+            url: link.href,
+            policy: link.relList.contains('noreferrer') ? 'no-referrer' : link.referrerPolicy,
+        }))
+        .filter(({ url }) => /^https?:/i.test(url));
+    const policy = [...document.querySelectorAll('meta[name="referrer" i]')].map(each => each.content).join();
+    return { links, documentUrl: document.URL, policy };
 }

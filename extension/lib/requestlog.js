@@ -1,84 +1,165 @@
-// What the browser asked the servers lately: a download says neither that it was a POST nor what
-// was posted, and not every browser says which page it came from.
+// What the browser asked the servers lately. A download does not say which request it began with,
+// what that posted, or what was sent along.
 
 import { withoutFragment } from './addresses.js';
-import { headerValue } from './headers.js';
+import { allSentHeaders, headerValue } from './headers.js';
 
-const remembered = 500;
+const mostRemembered = 1000;
 
-/** A busy browser may tell of a download before it tells of the request. */
-const requestPatience = 3000;
+/** Only Firefox tells of a download before it tells of the request, by up to 300 ms when idle. */
+const requestPatience = 'onDeterminingFilename' in chrome.downloads ? 0 : 3000;
+
+const urls = ['http://*/*', 'https://*/*'];
+
+/** The kinds of requests with which a download begins that may be caught. */
+const catchable = ['main_frame', 'sub_frame', 'other'];
+
+/** Those with which one begins that is left: what is saved from a page, what a worker fetched. */
+const others = ['image', 'media', 'object', 'xmlhttprequest'];
 
 const formType = 'application/x-www-form-urlencoded';
 
+/**
+ * @typedef {object} BrowserRequest a chain of redirections is one request, known by its last part
+ * @property {string} url without fragment
+ * @property {string} type
+ * @property {number} tabId -1 for what belongs to no tab
+ * @property {number} frameId
+ * @property {string} method
+ * @property {object} body
+ * @property {string} origin the page or the origin that asked for it; '' when the user did
+ * @property {object|null} sent the headers that matter, once they were sent
+ * @property {number} status 0 until the answer has come
+ * @property {number} timeStamp
+ */
+
 export class RequestLog {
-    /** Requests by id, the latest last. */
+    /** @type {Map<string, BrowserRequest>} by id; each is used for one download only */
     #requests = new Map();
     /** To be called when more is known. */
     #waiting = new Set();
 
     /** To be called at once when the script starts. */
     listen() {
-        const filter = { urls: ['http://*/*', 'https://*/*'], types: ['main_frame', 'sub_frame', 'other'] };
-        chrome.webRequest.onBeforeRequest.addListener(
-            details => this.#onRequest(details), filter, ['requestBody']);
-        chrome.webRequest.onSendHeaders.addListener(
-            details => this.#onHeaders(details), filter, ['requestHeaders']);
+        const filter = { urls, types: catchable };
+        const { webRequest } = chrome;
+        webRequest.onBeforeRequest.addListener(each => this.#onRequest(each), filter, ['requestBody']);
+        webRequest.onBeforeRequest.addListener(each => this.#onRequest(each), { urls, types: others });
+        webRequest.onSendHeaders.addListener(each => this.#onSent(each), filter, allSentHeaders);
+        webRequest.onHeadersReceived.addListener(each => this.#onAnswer(each), filter);
+        webRequest.onErrorOccurred.addListener(each => this.#onError(each), filter);
+        chrome.webNavigation.onCommitted.addListener(each => this.#onShown(each));
     }
 
     /**
-     * Resolves with the latest request for an address as soon as all of it is known; with undefined
-     * when that takes too long.
+     * The request that a download of an address began with; undefined when there is none. It is
+     * forgotten here.
+     * @returns {Promise<BrowserRequest|undefined>}
      */
-    find(url) {
+    take(url) {
         const wanted = withoutFragment(url);
         return new Promise(resolve => {
             const look = () => {
-                const request = [...this.#requests.values()].reverse().find(each => each.url === wanted);
-                if (request && (request.method === 'GET' || request.isSent))
+                const request = this.#newest(wanted);
+                if (request && (request.status || !catchable.includes(request.type)))
                     finish(request);
             };
             const finish = request => {
                 clearTimeout(timer);
                 this.#waiting.delete(look);
-                resolve(request);
+                resolve(request && this.#remove(request));
             };
-            const timer = setTimeout(finish, requestPatience);
+            const timer = requestPatience && setTimeout(finish, requestPatience);
             this.#waiting.add(look);
             look();
+            if (!requestPatience)
+                finish();
         });
+    }
+
+    #newest(url, isWanted = () => true) {
+        return [...this.#requests.values()].filter(each => each.url === url && isWanted(each))
+            .reduce((best, each) => (best?.timeStamp > each.timeStamp ? best : each), undefined);
+    }
+
+    /** Forgets a request. Returns it with all that was sent for it. */
+    #remove(request) {
+        this.#requests.delete(request.id);
+        const { url, tabId, sent } = request;
+        if (!sent || sent.cookie || sent.referer)
+            return request;
+        // What was fetched ahead is not asked for again when the user goes there.
+        const ahead = this.#newest(url, each => each.tabId === tabId && each.sent?.purpose);
+        if (!ahead)
+            return request;
+        this.#requests.delete(ahead.id);
+        return { ...request, sent: { ...ahead.sent, purpose: sent.purpose } };
+    }
+
+    #onRequest({ requestId, url, type, tabId, frameId, method, requestBody, originUrl, initiator, timeStamp }) {
+        this.#requests.delete(requestId); // a redirection comes under the same id
+        this.#requests.set(requestId, {
+            id: requestId,
+            url: withoutFragment(url),
+            type,
+            tabId,
+            frameId,
+            method,
+            body: requestBody,
+            // A browser tells one of the two.
+            origin: originUrl ?? initiator ?? '',
+            sent: null,
+            status: 0,
+            timeStamp,
+        });
+        if (this.#requests.size > mostRemembered)
+            this.#requests.delete(this.#requests.keys().next().value);
+        this.#nowKnown();
+    }
+
+    #onSent({ requestId, requestHeaders }) {
+        const request = this.#requests.get(requestId);
+        if (!request)
+            return;
+        const value = name => headerValue(requestHeaders, name);
+        request.sent = {
+            cookie: value('cookie'),
+            referer: value('referer'),
+            userAgent: value('user-agent'),
+            authorization: value('authorization'),
+            purpose: value('sec-purpose'),
+            contentType: value('content-type').toLowerCase(),
+        };
+        if (!request.sent.contentType.startsWith(formType))
+            request.body = null; // it is not posted again, and may be large
+    }
+
+    #onAnswer({ requestId, statusCode }) {
+        const request = this.#requests.get(requestId);
+        if (!request)
+            return;
+        request.status = statusCode;
+        this.#nowKnown();
+    }
+
+    /** A download that takes a request over ends it, but after its answer has begun. */
+    #onError({ requestId }) {
+        if (this.#requests.get(requestId)?.status === 0)
+            this.#requests.delete(requestId);
+    }
+
+    /** The answer is a page, which must not be asked for again when the user saves it. */
+    #onShown({ tabId, frameId, url }) {
+        const shown = withoutFragment(url);
+        for (const each of [...this.#requests.values()]) {
+            if (each.tabId === tabId && each.frameId === frameId && each.url === shown)
+                this.#requests.delete(each.id);
+        }
     }
 
     #nowKnown() {
         for (const look of [...this.#waiting])
             look();
-    }
-
-    #onRequest(details) {
-        this.#requests.delete(details.requestId); // a redirection comes under the same id
-        this.#requests.set(details.requestId, {
-            url: withoutFragment(details.url),
-            method: details.method,
-            body: details.requestBody,
-            isSent: false,
-            contentType: '',
-            // The page that was left for the download; a browser tells one of the two.
-            documentUrl: details.originUrl ?? details.initiator ?? '',
-        });
-        if (this.#requests.size > remembered)
-            this.#requests.delete(this.#requests.keys().next().value);
-        this.#nowKnown();
-    }
-
-    #onHeaders(details) {
-        const request = this.#requests.get(details.requestId);
-        if (!request)
-            return;
-        request.isSent = true;
-        request.contentType = headerValue(details.requestHeaders, 'content-type').toLowerCase();
-        if (!request.contentType.startsWith(formType))
-            request.body = null; // it is not posted again, and may be large
-        this.#nowKnown();
     }
 }
 
@@ -86,10 +167,10 @@ export class RequestLog {
  * What a request posted, as the text that goes over the wire; '' for a request without a body.
  * null when the application could not repeat it: it posts forms, and nothing else.
  */
-export function postedText({ method, body, contentType }) {
+export function postedText({ method, body, sent }) {
     if (method === 'GET')
         return '';
-    if (method !== 'POST' || !body || body.error || !contentType.startsWith(formType))
+    if (method !== 'POST' || !body || body.error || !sent?.contentType.startsWith(formType))
         return null;
     // Nothing posted is no GET, but the application would make one of it.
     return textOf(body) || null;

@@ -1,6 +1,8 @@
 // What works and what does not, in words: shown by the popup, and by a mark on the button.
 
 export class Status {
+    /** What is wrong with the host, and with what was done last. */
+    #hostProblem = null;
     #problem = null;
     #version = '';
 
@@ -8,27 +10,35 @@ export class Status {
 
     hostConnected(version) {
         this.#version = version;
-        this.#show(null);
+        this.#hostProblem = null;
+        this.#show();
     }
 
     hostDisconnected(error) {
         this.#version = '';
-        this.failed(error);
+        this.#hostProblem = inWords(error);
+        this.#show();
     }
 
     /** Something the user asked for could not be done. */
-    failed(error) { this.#show(inWords(error)); }
+    failed(error) {
+        this.#problem = inWords(error);
+        this.#show();
+    }
 
     /** What the user asked for was done, so whatever was wrong is no longer. */
-    succeeded() { this.#show(null); }
+    succeeded() {
+        this.#problem = null;
+        this.#show();
+    }
 
-    describe() { return { version: this.#version, problem: this.#problem }; }
+    describe() { return { version: this.#version, problem: this.#hostProblem ?? this.#problem }; }
 
-    #show(problem) {
-        this.#problem = problem;
+    #show() {
+        const current = this.describe();
         chrome.action.setBadgeBackgroundColor({ color: '#c62828' });
-        chrome.action.setBadgeText({ text: problem ? '!' : '' });
-        this.onChanged(this.describe());
+        chrome.action.setBadgeText({ text: current.problem ? '!' : '' });
+        this.onChanged(current);
     }
 }
 

@@ -1,0 +1,56 @@
+// The cookies of a request that the browser has not made, or does not show.
+
+import { isWebAddress } from './addresses.js';
+
+/**
+ * What the browser would send if the user followed a link.
+ * @param {string} documentUrl where the link is
+ * @param {{id: number, url?: string}|undefined} tab whose cookies they are: private windows and
+ *     Firefox's containers have their own
+ * @param {boolean} isInFrame whether the link is in a frame, and what it leads to stays there
+ * @returns {Promise<string>} the header's value; '' without cookies, and where the tab is gone
+ */
+export async function cookiesForLink(url, documentUrl, tab, isInFrame = false) {
+    const stores = await chrome.cookies.getAllCookieStores().catch(() => []);
+    const store = stores.find(each => each.tabIds.includes(tab?.id));
+    return store ? headerOf(url, documentUrl, store.id, isInFrame && tab.url ? tab.url : url) : '';
+}
+
+/** The same for what the browser has just begun to download, in none of those windows. */
+export function cookiesForDownload(url, documentUrl) { return headerOf(url, documentUrl, undefined, url); }
+
+async function headerOf(url, documentUrl, storeId, topLevelUrl) {
+    const all = await chrome.cookies.getAll(
+        { url, partitionKey: {}, ...(storeId && { storeId }) }).catch(() => []);
+    const cookies = all.filter(each => isInPartition(each, url, topLevelUrl));
+    const fits = [() => true, each => each.sameSite !== 'strict', each => each.sameSite === 'no_restriction'];
+    const isWithin = isSameSite(url, topLevelUrl, cookies);
+    const rank = isWithin ? Number(!isSameSite(url, documentUrl, cookies)) : 2;
+    return cookies.filter(fits[rank]).sort((a, b) => b.path.length - a.path.length)
+        .map(each => `${each.name}=${each.value}`).join('; ');
+}
+
+/** Whether a cookie is one of those that a site has under another, or has everywhere. */
+function isInPartition({ partitionKey }, url, topLevelUrl) {
+    if (!partitionKey)
+        return true;
+    const { protocol, hostname } = new URL(topLevelUrl);
+    const site = new URL(partitionKey.topLevelSite);
+    return site.protocol === protocol && `.${hostname}`.endsWith(`.${site.hostname}`)
+        && (url !== topLevelUrl || !partitionKey.hasCrossSiteAncestor);
+}
+
+/**
+ * Whether two addresses surely belong to one site. Browsers refuse a cookie for all of a public
+ * suffix, so hosts that share the domain of one belong together; without one, a host and those below
+ * it do.
+ */
+function isSameSite(url, other, cookies) {
+    if (!isWebAddress(other))
+        return false;
+    const [one, two] = [new URL(url), new URL(other)];
+    const shared = cookies.filter(each => !each.hostOnly).map(each => each.domain.replace(/^\./, ''));
+    return one.protocol === two.protocol
+        && [one.hostname, two.hostname, ...shared].some(
+            domain => [one, two].every(each => `.${each.hostname}`.endsWith(`.${domain}`)));
+}

@@ -1,0 +1,69 @@
+// Downloads of the browser that are being handed over, kept where they survive this script and the
+// browser: whoever starts next finds out what became of them.
+
+const kept = 'handovers';
+
+/** How far one has come. */
+export const stage = {
+    /** Paused; the application knows nothing of it. */
+    paused: 'paused',
+    offered: 'offered',
+    /** The application has it, the browser has not let go of it yet. */
+    taken: 'taken',
+};
+
+/** Ids are given anew when the browser starts. */
+const keyOf = ({ url, startTime }) => `${startTime} ${url}`;
+
+export class Handovers {
+    /** By key, as { url, startTime, name, canRestart, stage }. */
+    #all = new Map();
+    #restored = null;
+    #lastWrite = Promise.resolve();
+
+    /** To be called at once when the script starts. Resolves with what one before it left. */
+    restore() {
+        this.#restored = this.#read();
+        return this.#restored;
+    }
+
+    /** @param {boolean} canRestart whether the browser may ask the server for it once more */
+    async begin(item, canRestart) {
+        await this.#restored;
+        const { url, startTime } = item;
+        this.#all.set(keyOf(item), { url, startTime, name: '', canRestart, stage: stage.paused });
+        await this.#write();
+    }
+
+    async reach(reached, item, name) {
+        const known = this.#all.get(keyOf(item));
+        if (known) {
+            Object.assign(known, { stage: reached, name });
+            await this.#write();
+        }
+    }
+
+    async drop(item) {
+        await this.#restored;
+        if (this.#all.delete(keyOf(item)))
+            await this.#write();
+    }
+
+    async #read() {
+        const stored = (await chrome.storage.local.get(kept))[kept] ?? [];
+        this.#all = new Map(stored.map(each => [keyOf(each), each]));
+        return stored;
+    }
+
+    /** One at a time, or an older state could be written last. */
+    #write() {
+        // A script that is ended meanwhile is started again by this, at the latest.
+        if (this.#all.size > 0)
+            chrome.alarms.create(kept, { periodInMinutes: 0.5 });
+        else
+            chrome.alarms.clear(kept);
+        const all = [...this.#all.values()];
+        this.#lastWrite = this.#lastWrite.then(() => chrome.storage.local.set({ [kept]: all })).catch(() => {});
+        return this.#lastWrite;
+    }
+}

@@ -1,0 +1,85 @@
+// The referrer of what the user picks from a page: what the page would have the browser send.
+// https://www.w3.org/TR/referrer-policy/
+
+import { isWebAddress, withoutFragment } from './addresses.js';
+
+const usual = 'strict-origin-when-cross-origin';
+
+/** How much a policy sends: to the same origin, to another, and from https: to http:. */
+const policies = {
+    'no-referrer': ['', '', ''],
+    'no-referrer-when-downgrade': ['url', 'url', ''],
+    'origin': ['origin', 'origin', 'origin'],
+    'origin-when-cross-origin': ['url', 'origin', 'origin'],
+    'same-origin': ['url', '', ''],
+    'strict-origin': ['origin', 'origin', ''],
+    [usual]: ['url', 'origin', ''],
+    'unsafe-url': ['url', 'url', 'url'],
+    // Older names, in <meta name="referrer"> only.
+    'never': ['', '', ''],
+    'default': ['url', 'origin', ''],
+    'always': ['url', 'url', 'url'],
+    'origin-when-crossorigin': ['url', 'origin', 'origin'],
+};
+
+const isPolicy = name => Object.hasOwn(policies, name);
+
+/** The policy that a header's list, a <meta> or an attribute means: the last that is known; '' for none. */
+export function policyIn(text) {
+    return text.toLowerCase().split(',').map(each => each.trim()).findLast(isPolicy) ?? '';
+}
+
+/** @param {string} policy as policyIn() tells; the usual one if none */
+export function referrerFor(url, documentUrl, policy = '') {
+    if (!isWebAddress(documentUrl))
+        return '';
+    const page = new URL(documentUrl);
+    const isDowngrade = page.protocol === 'https:' && new URL(url).protocol === 'http:';
+    const [same, other, downgraded] = policies[isPolicy(policy) ? policy : usual];
+    const shown = new URL(url).origin === page.origin ? same : isDowngrade ? downgraded : other;
+    if (shown !== 'url')
+        return shown && `${page.origin}/`;
+    page.username = '';
+    page.password = '';
+    return withoutFragment(page.href);
+}
+
+const kept = 'referrerPolicies';
+const mostKept = 200;
+
+/** The policies that pages were delivered with, which nothing in a page tells. */
+export class ReferrerPolicies {
+    #byUrl = new Map();
+    #restored = null;
+
+    /** To be called at once when the script starts. */
+    listen() {
+        chrome.webRequest.onHeadersReceived.addListener(
+            ({ url, responseHeaders }) => void this.#note(withoutFragment(url), responseHeaders),
+            { urls: ['http://*/*', 'https://*/*'], types: ['main_frame', 'sub_frame'] }, ['responseHeaders']);
+        this.#restored = this.#restore();
+    }
+
+    async of(url) {
+        await this.#restored;
+        return this.#byUrl.get(withoutFragment(url)) ?? '';
+    }
+
+    async #restore() {
+        this.#byUrl = new Map((await chrome.storage.session.get(kept))[kept]);
+    }
+
+    async #note(url, headers = []) {
+        const lists = headers.filter(each => each.name.toLowerCase() === 'referrer-policy');
+        const policy = policyIn(lists.map(each => each.value ?? '').join());
+        await this.#restored;
+        if (policy === (this.#byUrl.get(url) ?? ''))
+            return;
+        this.#byUrl.delete(url);
+        if (policy)
+            this.#byUrl.set(url, policy);
+        if (this.#byUrl.size > mostKept)
+            this.#byUrl.delete(this.#byUrl.keys().next().value);
+        await chrome.storage.session.set({ [kept]: [...this.#byUrl] }).catch(() => {});
+    }
+}
