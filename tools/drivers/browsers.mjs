@@ -1,7 +1,7 @@
 // A real browser, headless, with the project's extension and the built host registered for it.
 
 import { createHash } from 'node:crypto';
-import { mkdirSync, readFileSync, writeFileSync } from 'node:fs';
+import { existsSync, mkdirSync, readFileSync, writeFileSync } from 'node:fs';
 import { dirname, join } from 'node:path';
 import puppeteer from 'puppeteer-core';
 import { until } from './hostprocess.mjs';
@@ -31,20 +31,20 @@ function registerHost(folder, sandbox, kind) {
                   readFileSync(template, 'utf8').replace('@HOST@', sandbox.host));
 }
 
-/** Where the browser puts what it downloads by itself; not where the application does. */
-export function browserDownloads(sandbox) { return join(sandbox.home, 'BrowserDownloads'); }
-
 const launchers = {
-    async chromium(sandbox, environment) {
+    async chromium(sandbox, environment, { asksWhere, screen }) {
         const userDataDir = join(sandbox.home, 'chromium');
-        mkdirSync(join(userDataDir, 'Default'), { recursive: true });
-        writeFileSync(join(userDataDir, 'Default/Preferences'), JSON.stringify({
-            download: { default_directory: browserDownloads(sandbox), prompt_for_download: false },
-        }));
+        if (!existsSync(userDataDir)) {
+            mkdirSync(join(userDataDir, 'Default'), { recursive: true });
+            writeFileSync(join(userDataDir, 'Default/Preferences'), JSON.stringify({
+                download: { default_directory: sandbox.downloads, prompt_for_download: asksWhere },
+            }));
+        }
         registerHost(join(userDataDir, 'NativeMessagingHosts'), sandbox, 'chromium');
         const browser = await puppeteer.launch({
             executablePath: '/usr/bin/chromium',
             enableExtensions: true,
+            headless: !screen,
             pipe: true,
             userDataDir,
             env: environment,
@@ -61,17 +61,21 @@ const launchers = {
         };
     },
 
-    async firefox(sandbox, environment) {
+    async firefox(sandbox, environment, { asksWhere, screen }) {
+        const userDataDir = join(sandbox.home, 'firefox');
+        mkdirSync(userDataDir, { recursive: true });
         registerHost(join(sandbox.home, '.mozilla/native-messaging-hosts'), sandbox, 'firefox');
         const browser = await puppeteer.launch({
             browser: 'firefox',
             executablePath: '/usr/bin/firefox-esr',
             args: ['--remote-allow-system-access'], // without it no page of an extension is shown
-            env: { ...environment, MOZ_HEADLESS: '1' },
+            headless: !screen,
+            userDataDir,
+            env: environment,
             extraPrefsFirefox: {
-                'browser.download.dir': browserDownloads(sandbox),
+                'browser.download.dir': sandbox.downloads,
                 'browser.download.folderList': 2,
-                'browser.download.useDownloadDir': true,
+                'browser.download.useDownloadDir': !asksWhere,
                 'extensions.webextensions.uuids': JSON.stringify({ [geckoId]: firefoxPagesId }),
             },
         });
@@ -201,9 +205,15 @@ async function inFirefoxItself({ connection }, fn, argument) {
 
 /** A running browser with the extension in it. */
 export class ExtendedBrowser {
-    /** @param {string} name one of browserNames */
-    static async launch(name, sandbox) {
-        const started = await launchers[name](sandbox, sandbox.environment());
+    /**
+     * One that was launched in the same sandbox before keeps its profile.
+     * @param {string} name one of browserNames
+     * @param {{screen?: import('./screen.mjs').Screen, asksWhere?: boolean}} options the screen that
+     *     it shows its windows on; whether it asks the user where to put a download
+     */
+    static async launch(name, sandbox, { screen, asksWhere = false } = {}) {
+        const environment = sandbox.environment(screen && { DISPLAY: screen.display });
+        const started = await launchers[name](sandbox, environment, { screen, asksWhere });
         const self = new ExtendedBrowser(sandbox, started);
         try {
             await self.browser.installExtension(extensionFolder);

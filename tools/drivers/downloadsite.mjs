@@ -1,0 +1,111 @@
+// A web site on two hosts, which are two sites to a browser. It has a file at every address below
+// /file/, and keeps what it was asked for, to the letter.
+
+import { createHash } from 'node:crypto';
+import { createServer } from 'node:http';
+
+const fileSize = 256 * 1024;
+const trickle = 1024;
+const trickleDelay = 200;
+
+export class DownloadSite {
+    /** What was asked for, as { method, path, cookie, referer, body, isOpen }. */
+    requests = [];
+    /** Pages by their paths: HTML, or { html, headers }. */
+    pages = {};
+    #server;
+    #held = new Map();
+
+    static async start() {
+        const self = new DownloadSite();
+        await new Promise(resolve => { self.#server.listen(0, resolve); });
+        return self;
+    }
+
+    constructor() {
+        this.#server = createServer((request, response) => void this.#serve(request, response));
+    }
+
+    get #port() { return this.#server.address().port; }
+    get origin() { return `http://127.0.0.1:${this.#port}`; }
+    get otherOrigin() { return `http://localhost:${this.#port}`; }
+
+    get pageUrl() { return `${this.origin}/page`; }
+
+    /** The bytes of the file at a path. */
+    content(path) {
+        const block = createHash('sha512').update(path).digest();
+        return Buffer.alloc(fileSize, block);
+    }
+
+    /** What was asked of a path, the first first. */
+    asked(path) { return this.requests.filter(each => each.path === path); }
+
+    /** Sends the rest of what was held back. */
+    release(path) {
+        this.#held.get(path)();
+    }
+
+    stop() {
+        this.#server.closeAllConnections();
+        return new Promise(resolve => { this.#server.close(resolve); });
+    }
+
+    async #serve(request, response) {
+        const { pathname: path, searchParams: wishes } = new URL(request.url, this.origin);
+        let body = '';
+        for await (const chunk of request.setEncoding('latin1'))
+            body += chunk;
+        const { cookie = '', referer = '' } = request.headers;
+        const entry = { method: request.method, path, cookie, referer, body, isOpen: true };
+        response.on('close', () => { entry.isOpen = false; });
+        this.requests.push(entry);
+        if (Object.hasOwn(this.pages, path)) {
+            const { html = this.pages[path], headers = {} } = this.pages[path];
+            const type = path.endsWith('.js') ? 'text/javascript' : 'text/html; charset=utf-8';
+            response.writeHead(200, { 'Content-Type': type, ...headers }).end(html);
+        } else if (wishes.has('to')) {
+            response.writeHead(Number(wishes.get('by') ?? 302), { Location: wishes.get('to') }).end();
+        } else if (path.startsWith('/file/')) {
+            this.#serveFile(path, wishes, response);
+        } else {
+            response.writeHead(404).end();
+        }
+    }
+
+    /**
+     * wishes: "once" (later requests are refused with this status), "held" (after the first half, the
+     * first who asks gets the rest slowly), "inline" (a type that browsers show).
+     */
+    #serveFile(path, wishes, response) {
+        const isFirst = this.asked(path).length === 1;
+        if (wishes.has('once') && !isFirst) {
+            response.writeHead(Number(wishes.get('once'))).end('only once');
+            return;
+        }
+        const inline = wishes.get('inline');
+        response.writeHead(200, {
+            'Content-Type': inline ?? 'application/octet-stream',
+            'Content-Length': fileSize,
+            ...(!inline && { 'Content-Disposition': `attachment; filename="${path.split('/').pop()}"` }),
+        });
+        const content = this.content(path);
+        if (!isFirst || !wishes.has('held')) {
+            response.end(content);
+            return;
+        }
+        // Firefox closes the connection of what is cancelled only when more comes.
+        let sent = fileSize / 2;
+        response.write(content.subarray(0, sent));
+        const timer = setInterval(() => {
+            response.write(content.subarray(sent, sent += trickle));
+            if (sent >= fileSize)
+                response.end();
+        }, trickleDelay);
+        response.on('close', () => clearInterval(timer));
+        this.#held.set(path, () => {
+            clearInterval(timer);
+            response.end(content.subarray(sent));
+        });
+    }
+}

@@ -1,0 +1,45 @@
+// A screen of its own for a browser that is to show windows, menus and dialogs, and hands for it.
+
+import { execFileSync, spawn } from 'node:child_process';
+
+export class Screen {
+    static async start() {
+        const server = spawn('Xvfb', ['-displayfd', '3', '-screen', '0', '1280x1024x24', '-nolisten', 'tcp'],
+                             { stdio: ['ignore', 'ignore', 'ignore', 'pipe'] });
+        const number = await new Promise((resolve, reject) => {
+            server.on('error', reject);
+            server.on('exit', code => reject(new Error(`Xvfb ended (${code})`)));
+            server.stdio[3].setEncoding('utf8').once('data', resolve);
+        });
+        return new Screen(server, `:${number.trim()}`);
+    }
+
+    constructor(server, display) {
+        this.server = server;
+        this.display = display;
+    }
+
+    /** Presses keys, each by its name or with others ("ctrl+s"), where the focus is. */
+    press(...keys) { this.#do('key', '--delay', '60', ...keys); }
+
+    /** The titles of all windows that are shown. */
+    windows() {
+        const ids = this.#do('search', '--onlyvisible', '--name', '.').split('\n').filter(Boolean);
+        return ids.map(id => ({ id, title: this.#do('getwindowname', id).trim() }));
+    }
+
+    /** Without a window manager, nothing else gives a window the focus. */
+    focus(id) { this.#do('windowfocus', '--sync', id); }
+
+    stop() { this.server.kill(); }
+
+    #do(...args) {
+        try {
+            return execFileSync('xdotool', args, { env: { ...process.env, DISPLAY: this.display }, encoding: 'utf8' });
+        } catch (error) {
+            if (args[0] === 'search') // it found none
+                return '';
+            throw error;
+        }
+    }
+}
