@@ -3,7 +3,7 @@
 
 import { deepStrictEqual, ok, strictEqual } from 'node:assert';
 import { after, before, describe, test } from 'node:test';
-import { browserDownloads, browserNames, hostProgram } from '../../../tools/drivers/browsers.mjs';
+import { browserNames, hostProgram } from '../../../tools/drivers/browsers.mjs';
 import { Visit } from '../support/visit.mjs';
 
 /** What surrounds a video on a page. None of it may ever be taken for the video. */
@@ -223,7 +223,7 @@ for (const name of browserNames) {
             await visit.until(async () => !(await visit.ask('settings')).browser.monitor.enable, 'catching to be off');
             await visit.page.goto(`${visit.server.origin}/save`);
             await visit.page.click('#save');
-            await visit.untilDownloaded(browserDownloads(visit.sandbox), ['/film/save.mp4']);
+            await visit.untilDownloaded(visit.sandbox.downloads, [...arrived, '/film/save.mp4']);
             await showPopup();
             await popupLists([]);
             await visit.chooseMenu(visit.page, 'h1', 'dlvideo');

@@ -21,11 +21,19 @@ function readIfThere(path) {
 }
 
 export class Visit {
-    static async start(name, programs) {
+    /**
+     * @param {string} name the browser's
+     * @param {string[]} programs what lies beside the host
+     * @param {object} options server: another than the usual one; prepare: called with the sandbox
+     *     before the browser starts; others as ExtendedBrowser.launch() takes them
+     */
+    static async start(name, programs, { server, prepare, ...options } = {}) {
         const self = new Visit();
         self.sandbox = new Sandbox(programs);
+        self.server = server;
+        prepare?.(self.sandbox);
         try {
-            await self.#begin(name);
+            await self.launch(name, options);
         } catch (error) {
             await self.end();
             throw error;
@@ -33,9 +41,10 @@ export class Visit {
         return self;
     }
 
-    async #begin(name) {
-        this.server = await WebServer.start();
-        this.browser = await ExtendedBrowser.launch(name, this.sandbox);
+    /** Also again, after the browser was closed. */
+    async launch(name, options) {
+        this.server ??= await WebServer.start();
+        this.browser = await ExtendedBrowser.launch(name, this.sandbox, options);
         this.extension = await this.browser.openExtensionPage('options.html');
         await this.until(async () => (await this.ask('status')).version !== '', 'the host to answer');
         this.page = await this.browser.browser.newPage();
@@ -62,6 +71,13 @@ export class Visit {
         const answer = await this.extension.evaluate(
             message => chrome.runtime.sendMessage(message), { request, ...members });
         return answer.value;
+    }
+
+    /** Asks until what comes is as wished. Resolves with that. */
+    async untilThere(ask, isWished) {
+        let found;
+        await this.until(async () => isWished(found = await ask()), String(isWished));
+        return found;
     }
 
     async until(condition, what) {

@@ -1,0 +1,49 @@
+// A host whose application behaves as the address of a download wishes, by its parameter "answer".
+
+import { FrameReader, encodeFrame } from '../../../tools/drivers/framing.mjs';
+
+const lateDelay = 6500; // a paused download goes on after 5 s
+
+const settings = {
+    browser: {
+        menu: { dllink: true, dlall: true, dlselected: true, dlvideo: true },
+        monitor: {
+            enable: true, allowDownload: false, skipSmallerThan: '0', skipExtensions: '', skipServers: '',
+            skipServersEnabled: false, skipIfKeyPressed: false, video: { enable: false },
+        },
+    },
+    locale: '',
+};
+
+const answers = {
+    handshake: { version: 'scripted' },
+    ui_strings: { strings: {} },
+    query_settings: { settings },
+};
+const byWish = {
+    added: { result: '1' },
+    late: { result: '1' },
+    refused: { error: 'the server says 403' },
+    declined: { result: '0' },
+    neither: {},
+};
+
+function answer(task) {
+    const { type, id } = task;
+    const reply = members => process.stdout.write(encodeFrame(JSON.stringify(
+        { error: '', id, result: '', type, ...members })));
+    if (type !== 'create_downloads') {
+        reply(answers[type] ?? {});
+        return;
+    }
+    const wish = new URL(task.create_downloads.downloads.item[0].url).searchParams.get('answer');
+    if (wish !== 'silent')
+        setTimeout(reply, wish === 'late' ? lateDelay : 0, byWish[wish ?? 'added']);
+}
+
+const reader = new FrameReader();
+process.stdin.on('data', chunk => {
+    reader.push(chunk);
+    for (let text = reader.next(); text !== undefined; text = reader.next())
+        answer(JSON.parse(text));
+}).on('end', () => process.exit());
