@@ -4,7 +4,6 @@
 #   pack.sh BUILD_FOLDER OUTPUT_FOLDER
 set -euo pipefail
 
-here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 build=$(cd "$1" && pwd)
 mkdir -p "$2"
 output=$(cd "$2" && pwd)
@@ -27,20 +26,12 @@ install_host() {
 
 tree=$work/$name
 install_host "$tree/bin"
-install -D -m 755 "$here/register" "$tree/share/register"
-install -D -m 644 -t "$tree/share/manifests" "$here"/manifests/*.json.in
+install -s -m 755 "$build/bin/kovalo-host" "$tree/bin"
 tar -C "$work" --owner=0 --group=0 -czf "$output/$name.tar.gz" "$name"
 
 package=$work/deb
 install_host "$package/usr/lib/kovalo"
-manifest() {
-    mkdir -p "$package/$2"
-    sed 's|@HOST@|/usr/lib/kovalo/wenativehost|' "$here/manifests/$1.json.in" \
-        >"$package/$2/com.tessmark.kovalo.json"
-}
-manifest chromium etc/chromium/native-messaging-hosts
-manifest chromium etc/opt/chrome/native-messaging-hosts
-manifest firefox usr/lib/mozilla/native-messaging-hosts
+"$build/bin/kovalo-host" register --everybody --root "$package" --host /usr/lib/kovalo/wenativehost
 mkdir "$package/DEBIAN"
 find "$package/etc" -type f -printf '/etc/%P\n' >"$package/DEBIAN/conffiles"
 cat >"$package/DEBIAN/control" <<EOF

@@ -1,5 +1,6 @@
 // A real browser, headless, with the project's extension and the built host registered for it.
 
+import { execFileSync } from 'node:child_process';
 import { createHash } from 'node:crypto';
 import { existsSync, mkdirSync, readFileSync, writeFileSync } from 'node:fs';
 import { dirname, join } from 'node:path';
@@ -23,24 +24,23 @@ function chromiumId() {
     return digest.slice(0, 32).replace(/./g, digit => 'abcdefghijklmnop'[parseInt(digit, 16)]);
 }
 
-/** Registers the host as an installation does. kind: "chromium" or "firefox". */
-function registerHost(folder, sandbox, kind) {
-    const template = new URL(`../../packaging/manifests/${kind}.json.in`, import.meta.url);
-    mkdirSync(folder, { recursive: true });
-    writeFileSync(join(folder, `${hostName}.json`),
-                  readFileSync(template, 'utf8').replace('@HOST@', sandbox.host));
+/** Registers the host as a user does, once the browser has its folder. name: of browserNames. */
+function registerHost(profile, sandbox, name) {
+    mkdirSync(profile, { recursive: true });
+    execFileSync(join(dirname(builtHost()), 'kovalo-host'),
+                 ['register', name, '--host', sandbox.host], { env: sandbox.environment() });
 }
 
 const launchers = {
     async chromium(sandbox, environment, { asksWhere, screen }) {
-        const userDataDir = join(sandbox.home, 'chromium');
+        const userDataDir = join(sandbox.home, '.config/chromium');
         if (!existsSync(userDataDir)) {
             mkdirSync(join(userDataDir, 'Default'), { recursive: true });
             writeFileSync(join(userDataDir, 'Default/Preferences'), JSON.stringify({
                 download: { default_directory: sandbox.downloads, prompt_for_download: asksWhere },
             }));
         }
-        registerHost(join(userDataDir, 'NativeMessagingHosts'), sandbox, 'chromium');
+        registerHost(userDataDir, sandbox, 'chromium');
         const browser = await puppeteer.launch({
             executablePath: '/usr/bin/chromium',
             enableExtensions: true,
@@ -64,7 +64,7 @@ const launchers = {
     async firefox(sandbox, environment, { asksWhere, screen }) {
         const userDataDir = join(sandbox.home, 'firefox');
         mkdirSync(userDataDir, { recursive: true });
-        registerHost(join(sandbox.home, '.mozilla/native-messaging-hosts'), sandbox, 'firefox');
+        registerHost(join(sandbox.home, '.mozilla'), sandbox, 'firefox');
         const browser = await puppeteer.launch({
             browser: 'firefox',
             executablePath: '/usr/bin/firefox-esr',

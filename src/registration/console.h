@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+/// What the program says to whoever called it.
+namespace Console {
+/// A line on stdout.
+void print(const QString &line);
+/// A line on stderr, behind the program's name.
+void complain(const QString &line);
+/// Rows of texts in columns.
+void printTable(const QList<QStringList> &rows);
+
+enum class Colour { Green, Red, Yellow };
+/// The text in this colour, where stdout is a terminal that shows colours.
+QString coloured(const QString &text, Colour colour);
+} // namespace Console

@@ -1,0 +1,87 @@
+#include "doctor.h"
+
+#include "applicationchain.h"
+#include "browserchain.h"
+#include "hostchain.h"
+#include "programpaths.h"
+#include "storagechain.h"
+
+#include <QFileInfo>
+#include <QMap>
+#include <QSet>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+/// What the browser calls the host with.
+QStringList argumentsOf(const BrowserChain &browser)
+{
+    return browser.family.isFirefox() ? QStringList{browser.manifestPath} + browser.family.ids
+                                      : browser.family.ids;
+}
+
+} // namespace
+
+Doctor::Doctor(QList<BrowserInstallation> browsers, int timeoutMs)
+    : m_browsers(std::move(browsers)), m_timeoutMs(timeoutMs)
+{
+}
+
+void Doctor::examine()
+{
+    m_chains.clear();
+    // By the path of each host that a browser would start, the arguments of one that does.
+    QMap<QString, QStringList> hosts;
+    for (const BrowserInstallation &each : m_browsers) {
+        const BrowserChain browser = BrowserChain::examine(each);
+        m_chains.append(browser.chain);
+        if (!browser.hostPath.isEmpty())
+            hosts.insert(browser.hostPath, argumentsOf(browser));
+    }
+    if (m_browsers.isEmpty()) {
+        Chain none{.subject = QStringLiteral("browser"),
+                   .browser = {},
+                   .title = QStringLiteral("Browsers"),
+                   .findings = {}};
+        none.broken(QStringLiteral("browser-found"),
+                    QStringLiteral("none of the browsers that are known was ever started by this "
+                                   "user"),
+                    QStringLiteral("start the browser once; \"%1 browsers\" lists those that are "
+                                   "known")
+                        .arg(ProgramPaths::ownCommand()));
+        m_chains.append(none);
+    }
+    if (hosts.isEmpty())
+        hosts.insert(ProgramPaths::host(), QStringList());
+
+    QSet<QString> hostFolders;
+    for (auto host = hosts.cbegin(); host != hosts.cend(); ++host) {
+        m_chains.append(examineHost(host.key(), host.value(), m_timeoutMs));
+        hostFolders.insert(QFileInfo(QFileInfo(host.key()).canonicalFilePath()).path());
+    }
+    for (const QString &folder : std::as_const(hostFolders)) {
+        m_chains.append(examineStorage(folder));
+        m_chains.append(examineApplication(folder, m_timeoutMs));
+    }
+}
+
+bool Doctor::mend() const
+{
+    bool mended = false;
+    for (const Chain &chain : m_chains) {
+        // Links of one chain are often mended together.
+        for (const Finding &finding : chain.findings) {
+            if (finding.mend && finding.mend())
+                mended = true;
+        }
+    }
+    return mended;
+}
+
+bool Doctor::wouldDownloadArrive() const
+{
+    return std::all_of(m_chains.cbegin(), m_chains.cend(),
+                       [](const Chain &chain) { return chain.isWhole(); });
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "doctor.h"
+
+#include <QString>
+
+/// What the doctor found, in words.
+class DoctorReport {
+public:
+    explicit DoctorReport(const Doctor &doctor) : m_doctor(doctor) { }
+
+    /// A line for each link, for a terminal.
+    QString text() const;
+    /**
+     * {"version": text, "downloadWouldArrive": bool, "chains": [{"subject", "browser", "title",
+     * "links": [{"link", "state", "text", "cure"}]}]}; the states are "ok", "broken" and "not
+     * checked". To be shown to strangers: the user's name and folders are left out.
+     */
+    QString json() const;
+
+private:
+    const Doctor &m_doctor;
+};

@@ -1,0 +1,20 @@
+#include "programpaths.h"
+
+#include "shellquoted.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+QString ProgramPaths::host()
+{
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/wenativehost");
+}
+
+QString ProgramPaths::ownCommand()
+{
+    const QString own = QCoreApplication::applicationFilePath();
+    const QString name = QFileInfo(own).fileName();
+    const QString called = QStandardPaths::findExecutable(name);
+    return QFileInfo(called).canonicalFilePath() == own ? name : shellQuoted(own);
+}

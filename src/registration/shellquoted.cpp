@@ -1,0 +1,24 @@
+#include "shellquoted.h"
+
+#include <QRegularExpression>
+
+namespace {
+QString escapedQuote() { return QStringLiteral("'\\''"); }
+} // namespace
+
+QString shellQuoted(const QString &text)
+{
+    static const QRegularExpression plain(QStringLiteral("^[A-Za-z0-9_@%+=:,./-]+$"));
+    if (plain.match(text).hasMatch())
+        return text;
+    QString inner = text;
+    return u'\'' + inner.replace(u'\'', escapedQuote()) + u'\'';
+}
+
+QString shellUnquoted(const QString &word)
+{
+    if (!word.startsWith(u'\''))
+        return word;
+    QString inner = word.mid(1, word.size() - 2);
+    return inner.replace(escapedQuote(), QStringLiteral("'"));
+}

@@ -1,0 +1,153 @@
+#include "storagechain.h"
+
+#include "appcoreconfig.h"
+#include "appdataaccesshelper.h"
+#include "databaseprobe.h"
+#include "dmcoresettings.h"
+#include "portableversionmanager.h"
+#include "qtappabstractsettingsmanager.h"
+#include "qtappconfigbase.h"
+#include "qtappportablemodesupport.h"
+#include "shellquoted.h"
+#include "systemdefaultdownloadlocation.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSharedPointer>
+#include <QSqlDatabase>
+
+namespace {
+
+/// Whether files can be made in a folder that may itself have to be made; if not, "reason" is why.
+bool isUsableFolder(const QString &path, QString &reason)
+{
+    QFileInfo place(path);
+    while (!place.exists() && !place.isSymbolicLink() && !place.isRoot())
+        place = QFileInfo(place.absolutePath());
+    if (!place.isDir())
+        reason = QStringLiteral("%1 is no folder").arg(place.filePath());
+    else if (!place.isWritable() || !place.isExecutable() || !place.isReadable())
+        reason = QStringLiteral("you may not write to %1").arg(place.filePath());
+    return reason.isEmpty();
+}
+
+/// Gives the owner back what the owner may do.
+bool makeUsable(const QString &path)
+{
+    if (!QFileInfo(path).isDir())
+        return false;
+    const QFile::Permissions needed = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+    return QFile::setPermissions(path, QFile::permissions(path) | needed);
+}
+
+void checkFolder(Chain &chain, const QString &link, const QString &what, const QString &path)
+{
+    QString reason;
+    if (isUsableFolder(path, reason)) {
+        chain.ok(link,
+                 what
+                     + QStringLiteral(" is %1%2")
+                           .arg(path,
+                                QFileInfo::exists(path)
+                                    ? QString()
+                                    : QStringLiteral(", to be made when it is needed")));
+        return;
+    }
+    const QFileInfo info(path);
+    if (info.exists() && !info.isDir())
+        chain.broken(link, what + QStringLiteral(" cannot be used: ") + reason,
+                     QStringLiteral("mv %1 %1.old").arg(shellQuoted(path)));
+    else
+        chain.broken(link, what + QStringLiteral(" cannot be used: ") + reason,
+                     QStringLiteral("chmod u+rwx %1").arg(shellQuoted(path)),
+                     [path] { return makeUsable(path); });
+}
+
+void checkDatabase(Chain &chain, const QString &path)
+{
+    const QString opens = QStringLiteral("database-opens");
+    const QString whole = QStringLiteral("database-whole");
+    const QString unlocked = QStringLiteral("database-unlocked");
+    if (!QFileInfo::exists(path)) {
+        chain.ok(opens, QStringLiteral("there is no database yet; the host makes it"));
+        chain.notReached({whole, unlocked}, QStringLiteral("there is no database yet"));
+        return;
+    }
+    const DatabaseProbe probe(path);
+    const QString moveAway =
+        QStringLiteral("mv %1 %1.broken    (the settings start anew)").arg(shellQuoted(path));
+    if (!probe.openFailure.isEmpty()) {
+        const bool isWritable = QFileInfo(path).isWritable() && QFileInfo(path).isReadable();
+        chain.broken(
+            opens, QStringLiteral("%1 cannot be used: %2").arg(path, probe.openFailure),
+            isWritable ? moveAway : QStringLiteral("chmod u+rw %1").arg(shellQuoted(path)),
+            isWritable ? std::function<bool()>() : [path] {
+                return QFile::setPermissions(
+                    path, QFile::permissions(path) | QFile::ReadOwner | QFile::WriteOwner);
+            });
+        chain.notReached({whole, unlocked}, QStringLiteral("it cannot be opened"));
+        return;
+    }
+    chain.ok(opens, QStringLiteral("the database is %1").arg(path));
+    if (probe.isLocked) {
+        chain.notChecked(whole, QStringLiteral("it is locked"));
+        chain.broken(
+            unlocked, QStringLiteral("another program has locked it, and does not let go"),
+            QStringLiteral("end the program that \"fuser %1\" names").arg(shellQuoted(path)));
+        return;
+    }
+    if (probe.damage.isEmpty())
+        chain.ok(whole, QStringLiteral("it is whole"));
+    else
+        chain.broken(whole, QStringLiteral("it is damaged: ") + probe.damage, moveAway);
+    chain.ok(unlocked, QStringLiteral("no program keeps it locked"));
+}
+
+/// The user may have chosen another folder than the system's.
+QString downloadsFolder(const AppDataAccessHelper &store, bool isStoreUsable)
+{
+    QString chosen;
+    if (isStoreUsable && QFileInfo::exists(store.databaseFilePath()))
+        chosen = store.settings()->value(toString(DmCoreSettings::DefaultDownloadPath));
+    return chosen.isEmpty() ? systemDefaultDownloadLocation() : chosen;
+}
+
+} // namespace
+
+Chain examineStorage(const QString &hostFolder)
+{
+    Chain chain{.subject = QStringLiteral("storage"),
+                .browser = {},
+                .title = QStringLiteral("What is kept"),
+                .findings = {}};
+    const QString portableFolder = hostFolder + QStringLiteral("/portabledata");
+    const bool isPortable =
+        PortableVersionManager::supportsPortableMode() && QFileInfo::exists(portableFolder);
+    const auto portable =
+        QSharedPointer<PortableVersionManager>::create(isPortable ? portableFolder : QString());
+    const AppCoreConfig config(QSharedPointer<QtAppConfigBase>::create(), portable);
+    chain.ok(QStringLiteral("portable"),
+             isPortable ? QStringLiteral("it is a portable installation, with its data beside it")
+                        : QStringLiteral("it is no portable installation"));
+
+    const QString driverLink = QStringLiteral("sql-driver");
+    const bool hasDriver = QSqlDatabase::isDriverAvailable(QStringLiteral("QSQLITE"));
+    if (hasDriver)
+        chain.ok(driverLink, QStringLiteral("Qt's driver for SQLite is there"));
+    else
+        chain.broken(driverLink, QStringLiteral("Qt's driver for SQLite is missing"),
+                     QStringLiteral("sudo apt-get install libqt6sql6-sqlite"));
+
+    checkFolder(chain, QStringLiteral("data-folder"), QStringLiteral("the folder of the settings"),
+                config.dataDir().path());
+    const AppDataAccessHelper store(config.dataDir(), portable->portableModeSupport());
+    if (hasDriver)
+        checkDatabase(chain, store.databaseFilePath());
+    else
+        chain.notReached({QStringLiteral("database-opens"), QStringLiteral("database-whole"),
+                          QStringLiteral("database-unlocked")},
+                         QStringLiteral("there is no driver"));
+    checkFolder(chain, QStringLiteral("downloads-folder"), QStringLiteral("the downloads folder"),
+                downloadsFolder(store, chain.isWhole()));
+    return chain;
+}

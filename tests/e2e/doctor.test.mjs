@@ -1,0 +1,182 @@
+// Each link between a browser and a finished download is broken for real, and must be named.
+
+import { deepStrictEqual, match, ok, strictEqual } from 'node:assert';
+import { spawn } from 'node:child_process';
+import {
+    chmodSync, copyFileSync, mkdirSync, readFileSync, rmSync, writeFileSync,
+} from 'node:fs';
+import { once } from 'node:events';
+import { createServer } from 'node:net';
+import { dirname, join } from 'node:path';
+import { describe, test } from 'node:test';
+import { HostProcess, until } from '../../tools/drivers/hostprocess.mjs';
+import { RegisteredSandbox, isRoot, manifestName, user } from './support/registered.mjs';
+
+const profiles = ['.config/chromium', '.mozilla'];
+const chromiumsManifest = sandbox =>
+    sandbox.inHome('.config/chromium/NativeMessagingHosts', manifestName);
+const firefoxesManifest = sandbox => sandbox.inHome('.mozilla/native-messaging-hosts', manifestName);
+const database = sandbox => sandbox.inHome('.local/share/Tessmark/Kovalo/db.sqlite');
+
+/** Puts a file where the program would look for it; a mode of 0 keeps even its owner out. */
+function put(path, content, mode = 0o644) {
+    mkdirSync(dirname(path), { recursive: true });
+    rmSync(path, { recursive: true, force: true });
+    writeFileSync(path, content);
+    chmodSync(path, mode);
+}
+const script = text => `#!/bin/sh\n${text}\n`;
+
+/** Changes members of Chromium's manifest. */
+const rewrite = members => sandbox => put(chromiumsManifest(sandbox), JSON.stringify(
+    { ...JSON.parse(readFileSync(chromiumsManifest(sandbox))), ...members }));
+/** Has Chromium start another program. */
+const hostThat = (content, mode = 0o755) => sandbox => {
+    const path = join(sandbox.folder, 'other/wenativehost');
+    put(path, content(sandbox), mode);
+    copyFileSync(join(sandbox.programs, 'kov'), join(dirname(path), 'kov'));
+    rewrite({ path })(sandbox);
+};
+const policy = (path, policies) => sandbox => put(join(sandbox.system, path), JSON.stringify(policies));
+const application = (...content) => sandbox => put(join(sandbox.programs, 'kov'), ...content);
+
+/** A server in the place of the application, which takes connections and is silent. */
+const serverOf = owner => async sandbox => {
+    const server = createServer();
+    const path = join(sandbox.temporary, `kov6fs${user}`);
+    chmodSync(sandbox.temporary, 0o777);
+    const self = process.geteuid();
+    process.seteuid(owner); // the peer is told who began to listen
+    server.listen(path);
+    process.seteuid(self);
+    await once(server, 'listening');
+    chmodSync(path, 0o777);
+    return () => server.close();
+};
+
+/** The host keeps its settings in the database. */
+async function makeDatabase(sandbox) {
+    const host = new HostProcess(sandbox);
+    await host.ask({ type: 'post_settings', post_settings: { browser: { monitor: { enable: false } } } });
+    host.closeInput();
+    await host.end();
+}
+
+async function lockDatabase(sandbox) {
+    await makeDatabase(sandbox);
+    const holder = spawn('sqlite3', [database(sandbox)], { stdio: ['pipe', 'pipe', 'inherit'] });
+    holder.stdin.write('BEGIN EXCLUSIVE;\n.print locked\n');
+    let said = '';
+    holder.stdout.on('data', text => { said += text; });
+    await until(() => said.includes('locked'), 'the database to be locked');
+    return () => holder.kill();
+}
+
+async function damageDatabase(sandbox) {
+    await makeDatabase(sandbox);
+    const bytes = readFileSync(database(sandbox));
+    put(database(sandbox), bytes.fill(0xa5, 4096));
+}
+
+/** What is broken, how, and what else the program is given. */
+const rows = [
+    ['manifest-found', sandbox => rmSync(chromiumsManifest(sandbox))],
+    ['manifest-found', sandbox => rmSync(firefoxesManifest(sandbox))],
+    ['manifest-readable', sandbox => put(chromiumsManifest(sandbox), '{}', 0)],
+    ['manifest-json', sandbox => put(chromiumsManifest(sandbox), '{"name":')],
+    ['manifest-name', rewrite({ name: 'com.tessmark.other' })],
+    ['manifest-type', rewrite({ type: 'pipe' })],
+    ['manifest-ids', rewrite({ allowed_origins: ['chrome-extension://aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa/'] })],
+    ['manifest-path', rewrite({ path: 'wenativehost' })],
+    ['host-there', rewrite({ path: '/usr/lib/gone/wenativehost' })],
+    ['host-executable', hostThat(() => script('exit'), 0o644)],
+    ['policies', policy('etc/chromium/policies/managed/a.json', { NativeMessagingBlocklist: ['*'] })],
+    ['policies', policy('etc/firefox/policies/policies.json',
+                        { policies: { ExtensionSettings: { '*': { installation_mode: 'blocked' } } } })],
+    ['policies', policy('etc/chromium/policies/managed/a.json', { NativeMessagingUserLevelHosts: false }),
+     { also: ['manifest-found'] }],
+    ['sandbox', sandbox => { mkdirSync(sandbox.inHome('snap/chromium/common/chromium'), { recursive: true }); }],
+    ['sandbox', async sandbox => {
+        mkdirSync(sandbox.inHome('.var/app/com.google.Chrome/config/google-chrome'), { recursive: true });
+        strictEqual((await sandbox.run(['register', '--flatpak', 'com.google.Chrome'])).status, 0);
+    }],
+    ['libraries', hostThat(sandbox => Buffer.from(
+        readFileSync(sandbox.host, 'latin1').replace('libQt6Network.so.6', 'libQt6Notwork.so.6'), 'latin1'))],
+    ['host-answers', hostThat(() => script('echo out of luck >&2; exit 3')), { says: /status 3.*out of luck/ }],
+    ['host-answers', hostThat(() => script('sleep 60')), { timeout: 1, says: /not answer within 1 s/ }],
+    ['host-answers', hostThat(() => script('echo Hello')), { says: /something else/ }],
+    ['host-answers', hostThat(() => 'no program'), { says: /cannot be started/ }],
+    ['log', () => {}, { env: { KOVALO_LOG_FILE: '/proc/none/kovalo.log' }, arrives: true }],
+    ['sql-driver', sandbox => put(join(sandbox.programs, 'qt.conf'), '[Paths]\nPlugins=/nowhere\n')],
+    ['data-folder', sandbox => put(dirname(database(sandbox)), ''), { also: ['application-running'] }],
+    ['database-opens', sandbox => put(database(sandbox), 'no database '.repeat(1000))],
+    ['database-whole', damageDatabase],
+    ['database-unlocked', lockDatabase],
+    ['downloads-folder', sandbox => put(sandbox.downloads, '')],
+    ['application-there', sandbox => rmSync(join(sandbox.programs, 'kov'))],
+    ['application-executable', application('', 0o644)],
+    ['application-running', application(script('echo no room >&2; exit 1'), 0o755), { says: /no room/ }],
+    ['application-answers', serverOf(user), { timeout: 1 }],
+    ['browser-found', () => {}, { browsers: ['brave'] }],
+    // The server is root's then, and the program is not.
+    ...isRoot ? [['application-socket', serverOf(0)]] : [],
+];
+
+async function healthySandbox() {
+    const sandbox = new RegisteredSandbox(profiles);
+    strictEqual((await sandbox.run(['register'])).status, 0);
+    return sandbox;
+}
+
+async function doctor(sandbox, { browsers = [], timeout = 60, env } = {}, ...options) {
+    const result = await sandbox.run(['doctor', ...browsers, '--timeout', timeout, '--root', sandbox.system, ...options], env);
+    return { ...result, links: options.includes('--json') ? linksOf(JSON.parse(result.output)) : [] };
+}
+const linksOf = report => report.chains.flatMap(each => each.links);
+
+describe('the doctor names', { concurrency: 2 }, () => {
+    for (const [link, breakIt, given = {}] of rows) {
+        test(`${link}${given.says ? ` (${given.says.source})` : ''}`, async () => {
+            const sandbox = await healthySandbox();
+            let mendIt;
+            try {
+                mendIt = await breakIt(sandbox);
+                const { status, output, errors, links } = await doctor(sandbox, given, '--json');
+                const broken = links.filter(each => each.state === 'broken');
+                deepStrictEqual(broken.map(each => each.link).sort(), [link, ...given.also ?? []].sort(), output);
+                ok(broken.every(each => each.text && each.cure));
+                if (given.says)
+                    match(broken[0].text, given.says);
+                strictEqual(status, given.arrives ? 0 : 1, errors);
+                for (const secret of [sandbox.home, sandbox.temporary, String(user)])
+                    ok(!output.includes(secret), `${secret} in ${output}`);
+            } finally {
+                mendIt?.();
+                sandbox.remove();
+            }
+        });
+    }
+});
+
+test('a whole chain is told as one, and mended where that needs no decision', async () => {
+    const sandbox = await healthySandbox();
+    try {
+        const { status, output, links } = await doctor(sandbox, {}, '--json');
+        strictEqual(status, 0, output);
+        deepStrictEqual(links.filter(each => each.state === 'broken'), []);
+        for (const link of new Set(rows.map(([each]) => each)))
+            ok(links.some(each => each.link === link), `${link} is not told of`);
+
+        put(firefoxesManifest(sandbox), '{');
+        rmSync(chromiumsManifest(sandbox));
+        mkdirSync(sandbox.downloads);
+        chmodSync(sandbox.downloads, 0o500);
+        strictEqual((await doctor(sandbox)).status, 1);
+        const mended = await doctor(sandbox, {}, '--fix');
+        strictEqual(mended.status, 0, mended.output);
+        match(mended.output, /^ {2}ok +manifest-json .*\n[^]*A download would arrive\.\n$/m);
+        ok(!mended.output.includes('\x1b'), 'no colours, for this is no terminal');
+    } finally {
+        sandbox.remove();
+    }
+});

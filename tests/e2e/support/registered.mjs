@@ -1,0 +1,58 @@
+// kovalo-host in a home of its own, with browsers that it finds there. Root may do everything, so
+// where the tests run as root, the program runs as somebody else.
+
+import { spawn } from 'node:child_process';
+import { chownSync, mkdirSync, readFileSync, readdirSync } from 'node:fs';
+import { join } from 'node:path';
+import { Sandbox } from '../../../tools/drivers/sandbox.mjs';
+
+export const table = JSON.parse(readFileSync(
+    new URL('../../../src/registration/browsers.json', import.meta.url)));
+export const manifestName = `${table.host.name}.json`;
+export const isRoot = process.getuid() === 0;
+const nobody = 65534;
+export const user = isRoot ? nobody : process.getuid();
+
+function giveAway(path) {
+    chownSync(path, nobody, nobody);
+    for (const each of readdirSync(path, { withFileTypes: true })) {
+        if (each.isDirectory())
+            giveAway(join(path, each.name));
+        else if (!path.endsWith('/bin')) // those are the build's own files
+            chownSync(join(path, each.name), nobody, nobody);
+    }
+}
+
+export class RegisteredSandbox extends Sandbox {
+    /** @param {string[]} profiles folders that browsers have made, such as ".mozilla" */
+    constructor(profiles = []) {
+        super(['kov', 'kovalo-host']);
+        for (const each of profiles)
+            mkdirSync(join(this.home, each), { recursive: true });
+    }
+
+    /** Where the folders for everybody and the policies are looked for. */
+    get system() { return join(this.folder, 'system'); }
+
+    inHome(...path) { return join(this.home, ...path); }
+
+    /** Runs kovalo-host; resolves with its status and what it said. */
+    run(args, env = {}) {
+        if (isRoot)
+            giveAway(this.folder);
+        const child = spawn(join(this.programs, 'kovalo-host'), args, {
+            cwd: this.folder,
+            env: this.environment(env),
+            stdio: ['ignore', 'pipe', 'pipe'],
+            ...isRoot && { uid: nobody, gid: nobody },
+        });
+        let output = '';
+        let errors = '';
+        child.stdout.setEncoding('utf8').on('data', text => { output += text; });
+        child.stderr.setEncoding('utf8').on('data', text => { errors += text; });
+        return new Promise((resolve, reject) => {
+            child.on('error', reject);
+            child.on('close', status => resolve({ status, output, errors }));
+        });
+    }
+}
