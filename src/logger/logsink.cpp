@@ -1,5 +1,6 @@
 #include "logsink.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -18,8 +19,12 @@
 #include <csignal>
 #include <cstdio>
 #include <ctime>
+#include <utility>
 
 namespace {
+
+/// Logs are nobody else's business.
+constexpr mode_t fileMode = 0600;
 
 /// While it lives, writing to a pipe without a reader raises no signal in this thread, and the
 /// thread is not cut off in the middle of a line (and of the lock) when it is being terminated.
@@ -59,6 +64,34 @@ bool isSameFile(const struct stat &one, const struct stat &other)
     return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
+bool isControl(QChar character) { return character < u' ' || character == u'\x7f'; }
+
+/// The text without line breaks and what else would confuse a reader of the log: texts come from
+/// outside too.
+QString asOneLine(const QString &text)
+{
+    if (std::none_of(text.cbegin(), text.cend(), isControl))
+        return text;
+    QString line;
+    for (const QChar character : text) {
+        if (character == u'\n')
+            line += QStringLiteral("\\n");
+        else if (isControl(character))
+            line += QStringLiteral("\\x%1").arg(character.unicode(), 2, 16, QChar(u'0'));
+        else
+            line += character;
+    }
+    return line;
+}
+
+QByteArray formattedLine(int level, const QString &text)
+{
+    return QStringLiteral("%1 [%2] %3 %4\n")
+        .arg(QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs),
+             QString::number(::getpid()), QString::number(level), asOneLine(text))
+        .toUtf8();
+}
+
 } // namespace
 
 LogSink::LogSink(const QString &filePath, qint64 rotateAtBytes)
@@ -66,15 +99,15 @@ LogSink::LogSink(const QString &filePath, qint64 rotateAtBytes)
                                     : QFile::encodeName(QFileInfo(filePath).absoluteFilePath())),
       m_rotateAtBytes(rotateAtBytes)
 {
-    // A descriptor of its own: were stderr closed, its number would soon be another file's.
     if (m_filePath.isEmpty())
-        adopt(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+        openStderr();
 }
 
 LogSink::~LogSink() { closeFile(); }
 
-void LogSink::write(const QByteArray &line)
+void LogSink::write(int level, const QString &text)
 {
+    const QByteArray line = formattedLine(level, text);
     const UndisturbedThread undisturbed;
     const QMutexLocker locker(&m_mutex);
     if (!m_filePath.isEmpty())
@@ -92,7 +125,7 @@ void LogSink::prepareFile(qsizetype lineSize)
     if (m_fd < 0)
         openFile();
     struct stat opened = {};
-    if (m_fd < 0 || !m_regularFile || ::fstat(m_fd, &opened) != 0)
+    if (m_fd < 0 || m_filePath.isEmpty() || !m_regularFile || ::fstat(m_fd, &opened) != 0)
         return;
     if (opened.st_size > 0 && opened.st_size + lineSize > m_rotateAtBytes && renameFile()) {
         closeFile();
@@ -103,9 +136,37 @@ void LogSink::prepareFile(qsizetype lineSize)
 void LogSink::openFile()
 {
     QDir().mkpath(QFileInfo(QFile::decodeName(m_filePath)).absolutePath());
-    adopt(::open(m_filePath.constData(),
-                 O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0600));
+    const int fd = ::open(
+        m_filePath.constData(),
+        O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY | O_NONBLOCK | O_NOFOLLOW, fileMode);
+    if (fd < 0 && errno == ELOOP) {
+        fallBackToStderr(QStringLiteral("it is a link"));
+        return;
+    }
+    struct stat file = {};
+    if (fd >= 0 && ::fstat(fd, &file) == 0
+        && (file.st_uid != ::geteuid() || (file.st_mode & ALLPERMS) != fileMode)) {
+        ::close(fd);
+        fallBackToStderr(
+            QStringLiteral("it belongs to user %1 and has the mode %2")
+                .arg(QString::number(file.st_uid), QString::number(file.st_mode & ALLPERMS, 8)));
+        return;
+    }
+    adopt(fd);
 }
+
+void LogSink::fallBackToStderr(const QString &reason)
+{
+    const QString path = QFile::decodeName(std::exchange(m_filePath, QByteArray()));
+    openStderr();
+    if (m_fd >= 0)
+        writeAll(formattedLine(
+            1,
+            QStringLiteral("[LogSink]: WARNING: \"%1\" is not written to: %2").arg(path, reason)));
+}
+
+// A descriptor of its own: were stderr closed, its number would soon be another file's.
+void LogSink::openStderr() { adopt(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)); }
 
 void LogSink::closeFile()
 {

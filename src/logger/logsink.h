@@ -9,7 +9,9 @@
  *
  * Nothing that it meets disturbs the caller: no signal is raised and no write waits for a reader;
  * what cannot be written is dropped. A destination that is also the process's stdout (unless a
- * terminal or another device) is refused: that is the message channel.
+ * terminal or another device) is refused: that is the message channel. So is a file that this
+ * class would not have made: a link, one of another user, or one with other permissions than 0600;
+ * the lines go to stderr then, and the first says why.
  */
 class LogSink {
 public:
@@ -18,20 +20,23 @@ public:
     ~LogSink();
     Q_DISABLE_COPY_MOVE(LogSink)
 
-    /// The line ends with its line break. A line reaches a file in one piece, among the lines of
-    /// other threads and processes.
-    void write(const QByteArray &line);
+    /// Writes the text as one line, with its time, process id and level; control characters are
+    /// escaped. A line reaches a file in one piece, among those of other threads and processes.
+    void write(int level, const QString &text);
 
 private:
     void prepareFile(qsizetype lineSize);
+    void openStderr();
     void openFile();
+    void fallBackToStderr(const QString &reason);
     void closeFile();
     void adopt(int fd);
     bool nameBelongsToAnotherFile() const;
     bool renameFile();
     void writeAll(const QByteArray &line);
 
-    const QByteArray m_filePath;
+    /// Empty while the lines go to stderr.
+    QByteArray m_filePath;
     const qint64 m_rotateAtBytes;
     QMutex m_mutex;
     int m_fd = -1;

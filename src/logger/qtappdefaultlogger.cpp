@@ -25,3 +25,9 @@ void logLine(int level, const QString &text)
     if (QtAppLogger *logger = QtAppDefaultLogger::instance())
         logger->log(level, text);
 }
+
+bool logsLevel(int level)
+{
+    const QtAppLogger *logger = QtAppDefaultLogger::instance();
+    return logger && logger->logs(level);
+}

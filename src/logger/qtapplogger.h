@@ -18,7 +18,8 @@ public:
     struct Options {
         /// Lines of a higher level are dropped; 0 drops all.
         int verbosityLevel = 1;
-        /// Empty: stderr. Otherwise appended to; created with its folder, mode 0600.
+        /// Empty: stderr. Otherwise appended to; created with its folder, mode 0600. A file with
+        /// another owner or mode, or a link, is not used: the log goes to stderr then.
         QString filePath;
         /// The size in bytes at which the file is renamed to "<filePath>.1" (replacing an older
         /// one) and begun anew.
@@ -35,6 +36,8 @@ public:
     /// Writes one line; line breaks and other control characters are written as "\n", "\x1b".
     /// Level 1 is what is logged by default, higher levels are more detailed.
     void log(int level, const QString &text);
+    /// Whether lines of that level are written: for texts that cost something to make.
+    bool logs(int level) const;
     int verbosityLevel() const;
 
 private:

@@ -1,9 +1,7 @@
 #include "assertionlog.h"
 #include "logcapture.h"
 
-#include <QCoreApplication>
 #include <QFile>
-#include <QProcess>
 #include <QTest>
 
 #include <fcntl.h>
@@ -11,8 +9,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <memory>
 #include <thread>
 #include <vector>
 
@@ -24,25 +20,34 @@ QByteArray contents(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-const QLatin1String writerSwitch("--write");
-QString writerText() { return QString(200, u'x'); }
-constexpr int writerThreads = 3;
-constexpr int writerLines = 200;
+/// A pipe in the place of stderr while it lives.
+class CapturedStderr {
+public:
+    CapturedStderr() : m_real(::dup(STDERR_FILENO))
+    {
+        if (::pipe2(m_ends, O_CLOEXEC | O_NONBLOCK) != 0)
+            qFatal("no pipe");
+        ::dup2(m_ends[1], STDERR_FILENO);
+    }
+    ~CapturedStderr()
+    {
+        ::dup2(m_real, STDERR_FILENO);
+        for (const int descriptor : {m_real, m_ends[0], m_ends[1]})
+            ::close(descriptor);
+    }
+    Q_DISABLE_COPY_MOVE(CapturedStderr)
 
-int writeLines(const QString &path, qint64 rotateAtBytes)
-{
-    QtAppLogger logger({.filePath = path, .rotateAtBytes = rotateAtBytes});
-    std::vector<std::thread> threads;
-    threads.reserve(writerThreads);
-    for (int thread = 0; thread < writerThreads; ++thread)
-        threads.emplace_back([&logger] {
-            for (int i = 0; i < writerLines; ++i)
-                logger.log(1, writerText());
-        });
-    for (std::thread &thread : threads)
-        thread.join();
-    return 0;
-}
+    /// What has come since this was last asked for.
+    QByteArray read() const
+    {
+        QByteArray bytes(200'000, '\0');
+        return bytes.first(std::max(::read(m_ends[0], bytes.data(), 200'000), ssize_t{0}));
+    }
+
+private:
+    const int m_real;
+    int m_ends[2] = {};
+};
 
 } // namespace
 
@@ -67,7 +72,7 @@ private Q_SLOTS:
                               u"ASSERTION FAILED: in no sources, /a.b/noext,8"_qs}));
     }
 
-    void rotatesAtTheLimit()
+    void rotates()
     {
         QtAppLogger logger({.filePath = m_path, .rotateAtBytes = 1000});
         const QString old = m_path + u".1"_qs;
@@ -81,70 +86,56 @@ private Q_SLOTS:
         }
         logger.log(1, QString(5000, u'x'));
         QVERIFY2(contents(m_path).contains("xxxx"), "a line larger than the limit");
+        QVERIFY(QFile::remove(old) && QFile::rename(m_path, old));
+        logger.log(1, u"third"_qs);
+        QVERIFY2(contents(m_path).contains("third"), "after others moved the file");
     }
 
-    void followsAFileThatOthersMoved()
-    {
-        QtAppLogger logger({.filePath = m_path});
-        logger.log(1, u"first"_qs);
-        QVERIFY(QFile::rename(m_path, m_path + u".1"_qs));
-        logger.log(1, u"second"_qs);
-        QVERIFY(contents(m_path).contains("second"));
-    }
-
-    void linesOfThreadsAndProcessesStayWhole()
+    void linesOfManyStayWhole()
     {
         // Full about half-way: rotated exactly once, whoever finds it full, and nothing is lost.
-        constexpr int processes = 4;
-        constexpr int lines = processes * writerThreads * writerLines;
-        std::vector<std::unique_ptr<QProcess>> writers;
-        for (int i = 0; i < processes; ++i) {
-            writers.push_back(std::make_unique<QProcess>());
-            writers.back()->start(QCoreApplication::applicationFilePath(),
-                                  {writerSwitch, m_path, QString::number(lines * 240 * 3 / 5)});
-        }
-        for (const auto &writer : writers) {
-            QVERIFY(writer->waitForFinished());
-            QCOMPARE(writer->exitCode(), 0);
-        }
+        // Loggers share no more than those of several processes do.
+        constexpr int loggers = 8;
+        constexpr int linesOfEach = 300;
+        const QString text(200, u'x');
+        std::vector<std::thread> threads;
+        threads.reserve(loggers);
+        for (int i = 0; i < loggers; ++i)
+            threads.emplace_back([this, &text] {
+                QtAppLogger logger(
+                    {.filePath = m_path, .rotateAtBytes = loggers * linesOfEach * 240 * 3 / 5});
+                for (int line = 0; line < linesOfEach; ++line)
+                    logger.log(1, text);
+            });
+        for (std::thread &thread : threads)
+            thread.join();
         const QByteArray rotated = contents(m_path + u".1"_qs);
         const QList<QByteArray> all = (rotated + contents(m_path)).trimmed().split('\n');
         QVERIFY(!rotated.isEmpty());
-        QCOMPARE(all.size(), lines);
+        QCOMPARE(all.size(), loggers * linesOfEach);
         for (const QByteArray &line : all)
-            QVERIFY2(line.endsWith(" 1 " + writerText().toUtf8()) && line.size() < 245,
-                     line.constData());
+            QVERIFY2(line.endsWith(" 1 " + text.toUtf8()) && line.size() < 245, line.constData());
     }
 
     void stderrThatNobodyReads()
     {
-        int ends[2];
-        QCOMPARE(::pipe2(ends, O_CLOEXEC), 0);
-        ::fcntl(ends[0], F_SETFL, O_NONBLOCK);
-        const auto readAll = [&ends] {
-            QByteArray bytes(200'000, '\0');
-            const ssize_t count = ::read(ends[0], bytes.data(), 200'000);
-            return bytes.first(std::max(count, ssize_t{0}));
-        };
-        (void)std::fflush(nullptr);
-        const int realOut = ::dup(STDOUT_FILENO);
-        const int realErr = ::dup(STDERR_FILENO);
-        ::dup2(ends[1], STDERR_FILENO);
+        const CapturedStderr err;
         QtAppLogger logger({});
         for (int i = 0; i < 100; ++i)
             logger.log(1, QString(10'000, u'x'));
-        const QByteArray first = readAll();
+        const QByteArray first = err.read();
         logger.log(1, u"heard again"_qs);
-        const QByteArray second = readAll();
-        // Were stdout the same pipe, or named as the file, nothing may be written at all.
-        ::dup2(ends[1], STDOUT_FILENO);
-        for (const QString &path : {u""_qs, u"/dev/stdout"_qs})
-            QtAppLogger({.filePath = path}).log(1, u"not here"_qs);
-        const QByteArray third = readAll();
+        const QByteArray second = err.read();
+        // Nor is a pipe waited for that a path leads to.
+        QCOMPARE(::mkfifo(QFile::encodeName(m_path).constData(), 0600), 0);
+        QtAppLogger({.filePath = m_path}).log(1, u"nobody waits"_qs);
+        // A pipe that is stdout as well is the message channel.
+        const int realOut = ::dup(STDOUT_FILENO);
+        ::dup2(STDERR_FILENO, STDOUT_FILENO);
+        QtAppLogger({}).log(1, u"not here"_qs);
+        const QByteArray third = err.read();
         ::dup2(realOut, STDOUT_FILENO);
-        ::dup2(realErr, STDERR_FILENO);
-        for (const int descriptor : {realOut, realErr, ends[0], ends[1]})
-            ::close(descriptor);
+        ::close(realOut);
 
         QVERIFY(first.size() >= 10'000 && first.size() < 200'000);
         QVERIFY(second.endsWith(" 1 heard again\n"));
@@ -152,22 +143,32 @@ private Q_SLOTS:
         QCOMPARE(third, QByteArray());
     }
 
-    void pipeWithoutReader()
+    void filesOfOthersAreNotWritten()
     {
-        QCOMPARE(::mkfifo(QFile::encodeName(m_path).constData(), 0600), 0);
-        QtAppLogger({.filePath = m_path}).log(1, u"nobody waits"_qs);
+        const QString kept = m_dir.filePath(u"kept"_qs);
+        const auto make = [](const QString &path, QFile::Permissions permissions) {
+            QFile file(path);
+            return file.open(QIODevice::WriteOnly) && file.setPermissions(permissions);
+        };
+        constexpr auto own = QFile::ReadOwner | QFile::WriteOwner;
+        QVERIFY(make(kept, own) && QFile::link(kept, m_path + u"link"_qs));
+        QVERIFY(make(m_path + u"open"_qs, own | QFile::ReadOther));
+        QVERIFY(make(m_path + u"other"_qs, own));
+        // Only root can give a file away; for anybody else, root's own will do.
+        const bool isRoot = ::geteuid() == 0;
+        const QString foreign = isRoot ? m_path + u"other"_qs : u"/dev/null"_qs;
+        if (isRoot)
+            QCOMPARE(::chown(QFile::encodeName(foreign).constData(), 1234, 1234), 0);
+        for (const QString &path : {m_path + u"link"_qs, m_path + u"open"_qs, foreign}) {
+            const CapturedStderr err;
+            QtAppLogger({.filePath = path}).log(1, u"heard"_qs);
+            const QByteArray log = err.read();
+            QVERIFY2(log.contains(QFile::encodeName(path) + "\" is not written to: it "), log);
+            QVERIFY2(log.endsWith(" 1 heard\n"), log);
+            QCOMPARE(contents(path), QByteArray());
+        }
     }
 };
 
-/// Run by itself as "tst_qtapplogger --write <file> <limit>", it is one of the writers.
-int main(int argc, char *argv[])
-{
-    QCoreApplication app(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.value(1) == writerSwitch)
-        return writeLines(arguments.at(2), arguments.at(3).toLongLong());
-    TestQtAppLogger test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_GUILESS_MAIN(TestQtAppLogger)
 #include "tst_qtapplogger.moc"
