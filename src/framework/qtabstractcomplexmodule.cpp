@@ -34,7 +34,7 @@ void QtAbstractComplexModule::onInitializeSelfAfterFinished(bool init)
 
 void QtAbstractComplexModule::onModuleInitializeRunning(bool running, bool init)
 {
-    if (running || m_step != Step::Children || m_init != init)
+    if (running || !isPassing() || m_step != Step::Children || isGoingUp() != init)
         return;
     if (m_current && m_current->initFailed(init))
         setInitFailed(init);
@@ -55,16 +55,14 @@ void QtAbstractComplexModule::clearModules()
     m_begun = 0;
     if (m_current) {
         letGoOfCurrent();
-        onStepFinished(Step::Children, m_init);
+        onStepFinished(Step::Children, isGoingUp());
     }
 }
 
 void QtAbstractComplexModule::bringUp()
 {
-    if (!checkOrLog(m_step == Step::Idle && !m_needsTakeDown && !isInitializeRunning(false),
-                    "module is down"))
+    if (!checkOrLog(m_state == State::Down && !isInitializeRunning(false), "module is down"))
         return;
-    m_needsTakeDown = true;
     beginPass(true);
     advance();
 }
@@ -73,21 +71,21 @@ void QtAbstractComplexModule::takeDown()
 {
     if (isInitializeRunning(false))
         return;
-    if (m_step != Step::Idle) {
-        m_takeDownAsked = true;
-    } else if (m_needsTakeDown) {
-        beginPass(false);
-    } else {
+    if (m_state == State::Down) {
         setInitializeRunning(true, false);
         setInitializeRunning(false, false);
         return;
     }
+    if (isGoingUp())
+        m_state = State::Abandoning;
+    else
+        beginPass(false);
     advance();
 }
 
 void QtAbstractComplexModule::beginPass(bool init)
 {
-    m_init = init;
+    m_state = init ? State::GoingUp : State::GoingDown;
     m_step = Step::SelfBefore;
     runStep([this, init] {
         setInitializeRunning(true, init);
@@ -98,21 +96,19 @@ void QtAbstractComplexModule::beginPass(bool init)
 void QtAbstractComplexModule::endPass()
 {
     letGoOfCurrent();
-    m_step = Step::Idle;
-    if (!m_init)
-        m_needsTakeDown = false;
+    const bool init = isGoingUp();
+    m_state = init ? State::Up : State::Down;
     // Last: whoever hears of it may start the next pass, or destroy the module.
-    setInitializeRunning(false, m_init);
+    setInitializeRunning(false, init);
 }
 
 void QtAbstractComplexModule::abandonBringUp()
 {
-    m_takeDownAsked = false;
     setInitFailed(true);
     const QPointer<QtAbstractComplexModule> self(this);
     endPass();
     // Whoever heard of the end may have run the take-down already.
-    if (self && m_step == Step::Idle && m_needsTakeDown) {
+    if (self && m_state == State::Up) {
         beginPass(false);
         advance();
     }
@@ -120,15 +116,15 @@ void QtAbstractComplexModule::abandonBringUp()
 
 void QtAbstractComplexModule::advance()
 {
-    while (m_step != Step::Idle && !m_insideStep) {
-        if (m_takeDownAsked) {
+    while (isPassing() && !isInsideStep()) {
+        if (m_state == State::Abandoning) {
             abandonBringUp();
             return;
         }
-        if (!m_stepFinished)
+        if (m_stepState != StepState::Finished)
             return;
-        m_stepFinished = false;
-        if (m_step == Step::SelfAfter || (m_init && (initFailed(true) || needExit()))) {
+        m_stepState = StepState::Waiting;
+        if (m_step == Step::SelfAfter || (isGoingUp() && (initFailed(true) || needExit()))) {
             endPass();
             return;
         }
@@ -140,15 +136,16 @@ void QtAbstractComplexModule::startNextChild()
 {
     letGoOfCurrent();
     m_step = Step::Children;
-    while (m_init ? m_begun < m_modules.size() : m_begun > 0) {
-        m_current = m_modules.at(m_init ? m_begun++ : --m_begun);
+    const bool init = isGoingUp();
+    while (init ? m_begun < m_modules.size() : m_begun > 0) {
+        m_current = m_modules.at(init ? m_begun++ : --m_begun);
         if (m_current) {
             initializeCurrent();
             return;
         }
     }
     m_step = Step::SelfAfter;
-    runStep([this] { initializeSelfAfter(m_init); });
+    runStep([this, init] { initializeSelfAfter(init); });
 }
 
 void QtAbstractComplexModule::initializeCurrent()
@@ -156,12 +153,12 @@ void QtAbstractComplexModule::initializeCurrent()
     // Only the pass of now counts: a child whose bring-up is abandoned ends that one too.
     m_currentConnections[0] = connect(m_current, &QtAbstractModule::initializeRunning, this,
                                       [this](bool running, bool init) {
-                                          if (init == m_init)
+                                          if (init == isGoingUp())
                                               onModuleInitializeRunning(running, init);
                                       });
     m_currentConnections[1] =
         connect(m_current, &QObject::destroyed, this, &QtAbstractComplexModule::onCurrentDestroyed);
-    runStep([module = m_current.data(), init = m_init] { module->initialize(init); });
+    runStep([module = m_current.data(), init = isGoingUp()] { module->initialize(init); });
 }
 
 void QtAbstractComplexModule::letGoOfCurrent()
@@ -173,28 +170,31 @@ void QtAbstractComplexModule::letGoOfCurrent()
 
 void QtAbstractComplexModule::onCurrentDestroyed()
 {
-    if (m_stepFinished)
+    if (m_stepState == StepState::CalledAndFinished || m_stepState == StepState::Finished)
         return;
-    setInitFailed(m_init);
-    onStepFinished(Step::Children, m_init);
+    setInitFailed(isGoingUp());
+    onStepFinished(Step::Children, isGoingUp());
 }
 
 void QtAbstractComplexModule::onStepFinished(Step step, bool init)
 {
-    if (m_step != step || m_init != init)
+    if (!isPassing() || m_step != step || isGoingUp() != init)
         return;
-    m_stepFinished = true;
     // A step that ends inside its own call is followed up when that call returns. A later end is
     // followed up from the event loop: who reports it may be let go of by what comes next.
-    if (!m_insideStep)
-        QMetaObject::invokeMethod(
-            this, [this] { advance(); }, Qt::QueuedConnection);
+    if (isInsideStep()) {
+        m_stepState = StepState::CalledAndFinished;
+        return;
+    }
+    m_stepState = StepState::Finished;
+    QMetaObject::invokeMethod(
+        this, [this] { advance(); }, Qt::QueuedConnection);
 }
 
 template <typename Call> void QtAbstractComplexModule::runStep(Call call)
 {
-    m_stepFinished = false;
-    m_insideStep = true;
+    m_stepState = StepState::Called;
     call();
-    m_insideStep = false;
+    m_stepState =
+        m_stepState == StepState::CalledAndFinished ? StepState::Finished : StepState::Waiting;
 }

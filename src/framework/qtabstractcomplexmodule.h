@@ -53,7 +53,31 @@ protected:
     QtAbstractModule *currentModule() const { return m_current; }
 
 private:
-    enum class Step { Idle, SelfBefore, Children, SelfAfter };
+    enum class State {
+        Down,
+        GoingUp,
+        /// Going up, and to go down as soon as the step that is inside its call returns.
+        Abandoning,
+        /// Or failed on the way up: what is there has to be taken down.
+        Up,
+        GoingDown,
+    };
+    enum class Step { SelfBefore, Children, SelfAfter };
+    enum class StepState {
+        /// Inside its call.
+        Called,
+        /// Inside its call, and has said that it is finished.
+        CalledAndFinished,
+        Waiting,
+        Finished,
+    };
+
+    bool isPassing() const { return isGoingUp() || m_state == State::GoingDown; }
+    bool isGoingUp() const { return m_state == State::GoingUp || m_state == State::Abandoning; }
+    bool isInsideStep() const
+    {
+        return m_stepState == StepState::Called || m_stepState == StepState::CalledAndFinished;
+    }
 
     void bringUp();
     void takeDown();
@@ -74,10 +98,8 @@ private:
     std::array<QMetaObject::Connection, 2> m_currentConnections;
     /// How many children's bring-up was begun; the take-down starts from there.
     qsizetype m_begun = 0;
-    Step m_step = Step::Idle;
-    bool m_init = false;
-    bool m_needsTakeDown = false;
-    bool m_insideStep = false;
-    bool m_stepFinished = false;
-    bool m_takeDownAsked = false;
+    State m_state = State::Down;
+    /// Of the pass that is under way.
+    Step m_step = Step::SelfBefore;
+    StepState m_stepState = StepState::Waiting;
 };
