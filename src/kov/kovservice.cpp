@@ -3,6 +3,7 @@
 #include "appdataaccesshelper.h"
 #include "kovcommands.h"
 #include "kovdownloadsqueue.h"
+#include "localpeeruser.h"
 #include "qtappabstractsettingsmanager.h"
 #include "qtappconfigbase.h"
 #include "qtappdefaultlogger.h"
@@ -12,7 +13,6 @@
 #include <QLocalSocket>
 #include <QThread>
 
-#include <sys/socket.h>
 #include <unistd.h>
 #include <utility>
 
@@ -26,17 +26,6 @@ constexpr int waitingConnections = 256;
 QString lockPath(const QtAppConfigBase &config)
 {
     return config.dataDir().filePath(QStringLiteral("kov.lock"));
-}
-
-/// Anybody can make a socket of that name where sockets lie.
-bool isOwnedByThisUser(const QLocalSocket &connection)
-{
-    ucred server = {};
-    socklen_t size = sizeof(server);
-    return ::getsockopt(static_cast<int>(connection.socketDescriptor()), SOL_SOCKET, SO_PEERCRED,
-                        &server, &size)
-        == 0
-        && server.uid == ::getuid();
 }
 
 } // namespace
@@ -116,7 +105,7 @@ bool KovService::anotherAccepts() const
 {
     QLocalSocket probe;
     probe.connectToServer(m_serverName);
-    return probe.waitForConnected(connectWithinMs) && isOwnedByThisUser(probe);
+    return probe.waitForConnected(connectWithinMs) && localPeerUser(probe) == ::getuid();
 }
 
 void KovService::onNewConnection()

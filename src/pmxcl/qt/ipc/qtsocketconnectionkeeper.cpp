@@ -70,6 +70,8 @@ void QtSocketConnectionKeeper::connect()
 void QtSocketConnectionKeeper::forceConnect()
 {
     m_currentRetryInterval = m_minRetryInterval;
+    // A long wait that was begun before must not stand in the way of the next, short one.
+    m_reconnectTimer->stop();
     connect();
 }
 
@@ -86,11 +88,7 @@ void QtSocketConnectionKeeper::onSocketStateChanged()
         scheduleReconnect();
 }
 
-void QtSocketConnectionKeeper::onScheduledReconnect()
-{
-    m_reconnectScheduled = false;
-    connect();
-}
+void QtSocketConnectionKeeper::onScheduledReconnect() { connect(); }
 
 void QtSocketConnectionKeeper::onGotProxyAuth()
 {
@@ -100,7 +98,7 @@ void QtSocketConnectionKeeper::onGotProxyAuth()
 
 void QtSocketConnectionKeeper::scheduleReconnect()
 {
-    if (!m_enabled || m_reconnectScheduled)
+    if (!m_enabled || m_reconnectTimer->isActive())
         return;
     if (m_currentRetryInterval == 0) {
         m_currentRetryInterval = m_minRetryInterval != 0
@@ -111,7 +109,6 @@ void QtSocketConnectionKeeper::scheduleReconnect()
     }
     const int wait = m_currentRetryInterval;
     m_currentRetryInterval = wait > m_maxRetryInterval / 2 ? m_maxRetryInterval : wait * 2;
-    m_reconnectScheduled = true;
     m_reconnectTimer->start(wait, wait > longestPreciseWait ? Qt::CoarseTimer : Qt::PreciseTimer);
 }
 

@@ -33,7 +33,7 @@ public:
     bool isEnabled() const { return m_enabled; }
     bool isOkToConnect() const;
     void connect();
-    /// Connects now and starts the waits anew.
+    /// Connects now and starts the waits anew, in place of one that is under way.
     void forceConnect();
 
 public Q_SLOTS:
@@ -55,6 +55,5 @@ private:
     int m_maxRetryInterval = 3000;
     /// When the connection came up, on the monotonic clock; empty while there is none.
     std::optional<qint64> m_connectedSince;
-    bool m_reconnectScheduled = false;
     const std::unique_ptr<QtSingleShotTimer> m_reconnectTimer;
 };

@@ -1,12 +1,19 @@
 #include "qtlocalsocket.h"
 
+#include "localpeeruser.h"
 #include "qtappdefaultlogger.h"
 
+#include <QDir>
+#include <QFile>
 #include <QMetaObject>
 #include <QPointer>
+#include <QSignalBlocker>
 
 #include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
 
+#include <cerrno>
 #include <string>
 #include <utility>
 
@@ -50,17 +57,36 @@ AbstractError localSocketError(QLocalSocket::LocalSocketError error, const QStri
                          text.toStdString());
 }
 
-/// The user as which the process at the other end ran when it began to listen (unix(7)).
-std::optional<uid_t> peerUser(qintptr socketDescriptor)
+/// Where Qt has sockets of a name that is no path.
+QString pathOfServer(const QString &name)
 {
-    ucred credentials = {};
-    socklen_t size = sizeof(credentials);
-    if (::getsockopt(static_cast<int>(socketDescriptor), SOL_SOCKET, SO_PEERCRED, &credentials,
-                     &size)
-        != 0)
-        return std::nullopt;
-    return credentials.uid;
+    return name.startsWith(u'/') ? name : QDir::cleanPath(QDir::tempPath()) + u'/' + name;
 }
+
+/// What stands in the way of a connection, in words; empty when simply nobody listens there.
+QString obstacleAt(const QString &path, std::optional<uid_t> requiredUser,
+                   const AbstractError &error)
+{
+    const QByteArray name = QFile::encodeName(path);
+    if (static_cast<size_t>(name.size()) >= sizeof(sockaddr_un::sun_path))
+        return QStringLiteral("the path is longer than that of a socket may be");
+    struct stat file = {};
+    if (::stat(name.constData(), &file) != 0)
+        return errno == ENOENT ? QString() : qt_error_string(errno);
+    if (S_ISDIR(file.st_mode))
+        return QStringLiteral("a folder is in its place");
+    if (!S_ISSOCK(file.st_mode))
+        return QStringLiteral("another file is in its place");
+    if (requiredUser && file.st_uid != *requiredUser)
+        return QStringLiteral("it belongs to user %1").arg(file.st_uid);
+    // What a server leaves behind that could not tidy up.
+    if (error.code() == errorCode(QLocalSocket::ConnectionRefusedError))
+        return {};
+    return QString::fromStdString(error.description());
+}
+
+/// Between two attempts while the server's queue is full, in milliseconds.
+constexpr int fullQueuePauseMs = 50;
 
 } // namespace
 
@@ -69,7 +95,8 @@ QtLocalSocket::QtLocalSocket(QSharedPointer<QLocalSocket> socket, QObject *paren
 {
     if (!m_socket)
         m_socket = QSharedPointer<QLocalSocket>(new QLocalSocket, &QObject::deleteLater);
-    m_connected = m_socket->state() == QLocalSocket::ConnectedState;
+    if (m_socket->state() == QLocalSocket::ConnectedState)
+        m_phase = Phase::Connected;
 
     QLocalSocket *const local = m_socket.data();
     connect(local, &QObject::destroyed, this, &QtLocalSocket::onSocketDestroyed);
@@ -77,6 +104,9 @@ QtLocalSocket::QtLocalSocket(QSharedPointer<QLocalSocket> socket, QObject *paren
     connect(local, &QLocalSocket::disconnected, this, &QtLocalSocket::onSocketDisconnected);
     connect(local, &QLocalSocket::errorOccurred, this, &QtLocalSocket::onError);
     connect(local, &QLocalSocket::stateChanged, this, &QtLocalSocket::onSocketStateChanged);
+
+    m_attemptTimer.setSingleShot(true);
+    connect(&m_attemptTimer, &QTimer::timeout, this, &QtLocalSocket::attemptAgain);
 }
 
 QtLocalSocket::~QtLocalSocket()
@@ -91,114 +121,184 @@ void QtLocalSocket::setRequiredServerUser(uid_t user) { m_requiredServerUser = u
 void QtLocalSocket::connectToServer(const QtAbstractServerAddress &address,
                                     QIODeviceBase::OpenMode mode)
 {
-    if (!m_socket || m_refusing || address.kind() != QtAbstractServerAddress::LocalServerName)
+    if (!m_socket || m_phase == Phase::Refusing || m_phase == Phase::FullQueue
+        || address.kind() != QtAbstractServerAddress::LocalServerName)
         return;
-    if (m_closing) {
-        m_postponed = {address.localServerName(), mode};
+    const Attempt wanted{address.localServerName(), mode};
+    if (isEnding()) {
+        m_postponed = wanted;
         QMetaObject::invokeMethod(this, &QtLocalSocket::connectPostponed, Qt::QueuedConnection);
         return;
     }
-    m_refusal.reset();
-    m_socket->connectToServer(address.localServerName(), mode);
+    m_attemptDeadline.setRemainingTime(fullQueueWithinMs);
+    attempt(wanted);
 }
 
 void QtLocalSocket::connectPostponed()
 {
     if (const auto postponed = std::exchange(m_postponed, std::nullopt))
-        connectToServer(QtAbstractServerAddress(postponed->first), postponed->second);
+        connectToServer(QtAbstractServerAddress(postponed->serverName), postponed->mode);
+}
+
+void QtLocalSocket::attempt(const Attempt &attempt)
+{
+    m_ownError.reset();
+    m_attempt = attempt;
+    const QPointer<QtLocalSocket> self(this);
+    m_socket->connectToServer(attempt.serverName, attempt.mode);
+    if (!self || !m_socket || m_socket->state() != QLocalSocket::ConnectingState)
+        return;
+
+    // connect(2) said EAGAIN: the queue is full. QLocalSocket would try again without a pause, for
+    // ever, and cannot be made to give up otherwise: abort() leaves it in its connecting state.
+    {
+        const QSignalBlocker silence(m_socket.data());
+        m_socket->abort();
+        m_socket->setSocketDescriptor(-1, QLocalSocket::UnconnectedState, QIODeviceBase::NotOpen);
+        m_socket->close();
+    }
+    m_phase = Phase::FullQueue;
+    m_attemptTimer.start(fullQueuePauseMs);
+}
+
+void QtLocalSocket::attemptAgain()
+{
+    if (m_phase != Phase::FullQueue || !m_socket)
+        return;
+    if (!m_attemptDeadline.hasExpired()) {
+        attempt(m_attempt);
+        return;
+    }
+    const QString text = QStringLiteral("its queue of connections is full");
+    logObstacle(QStringLiteral("cannot connect to \"%1\": %2").arg(serverPath(), text));
+    endAttempt(localSocketError(QLocalSocket::SocketTimeoutError, text, __LINE__));
+}
+
+void QtLocalSocket::endAttempt(const std::optional<AbstractError> &error)
+{
+    m_attemptTimer.stop();
+    m_ownError = error;
+    m_phase = Phase::Idle;
+    const QPointer<QtLocalSocket> self(this);
+    if (error)
+        tellWhileEnding(Phase::Ending, [this, told = *error] { Q_EMIT errorOccurred(told); });
+    if (self)
+        tellWhileEnding(Phase::Ending, [this] { Q_EMIT stateChanged(UnconnectedState); });
 }
 
 void QtLocalSocket::disconnectFromHost()
 {
     m_postponed.reset();
-    if (m_refusing)
+    if (m_phase == Phase::Refusing)
         closeRefused();
+    else if (m_phase == Phase::FullQueue)
+        endAttempt(std::nullopt);
     else if (m_socket)
         m_socket->disconnectFromServer();
 }
 
 void QtLocalSocket::abort()
 {
+    if (m_phase == Phase::Refusing || m_phase == Phase::FullQueue) {
+        disconnectFromHost();
+        return;
+    }
     m_postponed.reset();
-    if (m_refusing)
-        closeRefused();
-    else if (m_socket)
+    if (m_socket)
         m_socket->abort();
 }
 
 QIODevice *QtLocalSocket::ioDevice() const { return m_socket.data(); }
 
-bool QtLocalSocket::isConnected() const { return m_connected; }
+bool QtLocalSocket::isConnected() const
+{
+    return m_phase == Phase::Connected || m_phase == Phase::EndingConnected;
+}
 
 QtAbstractSocket::SocketState QtLocalSocket::state() const
 {
     if (!m_socket)
         return UnconnectedState;
-    return m_refusing ? ConnectingState : convert(m_socket->state());
+    return m_phase == Phase::Refusing || m_phase == Phase::FullQueue ? ConnectingState
+                                                                     : convert(m_socket->state());
 }
 
 AbstractError QtLocalSocket::error() const
 {
     if (!m_socket)
         return {};
-    if (m_refusal)
-        return *m_refusal;
+    if (m_ownError)
+        return *m_ownError;
     return localSocketError(m_socket->error(), m_socket->errorString(), errorSourceLine);
 }
 
 void QtLocalSocket::onSocketDestroyed()
 {
     m_socket.reset();
-    m_refusing = false;
+    if (!isConnected())
+        m_phase = Phase::Idle;
 }
 
 void QtLocalSocket::onSocketConnected()
 {
     if (m_requiredServerUser) {
-        if (const auto user = peerUser(m_socket->socketDescriptor());
-            user != m_requiredServerUser) {
+        if (const auto user = localPeerUser(*m_socket); user != m_requiredServerUser) {
             refuse(user);
             return;
         }
         Q_EMIT stateChanged(ConnectedState);
     }
-    m_connected = true;
-    m_loggedRefusal.clear();
+    m_phase = Phase::Connected;
+    m_loggedObstacle.clear();
+    logLine(2, QStringLiteral("[QtLocalSocket]: connected to \"%1\"").arg(serverPath()));
     Q_EMIT connectedStateChanged(true);
 }
 
 void QtLocalSocket::onSocketDisconnected()
 {
-    m_connected = false;
-    tellWhileClosing([this] { Q_EMIT connectedStateChanged(false); });
+    logLine(2, QStringLiteral("[QtLocalSocket]: disconnected"));
+    m_phase = Phase::Idle;
+    tellWhileEnding(Phase::Ending, [this] { Q_EMIT connectedStateChanged(false); });
 }
 
 void QtLocalSocket::onError(QLocalSocket::LocalSocketError error)
 {
-    Q_EMIT errorOccurred(localSocketError(error, m_socket->errorString(), __LINE__));
+    const AbstractError told = localSocketError(error, m_socket->errorString(), __LINE__);
+    if (!isConnected() && !m_attempt.serverName.isEmpty()) {
+        const QString path = serverPath();
+        if (const QString obstacle = obstacleAt(path, m_requiredServerUser, told);
+            !obstacle.isEmpty())
+            logObstacle(QStringLiteral("cannot connect to \"%1\": %2").arg(path, obstacle));
+    }
+    Q_EMIT errorOccurred(told);
 }
 
 void QtLocalSocket::onSocketStateChanged(QLocalSocket::LocalSocketState state)
 {
+    // The second and later attempts at a full queue are no news.
+    if (m_phase == Phase::FullQueue && state == QLocalSocket::ConnectingState) {
+        m_phase = Phase::Idle;
+        return;
+    }
     // Before connected() the descriptor, and by it the server's user, cannot be asked for yet.
     const bool isForConnected = m_requiredServerUser && state == QLocalSocket::ConnectedState;
     if (isForConnected)
         return;
     const auto tell = [this, state] { Q_EMIT stateChanged(convert(state)); };
     if (state == QLocalSocket::UnconnectedState)
-        tellWhileClosing(tell);
+        tellWhileEnding(isConnected() ? Phase::EndingConnected : Phase::Ending, tell);
     else
         tell();
 }
 
-template <typename Tell> void QtLocalSocket::tellWhileClosing(Tell tell)
+template <typename Tell> void QtLocalSocket::tellWhileEnding(Phase phase, Tell tell)
 {
     const QPointer<QtLocalSocket> self(this);
     // Whoever is told may end the connection himself, which is told in between.
-    const bool wasClosing = std::exchange(m_closing, true);
+    const Phase before = std::exchange(m_phase, phase);
     tell();
-    if (self)
-        m_closing = wasClosing;
+    if (self && m_phase == phase)
+        m_phase = before;
 }
 
 QtAbstractSocket::SocketState QtLocalSocket::convert(int localSocketState)
@@ -217,34 +317,36 @@ QtAbstractSocket::SocketState QtLocalSocket::convert(int localSocketState)
     }
 }
 
+void QtLocalSocket::logObstacle(const QString &text)
+{
+    // Somebody will try again and again.
+    if (std::exchange(m_loggedObstacle, text) != text)
+        logLine(1, QStringLiteral("[QtLocalSocket]: WARNING: ") + text);
+}
+
+QString QtLocalSocket::serverPath() const { return pathOfServer(m_attempt.serverName); }
+
 void QtLocalSocket::refuse(std::optional<uid_t> user)
 {
     const QString text = QStringLiteral("the server \"%1\" runs as user %2, not as user %3")
                              .arg(m_socket->fullServerName(),
                                   user ? QString::number(*user) : QStringLiteral("unknown"),
                                   QString::number(*m_requiredServerUser));
-    // Once for all the attempts that end so: somebody will try again and again.
-    if (std::exchange(m_loggedRefusal, text) != text)
-        logLine(1, QStringLiteral("[QtLocalSocket]: WARNING: refused to connect: ") + text);
-    m_refusal = localSocketError(QLocalSocket::SocketAccessError, text, __LINE__);
-    m_refusing = true;
+    logObstacle(QStringLiteral("refused to connect: ") + text);
+    m_ownError = localSocketError(QLocalSocket::SocketAccessError, text, __LINE__);
+    m_phase = Phase::Refusing;
 
     // QLocalSocket is in the middle of telling that it is connected, and would close the descriptor
-    // twice if it were aborted now. What it tells until then, and what it reads, is for nobody.
+    // twice if it were aborted now. What it tells until then, and what it reads, is ignored.
     m_socket->blockSignals(true);
     QMetaObject::invokeMethod(this, &QtLocalSocket::closeRefused, Qt::QueuedConnection);
 }
 
 void QtLocalSocket::closeRefused()
 {
-    if (!m_refusing)
+    if (m_phase != Phase::Refusing)
         return;
     m_socket->abort();
     m_socket->blockSignals(false);
-    m_refusing = false;
-    const QPointer<QtLocalSocket> self(this);
-    const AbstractError refusal = *m_refusal;
-    tellWhileClosing([this, &refusal] { Q_EMIT errorOccurred(refusal); });
-    if (self)
-        Q_EMIT stateChanged(UnconnectedState);
+    endAttempt(m_ownError);
 }

@@ -2,12 +2,13 @@
 
 #include "qtabstractsocket.h"
 
+#include <QDeadlineTimer>
 #include <QLocalSocket>
 #include <QSharedPointer>
+#include <QTimer>
 
 #include <optional>
 #include <sys/types.h>
-#include <utility>
 
 /**
  * A QtAbstractSocket over a local-domain socket.
@@ -15,7 +16,9 @@
  * It connects on its own, or takes a socket that a QLocalServer accepted and is then connected from
  * the start. States that have no counterpart in QtAbstractSocket::SocketState are -1.
  *
- * Errors are of the category "QtLocalSocketError", see the table in the source.
+ * Errors are of the category "QtLocalSocketError", see the table in the source. What stands in the
+ * way of a connection, other than that nobody listens, is logged, once for all the attempts that
+ * fail for the same reason.
  */
 class QtLocalSocket : public QtAbstractSocket {
     Q_OBJECT
@@ -33,6 +36,10 @@ public:
      * (code 4) before anything is read or written.
      */
     void setRequiredServerUser(uid_t user);
+
+    /// How long a server whose queue of connections is full is tried, in milliseconds. After that
+    /// the attempt has failed, with SocketTimeoutError (code 6).
+    static constexpr int fullQueueWithinMs = 1000;
 
     /// For an address that is not a local server name this does nothing. Called by whoever is just
     /// being told that a connection has ended, it connects from the event loop.
@@ -54,23 +61,49 @@ private Q_SLOTS:
     void onSocketStateChanged(QLocalSocket::LocalSocketState state);
 
 private:
+    /// What QLocalSocket's own state does not say.
+    enum class Phase {
+        /// Not connected: the local socket's state says all.
+        Idle,
+        /// The server's queue is full: the local socket is idle between two attempts.
+        FullQueue,
+        /// The server was found to be of another user and is not closed yet; the local socket is
+        /// silent meanwhile.
+        Refusing,
+        Connected,
+        /// Telling that a connection, or an attempt, has ended. The local socket empties its
+        /// buffers only afterwards: what a new connection were given to write now would be lost.
+        Ending,
+        /// The same, while connectedStateChanged(false) is still to come.
+        EndingConnected,
+    };
+    struct Attempt {
+        QString serverName;
+        QIODeviceBase::OpenMode mode;
+    };
+
     static SocketState convert(int localSocketState);
+    bool isEnding() const { return m_phase == Phase::Ending || m_phase == Phase::EndingConnected; }
+    void attempt(const Attempt &attempt);
+    void attemptAgain();
     void connectPostponed();
     void refuse(std::optional<uid_t> user);
     void closeRefused();
-    template <typename Tell> void tellWhileClosing(Tell tell);
+    void endAttempt(const std::optional<AbstractError> &error);
+    void logObstacle(const QString &text);
+    QString serverPath() const;
+    template <typename Tell> void tellWhileEnding(Phase phase, Tell tell);
 
     QSharedPointer<QLocalSocket> m_socket;
-    bool m_connected = false;
+    Phase m_phase = Phase::Idle;
     std::optional<uid_t> m_requiredServerUser;
-    /// Why the server was refused, until the next attempt to connect.
-    std::optional<AbstractError> m_refusal;
-    QString m_loggedRefusal;
-    /// Found to be of another user and not closed yet; the local socket is silent meanwhile.
-    bool m_refusing = false;
-    /// Telling that a connection has ended. The local socket empties its buffers only afterwards,
-    /// so that what a new connection were given to write now would be lost.
-    bool m_closing = false;
-    /// What is to be connected to after that.
-    std::optional<std::pair<QString, QIODeviceBase::OpenMode>> m_postponed;
+    /// The last attempt to connect, and until when a full queue is waited for.
+    Attempt m_attempt;
+    QDeadlineTimer m_attemptDeadline;
+    QTimer m_attemptTimer;
+    /// To be connected to once the end has been told.
+    std::optional<Attempt> m_postponed;
+    /// Why the last attempt failed, where the local socket does not know.
+    std::optional<AbstractError> m_ownError;
+    QString m_loggedObstacle;
 };

@@ -131,6 +131,7 @@ private Q_SLOTS:
         row("disabled", u"e x d ? c 20 u 400 e x ?"_qs, u"L - L 180"_qs);
         // The keeper tries at once, after 0.3 and after 0.9 s.
         row("on demand", u"h r 2 k n H 9 r h"_qs, u"A L A A A A L"_qs);
+        row("a launch ends a long wait", u"h r 8 k 1"_qs, u"A L A A A A A A A A"_qs);
         row("demand that was there before", u"r h"_qs, u"A L"_qs);
         row("a failed launch is followed by no attempt", u"h r 2 x"_qs, u"A L A A"_qs);
         row("connected before it was launched", u"h r 2 c k"_qs, u"A L A A"_qs);
