@@ -3,6 +3,7 @@
 #include "abstractincomingdownloadsprocessor.h"
 #include "abstractnewdownloadsrequestjob.h"
 #include "appclientmodule.h"
+#include "appserverlauncher.h"
 #include "cookiestring.h"
 #include "urlchecks.h"
 
@@ -74,7 +75,8 @@ void WbeIncomingDownloadsProcessor::process(const QString &id, const Downloads &
         m_taskIds.remove(*earlier);
         m_requestIds.erase(earlier);
     }
-    if (!m_appClientModule->isConnected() && m_appClientModule->appDoesNotExist()) {
+    if (!m_appClientModule->isConnected()
+        && (m_appClientModule->appDoesNotExist() || !AppServerLauncher::serverBinaryCanRun())) {
         fail(QStringLiteral("app_not_installed"));
         return;
     }

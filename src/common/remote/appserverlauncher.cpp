@@ -1,22 +1,24 @@
 #include "appserverlauncher.h"
 
 #include "qtappdefaultlogger.h"
+#include "serverprocess.h"
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QProcess>
+#include <QFileInfo>
 #include <QTextStream>
 
-#include <linux/close_range.h>
-#include <unistd.h>
+#include <sys/wait.h>
 
 namespace {
 
-/// Whatever else this process has open, the browser's descriptors among it, ends with exec().
-void keepDescriptorsFromChildren()
+/// How much of what a launched server wrote is logged: its last words, in characters.
+constexpr int loggedStderr = 1000;
+
+QString statusText(int waitStatus)
 {
-    // An old kernel knows neither the call nor the flag. Qt's own descriptors do not need it.
-    (void)::close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
+    return WIFSIGNALED(waitStatus) ? QStringLiteral("by signal %1").arg(WTERMSIG(waitStatus))
+                                   : QStringLiteral("with status %1").arg(WEXITSTATUS(waitStatus));
 }
 
 } // namespace
@@ -36,28 +38,46 @@ QString AppServerLauncher::serverBinaryPath()
 
 bool AppServerLauncher::serverBinaryExists() { return QFile::exists(serverBinaryPath()); }
 
+bool AppServerLauncher::serverBinaryCanRun()
+{
+    const QFileInfo binary(serverBinaryPath());
+    return binary.isFile() && binary.isExecutable();
+}
+
 void AppServerLauncher::launchServer()
 {
     logLine(1, QStringLiteral("[AppServerLauncher]: launching server..."));
 
-    QProcess process;
-    process.setProgram(serverBinaryPath());
-    process.setArguments({QStringLiteral("-service")});
-    // The browser waits for its pipes to close when the host ends.
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.setStandardOutputFile(QProcess::nullDevice());
-    process.setStandardErrorFile(QProcess::nullDevice());
-    keepDescriptorsFromChildren();
-
+    auto *const process = new ServerProcess(this);
     AbstractError error;
-    if (!process.startDetached()) {
-        error =
-            genericError(GenericErrorCode::Failure, "../../src/common/remote/appserverlauncher,63",
-                         process.errorString().toStdString());
+    if (const QString reason = process->start(serverBinaryPath(), {QStringLiteral("-service")});
+        reason.isEmpty()) {
+        connect(process, &ServerProcess::ended, this, [process](int waitStatus, qint64 ranForMs) {
+            logEnd(*process, waitStatus, ranForMs);
+            process->deleteLater();
+        });
+    } else {
+        delete process;
+        error = genericError(GenericErrorCode::Failure,
+                             "../../src/common/remote/appserverlauncher,63", reason.toStdString());
         QString line = QStringLiteral("[AppServerLauncher]: WARNING: failed to launch server. ");
         QTextStream stream(&line);
         stream << error;
         logLine(1, line);
     }
     Q_EMIT launchServerFinished(error);
+}
+
+void AppServerLauncher::logEnd(const ServerProcess &process, int waitStatus, qint64 ranForMs)
+{
+    // It ends with status 0 when it was asked to, and when another one serves already.
+    if (waitStatus == 0) {
+        logLine(2, QStringLiteral("[AppServerLauncher]: the launched server has ended"));
+        return;
+    }
+    logLine(1,
+            QStringLiteral("[AppServerLauncher]: WARNING: the launched server ended after %1 ms "
+                           "%2. It wrote: %3")
+                .arg(QString::number(ranForMs), statusText(waitStatus),
+                     process.stderrText().trimmed().right(loggedStderr)));
 }
