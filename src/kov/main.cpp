@@ -1,4 +1,5 @@
 #include "appcoreconfig.h"
+#include "appidentity.h"
 #include "appservername.h"
 #include "kovcommandclient.h"
 #include "kovcommands.h"
@@ -59,10 +60,7 @@ int runCommand(const QStringList &arguments)
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
-    // The hosts, too, keep their data under these names: what they change in the settings while
-    // nobody serves is found when the service starts.
-    QCoreApplication::setOrganizationName(QStringLiteral("Tessmark"));
-    QCoreApplication::setApplicationName(QStringLiteral("Kovalo"));
+    setAppIdentity();
     const QtAppDefaultLogger logger(QtAppLogger::optionsFromEnvironment());
 
     const QStringList arguments = QCoreApplication::arguments().mid(1);
