@@ -1,6 +1,7 @@
 #include "pmxjson2serializationinputstream.h"
 
 #include "pmxjsonparser.h"
+#include "qtappdefaultlogger.h"
 
 #include <iterator>
 #include <utility>
@@ -88,8 +89,14 @@ template <typename T>
 bool pmxJson2SerializationInputStream::read(const std::string &name, T &value) const
 {
     const picojson::value *member = find(name);
-    if (!member || !member->is<T>())
+    if (!member)
         return false;
+    if (!member->is<T>()) {
+        logLine(1,
+                QStringLiteral("[JSON]: WARNING: the member \"%1\" has the wrong kind")
+                    .arg(QString::fromStdString(name)));
+        return false;
+    }
     value = member->get<T>();
     return true;
 }
@@ -98,8 +105,14 @@ const picojson::value *pmxJson2SerializationInputStream::find(const std::string 
 {
     if (!m_value || name.empty())
         return m_value.get();
-    if (!m_value->is<picojson::object>())
+    if (!m_value->is<picojson::object>()) {
+        if (!std::exchange(m_toldOfNoObject, true))
+            logLine(
+                1,
+                QStringLiteral("[JSON]: WARNING: what should have the member \"%1\" is no object")
+                    .arg(QString::fromStdString(name)));
         return nullptr;
+    }
     const auto &object = m_value->get<picojson::object>();
     const auto it = object.find(name);
     return it == object.end() ? nullptr : &it->second;

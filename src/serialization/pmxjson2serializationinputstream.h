@@ -16,6 +16,9 @@ class value;
  *
  * What follows the first JSON value of a text is not looked at. Values nested more than 100 levels
  * deep count as malformed. A number too large for a double is held as null.
+ *
+ * A member that is there but of another kind than is read, and a node that is no object where
+ * members are read from it, is logged by name.
  */
 class pmxJson2SerializationInputStream : public pmxSerializationInputStream {
 public:
@@ -46,4 +49,5 @@ private:
     /// Points at this node's part of the tree and keeps the whole tree alive. Null stands for a
     /// JSON null.
     std::shared_ptr<const picojson::value> m_value;
+    mutable bool m_toldOfNoObject = false;
 };

@@ -48,14 +48,28 @@ bool isFromUnwantedServer(const pmxKovBhIpcDownloadInfo &info,
 
 } // namespace
 
+const char *captureRuleAgainst(const pmxKovBhIpcDownloadInfo &info,
+                               const WebExtensionSettings &settings, KeyStateWatcher *watcher)
+{
+    const WebExtensionBrowserMonitorSettings &monitor = settings.browser.monitor;
+    if (!monitor.enable)
+        return "capture is switched off";
+    if (isTooSmall(info, monitor))
+        return "the file is too small";
+    if (monitor.skipIfKeyPressed && watcher && watcher->isPressed(false))
+        return "the key is pressed";
+    if (hasUnwantedExtension(info, monitor))
+        return "its extension is skipped";
+    if (isFromUnwantedServer(info, monitor))
+        return "its server is skipped";
+    return nullptr;
+}
+
 int pmxIsCatchedDownloadShoudBeIgnored(const pmxKovBhIpcDownloadInfo *info,
                                        const WebExtensionSettings &settings,
                                        KeyStateWatcher *watcher)
 {
-    const WebExtensionBrowserMonitorSettings &monitor = settings.browser.monitor;
-    return !monitor.enable || isTooSmall(*info, monitor)
-        || (monitor.skipIfKeyPressed && watcher && watcher->isPressed(false))
-        || hasUnwantedExtension(*info, monitor) || isFromUnwantedServer(*info, monitor);
+    return captureRuleAgainst(*info, settings, watcher) != nullptr;
 }
 
 int IsExtInExtsStr(const char *exts, const char *ext)

@@ -4,8 +4,13 @@ class KeyStateWatcher;
 class WebExtensionSettings;
 class pmxKovBhIpcDownloadInfo;
 
+/// The rule of the user's that leaves a download that the browser was about to make to the browser,
+/// in words for the log; null when none does. A null watcher stands for a key that is not pressed.
+const char *captureRuleAgainst(const pmxKovBhIpcDownloadInfo &info,
+                               const WebExtensionSettings &settings, KeyStateWatcher *watcher);
+
 /// Whether the user's rules leave a download that the browser was about to make to the browser.
-/// Not zero: they do. A null watcher stands for a key that is not pressed.
+/// Not zero: they do.
 int pmxIsCatchedDownloadShoudBeIgnored(const pmxKovBhIpcDownloadInfo *info,
                                        const WebExtensionSettings &settings,
                                        KeyStateWatcher *watcher);

@@ -102,19 +102,19 @@ ConsoleFrameReader::ConsoleFrameReader(std::FILE *input) : m_input(input) { }
                 QStringLiteral("[ConsoleFrameReader]: WARNING: a message of %1 bytes is dropped: "
                                "not enough memory")
                     .arg(length));
-        skip(length - got);
-        return std::nullopt;
+        return skip(length - got) ? std::optional(QByteArray()) : std::nullopt;
     }
     return body;
 }
 
-[[gnu::no_sanitize_address]] void ConsoleFrameReader::skip(qsizetype count)
+[[gnu::no_sanitize_address]] bool ConsoleFrameReader::skip(qsizetype count)
 {
     std::array<char, 16384> piece{};
     while (count > 0) {
         const auto wanted = static_cast<size_t>(std::min<qsizetype>(count, piece.size()));
         if (std::fread(piece.data(), 1, wanted, m_input) < wanted)
-            return;
+            return false;
         count -= static_cast<qsizetype>(wanted);
     }
+    return true;
 }

@@ -28,13 +28,13 @@ public:
     /// digits and a sign included, and cut to 32 bits.
     std::optional<quint32> readLength(LengthForm form);
 
-    /// Nothing when the input ends first, or when there is not enough memory for so many bytes;
+    /// Nothing when the input ends first. Empty when there is not enough memory for so many bytes;
     /// they are skipped then.
     std::optional<QByteArray> readBody(quint32 length);
 
 private:
     std::optional<quint32> readTextLength();
-    void skip(qsizetype count);
+    bool skip(qsizetype count);
 
     std::FILE *const m_input;
 };

@@ -1,6 +1,7 @@
 #include "consolemessagesreceiver.h"
 
 #include "base64transport.h"
+#include "consoleflowcontrol.h"
 #include "percenttransport.h"
 #include "qtappdefaultlogger.h"
 #include "readconsolethread.h"
@@ -12,8 +13,15 @@
 #include <utility>
 
 ConsoleMessagesReceiver::ConsoleMessagesReceiver(QObject *parent, std::FILE *input)
-    : QObject(parent), m_reader(input)
+    : QObject(parent), m_input(input), m_reader(input)
 {
+}
+
+ConsoleMessagesReceiver::~ConsoleMessagesReceiver() = default;
+
+void ConsoleMessagesReceiver::setFlowControl(QSharedPointer<ConsoleFlowControl> flowControl)
+{
+    m_flowControl = std::move(flowControl);
 }
 
 void ConsoleMessagesReceiver::start()
@@ -44,6 +52,8 @@ void ConsoleMessagesReceiver::receive()
     std::optional<QByteArray> body;
     {
         const ReadConsoleThread::Blocking blocking;
+        if (m_flowControl)
+            m_flowControl->waitForRoom(::fileno(m_input));
         length = m_reader.readLength(lengthForm);
         if (length)
             body = m_reader.readBody(*length);
@@ -51,6 +61,8 @@ void ConsoleMessagesReceiver::receive()
     if (!length) {
         m_running = false;
         m_inputEnded = true;
+        if (m_flowControl)
+            m_flowControl->setInputEnded();
         Q_EMIT finished();
         return;
     }
@@ -75,8 +87,9 @@ void ConsoleMessagesReceiver::handleBody(QByteArray body)
                 QStringLiteral("[ConsoleMessagesReceiver]: WARNING: a message of %1 bytes is "
                                "dropped: not enough memory")
                     .arg(body.size()));
-        return;
     }
     body = QByteArray();
     Q_EMIT gotMessage(message);
+    if (m_flowControl)
+        m_flowControl->posted(message.size());
 }

@@ -4,9 +4,12 @@
 
 #include <QByteArray>
 #include <QObject>
+#include <QSharedPointer>
 #include <QString>
 
 #include <atomic>
+
+class ConsoleFlowControl;
 
 /**
  * Reads the browser's messages from standard input, one frame per turn of its thread's event loop.
@@ -28,6 +31,10 @@ public:
     };
 
     explicit ConsoleMessagesReceiver(QObject *parent = nullptr, std::FILE *input = stdin);
+    ~ConsoleMessagesReceiver() override;
+
+    /// Before start(): reading waits while too much is unhandled. Without it, it never does.
+    void setFlowControl(QSharedPointer<ConsoleFlowControl> flowControl);
 
 public Q_SLOTS:
     /// Begins to read, until the input ends. Any thread.
@@ -38,7 +45,7 @@ public Q_SLOTS:
     void receive();
 
 Q_SIGNALS:
-    /// A frame's body, decoded.
+    /// A frame's body, decoded. Empty when there was not enough memory for it.
     void gotMessage(const QString &message);
     /// The input has ended or cannot be read. Once.
     void finished();
@@ -46,7 +53,9 @@ Q_SIGNALS:
 private:
     void handleBody(QByteArray body);
 
+    std::FILE *const m_input;
     ConsoleFrameReader m_reader;
+    QSharedPointer<ConsoleFlowControl> m_flowControl;
     bool m_running = false;
     std::atomic<quint32> m_flags = 0;
     bool m_inputEnded = false;

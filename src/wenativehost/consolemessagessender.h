@@ -2,16 +2,20 @@
 
 #include <QByteArray>
 #include <QObject>
+#include <QSharedPointer>
 #include <QString>
 
 #include <cstdio>
 
+class ConsoleFlowControl;
+
 /**
  * Writes messages to the browser on standard output, which belongs to nobody else.
  *
- * Every message is written whole and flushed before the call returns; calls from other threads are
- * queued to the sender's own. What cannot be written is logged and otherwise ignored: when the
- * browser is gone, the end of standard input ends the program.
+ * Every message is written whole and flushed before the call returns, however long the browser
+ * takes to read it; calls from other threads are queued to the sender's own. What cannot be written
+ * is logged, once for all the messages in a row that fail, and otherwise ignored: when the browser
+ * is gone, the end of standard input ends the program.
  */
 class ConsoleMessagesSender : public QObject {
     Q_OBJECT
@@ -28,6 +32,14 @@ public:
     };
 
     explicit ConsoleMessagesSender(QObject *parent = nullptr, std::FILE *output = stdout);
+    ~ConsoleMessagesSender() override;
+
+    /// How long a write waits for a reader once the input has ended, in milliseconds. After that
+    /// nothing is written any more.
+    static constexpr int stuckWithinMs = 400;
+
+    /// Tells when the input has ended; without it, a write that is stuck waits for ever.
+    void setFlowControl(QSharedPointer<ConsoleFlowControl> flowControl);
 
 public Q_SLOTS:
     /// Sets or clears the bits given. Any thread.
@@ -36,9 +48,23 @@ public Q_SLOTS:
     void sendMessage(const QString &message);
 
 private:
+    enum class Channel {
+        Working,
+        /// The last message could not be written; that was logged.
+        Failing,
+        /// Nobody reads, and nobody will.
+        Abandoned,
+    };
+
     QByteArray encoded(const QString &message) const;
     void writeLength(quint32 size);
+    /// Whether all was written, or at least tried.
+    bool writeBody(const QByteArray &body);
+    bool waitUntilWritable();
+    void onWriteFailed(int error);
 
     std::FILE *const m_output;
+    QSharedPointer<ConsoleFlowControl> m_flowControl;
     quint32 m_flags = 0;
+    Channel m_channel = Channel::Working;
 };

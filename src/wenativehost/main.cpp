@@ -1,5 +1,7 @@
 #include "abstractdownloadsmodulemetatypes.h"
 #include "appcoreconfig.h"
+#include "appidentity.h"
+#include "appversion.h"
 #include "portableversionmanager.h"
 #include "qtappconfigbase.h"
 #include "qtappdefaultlogger.h"
@@ -7,14 +9,28 @@
 #include "qtappportablemodesupport.h"
 #include "qtobjectfactory.h"
 #include "qtqobjectstracker.h"
+#include "terminalanswer.h"
 #include "wenativehostappmodule.h"
 
 #include <QCoreApplication>
 #include <QSharedPointer>
 
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <new>
 
 namespace {
+
+QString endReason(const WeNativeHostAppModule &appModule,
+                  const QtAppDelayedShutdownManager &shutdownManager)
+{
+    if (appModule.initFailed(true))
+        return QStringLiteral("the start failed");
+    const QString reason = shutdownManager.shutdownReason();
+    return reason.isEmpty() ? QStringLiteral("asked to") : reason;
+}
 
 /// Brings the modules up, runs the event loop, and returns its result when they are down again.
 int runModules(const QSharedPointer<QtAppConfigBase> &config,
@@ -22,8 +38,14 @@ int runModules(const QSharedPointer<QtAppConfigBase> &config,
                const QSharedPointer<QtAppDelayedShutdownManager> &shutdownManager)
 {
     WeNativeHostAppModule appModule(config, portableModeSupport, shutdownManager);
-    QObject::connect(shutdownManager.data(), &QtAppDelayedShutdownManager::shutdownRequested,
-                     &appModule, [&appModule] { appModule.initialize(false); });
+    QObject::connect(
+        shutdownManager.data(), &QtAppDelayedShutdownManager::shutdownRequested, &appModule,
+        [&appModule, &shutdownManager] {
+            logLine(
+                1,
+                QStringLiteral("[main]: ending: %1").arg(endReason(appModule, *shutdownManager)));
+            appModule.initialize(false);
+        });
     QObject::connect(
         &appModule, &QtAbstractModule::initializeRunning, &appModule,
         [&](bool running, bool init) {
@@ -38,11 +60,25 @@ int runModules(const QSharedPointer<QtAppConfigBase> &config,
     return QCoreApplication::exec();
 }
 
+/// What a browser gives: the extension's origin or id. Some give the path of a manifest as well,
+/// which holds the user's name.
+QString shownArguments(const QStringList &arguments)
+{
+    QStringList shown;
+    for (const QString &argument : arguments.mid(1)) {
+        if (!argument.startsWith(u'/'))
+            shown += argument;
+    }
+    return shown.join(u' ');
+}
+
 int run(int argc, char *argv[])
 {
     QCoreApplication application(argc, argv);
-    QCoreApplication::setOrganizationName(QStringLiteral("Tessmark"));
-    QCoreApplication::setApplicationName(QStringLiteral("Kovalo"));
+    setAppIdentity();
+    logLine(1,
+            QStringLiteral("[main]: version %1, arguments: %2")
+                .arg(appVersion(), shownArguments(QCoreApplication::arguments())));
 
     const auto portableVersionManager = qtCreateObject<PortableVersionManager>(QString());
     const QSharedPointer<QtAppConfigBase> config = QSharedPointer<AppCoreConfig>::create(
@@ -52,18 +88,60 @@ int run(int argc, char *argv[])
         runModules(config, portableVersionManager->portableModeSupport(), shutdownManager);
     // What was released with deleteLater() is not to be counted as alive.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    logLine(2, QStringLiteral("[main]: ended"));
     return exitCode;
+}
+
+std::terminate_handler defaultTerminate = nullptr;
+
+/// An exception that nobody catches ends the program, but not without a word: abnormally, or, when
+/// there is no memory left to go on with, with status 1.
+[[noreturn]] void logUncaught()
+{
+    try {
+        if (const auto exception = std::current_exception())
+            std::rethrow_exception(exception);
+    } catch (const std::bad_alloc &) {
+        logLine(1, QStringLiteral("[main]: ERROR: ends: not enough memory"));
+        std::_Exit(1);
+    } catch (const std::exception &exception) {
+        logLine(1,
+                QStringLiteral("[main]: ERROR: ends abnormally: ")
+                    + QLatin1String(exception.what()));
+    } catch (...) {
+        logLine(1, QStringLiteral("[main]: ERROR: ends abnormally"));
+    }
+    defaultTerminate();
+    std::abort();
+}
+
+void ignoreSignal(int) { }
+
+/// Writing must fail, not kill. Handlers, unlike SIG_IGN, do not pass to the application that is
+/// launched.
+void turnWriteSignalsIntoErrors()
+{
+    struct sigaction action = {};
+    action.sa_handler = ignoreSignal;
+    action.sa_flags = SA_RESTART;
+    // A browser that goes away closes its end of stdout first; the end of stdin is what ends this
+    // program. SIGXFSZ: a file has reached the limit of setrlimit(2).
+    for (const int signal : {SIGPIPE, SIGXFSZ})
+        ::sigaction(signal, &action, nullptr);
 }
 
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    // A browser that goes away closes its end of stdout first; the end of stdin is what ends this
-    // program.
-    std::signal(SIGPIPE, SIG_IGN);
+    if (const auto answer = terminalAnswer(argc, argv)) {
+        std::fputs(answer->toLocal8Bit().constData(), stdout);
+        return 0;
+    }
+    turnWriteSignalsIntoErrors();
     // First and last, so that nothing is unheard of and nothing uncounted.
     const QtAppDefaultLogger logger(QtAppLogger::optionsFromEnvironment());
+    defaultTerminate = std::set_terminate(logUncaught);
     const QtQObjectsTracker tracker;
     return run(argc, argv);
 }

@@ -4,9 +4,11 @@
 #include "appclientsettingsinitializer.h"
 #include "applocalizationmanager.h"
 #include "appsettings.h"
+#include "consoleflowcontrol.h"
 #include "consolemessagesreceiver.h"
 #include "consolemessagessender.h"
 #include "qtappabstractsettingsmanager.h"
+#include "qtappdefaultlogger.h"
 #include "qtappdelayedshutdownmanager.h"
 #include "qtobjectfactory.h"
 #include "readconsolethread.h"
@@ -63,7 +65,11 @@ void WeNativeHostModule::bringUp()
     loadLocalization();
     followLocaleSetting();
 
+    m_flowControl = qtCreateObject<ConsoleFlowControl>();
     m_receiver = qtCreateObject<ConsoleMessagesReceiver>();
+    // What the log gives as the reason of the end.
+    m_receiver->setObjectName(QStringLiteral("end of input"));
+    m_receiver->setFlowControl(m_flowControl);
     if (QCoreApplication::arguments().contains(textLengthSwitch()))
         m_receiver->enableFlags(ConsoleMessagesReceiver::TextLength, true);
     connect(m_receiver.data(), &ConsoleMessagesReceiver::finished, m_delayedShutdownManager.data(),
@@ -71,9 +77,16 @@ void WeNativeHostModule::bringUp()
     m_readThread = std::make_unique<ReadConsoleThread>();
     m_readThread->setObjectName(QStringLiteral("Read console thread"));
     m_readThread->start(QThread::InheritPriority);
+    if (!m_readThread->isRunning()) {
+        logLine(1,
+                QStringLiteral("[WeNativeHostModule]: ERROR: no thread can be had to read from"));
+        setInitFailed(true);
+        return;
+    }
     m_receiver->moveToThread(m_readThread.get());
 
     m_sender = qtCreateObject<ConsoleMessagesSender>();
+    m_sender->setFlowControl(m_flowControl);
     m_settingsManager = qtCreateObject<WebExtensionSettingsManager>(m_appClientModule);
     m_tasksProcessor = qtCreateObject<WeNativeHostTasksProcessor>(
         m_delayedShutdownManager, m_receiver.toWeakRef(), m_sender.toWeakRef(), m_settingsManager,
@@ -90,6 +103,7 @@ void WeNativeHostModule::takeDown()
         m_readThread->stop();
     m_readThread.reset();
     m_receiver.reset();
+    m_flowControl.reset();
     m_localizationManager.reset();
     m_loadedLocale.clear();
 }

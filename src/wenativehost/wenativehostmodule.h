@@ -9,6 +9,7 @@
 
 class AppClientModule;
 class AppLocalizationManager;
+class ConsoleFlowControl;
 class ConsoleMessagesReceiver;
 class ConsoleMessagesSender;
 class QtAppDelayedShutdownManager;
@@ -37,6 +38,7 @@ private:
     void followLocaleSetting();
 
     QSharedPointer<AppLocalizationManager> m_localizationManager;
+    QSharedPointer<ConsoleFlowControl> m_flowControl;
     QSharedPointer<ConsoleMessagesReceiver> m_receiver;
     QSharedPointer<ConsoleMessagesSender> m_sender;
     QSharedPointer<WeNativeHostTasksProcessor> m_tasksProcessor;

@@ -21,18 +21,76 @@
 #include "pmxkovbhipcquerysettingstaskprocessor.h"
 #include "pmxkovbhipcuistringstaskprocessor.h"
 #include "pmxkovbhipcvideosniffertaskprocessor.h"
+#include "pmxstreamedvalue.h"
 #include "pmxtaskresponses.h"
+#include "qtappdefaultlogger.h"
 #include "qtappdelayedshutdownmanager.h"
 #include "qtobjectfactory.h"
 #include "wbeincomingdownloadsprocessor.h"
 #include "webextensionsettingsmanager.h"
 
+#include <QElapsedTimer>
+
+#include <algorithm>
+#include <new>
+#include <string>
 #include <utility>
 
 namespace {
 
 /// The Insert key, in the numbering of virtual keys that the extension uses.
 constexpr int watchedKeyCode = 45;
+
+/// The error as it may be logged: the words of this program, which are plain. The application's own
+/// texts may name files.
+QString loggedError(const std::string &error)
+{
+    constexpr std::size_t longestWord = 40;
+    const bool isWord = error.size() <= longestWord
+        && std::all_of(error.cbegin(), error.cend(), [](char character) {
+                            return (character >= 'a' && character <= 'z')
+                                || (character >= 'A' && character <= 'Z') || character == '_'
+                                || character == ' ';
+                        });
+    return isWord ? QString::fromStdString(error) : QStringLiteral("a text of the application");
+}
+
+/// The answer to one message: sent, and logged.
+class Answer {
+public:
+    explicit Answer(QWeakPointer<ConsoleMessagesSender> sender) : m_sender(std::move(sender))
+    {
+        m_sinceMessage.start();
+    }
+
+    void send(pmxKovBhIpcTaskResponse &response) const
+    {
+        if (!response.error.empty() || logsLevel(3))
+            log(response);
+        if (const auto sender = m_sender.toStrongRef())
+            sender->sendMessage(pmxResponseText(response).value_or(QString()));
+    }
+
+private:
+    void log(const pmxKovBhIpcTaskResponse &response) const
+    {
+        constexpr int longestShown = 20;
+        kov_ipc_task_type type = kov_ipc_task_unknown;
+        pmxValueFromText(response.type, type);
+        const QString id = QString::fromUtf8(response.id.substr(0, longestShown).c_str());
+        const QString name = type == kov_ipc_task_unknown
+            ? QStringLiteral("of unknown type")
+            : QString::fromStdString(kovIpcTaskTypeName(type));
+        logLine(response.error.empty() ? 3 : 1,
+                QStringLiteral("[WeNativeHostTasksProcessor]: task %1 #%2 answered after %3 ms: %4")
+                    .arg(name, id, QString::number(m_sinceMessage.elapsed()),
+                         response.error.empty() ? QStringLiteral("no error")
+                                                : loggedError(response.error)));
+    }
+
+    const QWeakPointer<ConsoleMessagesSender> m_sender;
+    QElapsedTimer m_sinceMessage;
+};
 
 } // namespace
 
@@ -57,27 +115,36 @@ WeNativeHostTasksProcessor::WeNativeHostTasksProcessor(
     registerProcessors();
 }
 
-WeNativeHostTasksProcessor::~WeNativeHostTasksProcessor() = default;
+WeNativeHostTasksProcessor::~WeNativeHostTasksProcessor()
+{
+    logLine(2,
+            QStringLiteral("[WeNativeHostTasksProcessor]: %1 messages were taken")
+                .arg(m_messagesCount));
+}
 
 void WeNativeHostTasksProcessor::onConsoleGotMessage(const QString &message)
 {
+    ++m_messagesCount;
     const auto task = std::make_shared<pmxKovBhIpcTask>();
-    if (!pmxJsonSerializeObject(*task, message.toStdString(), 0))
-        logAssertionFailed(QStringLiteral("pmxJsonSerializeObject(*task, msg.toStdString())"),
-                           QStringLiteral("../../src/wenativehost/wenativehosttasksprocessor"),
-                           136);
-    process(task,
-            [weakSender = m_sender](const std::shared_ptr<pmxKovBhIpcTask> &,
-                                    const std::shared_ptr<pmxKovBhIpcTaskResponse> &response) {
-                if (const auto sender = weakSender.toStrongRef())
-                    sender->sendMessage(pmxResponseText(*response).value_or(QString()));
-            });
+    const auto answer = std::make_shared<Answer>(m_sender);
+    try {
+        if (!pmxJsonSerializeObject(*task, message.toStdString(), 0))
+            logAssertionFailed(QStringLiteral("pmxJsonSerializeObject(*task, msg.toStdString())"),
+                               QStringLiteral("../../src/wenativehost/wenativehosttasksprocessor"),
+                               136);
+        process(task, [answer](const auto &, const auto &response) { answer->send(*response); });
+    } catch (const std::bad_alloc &) {
+        const auto response = pmxResponseTo(*task);
+        response->error = "not enough memory";
+        answer->send(*response);
+    }
 }
 
 void WeNativeHostTasksProcessor::process(std::shared_ptr<pmxKovBhIpcTask> task, Callback callback)
 {
     const kov_ipc_task_type type = task->get_type();
     if (type == kov_ipc_task_shutdown) {
+        logLine(1, QStringLiteral("[WeNativeHostTasksProcessor]: the extension ends the host"));
         // Nothing of this object may be used afterwards: the take-down that follows destroys it.
         const auto manager = m_delayedShutdownManager;
         manager->shutdownApp(QString());

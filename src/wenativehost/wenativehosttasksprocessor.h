@@ -28,7 +28,8 @@ class WebExtensionSettingsManager;
  * task's type, and sends what that answers.
  *
  * Belongs to the main thread and takes messages in the order of their arrival. Keeps no record of
- * tasks under way. A "shutdown" task may destroy it before process() returns.
+ * tasks under way. Logs each answer: an error at level 1, any other at level 3. A "shutdown" task
+ * may destroy it before process() returns.
  */
 class WeNativeHostTasksProcessor : public QObject {
     Q_OBJECT
@@ -67,4 +68,5 @@ private:
     const QSharedPointer<MediaRequestsAnalyzer> m_mediaAnalyzer;
     const QSharedPointer<KeyStateWatcher> m_keyStateWatcher;
     std::map<kov_ipc_task_type, std::unique_ptr<pmxKovBhIpcTaskProcessor>> m_processors;
+    qint64 m_messagesCount = 0;
 };

@@ -1,9 +1,12 @@
-// Much at once, very large, and by the hundred thousand.
+// Much at once, very large, by the hundred thousand, and more than there is room for.
 
-import { deepStrictEqual, ok, strictEqual } from 'node:assert';
+import { deepStrictEqual, match, ok, strictEqual } from 'node:assert';
+import { once } from 'node:events';
+import { join } from 'node:path';
 import { test } from 'node:test';
+import { until } from '../../tools/drivers/hostprocess.mjs';
 import { endsInOrder, hostStarter, sanitized } from './support/hosttest.mjs';
-import { endsAbnormally, mutatedFrames } from './support/mutations.mjs';
+import { endsAbnormally, mutatedTasks } from './support/mutations.mjs';
 
 const start = hostStarter();
 const mebibyte = 1 << 20;
@@ -36,54 +39,77 @@ test('a message of 64 MiB is read, and one of 64 MiB is written', async () => {
     await endsInOrder(host);
 });
 
-test('after many mutated frames the host still answers', async () => {
+test('after many mutated tasks the host still answers', async () => {
     const seed = Number(process.env.KOVALO_SEED ?? 20260101);
-    const count = 100_000;
-    const batchSize = 1000;
     const host = start({ env: { KOVALO_LOG_LEVEL: '0' } });
-    const frames = mutatedFrames(seed);
+    const tasks = mutatedTasks(seed);
     let skipped = 0;
-    for (let sent = 0; sent < count; sent += batchSize) {
-        const batch = [];
-        while (batch.length < batchSize) {
-            const frame = frames.next().value;
-            if (endsAbnormally(frame))
+    for (let batch = 0; batch < 20; ++batch) {
+        let sent = 0;
+        for (let i = 0; i < 1000; ++i) {
+            const task = tasks.next().value;
+            if (endsAbnormally(task)) {
                 ++skipped;
-            else
-                batch.push(frame);
+            } else {
+                host.send(task);
+                ++sent;
+            }
         }
-        for (const frame of batch)
-            host.send(frame);
-        const mark = `mark ${sent}`;
-        host.send({ id: mark, type: 'key_state' });
+        host.send({ id: `mark ${batch}`, type: 'key_state' });
         let answers = 0;
-        try {
-            while ((await host.receive()).id !== mark)
-                ++answers;
-        } catch (error) {
-            throw new Error(`seed ${seed}, frames ${sent} to ${sent + batchSize}`, { cause: error });
-        }
-        strictEqual(answers, batchSize, `answers to frames ${sent} to ${sent + batchSize}`);
+        while ((await host.receive()).id !== `mark ${batch}`)
+            ++answers;
+        strictEqual(answers, sent, `seed ${seed}, batch ${batch}`);
     }
-    ok(skipped < count / 10, `${skipped} frames left out`);
-    strictEqual((await host.handshake()).version, '6.25.0.6016');
+    ok(skipped < 2000, `${skipped} tasks left out`);
     host.closeInput();
     await endsInOrder(host);
 });
 
-test('streams whose lengths are wrong end the host in order', async () => {
-    const frames = mutatedFrames(7);
-    for (let round = 0; round < (sanitized ? 50 : 200); ++round) {
-        const host = start({ args: round % 2 ? ['--buggybrowser'] : [], env: { KOVALO_LOG_LEVEL: '0' } });
-        for (let i = 0; i < 20; ++i) {
-            const body = frames.next().value;
-            const length = Math.max(0, body.length + (i === round % 20 ? (round % 41) - 20 : 0));
-            const prefix = Buffer.alloc(4);
-            prefix.writeUInt32LE(length);
-            host.write(round % 2 ? `${length} ` : prefix);
-            host.write(endsAbnormally(body) ? Buffer.alloc(body.length) : body);
-        }
-        host.closeInput();
-        await endsInOrder(host);
-    }
+test('answers that nobody reads cost little memory, and do not keep the host from ending', async () => {
+    const host = start();
+    await host.handshake();
+    host.child.stdout.pause();
+    const [peak, read] = [host.statusKilobytes('VmHWM'), host.bytesRead()];
+    const long = 'x'.repeat(60_000);
+    for (let i = 0; i < 1000; ++i)
+        host.send({ id: long, type: 'key_state' });
+    // The host reads no more once it waits for its own answers to be read.
+    let before = 0;
+    await until(async () => {
+        const now = host.bytesRead();
+        await new Promise(resolve => { setTimeout(resolve, 200); });
+        return now > read && now === before || (before = now, false);
+    }, 'the host to stop reading');
+    ok(before - read < 30 * mebibyte, `${before - read} bytes were read`);
+    const grown = host.statusKilobytes('VmHWM') - peak;
+    ok(sanitized || grown < 40 * 1024, `${grown} kB of memory`);
+    host.child.stdin.destroy();
+    strictEqual((await once(host.child, 'exit'))[0], 0);
+    host.child.stdout.resume();
+    await host.end();
+    strictEqual(host.log.split('answers are dropped').length - 1, 1, host.log);
+});
+
+test('limits of the system end nothing, or the host in order', { skip: sanitized }, async () => {
+    // Address space: a task that does not fit is answered, and what follows it is.
+    let host = start({ limit: '-v 500000' });
+    host.send({ id: '1', type: 'key_state', padding: 'x'.repeat(80 * mebibyte) });
+    match((await host.receive()).error, /^(unknown_task_type|not enough memory)$/);
+    strictEqual((await host.handshake()).bt, true);
+    host.closeInput();
+    await endsInOrder(host);
+    match(host.log, /not enough memory/);
+
+    // Size of files: the log is full.
+    host = start({ limit: '-f 1', env: { KOVALO_LOG_LEVEL: '3', KOVALO_LOG_FILE: join(host.folder, 'log') } });
+    for (let i = 0; i < 100; ++i)
+        strictEqual((await host.ask({ type: 'key_state' })).error, '');
+    host.closeInput();
+    await endsInOrder(host);
+
+    // Threads: there is no room for the stack of another one.
+    host = start({ limit: '-v 3000000 -s 4000000' });
+    await endsInOrder(host);
+    match(host.log, /no thread can be had.*\n.*ending: the start failed/);
 });

@@ -1,7 +1,8 @@
 // What the host leaves in its log, and where.
 
-import { deepStrictEqual, ok, strictEqual } from 'node:assert';
-import { chmodSync, mkdirSync, readFileSync, statSync } from 'node:fs';
+import { deepStrictEqual, doesNotMatch, match, ok, strictEqual } from 'node:assert';
+import { execFileSync } from 'node:child_process';
+import { chmodSync, mkdirSync, readFileSync, statSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
 import { after, test } from 'node:test';
 import { converse, farewell } from '../../tools/drivers/conversation.mjs';
@@ -24,53 +25,81 @@ async function run(env) {
 
 const unreadable = 'ASSERTION FAILED: pmxJsonSerializeObject(*task, msg.toStdString()), '
     + '../../src/wenativehost/wenativehosttasksprocessor,136';
-const line = /^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z \[\d+\] 1 (.*)$/;
 
-/** The texts of the lines that tell of failed checks; every line must be one of level 1. */
-function failedChecks(log) {
-    return log.trimEnd().split('\n').map(each => each.match(line)[1])
-        .filter(text => text.startsWith('ASSERTION'));
+/** The texts of the lines, each of which must be of that level or a lower one. */
+function texts(log, level = 1) {
+    const line = new RegExp(`^\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}Z \\[\\d+\\] [1-${level}] (.*)$`);
+    return log.trimEnd().split('\n').map(each => each.match(line)[1]);
 }
 
-test('lines of level 1 go to stderr', async () => {
-    deepStrictEqual(failedChecks(await run({})), [unreadable]);
-});
-
-test('level 0 silences the log', async () => {
+test('the log goes to stderr, to a file that is made with its folder, or nowhere', async () => {
+    const lines = texts(await run({}));
+    match(lines[0], /^\[main\]: version 6\.25\.0\.6016, arguments: $/);
+    ok(lines.includes(unreadable));
+    match(lines.at(-1), /^\[main\]: ending: end of input$/);
     strictEqual(await run({ KOVALO_LOG_LEVEL: '0' }), '');
-});
-
-test('the log can go to a file, which is made with its folder and appended to', async () => {
     const file = join(sandbox.folder, 'new/folder/host.log');
     for (const count of [1, 2]) {
         strictEqual(await run({ KOVALO_LOG_FILE: file }), '');
         strictEqual(readFileSync(file, 'utf8').split(unreadable).length - 1, count);
     }
     strictEqual(statSync(file).mode & 0o777, 0o600);
-});
-
-test('a log that cannot be written disturbs nothing', async () => {
     const folder = join(sandbox.folder, 'closed');
     mkdirSync(folder);
     chmodSync(folder, 0o500);
-    for (const file of [join(folder, 'x/host.log'), '/dev/full', sandbox.folder, '/proc/none/host.log'])
-        await run({ KOVALO_LOG_FILE: file });
+    for (const unwritable of [join(folder, 'x/host.log'), '/dev/full', sandbox.folder, '/proc/none/host.log'])
+        await run({ KOVALO_LOG_FILE: unwritable });
 });
 
-test('line breaks after frames are checked the wrong way round, and the log says so', async () => {
-    const host = new HostProcess(sandbox);
+test('the log says why, and nothing private', async () => {
+    // An application that cannot be executed is as good as none.
+    writeFileSync(join(sandbox.programs, 'kov'), 'x');
+    const host = new HostProcess(sandbox, {
+        args: ['/home/private/manifest.json', 'chrome-extension://abc/'], env: { KOVALO_LOG_LEVEL: '3' },
+    });
+    const download = {
+        url: 'http://example.com/private/name.zip?private=1', suggestedName: 'private.zip', fileSize: '1',
+        httpCookies: 'private=2', httpReferer: 'http://example.com/private', userAgent: 'private',
+    };
+    const create = options => host.ask({
+        type: 'create_downloads', create_downloads: { downloads: { item: [download] }, ...options },
+    });
+    strictEqual((await create({})).error, 'app_not_installed');
+    const { settings } = await host.ask({ type: 'query_settings' });
+    settings.browser.monitor.skipSmallerThan = '1000';
+    await host.ask({ type: 'post_settings', post_settings: settings });
+    strictEqual((await create({ catchedDownloads: '1' })).error, 'ignoredDueSettings');
+    await host.ask({ type: 'handshake', handshake: 'x' });
+    await host.ask({ type: 'post_settings', post_settings: { browser: { menu: { dllink: 'private' } } } });
     await host.handshake('crlf');
     await host.handshake();
-    host.closeInput();
-    await endsInOrder(host);
-    deepStrictEqual(failedChecks(host.log), ['ASSERTION FAILED: 2 != fwrite ("\\r\\n", 1, 2, stdout), '
-        + '../../src/wenativehost/consolemessagessender,88']);
-});
-
-test('a clean run leaves nothing alive', async () => {
-    const host = new HostProcess(sandbox, { env: { KOVALO_LOG_LEVEL: '9' } });
     await converse(task => host.ask(task));
     host.send(farewell);
     await endsInOrder(host);
-    ok(!/alive|ASSERTION/.test(host.log), host.log);
+    const log = texts(host.log, 3).join('\n');
+    doesNotMatch(log, /private|alive/);
+    deepStrictEqual(log.match(/ASSERTION.*/g), ['ASSERTION FAILED: 2 != fwrite ("\\r\\n", 1, 2, stdout), '
+        + '../../src/wenativehost/consolemessagessender,88']);
+    for (const words of [
+        /version 6\.25\.0\.6016, arguments: chrome-extension:\/\/abc\/$/m,
+        /task create_downloads #\d+ answered after \d+ ms: app_not_installed/,
+        /left to the browser: the file is too small\n.*task create_downloads #\d+ .*: ignoredDueSettings/,
+        /task handshake #\d+ answered after \d+ ms: no error/,
+        /the extension ends the host\n.*ending: asked to/,
+        /\d+ messages were taken/,
+        /what should have the member "response_add_crlf" is no object/,
+        /the member "dllink" has the wrong kind/,
+    ])
+        match(log, words);
+});
+
+test('a person at a terminal is told what this is, a browser is not', async () => {
+    for (const [argument, words] of [['--version', /^wenativehost 6\.25\.0\.6016\s*$/], ['--help', /Kovalo browser extension/]]) {
+        const command = `${sandbox.host} ${argument}`;
+        match(execFileSync('script', ['-qec', command, '/dev/null'], { encoding: 'utf8' }), words);
+        const host = new HostProcess(sandbox, { args: [argument] });
+        strictEqual((await host.handshake()).bt, true);
+        host.closeInput();
+        await endsInOrder(host);
+    }
 });

@@ -1,8 +1,8 @@
+#include "consoleflowcontrol.h"
 #include "consoleframereader.h"
 #include "consolemessagesreceiver.h"
 #include "frames.h"
 #include "logcapture.h"
-#include "queuedcallsdispatcher.h"
 #include "readconsolethread.h"
 
 #include <QCoreApplication>
@@ -11,8 +11,9 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <atomic>
 #include <limits>
-#include <memory>
 #include <tuple>
 
 namespace {
@@ -33,22 +34,14 @@ private Q_SLOTS:
         // What is read, the length in it (0: none), and what is left.
         const std::tuple<QByteArray, qint64, QByteArray> cases[] = {
             {"\t\r\n\v\f12 x", 12, "x"},
-            {"00000000000000000000012 x", 12, "x"},
             {"+12 x", 12, "x"},
-            {"12abc34 x", 12, "x"},
-            {"12\n3 x", 12, "x"},
             {QByteArray("12\0003 x", 6), 12, "x"},
-            {"12", 12, ""},
             {"4294967295 ", 4294967295, ""},
-            {"4294967308 ", 12, ""},
             {"4294967296 x", 0, "x"},
             {"99999999999999999999 ", 4294967295, ""},
-            {"-5 ", 4294967291, ""},
             {"-99999999999999999999 ", 0, ""},
             {"0 x", 0, "x"},
             {" 12 ", 0, "12 "},
-            {"+-1 x", 0, "x"},
-            {"0x10 x", 0, "x"},
             {"", 0, ""}};
         for (const auto &[input, length, rest] : cases) {
             const StreamFile file(input);
@@ -76,10 +69,10 @@ private Q_SLOTS:
         limited.rlim_cur = rlim_t{1024} * 1024 * 1024;
         QCOMPARE(::setrlimit(RLIMIT_AS, &limited), 0);
         ConsoleFrameReader reader(file.stream());
-        const bool read = reader.readBody(maxLength).has_value();
+        const bool empty = reader.readBody(maxLength) == QByteArray();
         QCOMPARE(::setrlimit(RLIMIT_AS, &unlimited), 0);
 
-        QVERIFY(!read);
+        QVERIFY2(empty, "it counts as an empty message");
         QCOMPARE(log.texts(),
                  QStringList(u"[ConsoleFrameReader]: WARNING: a message of 4294967295 bytes is "
                              "dropped: not enough memory"_qs));
@@ -87,33 +80,38 @@ private Q_SLOTS:
         QCOMPARE(reader.readBody(4), QByteArray("next"));
     }
 
-    void startedTwice()
+    void readerWaitsForWhoHandles()
     {
-        QByteArray large;
-        for (int i = 0; i < 300'000; ++i)
-            large += static_cast<char>('a' + i % 23);
-        const StreamFile file(frame(large) + frame("a\xff\x62") + frame(QByteArray("a\0b", 3))
-                              + frame("cut").chopped(1));
+        constexpr int count = 100;
+        const QByteArray messages = frame(QByteArray(200'000, 'x')).repeated(count);
+        const StreamFile file(messages);
+        const auto flow = QSharedPointer<ConsoleFlowControl>::create();
         ConsoleMessagesReceiver receiver(nullptr, file.stream());
-        QStringList received;
-        int finished = 0;
-        connect(&receiver, &ConsoleMessagesReceiver::gotMessage, this,
-                [&](const QString &message) { received.append(message); });
-        connect(&receiver, &ConsoleMessagesReceiver::finished, this, [&] { ++finished; });
+        receiver.setFlowControl(flow);
+        std::atomic<int> read = 0;
+        int received = 0;
+        int most = 0;
+        connect(
+            &receiver, &ConsoleMessagesReceiver::gotMessage, &receiver, [&read] { ++read; },
+            Qt::DirectConnection);
+        connect(&receiver, &ConsoleMessagesReceiver::gotMessage, this, [&] {
+            QThread::msleep(1);
+            most = std::max(most, read - received++);
+        });
+        ReadConsoleThread thread;
+        thread.start();
+        receiver.moveToThread(&thread);
         receiver.start();
-        receiver.start();
-        QTRY_COMPARE(finished, 1);
-        QCoreApplication::processEvents();
-        QCOMPARE(finished, 1);
-        QCOMPARE(received, QStringList({QString::fromLatin1(large), u"a\ufffdb"_qs, u"a\0b"_qs}));
+        receiver.start(); // once more is no harm
+        QTRY_COMPARE(received, count);
+        QVERIFY(flow->isInputEnded());
+        const qint64 limit = ConsoleFlowControl::maxUnhandledBytes;
+        QVERIFY2(most <= limit / 400'000 + 2, "two bytes a character, and one message more");
+        thread.stop();
     }
 
     void stopWhileMessagesCome()
     {
-        // Woken up on its way into the wait it does not wait.
-        QueuedCallsDispatcher dispatcher;
-        for (int i = 0; i < 2; ++i, dispatcher.wakeUp())
-            QVERIFY(dispatcher.processEvents(QEventLoop::WaitForMoreEvents));
         // The thread is ended at any point between taking a message and posting it.
         const QByteArray messages = QByteArray(frame("x")).repeated(2'000);
         for (int round = 0; round < 100; ++round) {
@@ -121,24 +119,22 @@ private Q_SLOTS:
             QCOMPARE(::pipe(ends), 0);
             QCOMPARE(::write(ends[1], messages.constData(), 10'000), 10'000);
             std::FILE *const input = ::fdopen(ends[0], "r");
-            auto receiver = std::make_unique<ConsoleMessagesReceiver>(nullptr, input);
+            ConsoleMessagesReceiver receiver(nullptr, input);
             int received = 0;
-            connect(receiver.get(), &ConsoleMessagesReceiver::gotMessage, this,
+            connect(&receiver, &ConsoleMessagesReceiver::gotMessage, this,
                     [&received] { ++received; });
             ReadConsoleThread thread;
             thread.start();
-            receiver->moveToThread(&thread);
-            receiver->start();
+            receiver.moveToThread(&thread);
+            receiver.start();
             if (round % 2 == 0)
                 QTRY_VERIFY(received > 0);
             thread.stop();
-            QVERIFY(thread.isFinished());
             // The event queue of this thread is whole.
             bool delivered = false;
             QMetaObject::invokeMethod(
                 this, [&delivered] { delivered = true; }, Qt::QueuedConnection);
             QTRY_VERIFY(delivered);
-            receiver.reset();
             ::close(ends[1]);
             std::fclose(input);
         }

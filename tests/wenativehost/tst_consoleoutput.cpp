@@ -52,7 +52,9 @@ private Q_SLOTS:
         std::fclose(full);
         // With a buffer the fault shows when it is flushed.
         std::FILE *const buffered = std::fopen("/dev/full", "w");
-        ConsoleMessagesSender(nullptr, buffered).sendMessage(u"a"_qs);
+        ConsoleMessagesSender failing(nullptr, buffered);
+        for (int message = 0; message < 3; ++message)
+            failing.sendMessage(u"a"_qs); // logged once
         const QStringList texts = log.texts();
         std::fclose(buffered);
 

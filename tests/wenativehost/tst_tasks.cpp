@@ -2,9 +2,7 @@
 #include "keystatewatcher.h"
 #include "pmxkovbhipckeystatetaskprocessor.h"
 #include "pmxkovbhipctask.h"
-
-#include <QCoreApplication>
-#include <QTest>
+#include "rows.h"
 
 namespace {
 
@@ -22,16 +20,13 @@ class TestTasks : public QObject {
 private Q_SLOTS:
     void answers_data()
     {
-        QTest::addColumn<QString>("message");
-        QTest::addColumn<QString>("expected");
-        const auto row = [](const QString &message, const QString &expected) {
-            QTest::newRow(qPrintable(message)) << message << expected;
+        const Rows<QString, QString> rows("message", "expected");
+        const auto row = [&rows](const QString &message, const QString &expected) {
+            rows(qPrintable(message), message, expected);
         };
         const QString unknown = u"unknown_task_type"_qs;
         row(u"{'id':'1','type':'browser_proxy','browser_proxy':{}}"_qs,
             answer(u"1"_qs, u"browser_proxy"_qs, u"failure"_qs));
-        row(u"{'id':'6','type':' browser_proxy é'}"_qs,
-            answer(u"6"_qs, u" browser_proxy é"_qs, u"failure"_qs));
         row(u"{'id':'2','type':'post_settings','post_settings':{'browser':{'menu':{}}}}"_qs,
             answer(u"2"_qs, u"post_settings"_qs, u""_qs));
         row(u"{'id':'2','type':'post_settings'}"_qs,
@@ -44,13 +39,6 @@ private Q_SLOTS:
             row(u"{'id':'5','type':'%1'}"_qs.arg(type), answer(u"5"_qs, type, unknown));
         row(u"{'id':'1'}"_qs, answer(u"1"_qs, u""_qs, unknown));
         row(u"{'type':'key_state'}"_qs, answer(u""_qs, u""_qs, unknown));
-        row(u"{'id':'1','type':'handshake'}"_qs,
-            u"{'bt':true,'error':'','id':'1','result':'','type':'handshake',"
-            "'version':'6.25.0.6016','yt':false}"_qs);
-        row(u"{'id':'1','type':'ui_strings now'}"_qs,
-            u"{'error':'','id':'1','result':'','strings':{'dlall':'Download all with KOV',"
-            "'dlbykov':'','dllink':'Download with KOV','dlselected':'Download selected with KOV',"
-            "'dlvideo':'Download video with KOV'},'type':'ui_strings now'}"_qs);
     }
 
     void answers()
@@ -77,20 +65,6 @@ private Q_SLOTS:
                  "'type':'key_state'}"_qs);
         host.sender.reset();
         key->setHeld(true);
-        QCOMPARE(host.sent(), u""_qs);
-    }
-
-    void shutdownDestroysTheDispatcher()
-    {
-        // As the take-down does: from inside the dispatcher's own slot, with messages behind it.
-        IsolatedHost host;
-        connect(host.shutdownManager.data(), &QtAppDelayedShutdownManager::shutdownRequested, this,
-                [&host] { host.dispatcher.reset(); });
-        for (const char *message : {R"({"id":"1","type":"shutdown now"})", R"({"id":"2"})"})
-            QMetaObject::invokeMethod(host.dispatcher.get(), "onConsoleGotMessage",
-                                      Qt::QueuedConnection, Q_ARG(QString, QLatin1String(message)));
-        QCoreApplication::processEvents();
-        QVERIFY(!host.dispatcher);
         QCOMPARE(host.sent(), u""_qs);
     }
 };

@@ -35,11 +35,14 @@ export class HostProcess {
 
     /**
      * @param {import('./sandbox.mjs').Sandbox} sandbox
-     * @param {{args?: string[], env?: object}} options
+     * @param {{args?: string[], env?: object, limit?: string}} options limit: as the shell's ulimit
      */
-    constructor(sandbox, { args = [], env = {} } = {}) {
+    constructor(sandbox, { args = [], env = {}, limit } = {}) {
+        this.folder = sandbox.folder;
         this.writing.textLength = args.includes('--buggybrowser');
-        this.child = spawn(sandbox.host, args, {
+        const command = limit ? ['bash', '-c', `ulimit ${limit}; exec "$0" "$@"`] : [];
+        const [program, ...rest] = [...command, sandbox.host, ...args];
+        this.child = spawn(program, rest, {
             cwd: sandbox.folder,
             env: sandbox.environment(env),
             stdio: ['pipe', 'pipe', 'pipe'],

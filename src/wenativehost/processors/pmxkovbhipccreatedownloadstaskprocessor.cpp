@@ -3,6 +3,7 @@
 #include "capturerules.h"
 #include "keystatewatcher.h"
 #include "pmxtaskresponses.h"
+#include "qtappdefaultlogger.h"
 #include "wbeincomingdownloadsprocessor.h"
 #include "webextensionsettingsmanager.h"
 
@@ -74,9 +75,13 @@ bool pmxKovBhIpcCreateDownloadsTaskProcessor::isLeftToBrowser(const pmxKovBhIpcT
 {
     // The rules are for what the browser caught by itself, one at a time.
     const pmxKovBhIpcTaskCreateDownloads &created = task.create_downloads;
-    return created.downloads.size() == 1 && created.catchedDownloads && !created.ignoreSettings
-        && pmxIsCatchedDownloadShoudBeIgnored(created.downloads.front().get(),
-                                              m_settingsManager->settings(),
-                                              m_keyStateWatcher.data())
-        != 0;
+    if (created.downloads.size() != 1 || !created.catchedDownloads || created.ignoreSettings)
+        return false;
+    const char *const rule = captureRuleAgainst(
+        *created.downloads.front(), m_settingsManager->settings(), m_keyStateWatcher.data());
+    if (rule)
+        logLine(1,
+                QStringLiteral("[CaptureRules]: a download is left to the browser: ")
+                    + QLatin1String(rule));
+    return rule != nullptr;
 }

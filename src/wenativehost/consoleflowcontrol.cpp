@@ -1,0 +1,71 @@
+#include "consoleflowcontrol.h"
+
+#include <QMetaObject>
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <array>
+#include <utility>
+
+namespace {
+
+/// What a message costs beside its text: the event that carries it, and the heads of allocations.
+constexpr qint64 messageOverhead = 256;
+/// How often the handling thread is asked how far it is.
+constexpr qint64 announcedAtOnce = ConsoleFlowControl::maxUnhandledBytes / 16;
+
+} // namespace
+
+ConsoleFlowControl::ConsoleFlowControl(QObject *parent)
+    : QObject(parent), m_roomEvent(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+{
+}
+
+ConsoleFlowControl::~ConsoleFlowControl() { ::close(m_roomEvent); }
+
+void ConsoleFlowControl::posted(qsizetype characters)
+{
+    const qint64 bytes = messageOverhead + characters * qint64{sizeof(QChar)};
+    m_unhandledBytes += bytes;
+    m_unannouncedBytes += bytes;
+    if (m_unannouncedBytes < announcedAtOnce)
+        return;
+    // Events of one thread are delivered in order: when this one comes, the messages before it
+    // have been handled.
+    QMetaObject::invokeMethod(
+        this, [this, all = std::exchange(m_unannouncedBytes, 0)] { handled(all); },
+        Qt::QueuedConnection);
+}
+
+void ConsoleFlowControl::handled(qint64 bytes)
+{
+    m_unhandledBytes -= bytes;
+    if (m_waiting && m_unhandledBytes <= maxUnhandledBytes)
+        ::eventfd_write(m_roomEvent, 1);
+}
+
+// The reader's thread is cut off in here, its stack unwound without this frame being left: what the
+// address sanitizer marked around the variables would stay marked.
+[[gnu::no_sanitize_address]] void ConsoleFlowControl::waitForRoom(int inputDescriptor)
+{
+    if (m_unhandledBytes <= maxUnhandledBytes)
+        return;
+    m_waiting = true;
+    std::array<pollfd, 2> watched = {
+        {{m_roomEvent, POLLIN, 0}, {m_inputEnded ? -1 : inputDescriptor, POLLRDHUP, 0}}};
+    while (m_unhandledBytes > maxUnhandledBytes) {
+        if (::poll(watched.data(), watched.size(), -1) < 0)
+            continue;
+        if (watched[0].revents != 0) {
+            eventfd_t count = 0;
+            ::eventfd_read(m_roomEvent, &count);
+        }
+        if (watched[1].revents != 0) {
+            setInputEnded();
+            watched[1].fd = -1;
+        }
+    }
+    m_waiting = false;
+}

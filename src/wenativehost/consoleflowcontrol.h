@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QObject>
+
+#include <atomic>
+
+/**
+ * Flow control between the two ends of the console: back-pressure from whoever handles messages to
+ * the thread that reads them, so that a browser that sends faster than it reads answers does not
+ * cost memory without bound; and the news, against the stream, that the input has ended.
+ *
+ * Lives in the thread in which messages are handled. The other functions may be called from any
+ * thread, those of the reader from one only.
+ */
+class ConsoleFlowControl : public QObject {
+    Q_OBJECT
+public:
+    /// What messages that were read and not handled may cost, in bytes of memory, before the
+    /// reader waits. One message may cost more.
+    static constexpr qint64 maxUnhandledBytes = qint64{4} * 1024 * 1024;
+
+    explicit ConsoleFlowControl(QObject *parent = nullptr);
+    ~ConsoleFlowControl() override;
+    Q_DISABLE_COPY_MOVE(ConsoleFlowControl)
+
+    /// The reader has just posted a message of so many UTF-16 characters to the handling thread.
+    void posted(qsizetype characters);
+    /// The reader waits for room, and meanwhile watches the input for its end.
+    void waitForRoom(int inputDescriptor);
+
+    /// Nobody sends any more; what was sent may not all be read yet.
+    void setInputEnded() { m_inputEnded = true; }
+    bool isInputEnded() const { return m_inputEnded; }
+
+private:
+    void handled(qint64 bytes);
+
+    std::atomic<qint64> m_unhandledBytes = 0;
+    /// Posted, and not yet announced to the handling thread.
+    qint64 m_unannouncedBytes = 0;
+    std::atomic<bool> m_inputEnded = false;
+    std::atomic<bool> m_waiting = false;
+    /// An eventfd(2), readable when there is room again.
+    const int m_roomEvent;
+};
