@@ -9,6 +9,7 @@
 #include "mediarequestsanalyzer.h"
 #include "mediarequestscollector.h"
 #include "networkrequestscollector.h"
+#include "pagemedianotifier.h"
 #include "pmxjsonserializeobject.h"
 #include "pmxkovbhipcbrowserproxytaskprocessor.h"
 #include "pmxkovbhipccreatedownloadstaskprocessor.h"
@@ -107,6 +108,8 @@ WeNativeHostTasksProcessor::WeNativeHostTasksProcessor(
       m_mediaRequests(qtCreateObject<MediaRequestsCollector>(m_networkRequests)),
       m_tabsRequests(qtCreateObject<BrowserTabsRequestsTracker>()),
       m_mediaAnalyzer(qtCreateObject<MediaRequestsAnalyzer>(m_mediaRequests)),
+      m_pageMediaNotifier(
+          qtCreateObject<PageMediaNotifier>(m_mediaRequests, m_mediaAnalyzer, m_sender)),
       m_keyStateWatcher(qtCreateObject<KeyStateWatcher>(watchedKeyCode))
 {
     if (const auto strongReceiver = m_receiver.toStrongRef())
@@ -181,7 +184,7 @@ void WeNativeHostTasksProcessor::registerProcessors()
     const auto activityMonitor = m_appClientModule->browserActivityMonitor();
     registerProcessor(kov_ipc_task_network_request_notification,
                       std::make_unique<pmxKovBhIpcNetworkRequestNotificationTaskProcessor>(
-                          activityMonitor, m_networkRequests, m_tabsRequests));
+                          activityMonitor, m_networkRequests, m_tabsRequests, m_pageMediaNotifier));
     registerProcessor(
         kov_ipc_task_browser_download_state_report,
         std::make_unique<pmxKovBhIpcDownloadStateReportTaskProcessor>(activityMonitor));

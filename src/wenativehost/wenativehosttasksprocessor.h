@@ -19,6 +19,7 @@ class KeyStateWatcher;
 class MediaRequestsAnalyzer;
 class MediaRequestsCollector;
 class NetworkRequestsCollector;
+class PageMediaNotifier;
 class QtAppDelayedShutdownManager;
 class WbeIncomingDownloadsProcessor;
 class WebExtensionSettingsManager;
@@ -66,6 +67,7 @@ private:
     const QSharedPointer<MediaRequestsCollector> m_mediaRequests;
     const QSharedPointer<BrowserTabsRequestsTracker> m_tabsRequests;
     const QSharedPointer<MediaRequestsAnalyzer> m_mediaAnalyzer;
+    const QSharedPointer<PageMediaNotifier> m_pageMediaNotifier;
     const QSharedPointer<KeyStateWatcher> m_keyStateWatcher;
     std::map<kov_ipc_task_type, std::unique_ptr<pmxKovBhIpcTaskProcessor>> m_processors;
     qint64 m_messagesCount = 0;

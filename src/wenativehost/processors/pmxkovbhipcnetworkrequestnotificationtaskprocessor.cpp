@@ -3,6 +3,7 @@
 #include "browseractivitymonitor.h"
 #include "browsertabsrequeststracker.h"
 #include "networkrequestscollector.h"
+#include "pagemedianotifier.h"
 #include "pmxkovbhipctask.h"
 #include "pmxkovbhipctaskresponse.h"
 #include "pmxtaskresponses.h"
@@ -13,16 +14,15 @@ pmxKovBhIpcNetworkRequestNotificationTaskProcessor::
     pmxKovBhIpcNetworkRequestNotificationTaskProcessor(
         QSharedPointer<BrowserActivityMonitor> monitor,
         QSharedPointer<NetworkRequestsCollector> requests,
-        QSharedPointer<BrowserTabsRequestsTracker> tabs)
-    : m_monitor(std::move(monitor)), m_requests(std::move(requests)), m_tabs(std::move(tabs))
+        QSharedPointer<BrowserTabsRequestsTracker> tabs, QSharedPointer<PageMediaNotifier> notifier)
+    : m_monitor(std::move(monitor)), m_requests(std::move(requests)), m_tabs(std::move(tabs)),
+      m_notifier(std::move(notifier))
 {
     connect(m_monitor.data(), &BrowserActivityMonitor::downloadStarted, m_requests.data(),
             &NetworkRequestsCollector::forgetUrl);
-    connect(m_requests.data(), &NetworkRequestsCollector::requestForgotten, m_tabs.data(),
-            &BrowserTabsRequestsTracker::removeRequest);
-    connect(m_tabs.data(), &BrowserTabsRequestsTracker::requestAbandoned, m_requests.data(),
-            qOverload<const std::string &>(&NetworkRequestsCollector::forget));
-    connect(m_tabs.data(), &BrowserTabsRequestsTracker::requestsMoved, m_requests.data(),
+    connect(m_tabs.data(), &BrowserTabsRequestsTracker::pageLeft, m_requests.data(),
+            &NetworkRequestsCollector::forgetPage);
+    connect(m_tabs.data(), &BrowserTabsRequestsTracker::pageRenamed, m_requests.data(),
             &NetworkRequestsCollector::changePageUrl);
 }
 
@@ -36,10 +36,11 @@ void pmxKovBhIpcNetworkRequestNotificationTaskProcessor::process(
         m_tabs->tabUrlChanged(notification.srcTabUrl, notification.data);
     } else if (notification.type == "tab_closed") {
         m_tabs->tabClosed(notification.srcTabUrl);
-    } else if (!m_monitor->isActive() || !m_monitor->isDownloading(notification.url)) {
+    } else if (notification.type == "media_wanted") {
+        if (m_notifier)
+            m_notifier->start();
+    } else if (!m_monitor->isDownloading(notification.url)) {
         m_requests->process(notification);
-        if (notification.type == "request" && m_requests->request(notification.requestId))
-            m_tabs->addRequest(notification.srcTabUrl, notification.requestId);
     }
 
     const auto response = pmxResponseTo(*task);

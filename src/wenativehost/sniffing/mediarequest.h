@@ -1,11 +1,8 @@
 #pragma once
 
 #include "networkrequest.h"
-#include "pmxkovbhipcdownloadinfo.h"
 
 #include <optional>
-
-using MediaKind = pmxKovBhIpcDownloadInfo::MediaKind;
 
 /// A request whose answer is media, and what its headers say of the whole resource.
 struct MediaRequest {

@@ -1,10 +1,13 @@
 #pragma once
 
 #include "mediarequest.h"
+#include "qtsingleshottimer.h"
+#include "recenturls.h"
 
 #include <QObject>
 #include <QSharedPointer>
 
+#include <memory>
 #include <vector>
 
 class NetworkRequestsCollector;
@@ -16,7 +19,9 @@ class NetworkRequestsCollector;
  * stream whose playlist was seen on the page, and answers known to be smaller than minSize are not
  * media. The parts of one resource on one page are one entry with the size of the whole.
  *
- * Everything is worked out when it is asked for, so that a notification costs nothing here.
+ * A page is looked through when it is asked for, and settleMs after something happened on it, so
+ * that a notification costs nothing here. Media, and the playlists that are parts of others, are
+ * kept as long as their page is shown: the latest ones of each page.
  */
 class MediaRequestsCollector : public QObject {
     Q_OBJECT
@@ -24,12 +29,18 @@ public:
     /// In bytes. What is smaller is a sound effect, a beacon or a placeholder; playlists are not
     /// measured.
     static constexpr quint64 minSize = quint64{64} * 1024;
+    static constexpr int settleMs = 200;
+    /// Of one page.
+    static constexpr size_t maxMedia = 50;
+    static constexpr size_t maxParts = 100;
 
     explicit MediaRequestsCollector(QSharedPointer<NetworkRequestsCollector> requests,
                                     QObject *parent = nullptr);
 
-    /// All media, oldest first.
-    std::vector<MediaRequest> mediaRequests() const;
+    /// All media, oldest first. Of a resource that is just fetched again there may be two.
+    std::vector<MediaRequest> mediaRequests();
+    /// The playlists of a page that are parts of others, oldest first.
+    std::vector<MediaRequest> partsOf(const std::string &pageUrl);
     /// One request by its id, whether it passes as media or not; nothing if it is not known.
     std::optional<MediaRequest> request(const std::string &requestId) const;
     /// The same for a request of that URL, before or after redirects: one that was answered well
@@ -37,6 +48,23 @@ public:
     /// older one.
     std::optional<MediaRequest> requestOf(const std::string &url, const std::string &pageUrl) const;
 
+Q_SIGNALS:
+    /// The media of the page may be others than before.
+    void pageSettled(const std::string &pageUrl);
+
 private:
+    struct Nothing { };
+
+    void onPageChanged(const std::string &pageUrl);
+    void settle();
+    using Requests = std::vector<const NetworkRequest *>;
+    void settlePage(const Requests &answered);
+    /// Judges the kinds of the requests, and returns the latest for each resource that may be
+    /// media, oldest first.
+    Requests latestMedia(const Requests &answered);
+    template <typename Predicate> std::vector<MediaRequest> kept(Predicate predicate);
+
     const QSharedPointer<NetworkRequestsCollector> m_requests;
+    const std::unique_ptr<QtSingleShotTimer> m_timer;
+    RecentUrls<Nothing> m_changedPages;
 };

@@ -1,10 +1,7 @@
 #include "networkrequestscollector.h"
 
-#include "httpheaderblock.h"
-#include "mediakind.h"
 #include "pmxkovbhipctasknetworkrequestnotification.h"
 
-#include <algorithm>
 #include <charconv>
 #include <iterator>
 #include <vector>
@@ -19,7 +16,7 @@ int toStatus(const std::string &text)
 }
 
 /// An assignment would keep the memory of a longer text, which nobody counts.
-void replace(std::string &text, const std::string &by) { std::string(by).swap(text); }
+void assign(std::string &text, const std::string &by) { std::string(by).swap(text); }
 
 /// Browsers keep the id through redirects and when they ask for a password, and use it again after
 /// the request's end, of which they do not always tell.
@@ -36,23 +33,25 @@ bool merge(NetworkRequest &request, const pmxKovBhIpcTaskNetworkRequestNotificat
     if (notification.type == "request") {
         request.state = State::Sent;
         request.status = 0;
-        replace(request.responseHeaders, {});
-        replace(request.playlist, {});
-        replace(request.pageUrl, notification.srcTabUrl);
-        replace(request.method, notification.data);
-        replace(request.requestHeaders, notification.requestHeaders);
+        assign(request.responseHeaders, {});
+        request.playlist.reset();
+        assign(request.pageUrl, notification.srcTabUrl);
+        assign(request.method, notification.data);
+        assign(request.requestHeaders, notification.requestHeaders);
     } else if (notification.type == "response") {
         request.state = State::Answered;
         request.status = toStatus(notification.data);
-        replace(request.responseHeaders, notification.responseHeaders);
+        assign(request.responseHeaders, notification.responseHeaders);
     } else if (notification.type == "redirect") {
         // The headers of the way station say nothing of the resource.
         request.state = State::Sent;
         request.status = 0;
-        replace(request.url, notification.data);
-        replace(request.responseHeaders, {});
+        assign(request.url, notification.data);
+        assign(request.responseHeaders, {});
     } else if (notification.type == "playlist") {
-        replace(request.playlist, notification.data);
+        request.playlist = std::make_shared<Playlist>(notification.data, request.url);
+    } else if (notification.type == "part") {
+        request.isKnownPart = true;
     } else if (notification.type == "completed") {
         request.state = State::Completed;
     } else if (notification.type == "failed") {
@@ -61,21 +60,6 @@ bool merge(NetworkRequest &request, const pmxKovBhIpcTaskNetworkRequestNotificat
         return false;
     }
     return true;
-}
-
-bool isPlaylist(const NetworkRequest &request)
-{
-    return request.state == NetworkRequest::State::Completed
-        && mediaKindOf(request.url, HttpHeaderBlock(request.responseHeaders))
-        == MediaKind::StreamMediaKind;
-}
-
-/// Players of what is being broadcast fetch its playlist every few seconds.
-bool takesThePlaceOf(const NetworkRequest &later, const NetworkRequest &playlist)
-{
-    return later.number > playlist.number && later.url == playlist.url
-        && later.state == playlist.state && later.status == playlist.status
-        && (playlist.playlist.empty() || !later.playlist.empty());
 }
 
 } // namespace
@@ -104,33 +88,52 @@ void NetworkRequestsCollector::process(
 
 void NetworkRequestsCollector::changePageUrl(const std::string &fromUrl, const std::string &toUrl)
 {
-    for (Requests *list : {&m_finished, &m_unfinished}) {
-        for (NetworkRequest &request : *list) {
+    for (Requests &list : m_lists) {
+        for (NetworkRequest &request : list) {
             if (request.pageUrl != fromUrl)
                 continue;
             m_textBytes += toUrl.size() - fromUrl.size();
-            replace(request.pageUrl, toUrl);
+            assign(request.pageUrl, toUrl);
         }
     }
+    Q_EMIT pageChanged(fromUrl);
+    Q_EMIT pageChanged(toUrl);
     keepWithinBounds();
 }
 
-void NetworkRequestsCollector::forget(const std::string &requestId)
+void NetworkRequestsCollector::forgetPage(const std::string &pageUrl)
 {
-    if (const auto known = m_byId.find(requestId); known != m_byId.end())
-        forget(listOf(*known->second), known->second);
+    forgetIf([&pageUrl](const NetworkRequest &request) { return request.pageUrl == pageUrl; });
 }
 
 void NetworkRequestsCollector::forgetUrl(const std::string &url)
 {
-    for (Requests *list : {&m_finished, &m_unfinished}) {
-        for (auto request = list->begin(); request != list->end();) {
-            const auto next = std::next(request);
-            if (request->url == url || request->originalUrl == url)
-                forget(*list, request);
-            request = next;
-        }
-    }
+    forgetIf([&url](const NetworkRequest &request) {
+        return request.url == url || request.originalUrl == url;
+    });
+}
+
+void NetworkRequestsCollector::judge(const std::string &requestId, NetworkRequest::Worth worth,
+                                     MediaKind kind)
+{
+    const auto request = m_byId.at(requestId);
+    Requests &from = listOf(*request);
+    request->worth = worth;
+    request->kind = kind;
+    if (&from != &listOf(*request))
+        moveToItsList(from, request);
+}
+
+void NetworkRequestsCollector::replace(const std::string &olderId, const std::string &laterId,
+                                       std::optional<quint64> knownSize)
+{
+    const auto older = m_byId.at(olderId);
+    const auto later = m_byId.at(laterId);
+    later->knownSize = knownSize;
+    later->isKnownPart |= older->isKnownPart;
+    if (!later->playlist)
+        later->playlist.swap(older->playlist); // its bytes stay counted
+    forget(listOf(*older), older);
 }
 
 const NetworkRequest *NetworkRequestsCollector::request(const std::string &requestId) const
@@ -145,8 +148,8 @@ std::vector<const NetworkRequest *> NetworkRequestsCollector::requests() const
 {
     std::vector<const NetworkRequest *> found;
     found.reserve(m_byId.size());
-    for (const Requests *list : {&m_finished, &m_unfinished}) {
-        for (const NetworkRequest &request : *list) {
+    for (const Requests &list : m_lists) {
+        for (const NetworkRequest &request : list) {
             if (!isTooOld(request))
                 found.push_back(&request);
         }
@@ -162,7 +165,8 @@ void NetworkRequestsCollector::begin(const pmxKovBhIpcTaskNetworkRequestNotifica
     request.originalUrl = notification.url;
     request.number = ++m_lastNumber;
     m_textBytes += request.textBytes();
-    const auto added = m_unfinished.insert(m_unfinished.end(), std::move(request));
+    Requests &list = listOf(request);
+    const auto added = list.insert(list.end(), std::move(request));
     m_byId.emplace(added->id, added);
     update(added, notification);
 }
@@ -174,77 +178,62 @@ void NetworkRequestsCollector::update(Requests::iterator request,
     const size_t textBytes = request->textBytes();
     if (!merge(*request, notification))
         return;
+    if (!request->isKept() || (notification.type != "completed" && notification.type != "playlist"))
+        request->worth = NetworkRequest::Worth::Unjudged;
     request->changedMs = m_clock.monotonicMs();
     m_textBytes += request->textBytes() - textBytes;
+    moveToItsList(from, request);
+    Q_EMIT pageChanged(request->pageUrl);
+    if (request->textBytes() > maxTextBytes)
+        forget(listOf(*request), request);
+}
+
+void NetworkRequestsCollector::moveToItsList(Requests &from, Requests::iterator request)
+{
     Requests &to = listOf(*request);
     to.splice(to.end(), from, request);
-    if (request->textBytes() > maxTextBytes)
-        forget(to, request);
 }
 
 NetworkRequestsCollector::Requests &NetworkRequestsCollector::listOf(const NetworkRequest &request)
 {
-    return request.isFinished() ? m_finished : m_unfinished;
-}
-
-bool NetworkRequestsCollector::isTooOld(qint64 changedMs) const
-{
-    return m_clock.monotonicMs() - changedMs > maxAgeMs;
+    auto &[finished, unfinished, kept] = m_lists;
+    if (request.isKept())
+        return kept;
+    return request.isFinished() ? finished : unfinished;
 }
 
 bool NetworkRequestsCollector::isTooOld(const NetworkRequest &request) const
 {
-    return isTooOld(request.changedMs) && isTooOld(changedMs(request));
-}
-
-qint64 NetworkRequestsCollector::changedMs(const NetworkRequest &request) const
-{
-    qint64 latestMs = request.changedMs;
-    if (!isPlaylist(request))
-        return latestMs;
-    for (const Requests *list : {&m_finished, &m_unfinished}) {
-        for (const NetworkRequest &other : *list) {
-            if (other.pageUrl != request.pageUrl)
-                continue;
-            if (takesThePlaceOf(other, request))
-                return request.changedMs;
-            latestMs = std::max(latestMs, other.changedMs);
-        }
-    }
-    return latestMs;
+    return !request.isKept() && m_clock.monotonicMs() - request.changedMs > maxAgeMs;
 }
 
 void NetworkRequestsCollector::forget(Requests &list, Requests::iterator request)
 {
-    const std::string id = request->id;
     m_textBytes -= request->textBytes();
-    m_byId.erase(id);
+    m_byId.erase(request->id);
+    if (request->isKept())
+        Q_EMIT pageChanged(request->pageUrl);
     list.erase(request);
-    Q_EMIT requestForgotten(id);
 }
 
-void NetworkRequestsCollector::moveToChanged(qint64 changedMs)
+template <typename Predicate> void NetworkRequestsCollector::forgetIf(Predicate predicate)
 {
-    const auto request = m_finished.begin();
-    request->changedMs = changedMs;
-    auto next = m_finished.end();
-    while (std::prev(next)->changedMs > changedMs)
-        --next;
-    m_finished.splice(next, m_finished, request);
+    for (Requests &list : m_lists) {
+        for (auto request = list.begin(); request != list.end();) {
+            const auto next = std::next(request);
+            if (predicate(*request))
+                forget(list, request);
+            request = next;
+        }
+    }
 }
 
 void NetworkRequestsCollector::keepWithinBounds()
 {
-    while (!m_finished.empty() && isTooOld(m_finished.front().changedMs)) {
-        if (const qint64 changed = changedMs(m_finished.front()); !isTooOld(changed))
-            moveToChanged(changed);
-        else
-            forget(m_finished, m_finished.begin());
-    }
-    while (!m_unfinished.empty() && isTooOld(m_unfinished.front().changedMs))
-        forget(m_unfinished, m_unfinished.begin());
-    for (Requests *list : {&m_finished, &m_unfinished}) {
-        while (!list->empty() && (m_byId.size() > maxRequests || m_textBytes > maxTextBytes))
-            forget(*list, list->begin());
+    for (Requests &list : m_lists) {
+        while (!list.empty()
+               && (isTooOld(list.front()) || m_byId.size() > maxRequests
+                   || m_textBytes > maxTextBytes))
+            forget(list, list.begin());
     }
 }

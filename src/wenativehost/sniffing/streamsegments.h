@@ -3,15 +3,15 @@
 #include "networkrequest.h"
 
 #include <string>
-#include <unordered_set>
+#include <vector>
 
 /**
  * Knows the pieces of the streams whose playlists were seen on one page: what lies beside or below
- * a playlist, what has a segment's file name, and what a playlist's own lines name.
+ * a playlist, what has a segment's file name, and what a playlist itself names. The playlists'
+ * requests must outlive it.
  */
 class StreamSegments {
 public:
-    /// A playlist that was seen, again where its text became known later.
     void addPlaylist(const NetworkRequest &playlist);
 
     /// Whether a request for something that is no playlist fetches a piece of a stream.
@@ -21,9 +21,9 @@ public:
     bool isPartOfOther(const NetworkRequest &playlist) const;
 
 private:
-    /// Those of the playlists; an empty one of a playlist without a path.
-    std::unordered_set<std::string> m_folders;
-    std::unordered_set<std::string> m_named;
-    /// The pieces of a day and more; whoever names more of them must not make the user wait.
-    int m_referencesLeft = 100'000;
+    bool isNamed(const std::string &url) const;
+
+    std::vector<const NetworkRequest *> m_playlists;
+    /// Those of the playlists, each once; an empty one of a playlist without a path.
+    std::vector<std::string_view> m_folders;
 };
