@@ -3,6 +3,7 @@
 
 import { DownloadReports } from './lib/downloadreports.js';
 import { Downloads } from './lib/downloads.js';
+import { FoundMedia } from './lib/foundmedia.js';
 import { Gestures } from './lib/gestures.js';
 import { Handovers } from './lib/handovers.js';
 import { HostError } from './lib/hosterror.js';
@@ -11,9 +12,11 @@ import { NativeHost } from './lib/nativehost.js';
 import { Observer } from './lib/observer.js';
 import { Outcomes } from './lib/outcomes.js';
 import { pageLink, pageLinks } from './lib/pagelinks.js';
+import { PageRequests } from './lib/pagerequests.js';
 import { Pages } from './lib/pages.js';
 import { ReferrerPolicies } from './lib/referrer.js';
 import { RequestLog } from './lib/requestlog.js';
+import { RequestNotifications } from './lib/requestnotifications.js';
 import { isSettingName } from './lib/settingnames.js';
 import { Settings } from './lib/settings.js';
 import { Status, inWords } from './lib/status.js';
@@ -29,9 +32,12 @@ const handovers = new Handovers();
 const outcomes = new Outcomes();
 const downloads = new Downloads({ host, settings, requests, gestures, policies, handovers, outcomes });
 const downloadReports = new DownloadReports(host);
-const pages = new Pages();
-const observer = new Observer(host, pages, downloadReports);
-const videos = new Videos(host, pages);
+const notifications = new RequestNotifications(host);
+const pages = new Pages(notifications);
+const pageRequests = new PageRequests(notifications, pages);
+const foundMedia = new FoundMedia(notifications, pages, pageRequests);
+const observer = new Observer(notifications, pages, pageRequests, foundMedia, downloadReports);
+const videos = new Videos(host);
 let captions = {};
 
 function tell(message) {
@@ -43,7 +49,6 @@ function tell(message) {
 
 host.onConnected = async () => {
     status.hostConnected(host.version);
-    downloadReports.announce();
     observer.announce();
     try {
         const answer = await host.ask('ui_strings');
@@ -62,12 +67,13 @@ host.onDisconnected = error => {
 host.onNotification = message => {
     if (message.type === 'query_settings')
         settings.accept(message);
+    else if (message.type === 'page_media')
+        foundMedia.accept(message.page_media);
 };
 settings.onChanged = current => {
     apply(current.browser);
     tell({ settings: current });
 };
-downloadReports.onBegun = url => observer.forget(url);
 const showOutcome = error => (error ? status.failed(error) : status.succeeded());
 outcomes.onTold = (outcome, error) => {
     showOutcome(error);
@@ -84,8 +90,8 @@ function apply({ menu, monitor }) {
 
 /** What was found on a tab's page, as the popup shows it; null while that is not observed. */
 function mediaOf(tabId) {
-    return pages.mediaOn(tabId)?.map(({ requestId, name, kind, size }) => ({ requestId, name, kind, size }))
-        ?? null;
+    return foundMedia.on(tabId)?.map(({ requestId, title, kind, size, quality }) =>
+        ({ requestId, title, kind, size: Number(size), quality })) ?? null;
 }
 
 // --- what the user does --------------------------------------------------------------------------
@@ -96,6 +102,7 @@ const menuActions = {
     dllink: async ({ linkUrl, frameId, frameUrl, pageUrl }, tab) =>
         downloads.add([await pageLink(tab.id, linkUrl, frameId, frameUrl ?? pageUrl)], tab),
     dlvideo: async (info, tab) => {
+        await host.open().catch(() => {}); // a new host is told first what is known of the page
         await observer.observe(tab.id);
         await videos.pick(info, tab);
     },
@@ -108,7 +115,6 @@ requests.listen();
 gestures.listen();
 policies.listen();
 observer.listen();
-downloadReports.listen();
 downloads.recover();
 chrome.downloads.onCreated.addListener(item => downloads.onBegun(item));
 
@@ -139,7 +145,7 @@ const answers = {
         return mediaOf(tabId);
     },
     downloadMedia: async ({ tabId, requestId }) => {
-        await videos.download(pages.mediaOn(tabId)?.find(each => each.requestId === requestId));
+        await videos.download(foundMedia.on(tabId)?.find(each => each.requestId === requestId), pages.get(tabId)?.url);
         return status.describe();
     },
 };

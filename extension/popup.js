@@ -37,13 +37,13 @@ function sizeInWords(size) {
         .format(size / divisor)];
 }
 
-/** What was found on the page, the latest first; media is null where nothing can be. */
+/** What was found on the page, best first; media is null where nothing can be. */
 function showMedia(media) {
     element('page').hidden = !media;
     element('none').hidden = media?.length > 0;
-    element('media').replaceChildren(...(media ?? []).reverse().map(({ requestId, name, kind, size }) => {
+    element('media').replaceChildren(...(media ?? []).map(({ requestId, title, kind, size, quality }) => {
         const button = document.createElement('button');
-        button.textContent = [name, text(kinds[kind]), ...sizeInWords(size)].join(', ');
+        button.textContent = [title, text(kinds[kind]), quality, ...sizeInWords(size)].filter(Boolean).join(', ');
         button.addEventListener('click', async () => show(await ask('downloadMedia', { tabId, requestId })));
         const entry = document.createElement('li');
         entry.append(button);

@@ -2,6 +2,11 @@
 
 export function isWebAddress(url) { return /^https?:/i.test(url ?? ''); }
 
+/** In characters. No server takes such an address; pages can make up many of them. */
+const longest = 16 * 1024;
+
+export function isTooLong(url) { return url.length > longest; }
+
 export function withoutFragment(url) { return url.split('#', 1)[0]; }
 
 /** The last part of an address's path, decoded where that is possible; may be empty. */

@@ -1,27 +1,41 @@
 // Tells the host what the browser downloads by itself, whose requests are no video on a page.
 
-import { addressOf, isWebAddress, withoutFragment } from './addresses.js';
+import { addressOf, isTooLong, isWebAddress, withoutFragment } from './addresses.js';
 
 /** A browser may tell of a request only after it has told that the download has ended. */
 const requestDelay = 3000;
 
 export class DownloadReports {
-    /** Called with the address of what the browser begins to download. */
-    onBegun = _url => {};
-
     #host;
     /** Addresses by the downloads' ids: when one ends the browser may have forgotten it. */
     #urls = new Map();
     /** Timers of those that have ended and are not reported yet. */
     #ending = new Map();
+    #isListening = false;
+
+    #events = [
+        [chrome.downloads.onCreated, item => this.#begin(item)],
+        [chrome.downloads.onChanged, ({ id, state }) => this.#change(id, state?.current)],
+        [chrome.downloads.onErased, id => this.#change(id, 'interrupted')],
+    ];
 
     constructor(host) { this.#host = host; }
 
-    /** To be called at once when the script starts. */
-    listen() {
-        chrome.downloads.onCreated.addListener(item => this.#begin(item));
-        chrome.downloads.onChanged.addListener(({ id, state }) => this.#change(id, state?.current));
-        chrome.downloads.onErased.addListener(id => this.#change(id, 'interrupted'));
+    /** Begins or ends reporting. */
+    setListening(on) {
+        this.#isListening = on;
+        for (const [event, listener] of this.#events) {
+            if (on)
+                event.addListener(listener);
+            else
+                event.removeListener(listener);
+        }
+        if (on) {
+            this.announce();
+        } else {
+            for (const id of [...this.#urls.keys()])
+                this.#end(id, 'interrupted'); // as far as can be told
+        }
     }
 
     /** A host that was just started knows nothing. */
@@ -30,17 +44,15 @@ export class DownloadReports {
             this.#begin(item);
     }
 
-    isUnderWay(url) { return [...this.#urls.values()].includes(url); }
-
     #begin(item) {
         const address = withoutFragment(addressOf(item)); // requests are told of without one
-        if (item.state !== 'in_progress' || !isWebAddress(address))
+        if (!this.#isListening || item.state !== 'in_progress' || item.incognito
+            || !isWebAddress(address) || isTooLong(address))
             return;
         clearTimeout(this.#ending.get(item.id));
         this.#ending.delete(item.id);
         this.#urls.set(item.id, address);
         this.#report(item.id, 'in_progress');
-        this.onBegun(address);
     }
 
     async #change(id, state) {
@@ -48,12 +60,15 @@ export class DownloadReports {
             for (const item of await chrome.downloads.search({ id }))
                 this.#begin(item);
         } else if (state && this.#urls.has(id) && !this.#ending.has(id)) {
-            this.#ending.set(id, setTimeout(() => {
-                this.#report(id, state);
-                this.#ending.delete(id);
-                this.#urls.delete(id);
-            }, requestDelay));
+            this.#ending.set(id, setTimeout(() => this.#end(id, state), requestDelay));
         }
+    }
+
+    #end(id, state) {
+        this.#report(id, state);
+        clearTimeout(this.#ending.get(id));
+        this.#ending.delete(id);
+        this.#urls.delete(id);
     }
 
     #report(id, state) {

@@ -1,13 +1,10 @@
-// The pages that are observed, by their tabs, and the media that was found on each. A script that is
-// started anew finds them again.
+// The pages that are observed, by their tabs.
 
-import { isPiece } from './mediarules.js';
+import { isWebAddress, isTooLong, withoutFragment } from './addresses.js';
+import { SessionMap } from './sessionmap.js';
 
-const mostMedia = 50;
-const mostPlaylists = 100;
-const mostNamed = 5000;
-const kept = 'pages';
-const saveDelay = 200;
+/** Of a page that has more than these rendered ahead, the first are forgotten. */
+const mostAhead = 20;
 
 /**
  * @typedef {object} Page
@@ -15,92 +12,93 @@ const saveDelay = 200;
  * @property {boolean} asked whether the user asked for this tab
  * @property {object} ahead the addresses of pages that the browser renders before the user goes
  *     there, by the ids of their frames
- * @property {object[]} media the latest last: what mediaIn() tells, and the request
- * @property {string[]} playlists the addresses of all playlists, those of pieces among them
- * @property {string[]} named the addresses that the playlists name
  */
 
 export class Pages {
-    /** Called with a tab's id when its page or what was found there changed. */
+    /** Called with a tab's id when it shows another page, or is observed no more. */
     onChanged = _tabId => {};
 
-    #byTab = new Map();
-    #saving = false;
+    #notifications;
+    #byTab = new SessionMap('pages');
 
-    async restore() {
-        const stored = await chrome.storage.session.get(kept);
-        this.#byTab = new Map(stored[kept]);
-    }
+    constructor(notifications) { this.#notifications = notifications; }
+
+    restore() { return this.#byTab.restore(); }
 
     get size() { return this.#byTab.size; }
     /** @returns {Page|undefined} */
     get(tabId) { return this.#byTab.get(tabId); }
     [Symbol.iterator]() { return this.#byTab[Symbol.iterator](); }
-
-    add(tabId, url = '') {
-        this.#byTab.set(tabId, { url, asked: false, ahead: {}, media: [], playlists: [], named: [] });
-        return this.change(tabId, {});
+    /** The ids of the tabs that show a page, or have it ready. */
+    tabsOf(url) {
+        return [...this.#byTab]
+            .filter(([, page]) => page.url === url || Object.values(page.ahead).includes(url))
+            .map(([tabId]) => tabId);
     }
 
-    change(tabId, members) {
-        const page = Object.assign(this.#byTab.get(tabId), members);
-        this.#changed(tabId);
-        return page;
-    }
-
-    /** The media of the page that a tab shows, undefined when that is not observed. */
-    mediaOn(tabId) {
-        const page = this.#byTab.get(tabId);
-        return page?.media.filter(media => media.pageUrl === page.url);
-    }
-
-    remove(tabId) {
-        this.#byTab.delete(tabId);
-        this.#changed(tabId);
-    }
-
-    /** The parts of one resource are one. */
-    addMedia(tabId, media) {
-        const page = this.#byTab.get(tabId);
-        const known = page.media.find(each => each.url === media.url);
-        const whole = { ...media, size: Math.max(media.size, known?.size ?? -1) };
-        this.#keep(tabId, [...page.media.filter(each => each !== known), whole], {
-            playlists: media.kind === 'stream' ? [media.url] : [],
-        });
-    }
-
-    /** A playlist was read. */
-    addNamed(tabId, addresses) {
-        if (this.#byTab.has(tabId))
-            this.#keep(tabId, this.#byTab.get(tabId).media, { named: addresses });
-    }
-
-    /** Forgets the media that do not fit. */
-    dropMedia(tabId, isUnfit) {
-        const media = this.#byTab.get(tabId)?.media ?? [];
-        if (media.some(isUnfit))
-            this.change(tabId, { media: media.filter(each => !isUnfit(each)) });
-    }
-
-    #keep(tabId, media, { playlists = [], named = [] }) {
-        const page = this.#byTab.get(tabId);
-        page.playlists = [...new Set([...page.playlists, ...playlists])].slice(-mostPlaylists);
-        page.named = [...new Set([...page.named, ...named])].slice(-mostNamed);
-        const whole = media.filter(each => !isPiece(each, page));
-        if (whole.length > mostMedia)
-            whole.splice(Math.max(whole.findIndex(each => each.kind !== 'stream'), 0), 1);
-        this.change(tabId, { media: whole });
-    }
-
-    #changed(tabId) {
-        this.onChanged(tabId);
-        if (this.#saving)
+    /** Begins to observe a tab. */
+    begin(tabId, address = '') {
+        const url = pageUrlOf(address);
+        if (this.#byTab.get(tabId)?.url)
             return;
-        this.#saving = true;
-        setTimeout(() => {
-            this.#saving = false;
-            // Where there is no room for it, a script that is started anew has to look again.
-            chrome.storage.session.set({ [kept]: [...this.#byTab] }).catch(() => {});
-        }, saveDelay);
+        this.#change(tabId, { asked: false, ...this.#byTab.get(tabId), url, ahead: {} });
+        if (url)
+            this.#notifications.tabNavigated('', url);
     }
+
+    ask(tabId) { this.#change(tabId, { asked: true }); }
+
+    end(tabId) {
+        const page = this.#byTab.get(tabId);
+        if (page?.url)
+            this.#notifications.tabClosed(page.url);
+        if (this.#byTab.delete(tabId))
+            this.onChanged(tabId);
+    }
+
+    /** A host that was just started knows of none. */
+    announce() {
+        for (const [, { url }] of this.#byTab) {
+            if (url)
+                this.#notifications.tabNavigated('', url);
+        }
+    }
+
+    onNavigated({ tabId, frameId, url, documentLifecycle, frameType }) {
+        const page = this.#byTab.get(tabId);
+        const next = pageUrlOf(url);
+        if (documentLifecycle === 'prerender' && frameType === 'outermost_frame') {
+            const ahead = Object.entries({ ...page.ahead, [frameId]: next }).slice(-mostAhead);
+            this.#change(tabId, { ahead: Object.fromEntries(ahead) });
+        }
+        if (frameId !== 0 || next === page.url) // a page that is loaded again is the same
+            return;
+        this.#notifications.tabNavigated(page.url, next);
+        this.#change(tabId, { url: next, ahead: {} });
+    }
+
+    onAddressChanged({ tabId, frameId, url }) {
+        const page = this.#byTab.get(tabId);
+        const next = pageUrlOf(url);
+        if (frameId !== 0 || next === page.url)
+            return;
+        this.#notifications.tabUrlChanged(page.url, next);
+        this.#change(tabId, { url: next });
+    }
+
+    /** The page on which a tab makes a request. */
+    urlAt({ tabId, frameId, parentFrameId, documentLifecycle }) {
+        const { url, ahead } = this.#byTab.get(tabId);
+        return documentLifecycle === 'prerender' ? ahead[frameId] ?? ahead[parentFrameId] ?? '' : url;
+    }
+
+    #change(tabId, members) {
+        this.#byTab.set(tabId, { ...this.#byTab.get(tabId), ...members });
+        this.onChanged(tabId);
+    }
+}
+
+/** How a page is called; '' for one that is none of the web. */
+function pageUrlOf(address) {
+    return isWebAddress(address) && !isTooLong(address) ? withoutFragment(address) : '';
 }

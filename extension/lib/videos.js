@@ -9,30 +9,11 @@ export class Videos {
     onOutcome = _error => {};
 
     #host;
-    #pages;
 
-    constructor(host, pages) {
-        this.#host = host;
-        this.#pages = pages;
-    }
+    constructor(host) { this.#host = host; }
 
-    /**
-     * What was clicked in a page: an element that plays something, else a frame, else the page. The
-     * host forgets after some minutes what a page may play for hours, the playlist of a stream whose
-     * segments it still sees; so what was found here is named to it.
-     */
+    /** What was clicked in a page: an element that plays something, else a frame, else the page. */
     async pick(info, tab) {
-        const found = this.#pages.mediaOn(tab.id) ?? [];
-        const media = isWebAddress(info.srcUrl)
-            ? found.find(each => each.url === withoutFragment(info.srcUrl))
-            : bestOf(found, info.frameId);
-        if (media)
-            await this.download(media);
-        else
-            await this.#search(info, tab);
-    }
-
-    async #search(info, tab) {
         const pageUrl = withoutFragment(tab.url ?? info.pageUrl);
         const frameUrl = info.frameId ? withoutFragment(info.frameUrl ?? '') : '';
         const task = { webPageUrl: pageUrl, srcTabUrl: pageUrl, frameUrl };
@@ -44,13 +25,16 @@ export class Videos {
         await this.#send(task);
     }
 
-    /** One of what was found on a page; undefined when the page has been left meanwhile. */
-    async download(media) {
+    /**
+     * One of what was found on a page; undefined when the page has been left meanwhile. All that is
+     * known of it is named, since the host may have forgotten it.
+     */
+    async download(media, pageUrl) {
         if (!media) {
             this.onOutcome(new HostError('problemNoMedia'));
             return;
         }
-        const { requestId, url, pageUrl, requestHeaders, responseHeaders } = media;
+        const { requestId, url, requestHeaders, responseHeaders } = media;
         await this.#send({
             requestId, url, requestHeaders, responseHeaders, webPageUrl: pageUrl, srcTabUrl: pageUrl,
         });
@@ -63,15 +47,4 @@ export class Videos {
             this.onOutcome(error);
         }
     }
-}
-
-/** The same order as the host's: those of the frame, streams, the larger, the newer. */
-function bestOf(media, frameId) {
-    const ranks = [
-        each => Boolean(frameId) && each.frameId === frameId,
-        each => each.kind === 'stream',
-        each => each.size,
-        each => media.indexOf(each),
-    ];
-    return [...media].sort((a, b) => ranks.reduce((order, rank) => order || rank(b) - rank(a), 0))[0];
 }

@@ -62,7 +62,7 @@ const pages = [
         parts: {
             '/hls/master.m3u8': {
                 type: 'application/vnd.apple.mpegurl',
-                content: '#EXTM3U\n#EXT-X-STREAM-INF:BANDWIDTH=1000\n/low/list.m3u8\n',
+                content: '#EXTM3U\n#EXT-X-STREAM-INF:BANDWIDTH=1000,RESOLUTION=1280x720\n/low/list.m3u8\n',
             },
             '/low/list.m3u8': {
                 type: 'application/vnd.apple.mpegurl',
@@ -75,7 +75,7 @@ const pages = [
                      await get(path);`,
         at: 'h1',
         wants: '/hls/master.m3u8',
-        lists: ['master.m3u8, Stream'],
+        lists: ['master.m3u8, Stream, 720p'],
     },
     {
         name: 'a DASH stream',
@@ -203,18 +203,31 @@ for (const name of browserNames) {
         });
 
         test('what was found outlives the script and its host', async () => {
-            await open(1);
+            visit.page = await visit.browser.browser.newPage(); // that of a page rendered ahead was put in the other's place
+            const { wants, lists } = pages[2];
+            await open(2);
             await showPopup();
-            await popupLists(pages[1].lists);
+            await popupLists(lists);
             await visit.until(() => visit.extension.evaluate(
-                async path => JSON.stringify(await chrome.storage.session.get()).includes(path), pages[1].wants),
+                async path => JSON.stringify(await chrome.storage.session.get()).includes(path), wants),
             'the script to keep what it found');
             const hosts = visit.sandbox.running(hostProgram);
             await visit.browser.stopScript();
             await visit.until(() => !hosts.some(pid => visit.sandbox.running(hostProgram).includes(pid)), 'the host to end');
             await visit.until(async () => (await visit.ask('status')).version !== '', 'another host to answer');
+            await visit.page.evaluate(async () => (await fetch('/pieces/1.mp4')).text());
+            await showPopup();
+            await popupLists(lists);
             await visit.chooseMenu(visit.page, 'h1', 'dlvideo');
-            arrived.push(pages[1].wants);
+            arrived.push(wants);
+            await visit.untilDownloaded(visit.sandbox.downloads, arrived);
+            // The next host begins while the script goes on.
+            const killed = visit.sandbox.running(hostProgram);
+            for (const pid of killed)
+                process.kill(pid, 'SIGKILL');
+            await visit.until(() => visit.sandbox.running(hostProgram).some(pid => !killed.includes(pid)), 'a new host');
+            await visit.chooseMenu(visit.page, 'h1', 'dlvideo');
+            arrived.push(wants);
             await visit.untilDownloaded(visit.sandbox.downloads, arrived);
         });
 

@@ -1,0 +1,102 @@
+// The requests of observed pages, as the host is told of them.
+
+import { isTooLong, withoutFragment } from './addresses.js';
+import { headerBlock } from './headers.js';
+
+const mostRequests = 1000;
+
+/** How the browsers call it when a player has enough of an answer, which says nothing against it. */
+const brokenOff = new Set([
+    'net::ERR_ABORTED', 'net::ERR_FAILED', 'NS_BINDING_ABORTED', 'NS_ERROR_PARSED_DATA_CACHED',
+]);
+
+export class PageRequests {
+    #notifications;
+    #pages;
+    /** The latest, by their ids, and whether they are under way: no texts but the addresses. */
+    #requests = new Map();
+    /** Addresses whose next requests are not told of. */
+    #hidden = new Set();
+
+    constructor(notifications, pages) {
+        this.#notifications = notifications;
+        this.#pages = pages;
+    }
+
+    /** Where a request was made; undefined when that is not known any more. */
+    placeOf(requestId) { return this.#requests.get(requestId); }
+
+    /** Passes over what is asked of an address while something is done that asks it. */
+    async hiding(url, work) {
+        this.#hidden.add(url);
+        try {
+            return await work();
+        } finally {
+            this.#hidden.delete(url);
+        }
+    }
+
+    forgetAll() { this.#requests.clear(); }
+
+    /** This comes for what the browser has in its cache, too, and after each redirect. */
+    onRequest(details) {
+        const { requestId, tabId, frameId, type, url, method, requestHeaders } = details;
+        const address = withoutFragment(url);
+        if (isTooLong(address) || this.#hidden.has(address))
+            return;
+        const request = {
+            requestId,
+            tabId,
+            frameId,
+            url: address,
+            // What is opened in a tab of its own is requested while that shows another page.
+            pageUrl: type === 'main_frame' ? address : this.#pages.urlAt(details),
+            hasAnswer: false,
+            isUnderWay: true,
+        };
+        this.#requests.delete(requestId);
+        this.#requests.set(requestId, request);
+        if (this.#requests.size > mostRequests)
+            this.#requests.delete(this.#requests.keys().next().value);
+        this.#notifications.requestTold('request', request, {
+            requestHeaders: headerBlock(requestHeaders), data: method,
+        });
+    }
+
+    onRedirect({ requestId, redirectUrl }) {
+        const request = this.#underWay(requestId);
+        if (request && !isTooLong(redirectUrl))
+            this.#notifications.requestTold('redirect', request, { data: withoutFragment(redirectUrl) });
+    }
+
+    onResponse({ requestId, statusCode, responseHeaders = [] }) {
+        const request = this.#underWay(requestId);
+        if (!request)
+            return;
+        request.hasAnswer = true;
+        const shown = responseHeaders.filter(each => !/^set-cookie2?$/i.test(each.name));
+        this.#notifications.requestTold('response', request, {
+            responseHeaders: headerBlock(shown), data: String(statusCode),
+        });
+    }
+
+    onCompleted({ requestId }) { this.#end(requestId, 'completed'); }
+
+    onError({ requestId, error }) {
+        const hasEnough = this.#underWay(requestId)?.hasAnswer && brokenOff.has(error);
+        this.#end(requestId, hasEnough ? 'completed' : 'failed');
+    }
+
+    #end(requestId, type) {
+        const request = this.#underWay(requestId);
+        if (!request)
+            return;
+        request.isUnderWay = false;
+        this.#notifications.requestTold(type, request);
+    }
+
+    #underWay(requestId) {
+        const request = this.#requests.get(requestId);
+        return request?.isUnderWay ? request : undefined;
+    }
+}
