@@ -60,24 +60,6 @@ test('a length in digits may follow a line break, and its end of input is a 0 or
     }
 });
 
-for (const args of [[], ['--buggybrowser']]) {
-    test(`frames that come in two pieces, cut at every byte, with arguments [${args}]`, async () => {
-        const host = start({ args });
-        await host.handshake();
-        const frame = encodeFrame('{"id":"cut é","type":"key_state"}', host.writing);
-        const answer = { error: '', id: 'cut é', keyCode: 45, pressed: false, result: '', type: 'key_state' };
-        for (let cut = 1; cut < frame.length; ++cut) {
-            const before = host.bytesRead();
-            await host.write(frame.subarray(0, cut));
-            await until(() => host.bytesRead() >= before + cut, 'the host to read the first piece');
-            host.write(frame.subarray(cut));
-            deepStrictEqual(await host.receive(), answer, `cut at ${cut}`);
-        }
-        host.closeInput();
-        await endsInOrder(host);
-    });
-}
-
 test('an empty frame is a message, and a length is believed only as bytes come', async () => {
     for (const [args, prefix] of [[[], encodeLength(0xffffffff)],
                                   [['--buggybrowser'], encodeLength(0xffffffff, true)]]) {

@@ -2,29 +2,16 @@
 #include "consoleframereader.h"
 #include "consolemessagesreceiver.h"
 #include "frames.h"
-#include "logcapture.h"
 #include "readconsolethread.h"
 
 #include <QCoreApplication>
 #include <QTest>
 
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
-#include <limits>
 #include <tuple>
-
-namespace {
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool sanitized = true;
-#else
-constexpr bool sanitized = false;
-#endif
-
-} // namespace
 
 class TestConsoleInput : public QObject {
     Q_OBJECT
@@ -51,33 +38,6 @@ private Q_SLOTS:
             QCOMPARE(reader.readBody(static_cast<quint32>(rest.size())), rest);
             QVERIFY(!reader.readBody(1));
         }
-    }
-
-    void notEnoughMemory()
-    {
-        if (sanitized)
-            QSKIP("sanitizers need the address space themselves");
-        const LogCapture log;
-        constexpr quint32 maxLength = std::numeric_limits<quint32>::max();
-        const StreamFile file;
-        const int descriptor = ::fileno(file.stream());
-        QCOMPARE(::pwrite(descriptor, "\4\0\0\0next", 8, maxLength), 8);
-
-        rlimit unlimited = {};
-        QCOMPARE(::getrlimit(RLIMIT_AS, &unlimited), 0);
-        rlimit limited = unlimited;
-        limited.rlim_cur = rlim_t{1024} * 1024 * 1024;
-        QCOMPARE(::setrlimit(RLIMIT_AS, &limited), 0);
-        ConsoleFrameReader reader(file.stream());
-        const bool empty = reader.readBody(maxLength) == QByteArray();
-        QCOMPARE(::setrlimit(RLIMIT_AS, &unlimited), 0);
-
-        QVERIFY2(empty, "it counts as an empty message");
-        QCOMPARE(log.texts(),
-                 QStringList(u"[ConsoleFrameReader]: WARNING: a message of 4294967295 bytes is "
-                             "dropped: not enough memory"_qs));
-        QCOMPARE(reader.readLength(ConsoleFrameReader::LengthForm::Binary), 4u);
-        QCOMPARE(reader.readBody(4), QByteArray("next"));
     }
 
     void readerWaitsForWhoHandles()
