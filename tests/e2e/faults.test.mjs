@@ -68,7 +68,7 @@ describe('faults', { concurrency: 4 }, () => {
     for (const [what, arrange, outcome] of [
         ['is missing', () => {}, 'app_not_installed'],
         ['exits at once', script('exit 3', 0o755), 'Connection failure'],
-        ['may not be executed', script('exit 0', 0o644), 'Connection failure'],
+        ['may not be executed', script('exit 0', 0o644), 'app_not_installed'],
     ]) {
         scene(`an application that ${what}`, [], async here => {
             arrange(here);
