@@ -190,13 +190,16 @@ private Q_SLOTS:
             return QTest::qWaitFor([&] { return !(text = host.sent()).isEmpty(); }) ? plain(text)
                                                                                     : QString();
         };
+        const auto note = [&tell](const QString &record) {
+            tell("network_request_notification", record);
+        };
         // From here on the extension is told what there is: at once, and as it changes.
-        tell("network_request_notification", u"'type':'media_wanted'"_qs);
+        note(u"'type':'media_wanted'"_qs);
         const auto told = [](const QString &media) {
             return u"{'error':'','id':'','page_media':{%1'page':'http://p/'},'result':'',"
                    "'type':'page_media'}"_qs.arg(media);
         };
-        tell("network_request_notification", request + u"'type':'completed'"_qs);
+        note(request + u"'type':'completed'"_qs);
         const QString stream = u"'media':[{'kind':'stream','method':'','originalUrl':'http://h/x',"
                                "'part':false,'quality':'%1','requestHeaders':'referer: "
                                "http://p/\\r\\ncookie: a=b\\r\\nuser-agent: ua\\r\\n','requestId':"
@@ -204,26 +207,19 @@ private Q_SLOTS:
                                "'size':'-1','status':'200','title':'x','unread':%2,'url':"
                                "'http://h/x'}],"_qs;
         QCOMPARE(nextSent(), told(stream.arg(u""_qs, u"true"_qs)));
-        tell("network_request_notification",
-             request + u"'type':'playlist','data':'<MPD height=\\\"720\\\"/>'"_qs);
+        note(request + u"'type':'playlist','data':'<MPD height=\\\"720\\\"/>'"_qs);
         QCOMPARE(nextSent(), told(stream.arg(u"720p"_qs, u"false"_qs)));
         // What the browser downloads itself is kept out.
         tell("browser_download_state_report", u"'url':'http://h/x','state':'in_progress'"_qs);
         QCOMPARE(plain(tell("video_sniffer", u"'webPageUrl':'http://p/'"_qs)),
                  told(u""_qs) + u'|' + sniffed(u"no_media_found"_qs, u""_qs));
         // Browsers take no message over 1 MB: the best are told of.
+        const QString headers = u"\\u0001"_qs.repeated(20'000);
         for (int i = 0; i < 40; ++i) {
-            const QString one =
-                u"'requestId':'%1','url':'http://h/%1','srcTabUrl':'http://p/',"_qs.arg(i);
-            tell("network_request_notification",
-                 one
-                     + u"'type':'request','requestHeaders':'%1'"_qs.arg(
-                         QString(20'000, u'\'').replace(u"'"_qs, u"\\u0001"_qs)));
-            tell("network_request_notification",
-                 one
-                     + u"'type':'response','data':'200','responseHeaders':'content-type: "
-                       u"video/mp4\\r\\n"
-                       "content-length: %1'"_qs.arg(100'000 + i));
+            const QString one = u"'requestId':'%1','url':'http://h/%1','srcTabUrl':'http://p/',"_qs;
+            note(one.arg(i) + u"'type':'request','requestHeaders':'"_qs + headers + u'\'');
+            note(one.arg(i) + u"'type':'response','data':'200','responseHeaders':"_qs
+                 + u"'content-type: video/mp4\\r\\ncontent-length: %1'"_qs.arg(100'000 + i));
         }
         const QString message = nextSent();
         QVERIFY(message.size() > 500'000 && message.size() < 1'000'000);
