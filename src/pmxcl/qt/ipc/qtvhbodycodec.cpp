@@ -1,11 +1,13 @@
 #include "qtvhbodycodec.h"
 
 #include "qtcborscanner.h"
-#include "qtvariantstreamreader.h"
+#include "qtvariantstreamformat.h"
+#include "qtvariantstreamscanner.h"
 #include "qtvariantstreamwriter.h"
 
 #include <QCborMap>
 #include <QCborValue>
+#include <QDataStream>
 
 QByteArray QtVhBodyCodec::toDataStream(const QHash<QString, QVariant> &map)
 {
@@ -14,7 +16,15 @@ QByteArray QtVhBodyCodec::toDataStream(const QHash<QString, QVariant> &map)
 
 std::optional<QHash<QString, QVariant>> QtVhBodyCodec::fromDataStream(const QByteArray &body)
 {
-    return QtVariantStreamReader::readHash(body);
+    if (!QtVariantStreamScanner::isSafe(body))
+        return std::nullopt;
+    QDataStream stream(body);
+    stream.setVersion(QtVariantStreamFormat::version);
+    QHash<QString, QVariant> map;
+    stream >> map;
+    if (stream.status() != QDataStream::Ok)
+        return std::nullopt;
+    return map;
 }
 
 QByteArray QtVhBodyCodec::toCbor(const QHash<QString, QVariant> &map)

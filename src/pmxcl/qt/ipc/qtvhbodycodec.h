@@ -16,8 +16,7 @@ namespace QtVhBodyCodec {
 
 /// As QDataStream writes a QHash<QString, QVariant>, version Qt_5_12. An empty map has no bytes.
 QByteArray toDataStream(const QHash<QString, QVariant> &map);
-/// Nothing when the body cannot be decoded or asks for what is not safe, see
-/// QtVariantStreamReader.
+/// Nothing when the body cannot be decoded or is not safe to read, see QtVariantStreamScanner.
 std::optional<QHash<QString, QVariant>> fromDataStream(const QByteArray &body);
 
 /// A CBOR map with texts for keys.

@@ -5,6 +5,6 @@ namespace VhBodyLimits {
 /// Levels of lists and maps, the message itself being the first. Decoding descends, and the stack
 /// is finite.
 constexpr int maxDepth = 100;
-/// Different time zones. The time zone database has some 600.
+/// Date-times with a time zone: each may be looked up in the file system.
 constexpr int maxTimeZones = 1000;
 } // namespace VhBodyLimits
