@@ -1,11 +1,9 @@
 // Tasks with faults in them: valid ones, changed at random. Texts that are malformed are the fuzz
 // targets' business.
 
-const download = {
-    url: 'http://example.com/a.zip', originalUrl: 'http://example.com/get', suggestedName: 'a.zip',
-    httpReferer: 'http://example.com/', documentUrl: 'http://example.com/', userAgent: 'agent',
-    httpCookies: 'a=b; c=d', httpPostData: 'x=1', fileSize: '1000',
-};
+import { readFileSync } from 'node:fs';
+
+const corpus = new URL('../../../fuzz/corpus/fuzz_task_reader/', import.meta.url);
 
 /**
  * Without "shutdown", which ends the host; without what is answered only once the application
@@ -15,39 +13,8 @@ const tasks = [
     { id: '1', type: 'handshake', handshake: { api_version: '3', browser: 'test' } },
     { id: '2', type: 'ui_strings' },
     { id: '3', type: 'key_state' },
-    { id: '4', type: 'browser_proxy', browser_proxy: { type: '1', protocol: 'http', addr: 'a', port: '80' } },
-    { id: '5', type: 'window', window: { windowHandle: '1', action: 'show', needWait: '1' } },
-    { id: '6', type: 'kov_json_task', json: '{"a":[1,2,{"b":null}]}' },
-    {
-        id: '7',
-        type: 'create_downloads',
-        create_downloads: {
-            downloads: { item: [download, { url: 'ftp://example.com/b' }] },
-            catchedDownloads: '1',
-            waitResponse: '1',
-            ignoreSettings: '0',
-        },
-    },
-    {
-        id: '8',
-        type: 'post_settings',
-        post_settings: {
-            browser: {
-                menu: { dllink: true, dlall: false, dlselected: true, dlvideo: true, dlpage: false, dlYtChannel: true },
-                monitor: {
-                    video: { enable: true, enableSnifferDll: false, showButton: true },
-                    enable: true,
-                    allowDownload: true,
-                    skipSmallerThan: '1024',
-                    skipExtensions: 'pls m3u',
-                    skipServersEnabled: true,
-                    skipServers: 'example.com',
-                    skipIfKeyPressed: false,
-                },
-            },
-            locale: 'en',
-        },
-    },
+    ...['browser_proxy', 'create_downloads', 'kov_json_task', 'post_settings', 'window']
+        .map(name => JSON.parse(readFileSync(new URL(`${name}.json`, corpus)))),
 ];
 
 const values = [
