@@ -1,5 +1,6 @@
 #include "kovcommandclient.h"
 
+#include "appservername.h"
 #include "kovcommandclientpart.h"
 #include "qtabstractserveraddress.h"
 #include "qtabstractsocketvhipc.h"
@@ -11,9 +12,6 @@
 
 namespace {
 
-constexpr IpcVersion ipcVersion = 0;
-constexpr bool useCbor = false;
-
 constexpr int failureExitCode = 1;
 
 } // namespace
@@ -21,7 +19,8 @@ constexpr int failureExitCode = 1;
 KovCommandClient::KovCommandClient(QObject *parent, QtClock &clock)
     : QObject(parent), m_socket(QSharedPointer<QtLocalSocket>::create()),
       m_part(QSharedPointer<KovCommandClientPart>::create()),
-      m_vhIpc(QSharedPointer<QtAbstractSocketVhIpc>::create(m_socket, m_part, ipcVersion, useCbor)),
+      m_vhIpc(QSharedPointer<QtAbstractSocketVhIpc>::create(m_socket, m_part, appLinkVersion,
+                                                            appLinkUsesCbor)),
       m_timer(clock.createTimer())
 {
     m_socket->setRequiredServerUser(::getuid());

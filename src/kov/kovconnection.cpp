@@ -1,5 +1,6 @@
 #include "kovconnection.h"
 
+#include "appservername.h"
 #include "kovcommandmessages.h"
 #include "kovcommandspart.h"
 #include "kovincomingdownloadspart.h"
@@ -25,9 +26,6 @@ namespace {
 constexpr quint32 settingsFlags = VhIpcSettings::ApplyChanged | VhIpcSettings::ApplyReset
     | VhIpcSettings::SendChanged | VhIpcSettings::SendAllOnAllValuesChanged
     | VhIpcSettings::SendReset;
-
-constexpr IpcVersion ipcVersion = 0;
-constexpr bool useCbor = false;
 
 QSharedPointer<QtVhIpcCompositePart>
 createParts(const KovConnection::Services &services,
@@ -55,7 +53,8 @@ KovConnection::KovConnection(const QSharedPointer<QLocalSocket> &socket, const S
       m_jsonRequests(QSharedPointer<RemoteJsonRequestsManager>::create(
           QSharedPointer<UniqueInt64IdGen>::create())),
       m_parts(createParts(services, m_jsonRequests)),
-      m_vhIpc(QSharedPointer<QtAbstractSocketVhIpc>::create(m_socket, m_parts, ipcVersion, useCbor))
+      m_vhIpc(QSharedPointer<QtAbstractSocketVhIpc>::create(m_socket, m_parts, appLinkVersion,
+                                                            appLinkUsesCbor))
 {
     connect(m_jsonRequests.data(), &RemoteJsonRequestsManager::received, this,
             [this](qint64 id, const QString &json, bool isRequest) {

@@ -23,8 +23,6 @@
 
 namespace {
 
-constexpr IpcVersion ipcVersion = 0;
-constexpr bool useCbor = false;
 constexpr bool launchServerAutomatically = true;
 
 } // namespace
@@ -89,7 +87,7 @@ void AppClientModule::initializeSelfBefore(bool init)
         const auto socket = qtCreateObject<QtLocalSocket>();
         socket->setRequiredServerUser(::getuid());
         m_remoteFrontendClientModule = qtCreateObject<AppRemoteFrontendClientModule>(
-            socket, ipcVersion, useCbor, QtAbstractServerAddress(appServerName()),
+            socket, appLinkVersion, appLinkUsesCbor, QtAbstractServerAddress(appServerName()),
             m_settingsManager, m_idGen, launchServerAutomatically, nullptr, m_clock);
         addModule(m_remoteFrontendClientModule.data());
     }
