@@ -19,21 +19,31 @@ if(KOVALO_SANITIZE)
     add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 endif()
 
+# Test programs are compiled more often than they are run.
+set(KOVALO_TEST_OPTIONS -O0)
+
 if(KOVALO_PCH)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         add_compile_options(-fpch-preprocess) # lets ccache see that the precompiled headers changed
     endif()
-    add_library(kov_pch OBJECT ${CMAKE_CURRENT_LIST_DIR}/pch.cpp)
-    target_link_libraries(kov_pch PRIVATE Qt6::Core)
-    target_precompile_headers(kov_pch PRIVATE
-        <QByteArray> <QCoreApplication> <QDateTime> <QDir> <QFile> <QHash> <QIODevice> <QList>
-        <QMetaEnum> <QMetaObject> <QObject> <QPointer> <QSharedPointer> <QString> <QThread> <QTimer>
-        <QUrl> <QVariant> <algorithm> <functional> <memory> <string> <utility> <vector>)
+    foreach(pch kov_pch kov_test_pch)
+        add_library(${pch} OBJECT ${CMAKE_CURRENT_LIST_DIR}/pch.cpp)
+        target_link_libraries(${pch} PRIVATE Qt6::Core)
+        target_precompile_headers(${pch} PRIVATE
+            <QByteArray> <QCoreApplication> <QDateTime> <QDir> <QFile> <QHash> <QIODevice> <QList>
+            <QMetaEnum> <QMetaObject> <QObject> <QPointer> <QSharedPointer> <QString> <QThread>
+            <QTimer> <QUrl> <QVariant> <algorithm> <functional> <memory> <string> <utility>
+            <vector>)
+    endforeach()
+    target_compile_options(kov_test_pch PRIVATE ${KOVALO_TEST_OPTIONS})
 endif()
 
+# kovalo_use_pch(TARGET [kov_test_pch])
 function(kovalo_use_pch target)
+    set(pch kov_pch ${ARGN})
     if(KOVALO_PCH)
-        target_precompile_headers(${target} REUSE_FROM kov_pch)
+        list(GET pch -1 pch)
+        target_precompile_headers(${target} REUSE_FROM ${pch})
     endif()
 endfunction()
 
@@ -54,6 +64,7 @@ function(kovalo_library name)
     add_library(${name} STATIC ${sources})
     target_include_directories(${name} PUBLIC ${dirs})
     target_link_libraries(${name} PUBLIC Qt6::Core ${ARG_LIBS})
+    set_target_properties(${name} PROPERTIES UNITY_BUILD "${KOVALO_UNITY}" UNITY_BUILD_BATCH_SIZE 12)
     kovalo_use_pch(${name})
 endfunction()
 
@@ -84,7 +95,8 @@ function(kovalo_tests)
         add_executable(${name} ${source})
         target_link_libraries(${name} PRIVATE Qt6::Test ${ARG_LIBS})
         target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests/support)
-        kovalo_use_pch(${name})
+        target_compile_options(${name} PRIVATE ${KOVALO_TEST_OPTIONS})
+        kovalo_use_pch(${name} kov_test_pch)
         kovalo_show_qt_locks(${name})
         add_test(NAME ${name} COMMAND ${name})
         set_tests_properties(${name} PROPERTIES TIMEOUT 300 LABELS unit
