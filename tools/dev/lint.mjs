@@ -1,7 +1,7 @@
 // Runs clang-tidy and clazy over every source that the "lint" preset compiles.
 //
-// Most of their time goes into the headers of Qt, so the sources of one library are read together, a
-// few at a time, as one translation unit; one by one only when they do not compile so.
+// Most of their time goes into the headers of Qt, so sources are read together, a few at a time, as
+// one translation unit; one by one only when they do not compile so.
 //
 // What was found clean is remembered by content (sources, the project's headers they reach, flags,
 // configuration, versions of the tools), so another clone profits from it. With --all
@@ -18,7 +18,7 @@ const root = dirname(dirname(dirname(fileURLToPath(import.meta.url))));
 const buildDir = join(root, 'build/lint');
 const batchDir = join(buildDir, 'batches');
 const cacheDir = join(process.env.XDG_CACHE_HOME || join(homedir(), '.cache'), 'kovalo-lint');
-const batchSize = 8;
+const batchSize = 16;
 const everything = process.argv.includes('--all');
 
 function hash(...parts) {
@@ -105,6 +105,8 @@ const tools = {
 };
 
 const isMocFolder = flag => flag.endsWith('_autogen/include');
+const isShareable = flag => /^(-I|-DQT_\w+_LIB)/.test(flag) || flag.startsWith('/usr/include/') || flag === '-isystem';
+const entryPoints = ['main', 'LLVMFuzzerTestOneInput'];
 
 /** Has moc write its output, which some sources include, without building what they link. */
 async function generateMocOutput(sources) {
@@ -119,11 +121,14 @@ async function generateMocOutput(sources) {
     }
 }
 
-/** Sources as one translation unit. Of test programs, what main() does is left out. */
+/** Sources as one translation unit. What main() does in a test program is left out. */
 function unityOf(batch) {
-    const includes = batch.map(source => `#include "${join(root, source.file)}"`);
-    const noMain = ['#include <QTest>', '#undef QTEST_GUILESS_MAIN', '#define QTEST_GUILESS_MAIN(test)'];
-    return [...(batch.some(source => source.isTest) ? noMain : []), ...includes, ''].join('\n');
+    const noTestMain = ['#include <QTest>', '#undef QTEST_GUILESS_MAIN', '#define QTEST_GUILESS_MAIN(test)'];
+    const sources = batch.flatMap((source, index) => [
+        ...entryPoints.flatMap(name => [`#undef ${name}`, `#define ${name} ${name}${index}`]),
+        `#include "${join(root, source.file)}"`,
+    ]);
+    return [...(batch[0].isTest ? noTestMain : []), ...sources, ''].join('\n');
 }
 
 async function readBatch(tool, batch) {
@@ -131,7 +136,7 @@ async function readBatch(tool, batch) {
         return tool(batch[0].file, batch[0].flags, false);
     const name = join(batchDir, hash(tool.name, ...batch.map(source => source.file)).slice(0, 16) + '.cpp');
     writeFileSync(name, unityOf(batch));
-    const flags = [...batch[0].flags, ...batch.flatMap(source => source.flags.filter(isMocFolder))];
+    const flags = [...batch[0].flags, ...batch.flatMap(source => source.flags.filter(isShareable))];
     const together = await tool(name, flags, true);
     if (!/: (fatal )?error: (?!.*-warnings-as-errors\])/.test(together.text))
         return together;
@@ -144,25 +149,32 @@ async function readBatch(tool, batch) {
     };
 }
 
-/** Sources that can be read together: same flags but for the folder of moc's output, no main(). */
+/** What a source declares outside of classes and functions, as far as that can be told by its lines. */
+function declaredNames(text) {
+    const patterns = [/^(?:struct|class|enum(?: class)?|using) (\w+)/, /^[\w:].*?(\w+)\(/, /^[\w:].*?(\w+)(?:\[\])? ?[={;]/];
+    const names = text.split('\n').map(line => patterns.map(pattern => pattern.exec(line)?.[1]).find(Boolean));
+    return new Set(names.filter(Boolean));
+}
+
+/**
+ * Sources that can be read together: with the same flags but for the folders and Qt modules that they
+ * see, and without a name that two of them declare.
+ */
 function batches(sources) {
     const result = [];
-    const open = new Map();
     for (const source of sources) {
         const text = readFileSync(join(root, source.file), 'utf8');
         source.isTest = /^QTEST_GUILESS_MAIN\(/m.test(text);
-        const alone = /\bmain\s*\(|LLVMFuzzerTestOneInput/.test(text);
-        const key = source.flags.filter(flag => !isMocFolder(flag)).join(' ');
-        let batch = alone ? undefined : open.get(key);
-        if (!batch || batch.length >= batchSize) {
-            batch = [];
-            result.push(batch);
-            if (!alone)
-                open.set(key, batch);
-        }
-        batch.push(source);
+        const key = [source.isTest, ...source.flags.filter(flag => !isShareable(flag))].join(' ');
+        const names = [...declaredNames(text)].filter(name => !entryPoints.includes(name));
+        let batch = result.find(each => each.key === key && each.sources.length < batchSize
+                                        && !names.some(name => each.names.has(name)));
+        if (!batch)
+            result.push(batch = { key, names: new Set(), sources: [] });
+        batch.sources.push(source);
+        names.forEach(name => batch.names.add(name));
     }
-    return result;
+    return result.map(batch => batch.sources);
 }
 
 async function main() {
