@@ -73,7 +73,7 @@ function(kovalo_show_qt_locks target)
     if(NOT KOVALO_SANITIZE STREQUAL "thread")
         return()
     endif()
-    target_sources(${target} PRIVATE ${CMAKE_SOURCE_DIR}/tests/support/tsanqtlocks.cpp)
+    target_sources(${target} PRIVATE ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/tsanqtlocks.cpp)
     foreach(symbol _ZN14QReadWriteLock11lockForReadEv _ZN14QReadWriteLock12lockForWriteEv
             _ZN14QReadWriteLock6unlockEv _ZN15QRecursiveMutex7tryLockEi
             _ZN15QRecursiveMutex6unlockEv _ZN7QThread4waitE14QDeadlineTimer
