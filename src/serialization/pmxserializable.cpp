@@ -1,5 +1,3 @@
 #include "pmxserializable.h"
 
-pmxSerializable::~pmxSerializable() = default;
-
 bool pmxSerializable::Serialize(pmxSerializationIoStream *, unsigned int) { return false; }

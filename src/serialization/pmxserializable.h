@@ -10,7 +10,7 @@ class pmxSerializationIoStream;
 class pmxSerializable {
 public:
     pmxSerializable() = default;
-    virtual ~pmxSerializable();
+    virtual ~pmxSerializable() = default;
 
     /**
      * Reads the record from the stream or writes it there, whichever the stream is for.

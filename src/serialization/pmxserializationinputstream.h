@@ -16,7 +16,7 @@
 class pmxSerializationInputStream {
 public:
     pmxSerializationInputStream() = default;
-    virtual ~pmxSerializationInputStream();
+    virtual ~pmxSerializationInputStream() = default;
     pmxSerializationInputStream(const pmxSerializationInputStream &) = delete;
     pmxSerializationInputStream &operator=(const pmxSerializationInputStream &) = delete;
 

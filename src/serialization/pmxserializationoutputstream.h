@@ -14,7 +14,7 @@
 class pmxSerializationOutputStream {
 public:
     pmxSerializationOutputStream() = default;
-    virtual ~pmxSerializationOutputStream();
+    virtual ~pmxSerializationOutputStream() = default;
     pmxSerializationOutputStream(const pmxSerializationOutputStream &) = delete;
     pmxSerializationOutputStream &operator=(const pmxSerializationOutputStream &) = delete;
 

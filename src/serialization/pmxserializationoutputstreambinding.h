@@ -6,7 +6,7 @@
 class pmxSerializationOutputStreamBinding {
 public:
     pmxSerializationOutputStreamBinding() = default;
-    virtual ~pmxSerializationOutputStreamBinding();
+    virtual ~pmxSerializationOutputStreamBinding() = default;
     pmxSerializationOutputStreamBinding(const pmxSerializationOutputStreamBinding &) = delete;
     pmxSerializationOutputStreamBinding &
     operator=(const pmxSerializationOutputStreamBinding &) = delete;

@@ -57,8 +57,6 @@ QtAbstractSocketBasicIpc::QtAbstractSocketBasicIpc(QSharedPointer<QtAbstractSock
         QTimer::singleShot(unreadBytesDelay, this, &QtAbstractSocketBasicIpc::onSocketReadyRead);
 }
 
-QtAbstractSocketBasicIpc::~QtAbstractSocketBasicIpc() = default;
-
 void QtAbstractSocketBasicIpc::send(const QByteArray &bytes)
 {
     if (!m_connected || !m_device)

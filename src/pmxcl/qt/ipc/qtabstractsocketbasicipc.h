@@ -34,7 +34,6 @@ class QtAbstractSocketBasicIpc : public QObject {
 public:
     QtAbstractSocketBasicIpc(QSharedPointer<QtAbstractSocket> socket, IpcVersion ipcVersion,
                              bool useCbor, QObject *parent = nullptr);
-    ~QtAbstractSocketBasicIpc() override;
 
     /// Nothing while not connected.
     void send(const QByteArray &bytes);

@@ -1,3 +1,0 @@
-#include "pmxserializationinputstream.h"
-
-pmxSerializationInputStream::~pmxSerializationInputStream() = default;

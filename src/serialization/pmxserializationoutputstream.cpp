@@ -1,3 +1,0 @@
-#include "pmxserializationoutputstream.h"
-
-pmxSerializationOutputStream::~pmxSerializationOutputStream() = default;

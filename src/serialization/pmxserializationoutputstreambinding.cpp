@@ -1,3 +1,0 @@
-#include "pmxserializationoutputstreambinding.h"
-
-pmxSerializationOutputStreamBinding::~pmxSerializationOutputStreamBinding() = default;
