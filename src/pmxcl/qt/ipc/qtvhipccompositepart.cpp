@@ -7,6 +7,20 @@
 
 #include <algorithm>
 
+namespace {
+
+QString nameKey() { return QStringLiteral("name"); }
+
+void logTraffic(const QString &what, const QHash<QString, QVariant> &map)
+{
+    if (logsLevel(2))
+        logLine(2,
+                QStringLiteral("[QtVhIpcCompositePart]: %1 a message of <%2>")
+                    .arg(what, map.value(nameKey()).toString()));
+}
+
+} // namespace
+
 QtVhIpcCompositePart::QtVhIpcCompositePart(const QSharedPointer<QtToggleSwitchObject> &firstGate,
                                            const QSharedPointer<QtToggleSwitchObject> &secondGate,
                                            QObject *parent)
@@ -46,8 +60,10 @@ QSharedPointer<QtAbstractVhIpcPart> QtVhIpcCompositePart::part(const QString &na
 
 void QtVhIpcCompositePart::processVh(const QHash<QString, QVariant> &map)
 {
-    if (const auto part = allowedPart(map))
+    if (const auto part = allowedPart(map)) {
+        logTraffic(QStringLiteral("received"), map);
         part->processVh(map);
+    }
 }
 
 void QtVhIpcCompositePart::onConnectChanged(bool connected)
@@ -64,8 +80,10 @@ void QtVhIpcCompositePart::onTsoChanged()
 
 void QtVhIpcCompositePart::onPartSendVh(const QHash<QString, QVariant> &map)
 {
-    if (allowedPart(map))
+    if (allowedPart(map)) {
+        logTraffic(QStringLiteral("sent"), map);
         Q_EMIT sendVh(map);
+    }
 }
 
 void QtVhIpcCompositePart::onPartReadyStateChanged(const QString &name, bool ready)
@@ -96,7 +114,7 @@ bool QtVhIpcCompositePart::isAllowed(const Part &record) const
 QSharedPointer<QtAbstractVhIpcPart>
 QtVhIpcCompositePart::allowedPart(const QHash<QString, QVariant> &map) const
 {
-    const auto record = m_parts.constFind(map.value(QStringLiteral("name")).toString());
+    const auto record = m_parts.constFind(map.value(nameKey()).toString());
     if (record == m_parts.constEnd() || !isAllowed(*record))
         return {};
     return record->part;
