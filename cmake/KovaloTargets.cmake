@@ -11,6 +11,14 @@ add_compile_definitions(
     QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
     $<$<NOT:$<CONFIG:Debug>>:QT_NO_DEBUG>)
 
+# As Debian hardens what it builds (`DEB_BUILD_MAINT_OPTIONS=hardening=+all dpkg-buildflags`); the
+# sanitizers and debug builds look closer by themselves.
+if(NOT KOVALO_SANITIZE AND NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
+    add_compile_options(-fstack-protector-strong -Wformat -Werror=format-security)
+    add_compile_definitions(_FORTIFY_SOURCE=2)
+    add_link_options(-pie LINKER:-z,relro,-z,now)
+endif()
+
 if(KOVALO_SANITIZE)
     add_compile_options(-fsanitize=${KOVALO_SANITIZE} -fno-omit-frame-pointer
                         -fno-sanitize-recover=all)
@@ -94,6 +102,8 @@ function(kovalo_tests)
         get_filename_component(name ${source} NAME_WE)
         add_executable(${name} ${source})
         target_link_libraries(${name} PRIVATE Qt6::Test ${ARG_LIBS})
+        # Hardened, the C library asks that every result be looked at.
+        target_compile_options(${name} PRIVATE -Wno-error=unused-result)
         target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests/support)
         target_compile_options(${name} PRIVATE ${KOVALO_TEST_OPTIONS})
         kovalo_use_pch(${name} kov_test_pch)
