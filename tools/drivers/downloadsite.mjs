@@ -5,6 +5,7 @@ import { createHash } from 'node:crypto';
 import { createServer } from 'node:http';
 
 const fileSize = 256 * 1024;
+const types = { '.js': 'text/javascript', '.svg': 'image/svg+xml' };
 const trickle = 1024;
 const trickleDelay = 200;
 
@@ -62,7 +63,7 @@ export class DownloadSite {
         this.requests.push(entry);
         if (Object.hasOwn(this.pages, path)) {
             const { html = this.pages[path], headers = {} } = this.pages[path];
-            const type = path.endsWith('.js') ? 'text/javascript' : 'text/html; charset=utf-8';
+            const type = types[/\.\w+$/.exec(path)?.[0]] ?? 'text/html; charset=utf-8';
             response.writeHead(200, { 'Content-Type': type, ...headers }).end(html);
         } else if (wishes.has('to')) {
             response.writeHead(Number(wishes.get('by') ?? 302), { Location: wishes.get('to') }).end();
@@ -75,7 +76,7 @@ export class DownloadSite {
 
     /**
      * wishes: "once" (later requests are refused with this status), "held" (after the first half, the
-     * first who asks gets the rest slowly), "inline" (a type that browsers show).
+     * first who asks gets the rest slowly).
      */
     #serveFile(path, wishes, response) {
         const isFirst = this.asked(path).length === 1;
@@ -83,11 +84,10 @@ export class DownloadSite {
             response.writeHead(Number(wishes.get('once'))).end('only once');
             return;
         }
-        const inline = wishes.get('inline');
         response.writeHead(200, {
-            'Content-Type': inline ?? 'application/octet-stream',
+            'Content-Type': 'application/octet-stream',
             'Content-Length': fileSize,
-            ...(!inline && { 'Content-Disposition': `attachment; filename="${path.split('/').pop()}"` }),
+            'Content-Disposition': `attachment; filename="${path.split('/').pop()}"`,
         });
         const content = this.content(path);
         if (!isFirst || !wishes.has('held')) {

@@ -22,11 +22,8 @@ export class Screen {
     /** Presses keys, each by its name or with others ("ctrl+s"), where the focus is. */
     press(...keys) { this.#do('key', '--delay', '60', ...keys); }
 
-    /** The titles of all windows that are shown. */
-    windows() {
-        const ids = this.#do('search', '--onlyvisible', '--name', '.').split('\n').filter(Boolean);
-        return ids.map(id => ({ id, title: this.#do('getwindowname', id).trim() }));
-    }
+    /** The id of a window that is shown, by a part of its title; undefined when there is none. */
+    window(title) { return this.#do('search', '--onlyvisible', '--name', title).split('\n').find(Boolean); }
 
     /** Without a window manager, nothing else gives a window the focus. */
     focus(id) { this.#do('windowfocus', '--sync', id); }
