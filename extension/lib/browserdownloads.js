@@ -1,18 +1,14 @@
 // What can be done with a download of the browser. What it allows depends on how far it is, and it goes
 // on meanwhile: a small one is complete before it can be paused. Each of these does what is left to do.
 
+import { askedAfter } from './capture.js';
+
 /**
  * Chromium keeps the connection of a paused download. Firefox drops it and later asks the server
  * again, which fails for what was posted and for servers that cannot resume; there, a download goes
  * on until the application has it. (Only Chromium's downloads have the event named here.)
  */
 const pausesWithoutLoss = 'onDeterminingFilename' in chrome.downloads;
-
-/**
- * Chromium names a file within some ms, unless it asks the user for a name; by then it is his. Firefox
- * tells of a download when it has its name.
- */
-const namePatience = 1000;
 
 /** Its present state; undefined when the browser has forgotten it. */
 export async function lookUp(id) { return (await chrome.downloads.search({ id }))[0]; }
@@ -59,7 +55,11 @@ export async function discard(id) {
     await chrome.downloads.erase({ id }).catch(() => {});
 }
 
-/** The name under which the browser saves a file; undefined when it has chosen none in time. */
+/**
+ * The name under which the browser saves a file. Chromium chooses it within some ms, Firefox before it
+ * tells of a download.
+ * @returns {Promise<string|undefined>} undefined when the user is asked for it
+ */
 export async function nameOf(item) {
     const path = item.filename || await filenameOf(item.id);
     return path && path.split(/[/\\]/).pop();
@@ -76,7 +76,7 @@ function filenameOf(id) {
             if (change.id === id && change.filename?.current)
                 done(change.filename.current);
         };
-        const timer = setTimeout(done, namePatience);
+        const timer = setTimeout(done, askedAfter);
         chrome.downloads.onChanged.addListener(onChanged);
         // It may have been chosen before anybody listened.
         lookUp(id).then(found => { if (found?.filename) done(found.filename); });

@@ -5,6 +5,12 @@
 import { addressOf, isWebAddress, withoutFragment } from './addresses.js';
 import { postedText } from './requestlog.js';
 
+/**
+ * In milliseconds. What takes a browser longer between the answer and the file's path was asked of the
+ * user: he has chosen where it is to be.
+ */
+export const askedAfter = 1000;
+
 const inChromium = 'onDeterminingFilename' in chrome.downloads;
 
 /** What can be told of a download when it is created. */
@@ -25,6 +31,9 @@ export function mayBeCaught(item) {
  */
 export function isToBeCaught(item, request, savesItself) {
     if (!request?.sent || request.tabId < 0 || request.status < 200 || request.status > 299)
+        return false;
+    // Firefox tells of a download after it has asked where to put it; Chromium before, see nameOf().
+    if (!inChromium && Date.parse(item.startTime) - request.answered > askedAfter)
         return false;
     // The application knows no passwords, and does not post what is no form.
     if (request.sent.authorization || postedText(request) === null)

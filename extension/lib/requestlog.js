@@ -30,7 +30,8 @@ const formType = 'application/x-www-form-urlencoded';
  * @property {string} origin the page or the origin that asked for it; '' when the user did
  * @property {object|null} sent the headers that matter, once they were sent
  * @property {number} status 0 until the answer has come
- * @property {number} timeStamp
+ * @property {number} answered when the answer came, in milliseconds
+ * @property {number} timeStamp when it began
  */
 
 export class RequestLog {
@@ -110,6 +111,7 @@ export class RequestLog {
             origin: originUrl ?? initiator ?? '',
             sent: null,
             status: 0,
+            answered: 0,
             timeStamp,
         });
         if (this.#requests.size > mostRemembered)
@@ -134,11 +136,12 @@ export class RequestLog {
             request.body = null; // it is not posted again, and may be large
     }
 
-    #onAnswer({ requestId, statusCode }) {
+    #onAnswer({ requestId, statusCode, timeStamp }) {
         const request = this.#requests.get(requestId);
         if (!request)
             return;
         request.status = statusCode;
+        request.answered = timeStamp;
         this.#nowKnown();
     }
 

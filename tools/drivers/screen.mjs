@@ -32,7 +32,7 @@ export class Screen {
 
     #do(...args) {
         try {
-            return execFileSync('xdotool', args, { env: { ...process.env, DISPLAY: this.display }, encoding: 'utf8' });
+            return execFileSync('xdotool', args, { env: { ...process.env, DISPLAY: this.display }, encoding: 'utf8', stdio: 'pipe' });
         } catch (error) {
             if (args[0] === 'search') // it found none
                 return '';
