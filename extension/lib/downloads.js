@@ -64,11 +64,7 @@ export class Downloads {
             return;
         await this.#handovers.begin(item, request.method === 'GET');
         await pause(item.id);
-        const name = await nameOf(item);
-        if (name === undefined)
-            await goOn(item.id);
-        else
-            await this.#offer(item, name, await recordOf(item, name, request));
+        await this.#handOver(item, request);
         await this.#handovers.drop(item);
     }
 
@@ -90,19 +86,26 @@ export class Downloads {
         }
     }
 
-    async #offer(item, name, record) {
-        await this.#handovers.reach(stage.offered, item, name);
+    async #handOver(item, request) {
         let isLate = false;
         const timer = setTimeout(() => {
             isLate = true;
             goOn(item.id);
         }, pausePatience);
+        let name;
         try {
+            name = await nameOf(item);
+            if (name === undefined) {
+                await goOn(item.id);
+                return;
+            }
+            const record = await recordOf(item, name, request);
+            await this.#handovers.reach(stage.offered, item, name);
             const answer = await this.#ask([record], { caught: true },
                                            late => this.#settle(item, name, late, true));
             await this.#settle(item, name, answer, isLate);
         } catch (error) {
-            await this.#leave(item, name, error);
+            await this.#leave(item, name ?? nameIn(addressOf(item)), error);
         } finally {
             clearTimeout(timer);
         }

@@ -1,0 +1,100 @@
+// The browsers' own dialogs for where to save something.
+
+import { inFirefoxItself } from './firefoxwindow.mjs';
+import { until } from './hostprocess.mjs';
+
+/** Chromium's dialog for where to save something, on a screen. */
+export class ChromiumDialog {
+    static #title = 'Save File';
+    static #menuKeys = { link: 'k', image: 'v' };
+
+    constructor(screen) { this.screen = screen; }
+
+    prepare() {}
+
+    /** what: "link" or "image", which the element is, or "page". */
+    async ask(what, page, element) {
+        await page.bringToFront();
+        this.screen.focus(this.screen.window('Chromium'));
+        if (what === 'page') {
+            this.screen.press('ctrl+s');
+        } else {
+            await element.click({ button: 'right' });
+            // Keys go to the menu once it is there, which nothing tells.
+            await until(() => {
+                if (this.isOpen())
+                    return true;
+                this.screen.press(ChromiumDialog.#menuKeys[what]);
+                return false;
+            }, 'the dialog');
+        }
+        await until(() => this.isOpen(), 'the dialog');
+    }
+
+    isOpen() { return Boolean(this.screen.window(ChromiumDialog.#title)); }
+
+    async accept() {
+        this.screen.focus(this.screen.window(ChromiumDialog.#title));
+        this.screen.press('alt+s');
+        await until(() => !this.isOpen(), 'the dialog to close');
+    }
+}
+
+/** The same in Firefox, which shows no such dialog to who drives it: one that is not seen takes its place. */
+export class FirefoxDialog {
+    static #commands = { link: 'context-savelink', image: 'context-saveimage', page: 'Browser:SavePage' };
+
+    constructor(browser) { this.browser = browser; }
+
+    /** folder: where the user saves things. */
+    prepare(folder) {
+        /* eslint-disable no-undef */
+        return inFirefoxItself(this.browser, path => {
+            globalThis.openDialog = null;
+            const picker = {
+                init() {}, appendFilters() {}, appendFilter() {}, filterIndex: 0, defaultString: '',
+                get file() {
+                    const file = Cc['@mozilla.org/file/local;1'].createInstance(Ci.nsIFile);
+                    file.initWithPath(`${path}/${this.defaultString}`);
+                    return file;
+                },
+                get fileURL() { return Services.io.newFileURI(this.file); },
+                open(callback) { globalThis.openDialog = () => callback.done(Ci.nsIFilePicker.returnOK); },
+                QueryInterface: ChromeUtils.generateQI(['nsIFilePicker']),
+            };
+            Components.manager.QueryInterface(Ci.nsIComponentRegistrar).registerFactory(
+                Components.ID('{8c5b1c3e-5d1f-4d0c-9a64-6b1d6f0e2a38}'), '', '@mozilla.org/filepicker;1', {
+                    createInstance: () => picker,
+                    QueryInterface: ChromeUtils.generateQI(['nsIFactory']),
+                });
+        }, folder);
+        /* eslint-enable no-undef */
+    }
+
+    async ask(what, page, element) {
+        await page.bringToFront();
+        if (what !== 'page')
+            await element.click({ button: 'right' });
+        await inFirefoxItself(this.browser, async id => {
+            const menu = document.getElementById('contentAreaContextMenu');
+            const command = document.getElementById(id);
+            if (!menu.contains(command)) {
+                command.doCommand();
+                return;
+            }
+            while (menu.state !== 'open')
+                await new Promise(resolve => { setTimeout(resolve, 10); });
+            menu.activateItem(command);
+        }, FirefoxDialog.#commands[what]);
+        await until(() => this.isOpen(), 'the dialog');
+    }
+
+    isOpen() { return inFirefoxItself(this.browser, () => Boolean(globalThis.openDialog)); }
+
+    accept() {
+        return inFirefoxItself(this.browser, () => {
+            globalThis.openDialog();
+            globalThis.openDialog = null;
+        });
+    }
+}
