@@ -2,6 +2,7 @@
 
 #include "appservername.h"
 #include "kovcommandclientpart.h"
+#include "kovcommandline.h"
 #include "qtabstractserveraddress.h"
 #include "qtabstractsocketvhipc.h"
 #include "qtlocalsocket.h"
@@ -9,12 +10,6 @@
 #include <unistd.h>
 
 #include <utility>
-
-namespace {
-
-constexpr int failureExitCode = 1;
-
-} // namespace
 
 KovCommandClient::KovCommandClient(QObject *parent, QtClock &clock)
     : QObject(parent), m_socket(QSharedPointer<QtLocalSocket>::create()),
@@ -27,29 +22,37 @@ KovCommandClient::KovCommandClient(QObject *parent, QtClock &clock)
     connect(m_part.data(), &KovCommandClientPart::done, this, &KovCommandClient::finish);
     connect(m_socket.data(), &QtLocalSocket::connectedStateChanged, this, [this](bool connected) {
         if (connected)
-            m_part->sendCommand(m_arguments);
+            m_part->sendCommand(m_words);
         else
-            finish(failureExitCode, QStringLiteral("kov ended before it answered\n"));
+            finish(KovCommandLine::failureExitCode,
+                   QStringLiteral("kov: the service ended before it answered\n"));
     });
     connect(m_socket.data(), &QtLocalSocket::errorOccurred, this, [this] {
-        if (!m_socket->isConnected())
-            finish(failureExitCode, QStringLiteral("kov is not running\n"));
+        if (!m_socket->isConnected() && std::exchange(m_running, false))
+            Q_EMIT notRunning();
     });
-    connect(m_timer.get(), &QtSingleShotTimer::timeout, this,
-            [this] { finish(failureExitCode, QStringLiteral("kov does not answer\n")); });
+    connect(m_timer.get(), &QtSingleShotTimer::timeout, this, [this] {
+        finish(KovCommandLine::failureExitCode,
+               QStringLiteral("kov: the service does not answer\n"));
+    });
 }
 
 KovCommandClient::~KovCommandClient() = default;
 
-void KovCommandClient::run(const QString &serverName, const QStringList &arguments)
+void KovCommandClient::run(const QString &serverName, const QStringList &words)
 {
-    m_arguments = arguments;
+    m_words = words;
+    m_running = true;
     m_timer->start(answerWithinMs);
-    m_socket->connectToServer(QtAbstractServerAddress(serverName), QIODeviceBase::ReadWrite);
+    if (m_socket->isConnected())
+        m_part->sendCommand(m_words);
+    else
+        m_socket->connectToServer(QtAbstractServerAddress(serverName), QIODeviceBase::ReadWrite);
 }
 
 void KovCommandClient::finish(int exitCode, const QString &output)
 {
-    if (!std::exchange(m_finished, true))
+    m_timer->stop();
+    if (std::exchange(m_running, false))
         Q_EMIT finished(exitCode, output);
 }

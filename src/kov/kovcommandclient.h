@@ -14,7 +14,7 @@ class KovCommandClientPart;
 class QtAbstractSocketVhIpc;
 class QtLocalSocket;
 
-/// Has the running application carry out a command line.
+/// Has the running application carry out command lines, one after another.
 class KovCommandClient : public QObject {
     Q_OBJECT
 public:
@@ -24,12 +24,14 @@ public:
     explicit KovCommandClient(QObject *parent = nullptr, QtClock &clock = QtClock::system());
     ~KovCommandClient() override;
 
-    /// Once per object.
-    void run(const QString &serverName, const QStringList &arguments);
+    /// Not before the previous one has finished.
+    void run(const QString &serverName, const QStringList &words);
 
 Q_SIGNALS:
-    /// Once, after run(). As KovCommandResult; a failure to reach the application is one, too.
+    /// Once after each run(). As KovCommandResult; a failure to reach the application is one, too.
     void finished(int exitCode, const QString &output);
+    /// Instead, when the application does not run.
+    void notRunning();
 
 private:
     void finish(int exitCode, const QString &output);
@@ -38,6 +40,6 @@ private:
     const QSharedPointer<KovCommandClientPart> m_part;
     const QSharedPointer<QtAbstractSocketVhIpc> m_vhIpc;
     const std::unique_ptr<QtSingleShotTimer> m_timer;
-    QStringList m_arguments;
-    bool m_finished = false;
+    QStringList m_words;
+    bool m_running = false;
 };

@@ -2,18 +2,31 @@
 
 #include "appsettings.h"
 #include "dmcoresettings.h"
-#include "kovdownloadsqueue.h"
+#include "kovanswer.h"
+#include "kovcommandline.h"
+#include "kovcommandmessages.h"
+#include "kovhttpexchange.h"
+#include "kovsettings.h"
 #include "qtappabstractsettingsmanager.h"
 
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
 #include <utility>
 
 namespace {
 
-constexpr int usageErrorExitCode = 2;
+using Download = KovDownloadsQueue::Download;
+using State = KovJob::State;
+
+constexpr qint64 millisecondsPerSecond = 1000;
 
 QStringList settingNames()
 {
-    QStringList names;
+    QStringList names = KovSettings::names();
     for (int i = 0; i < AppSettings::LastSettingValuePlus1; ++i)
         names += toString(static_cast<AppSettings::Setting>(i));
     for (int i = 0; i < DmCoreSettings::LastSettingValuePlus1; ++i)
@@ -22,42 +35,47 @@ QStringList settingNames()
     return names;
 }
 
-KovCommandResult failure(const QString &text) { return {1, text + u'\n'}; }
+KovCommandResult failure(const QString &text)
+{
+    return {KovCommandLine::failureExitCode, u"kov: "_qs + text + u'\n'};
+}
 
 KovCommandResult unknownSetting(const QString &name)
 {
     return failure(QStringLiteral("there is no setting \"%1\"").arg(name));
 }
 
-QString stateName(KovDownloadsQueue::Job::State state)
+KovCommandResult unknownJob(const QString &id)
 {
-    using State = KovDownloadsQueue::Job::State;
-    switch (state) {
-    case State::Waiting:
-        return QStringLiteral("waiting");
-    case State::Running:
-        return QStringLiteral("running");
-    case State::Finished:
-        return QStringLiteral("finished");
-    case State::Failed:
-        return QStringLiteral("failed");
-    }
-    return {};
+    return failure(QStringLiteral("there is no download %1").arg(id));
+}
+
+QJsonObject toJson(const Download &download)
+{
+    namespace Keys = KovCommandMessages::JobKeys;
+    const KovJob &job = download.job;
+    const bool isEndKnown =
+        job.state == State::Running && job.totalBytes >= 0 && download.bytesPerSecond > 0;
+    return {{Keys::id(), job.id},
+            {Keys::state(), stateName(job.state)},
+            {Keys::url(), job.url.toString(QUrl::FullyEncoded)},
+            {Keys::path(), job.path},
+            {Keys::partialPath(), job.partialPath},
+            {Keys::receivedBytes(), download.receivedBytes},
+            {Keys::totalBytes(), job.totalBytes},
+            {Keys::speed(), download.bytesPerSecond},
+            {Keys::secondsLeft(),
+             isEndKnown ? (job.totalBytes - download.receivedBytes) / download.bytesPerSecond : -1},
+            {Keys::connections(), download.connections},
+            {Keys::attempts(), job.attempts},
+            {Keys::retryInSeconds(),
+             download.retryInMs < 0 ? -1 : download.retryInMs / millisecondsPerSecond},
+            {Keys::error(), job.error},
+            {Keys::added(), job.added.toString(Qt::ISODate)},
+            {Keys::finished(), job.finished.toString(Qt::ISODate)}};
 }
 
 } // namespace
-
-QString KovCommands::usage()
-{
-    return QStringLiteral(
-        "kov -service          serve until \"kov quit\"; leaves when another one serves\n"
-        "kov set NAME VALUE    change a setting\n"
-        "kov get NAME          print a setting\n"
-        "kov list              print all settings, NAME=VALUE\n"
-        "kov jobs              print the downloads, with tabs between: number, state, bytes\n"
-        "                      received, bytes in all (-1: unknown), path, URL, error\n"
-        "kov quit              end the service\n");
-}
 
 KovCommands::KovCommands(QSharedPointer<QtAppAbstractSettingsManager> settings,
                          QSharedPointer<KovDownloadsQueue> queue, QObject *parent)
@@ -67,23 +85,111 @@ KovCommands::KovCommands(QSharedPointer<QtAppAbstractSettingsManager> settings,
 
 KovCommands::~KovCommands() = default;
 
-KovCommandResult KovCommands::run(const QStringList &arguments)
+KovCommandResult KovCommands::run(const QStringList &words)
 {
-    const QString command = arguments.value(0);
+    const QString command = words.value(0);
+    const QStringList arguments = words.mid(1);
     const qsizetype count = arguments.size();
-    if (command == u"set" && count == 3)
-        return set(arguments.at(1), arguments.at(2));
-    if (command == u"get" && count == 2)
-        return get(arguments.at(1));
-    if (command == u"list" && count == 1)
-        return list();
-    if (command == u"jobs" && count == 1)
+    if (command == u"add" && count > 0)
+        return add(arguments);
+    if (command == u"jobs" && count == 0)
         return jobs();
-    if (command == u"quit" && count == 1) {
+    if (command == u"pause" && count > 0)
+        return changeJobs(arguments, State::Running, [this](qint64 id) { m_queue->pause(id); });
+    if (command == u"resume" && count > 0)
+        return changeJobs(arguments, State::Paused, [this](qint64 id) { m_queue->resume(id); });
+    if (command == u"retry" && count > 0)
+        return changeJobs(arguments, State::Failed, [this](qint64 id) { m_queue->resume(id); });
+    if ((command == u"remove" || command == u"removeWithFile") && count > 0)
+        return changeJobs(arguments, State::Finished, [this, &command](qint64 id) {
+            m_queue->remove(id, command == u"removeWithFile");
+        });
+    if ((command == u"open" || command == u"folder") && count <= 1)
+        return path(arguments, command == u"open");
+    if (command == u"set" && count == 2)
+        return set(arguments.at(0), arguments.at(1));
+    if (command == u"get" && count == 1)
+        return get(arguments.at(0));
+    if (command == u"list" && count == 0)
+        return list();
+    if (command == u"quit" && count == 0) {
         Q_EMIT quitRequested();
         return {};
     }
-    return {usageErrorExitCode, usage()};
+    return {KovCommandLine::usageErrorExitCode,
+            QStringLiteral("kov: the service does not know this command\n")};
+}
+
+KovCommandResult KovCommands::add(const QStringList &urls)
+{
+    QList<KovDownloadRequest> requests;
+    for (const QString &text : urls) {
+        const QUrl url(text, QUrl::TolerantMode);
+        if (!KovHttpExchange::isSupported(url))
+            return failure(QStringLiteral("this cannot be downloaded: %1").arg(printable(text)));
+        requests.append({.url = url});
+    }
+    const qint64 before = m_queue->lastId();
+    if (const QString error = m_queue->add(requests); !error.isEmpty())
+        return failure(error);
+    QString output;
+    for (qsizetype i = 0; i < requests.size(); ++i)
+        output += QStringLiteral("%1\t%2\n")
+                      .arg(QString::number(before + 1 + i),
+                           requests.at(i).url.toString(QUrl::FullyEncoded));
+    return {0, output};
+}
+
+KovCommandResult KovCommands::jobs() const
+{
+    QJsonArray jobs;
+    const QList<Download> downloads = m_queue->downloads();
+    for (const Download &download : downloads)
+        jobs.append(toJson(download));
+    return {0, QString::fromUtf8(QJsonDocument(jobs).toJson(QJsonDocument::Compact))};
+}
+
+template <typename Change>
+KovCommandResult KovCommands::changeJobs(const QStringList &ids, State all, Change change)
+{
+    QList<qint64> wanted;
+    if (ids == QStringList(u"all"_qs)) {
+        const QList<Download> downloads = m_queue->downloads();
+        for (const Download &download : downloads) {
+            const bool isMeant =
+                all == State::Running ? download.job.isUnderWay() : download.job.state == all;
+            if (isMeant)
+                wanted.append(download.job.id);
+        }
+    } else {
+        for (const QString &id : ids) {
+            wanted.append(id.toLongLong());
+            if (!m_queue->contains(wanted.constLast()))
+                return unknownJob(id);
+        }
+    }
+    std::for_each(wanted.cbegin(), wanted.cend(), change);
+    return {};
+}
+
+KovCommandResult KovCommands::path(const QStringList &ids, bool ofFile) const
+{
+    if (ids.isEmpty() && !ofFile)
+        return {0, m_queue->folderPath() + u'\n'};
+    const QList<Download> downloads = m_queue->downloads();
+    const auto download =
+        std::find_if(downloads.cbegin(), downloads.cend(), [&ids](const Download &each) {
+            return QString::number(each.job.id) == ids.value(0);
+        });
+    if (download == downloads.cend())
+        return unknownJob(ids.value(0));
+    const QString file = download->job.path;
+    if (ofFile && download->job.state != State::Finished)
+        return failure(QStringLiteral("download %1 is %2")
+                           .arg(QString::number(download->job.id), stateName(download->job.state)));
+    if (ofFile && !QFileInfo::exists(file))
+        return failure(QStringLiteral("the file is gone: %1").arg(printable(file)));
+    return {0, (file.isEmpty() ? m_queue->folderPath() : file) + u'\n'};
 }
 
 KovCommandResult KovCommands::set(const QString &name, const QString &value)
@@ -107,23 +213,5 @@ KovCommandResult KovCommands::list() const
     const QStringList names = settingNames();
     for (const QString &name : names)
         output += name + u'=' + m_settings->value(name) + u'\n';
-    return {0, output};
-}
-
-KovCommandResult KovCommands::jobs() const
-{
-    QString output;
-    const QList<KovDownloadsQueue::Job> jobs = m_queue->jobs();
-    for (const KovDownloadsQueue::Job &job : jobs) {
-        output += QStringList{QString::number(job.id),
-                              stateName(job.state),
-                              QString::number(job.receivedBytes),
-                              QString::number(job.totalBytes),
-                              job.path,
-                              job.url.toString(QUrl::FullyEncoded),
-                              job.error.simplified()}
-                      .join(u'\t')
-            + u'\n';
-    }
     return {0, output};
 }

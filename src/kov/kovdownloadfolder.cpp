@@ -1,10 +1,12 @@
 #include "kovdownloadfolder.h"
 
 #include "kovfilename.h"
+#include "kovpartialfile.h"
 
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -29,33 +31,38 @@ KovDownloadFolder::KovDownloadFolder(QString path, QString partialSuffix)
 {
 }
 
-std::unique_ptr<KovDownloadFile> KovDownloadFolder::createFile(const QString &name, QString &error)
+std::unique_ptr<KovPartialFile> KovDownloadFolder::createFile(const QString &name, QString &error)
 {
     if (!QDir().mkpath(m_path)) {
         error = QStringLiteral("cannot make the folder \"%1\"").arg(m_path);
         return nullptr;
     }
-    std::unique_ptr<KovDownloadFile> file(new KovDownloadFile(*this, name));
     for (;;) {
-        file->m_path = nextFreePath(name);
-        file->m_file.setFileName(file->m_path + m_partialEnding);
-        // Fails when somebody else makes that file at this very moment.
-        if (file->m_file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
+        const QString path = nextFreePath(name, m_partialEnding);
+        auto file = KovPartialFile::create(path, error);
+        // Somebody else may have made that file at this very moment.
+        if (file || !exists(path))
             return file;
-        if (!exists(file->m_file.fileName())) {
-            error = QStringLiteral("cannot make \"%1\": %2")
-                        .arg(file->m_file.fileName(), file->m_file.errorString());
-            return nullptr;
-        }
     }
 }
 
-QString KovDownloadFolder::nextFreePath(const QString &name)
+bool KovDownloadFolder::isHeldByBrowser(const QString &name) const
 {
-    int &number = m_lastNumbers[name];
-    for (;;) {
-        QString path = m_path + u'/' + KovFileName::numbered(name, ++number);
-        if (!exists(path) && !exists(path + m_partialEnding))
-            return path;
+    const QFileInfo info(finalPath(name));
+    return info.isFile() && !info.isSymbolicLink() && info.size() == 0;
+}
+
+QString KovDownloadFolder::nextFreePath(const QString &name, const QString &ending)
+{
+    QString path = finalPath(name) + ending;
+    if (!exists(path)) {
+        m_lastNumbers.remove(name + ending);
+        return path;
     }
+    int &number = m_lastNumbers[name + ending];
+    number = std::max(number, 1);
+    do
+        path = finalPath(KovFileName::numbered(name, ++number)) + ending;
+    while (exists(path));
+    return path;
 }

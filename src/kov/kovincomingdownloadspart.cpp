@@ -2,7 +2,7 @@
 
 #include "abstractnewdownloadsrequest.h"
 #include "kovdownloadsqueue.h"
-#include "kovhttpdownload.h"
+#include "kovhttpexchange.h"
 #include "qtappdefaultlogger.h"
 #include "vhipcincomingdownloadskeys.h"
 #include "vhipckeys.h"
@@ -17,12 +17,26 @@ namespace Keys = VhIpcIncomingDownloadsKeys;
 
 KovDownloadRequest downloadRequest(const AbstractDownloadPersistentInfo &info)
 {
+    const bool isSizeKnown = info.files.size() == 1 && info.files.constFirst().size > 0;
     return {.url = info.source.url,
             .referrer = info.source.referer,
             .userAgent = info.userAgent,
             .cookies = info.source.cookies,
             .postData = info.source.postData,
-            .suggestedName = info.preferredFileTitle};
+            .suggestedName = info.preferredFileTitle,
+            .announcedBytes = isSizeKnown ? info.files.constFirst().size : -1};
+}
+
+QList<KovDownloadRequest> selectedDownloads(const AbstractNewDownloadsRequest &request)
+{
+    QList<KovDownloadRequest> selected;
+    for (qsizetype i = 0; i < request.downloads.size(); ++i) {
+        const auto &info = request.downloads.at(i).info;
+        if (info && request.selectedDownloads.testBit(i)
+            && KovHttpExchange::isSupported(info->source.url))
+            selected.append(downloadRequest(*info));
+    }
+    return selected;
 }
 
 } // namespace
@@ -40,31 +54,27 @@ void KovIncomingDownloadsPart::processVh(const QHash<QString, QVariant> &map)
     if (map.value(VhIpcKeys::reason()).toString() != Keys::addReason())
         return;
     const qint64 id = map.value(VhIpcKeys::id()).toLongLong();
-    const bool added = addDownloads(toNewDownloadsRequest(map.value(Keys::request()).toHash()));
-    Q_EMIT sendVh(
-        {{VhIpcKeys::name(), Keys::partName()},
-         {VhIpcKeys::reason(), Keys::finishedReason()},
-         {VhIpcKeys::id(), id},
-         {Keys::added(), added},
-         {Keys::aborted(), false},
-         {Keys::abortReason(), static_cast<int>(AbstractDownloadAbortReason::None)},
-         {Keys::error(), added ? QString() : QStringLiteral("nothing that can be downloaded")},
-         {Keys::isSilent(), false}});
+    const QList<KovDownloadRequest> downloads =
+        selectedDownloads(toNewDownloadsRequest(map.value(Keys::request()).toHash()));
+    if (downloads.isEmpty())
+        answer(id, QStringLiteral("nothing that can be downloaded"));
+    else if (downloads.size() == 1)
+        m_queue->offer(downloads.constFirst(), this,
+                       [this, id](const QString &error) { answer(id, error); });
+    else
+        answer(id, m_queue->add(downloads));
 }
 
-bool KovIncomingDownloadsPart::addDownloads(const AbstractNewDownloadsRequest &request)
+void KovIncomingDownloadsPart::answer(qint64 id, const QString &error)
 {
-    qsizetype added = 0;
-    for (qsizetype i = 0; i < request.downloads.size(); ++i) {
-        const auto &info = request.downloads.at(i).info;
-        if (!info || !request.selectedDownloads.testBit(i)
-            || !KovHttpDownload::isSupported(info->source.url))
-            continue;
-        m_queue->add(downloadRequest(*info));
-        ++added;
-    }
-    logLine(1,
-            QStringLiteral("[KovIncomingDownloadsPart]: added %1 of %2 downloads")
-                .arg(QString::number(added), QString::number(request.downloads.size())));
-    return added > 0;
+    if (!error.isEmpty())
+        logLine(1, QStringLiteral("[KovIncomingDownloadsPart]: not added: %1").arg(error));
+    Q_EMIT sendVh({{VhIpcKeys::name(), Keys::partName()},
+                   {VhIpcKeys::reason(), Keys::finishedReason()},
+                   {VhIpcKeys::id(), id},
+                   {Keys::added(), error.isEmpty()},
+                   {Keys::aborted(), false},
+                   {Keys::abortReason(), static_cast<int>(AbstractDownloadAbortReason::None)},
+                   {Keys::error(), error},
+                   {Keys::isSilent(), false}});
 }

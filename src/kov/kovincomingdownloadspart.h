@@ -5,10 +5,15 @@
 #include <QSharedPointer>
 
 class KovDownloadsQueue;
-struct AbstractNewDownloadsRequest;
 
-/// The application's end of "incomingDownloads": adds the selected downloads of each job to the
-/// queue and answers when that is done. A job of which nothing can be downloaded fails.
+/**
+ * The application's end of "incomingDownloads".
+ *
+ * A single download is asked for at once, and is answered with the server's answer: the browser
+ * that offers it may still have it, and keeps it when we cannot get it. Of several, which the user
+ * has picked, the browser has none: they are added without a look, and one that fails is shown as
+ * failed. A job of which nothing can be downloaded fails.
+ */
 class KovIncomingDownloadsPart : public QtAbstractVhIpcPart {
     Q_OBJECT
 public:
@@ -19,8 +24,7 @@ public:
     void processVh(const QHash<QString, QVariant> &map) override;
 
 private:
-    /// Whether there was anything that can be downloaded.
-    bool addDownloads(const AbstractNewDownloadsRequest &request);
+    void answer(qint64 id, const QString &error);
 
     const QSharedPointer<KovDownloadsQueue> m_queue;
 };

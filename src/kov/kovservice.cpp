@@ -3,6 +3,7 @@
 #include "appdataaccesshelper.h"
 #include "kovcommands.h"
 #include "kovdownloadsqueue.h"
+#include "kovsettings.h"
 #include "localpeeruser.h"
 #include "qtappabstractsettingsmanager.h"
 #include "qtappconfigbase.h"
@@ -13,11 +14,15 @@
 #include <QLocalSocket>
 #include <QThread>
 
+#include <algorithm>
 #include <unistd.h>
 #include <utility>
 
 namespace {
 
+constexpr int millisecondsPerMinute = 60'000;
+/// A week; a timer takes no more than a month.
+constexpr int longestIdleMinutes = 7 * 24 * 60;
 constexpr int connectWithinMs = 1000;
 constexpr int lockRetryMs = 50;
 /// Who does not find a place in this queue tries again, in a loop that leaves others no time.
@@ -33,15 +38,18 @@ QString lockPath(const QtAppConfigBase &config)
 KovService::KovService(const QtAppConfigBase &config,
                        const QSharedPointer<QtAppPortableModeSupport> &portableModeSupport,
                        QString serverName, QObject *parent, QtClock &clock)
-    : QObject(parent), m_serverName(std::move(serverName)), m_stopTimer(clock.createTimer()),
-      m_lock(lockPath(config)), m_dataAccess(QSharedPointer<AppDataAccessHelper>::create(
-                                    config.dataDir(), portableModeSupport)),
+    : QObject(parent), m_serverName(std::move(serverName)), m_clock(clock),
+      m_storePath(config.dataDir().filePath(QStringLiteral("downloads.sqlite"))),
+      m_stopTimer(clock.createTimer()), m_idleTimer(clock.createTimer()), m_lock(lockPath(config)),
+      m_dataAccess(
+          QSharedPointer<AppDataAccessHelper>::create(config.dataDir(), portableModeSupport)),
       m_portableModeSupport(portableModeSupport)
 {
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
     m_server.setListenBacklogSize(waitingConnections);
     connect(&m_server, &QLocalServer::newConnection, this, &KovService::onNewConnection);
     connect(m_stopTimer.get(), &QtSingleShotTimer::timeout, this, &KovService::stopped);
+    connect(m_idleTimer.get(), &QtSingleShotTimer::timeout, this, &KovService::stop);
 }
 
 KovService::~KovService() = default;
@@ -53,13 +61,25 @@ KovService::StartResult KovService::start()
         return claimed;
 
     m_services.settings = m_dataAccess->settings();
-    m_services.queue =
-        QSharedPointer<KovDownloadsQueue>::create(m_services.settings, m_portableModeSupport);
+    m_services.settings->setDefaultValue(KovSettings::endsWhenIdleMinutes(),
+                                         KovSettings::defaultEndsWhenIdleMinutes());
+    m_services.queue = QSharedPointer<KovDownloadsQueue>::create(
+        m_services.settings, m_portableModeSupport, m_storePath, nullptr, m_clock);
     m_services.commands =
         QSharedPointer<KovCommands>::create(m_services.settings, m_services.queue);
     connect(m_services.commands.data(), &KovCommands::quitRequested, this, &KovService::stop,
             Qt::QueuedConnection);
-    return listen();
+    connect(m_services.queue.data(), &KovDownloadsQueue::workChanged, this,
+            &KovService::onWorkChanged);
+    connect(m_services.queue.data(), &KovDownloadsQueue::stopped, this, [this] {
+        m_queueStopped = true;
+        checkStopped();
+    });
+    const StartResult listening = listen();
+    if (listening == StartResult::Serving)
+        m_services.queue->start();
+    onWorkChanged();
+    return listening;
 }
 
 KovService::StartResult KovService::claimService()
@@ -115,6 +135,7 @@ void KovService::onNewConnection()
         const QSharedPointer<QLocalSocket> socket(accepted, &QObject::deleteLater);
         auto *const connection = new KovConnection(socket, m_services, this);
         m_connections.append(connection);
+        onWorkChanged();
         connect(
             connection, &KovConnection::disconnected, this,
             [this, connection] { removeConnection(connection); }, Qt::QueuedConnection);
@@ -126,15 +147,34 @@ void KovService::removeConnection(KovConnection *connection)
     if (!m_connections.removeOne(connection))
         return;
     connection->deleteLater();
-    if (m_connections.isEmpty() && m_stopTimer->isActive())
-        m_stopTimer->start(0);
+    onWorkChanged();
+    checkStopped();
+}
+
+void KovService::onWorkChanged()
+{
+    const int minutes = m_services.settings->value(KovSettings::endsWhenIdleMinutes()).toInt();
+    const bool isIdle = m_connections.isEmpty() && !m_services.queue->hasWork();
+    if (!isIdle || minutes <= 0 || m_stopping)
+        m_idleTimer->stop();
+    else if (!m_idleTimer->isActive())
+        m_idleTimer->start(std::min(minutes, longestIdleMinutes) * millisecondsPerMinute);
 }
 
 void KovService::stop()
 {
+    if (std::exchange(m_stopping, true))
+        return;
     logLine(1, QStringLiteral("[KovService]: stopping"));
     m_server.close();
-    m_stopTimer->start(m_connections.isEmpty() ? 0 : flushWithinMs);
+    m_stopTimer->start(flushWithinMs);
+    m_services.queue->stop();
     for (KovConnection *const connection : std::as_const(m_connections))
         connection->disconnectFromClient();
+}
+
+void KovService::checkStopped()
+{
+    if (m_stopping && m_queueStopped && m_connections.isEmpty())
+        m_stopTimer->start(0);
 }

@@ -21,7 +21,8 @@ class QtAppPortableModeSupport;
  * The application in service mode: serves the clients of one local socket.
  *
  * One at a time serves a user: a lock in the data folder decides, so that a socket file that a
- * killed service left behind can be told from a live one and be replaced.
+ * killed service left behind can be told from a live one and be replaced. It ends by itself when
+ * for a while it had neither work nor clients (see KovSettings).
  */
 class KovService : public QObject {
     Q_OBJECT
@@ -39,8 +40,9 @@ public:
     /// Why it failed.
     QString errorString() const { return m_error; }
 
-    /// Accepts no more clients, and lets what was written to the others go out. stopped() follows
-    /// from the event loop, after flushWithinMs at the latest.
+    /// Accepts no more clients, lets what was written to the others go out, and puts the state of
+    /// the downloads on the disk. stopped() follows from the event loop, after flushWithinMs at the
+    /// latest.
     void stop();
 
     static constexpr int otherInstanceWithinMs = 10'000;
@@ -55,9 +57,14 @@ private:
     bool anotherAccepts() const;
     void onNewConnection();
     void removeConnection(KovConnection *connection);
+    void onWorkChanged();
+    void checkStopped();
 
     const QString m_serverName;
+    QtClock &m_clock;
+    const QString m_storePath;
     const std::unique_ptr<QtSingleShotTimer> m_stopTimer;
+    const std::unique_ptr<QtSingleShotTimer> m_idleTimer;
     KovInstanceLock m_lock;
     const QSharedPointer<AppDataAccessHelper> m_dataAccess;
     const QSharedPointer<QtAppPortableModeSupport> m_portableModeSupport;
@@ -65,4 +72,6 @@ private:
     KovConnection::Services m_services;
     QLocalServer m_server;
     QList<KovConnection *> m_connections;
+    bool m_stopping = false;
+    bool m_queueStopped = false;
 };

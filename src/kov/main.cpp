@@ -1,8 +1,8 @@
 #include "appcoreconfig.h"
 #include "appidentity.h"
 #include "appservername.h"
-#include "kovcommandclient.h"
-#include "kovcommands.h"
+#include "kovcommandline.h"
+#include "kovcommandrun.h"
 #include "kovservice.h"
 #include "portableversionmanager.h"
 #include "qtappconfigbase.h"
@@ -10,15 +10,7 @@
 
 #include <QCoreApplication>
 
-#include <cstdio>
-
 namespace {
-
-int print(int exitCode, const QString &output)
-{
-    std::fputs(output.toLocal8Bit().constData(), exitCode == 0 ? stdout : stderr);
-    return exitCode;
-}
 
 int serve()
 {
@@ -39,18 +31,15 @@ int serve()
     return 1;
 }
 
-int runCommand(const QStringList &arguments)
+int run(const KovCommandLine &line)
 {
+    KovCommandRun command(line, appServerName());
     int status = 0;
-    KovCommandClient client;
-    QObject::connect(&client, &KovCommandClient::finished, qApp,
-                     [&status](int exitCode, const QString &output) {
-                         status = print(exitCode, output);
-                         QCoreApplication::quit();
-                     });
-    QMetaObject::invokeMethod(
-        &client, [&client, &arguments] { client.run(appServerName(), arguments); },
-        Qt::QueuedConnection);
+    QObject::connect(&command, &KovCommandRun::finished, qApp, [&status](int exitCode) {
+        status = exitCode;
+        QCoreApplication::quit();
+    });
+    command.start();
     QCoreApplication::exec();
     return status;
 }
@@ -63,8 +52,13 @@ int main(int argc, char *argv[])
     setAppIdentity();
     const QtAppDefaultLogger logger(QtAppLogger::optionsFromEnvironment());
 
-    const QStringList arguments = QCoreApplication::arguments().mid(1);
-    if (arguments.isEmpty())
-        return print(2, KovCommands::usage());
-    return arguments == QStringList(QStringLiteral("-service")) ? serve() : runCommand(arguments);
+    const KovCommandLine line = KovCommandLine::parse(QCoreApplication::arguments().mid(1));
+    switch (line.action) {
+    case KovCommandLine::Action::Print:
+        return KovCommandRun::print(line.exitCode, line.output);
+    case KovCommandLine::Action::Serve:
+        return serve();
+    default:
+        return run(line);
+    }
 }

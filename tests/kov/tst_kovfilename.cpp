@@ -1,9 +1,11 @@
 #include "kovdownloadfolder.h"
 #include "kovfilename.h"
+#include "kovpartialfile.h"
 
 #include <QTest>
 
 #include <memory>
+#include <unistd.h>
 
 class TestKovFileName : public QObject {
     Q_OBJECT
@@ -44,7 +46,7 @@ private Q_SLOTS:
                 continue;
             QString error;
             const auto file = folder.createFile(name, error);
-            QVERIFY2(file && file->commit(), qPrintable(error));
+            QVERIFY2(file && file->moveTo(folder.freePath(name)), qPrintable(error));
             ++made;
         }
         const auto all = QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden;
@@ -66,38 +68,31 @@ private Q_SLOTS:
     void filesGetTheirOwnNames()
     {
         const QTemporaryDir root;
-        QVERIFY(QFile::link(u"/nowhere"_qs, root.filePath(u"a (2).txt"_qs)));
-        QVERIFY(QDir(root.path()).mkdir(u"a (4).txt.part"_qs));
+        const auto path = [&root](const QString &name) { return root.filePath(name); };
+        QVERIFY(QFile::link(u"/nowhere"_qs, path(u"a.txt.part"_qs)));
         KovDownloadFolder folder(root.path(), u"part"_qs);
         QString error;
-        std::vector<std::unique_ptr<KovDownloadFile>> files;
-        for (const QString &name : {u"a.txt"_qs, u"a (3).txt"_qs, u"a (5).txt"_qs}) {
-            files.push_back(folder.createFile(u"a.txt"_qs, error));
-            QVERIFY2(files.back(), qPrintable(error));
-            QCOMPARE(QFileInfo(files.back()->path()).fileName(), name);
-        }
-        QVERIFY(files.at(1)->write("three") && files.at(1)->commit());
-        QCOMPARE(QFileInfo(root.filePath(u"a (3).txt"_qs)).size(), 5);
-        // An abandoned file leaves nothing, and its name is free again.
-        files.clear();
-        QCOMPARE(QDir(root.path()).entryList(QDir::Files), QStringList{u"a (3).txt"_qs});
-        QCOMPARE(folder.createFile(u"a.txt"_qs, error)->path(), root.filePath(u"a.txt"_qs));
-    }
-
-    void commitReplacesNothing()
-    {
-        const QTemporaryDir root;
-        KovDownloadFolder folder(root.path(), u"part"_qs);
-        QString error;
-        const auto file = folder.createFile(u"a.txt"_qs, error);
-        QVERIFY(file->write("download"));
-        QFile other(root.filePath(u"a.txt"_qs));
-        QVERIFY(other.open(QIODevice::ReadWrite));
-        QVERIFY(file->commit());
-        QCOMPARE(file->path(), root.filePath(u"a (2).txt"_qs));
-        QCOMPARE(QDir(root.path()).entryList(QDir::Files),
-                 (QStringList{u"a (2).txt"_qs, u"a.txt"_qs}));
-        QCOMPARE(other.size(), 0);
+        const auto first = folder.createFile(u"a.txt"_qs, error);
+        const auto second = folder.createFile(u"a.txt"_qs, error);
+        QVERIFY2(first && second, qPrintable(error));
+        QCOMPARE(first->path(), path(u"a (2).txt.part"_qs));
+        QCOMPARE(second->path(), path(u"a (3).txt.part"_qs));
+        QVERIFY(second->write(0, "second", 6));
+        // Nothing is replaced.
+        QVERIFY(QFile::link(u"/nowhere"_qs, path(u"a.txt"_qs)));
+        QVERIFY(!second->moveTo(path(u"a.txt"_qs)));
+        QCOMPARE(second->errorNumber(), 0);
+        QVERIFY(second->moveTo(folder.freePath(u"a.txt"_qs)));
+        QCOMPARE(second->path(), path(u"a (2).txt"_qs));
+        QVERIFY(QFile::remove(path(u"a.txt"_qs)));
+        QCOMPARE(folder.freePath(u"a.txt"_qs), path(u"a.txt"_qs));
+        // What was put in the place of a partial file is not written to.
+        QVERIFY(first->remove() && QFile::link(second->path(), first->path()));
+        QVERIFY(!KovPartialFile::open(first->path(), error));
+        QVERIFY(first->remove());
+        QCOMPARE(::link(qPrintable(second->path()), qPrintable(first->path())), 0);
+        QVERIFY(!KovPartialFile::open(first->path(), error));
+        QCOMPARE(QFileInfo(second->path()).size(), 6);
     }
 
     void partialFiles()
@@ -109,12 +104,9 @@ private Q_SLOTS:
             {u"/../../x"_qs, u"a.txt.x"_qs}};
         for (const auto &[suffix, partial] : expected) {
             const QTemporaryDir root;
-            const auto files = [&root] { return QDir(root.path()).entryList(QDir::Files); };
             QString error;
-            const auto file = KovDownloadFolder(root.path(), suffix).createFile(u"a.txt"_qs, error);
-            QCOMPARE(files(), QStringList{partial});
-            QVERIFY(file->commit());
-            QCOMPARE(files(), QStringList{u"a.txt"_qs});
+            QVERIFY(KovDownloadFolder(root.path(), suffix).createFile(u"a.txt"_qs, error));
+            QCOMPARE(QDir(root.path()).entryList(QDir::Files), QStringList{partial});
         }
     }
 
@@ -129,6 +121,8 @@ private Q_SLOTS:
         KovDownloadFolder folder(root.path(), QString(200, u's'));
         QVERIFY(!folder.createFile(QString(200, u'n'), error));
         QVERIFY(error.contains(u"too long"));
+        const auto full = KovPartialFile::open(u"/dev/full"_qs, error);
+        QVERIFY(!full && error.contains(u"/dev/full"));
     }
 };
 

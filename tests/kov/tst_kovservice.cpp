@@ -1,4 +1,3 @@
-#include "abstractincomingdownloadsprocessor.h"
 #include "abstractjsonrequestsmanager.h"
 #include "appremotefrontendclientmodule.h"
 #include "appremotefrontendclientvhipcprocessor.h"
@@ -8,7 +7,6 @@
 #include "qtappconfigbase.h"
 #include "qtappsettingsinmemorymanager.h"
 #include "qtlocalsocket.h"
-#include "testhttpserver.h"
 #include "uniqueint64idgen.h"
 #include "vhipcmisctasksclient.h"
 #include "vhipcsettings.h"
@@ -16,15 +14,10 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocalSocket>
-#include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
 
-#include <unistd.h>
-
-#include <algorithm>
 #include <memory>
-#include <vector>
 
 namespace {
 
@@ -68,19 +61,6 @@ struct Host {
     AppRemoteFrontendClientModule module;
 };
 
-AbstractNewDownloadsRequestJob jobFor(AbstractIncomingDownloadsProcessor &processor,
-                                      const QList<QUrl> &urls)
-{
-    AbstractNewDownloadsRequestJob job = processor.createJob();
-    for (const QUrl &url : urls) {
-        const auto info = std::make_shared<AbstractDownloadPersistentInfo>();
-        info->source.url = url;
-        job.request.downloads.append({info});
-    }
-    job.request.selectedDownloads.fill(true, urls.size());
-    return job;
-}
-
 const QString intercept = u"WbInterceptDownloads"_qs;
 const QString locale = u"LocaleName"_qs;
 
@@ -104,6 +84,8 @@ class TestKovService : public QObject {
                 [&answer](int exitCode, const QString &output) {
                     answer = QString::number(exitCode) + u' ' + output;
                 });
+        connect(&client, &KovCommandClient::notRunning, &client,
+                [&answer] { answer = QStringLiteral("not running"); });
         client.run(m_serverName, command.split(u' ', Qt::SkipEmptyParts));
         return QTest::qWaitFor([&answer] { return !answer.isEmpty(); }) ? answer : QString();
     }
@@ -113,18 +95,6 @@ class TestKovService : public QObject {
         auto host = std::make_unique<Host>(m_serverName);
         return QTest::qWaitFor([&host] { return host->isReady(); }) ? std::move(host) : nullptr;
     }
-    /// The program, in a home of its own.
-    std::unique_ptr<QProcess> startProgram(const QStringList &arguments) const
-    {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(u"XDG_DATA_HOME"_qs, m_folder->filePath(u"xdg"_qs));
-        environment.insert(u"TMPDIR"_qs, m_folder->path());
-        auto program = std::make_unique<QProcess>();
-        program->setProcessEnvironment(environment);
-        program->start(QStringLiteral(KOV_PROGRAM), arguments);
-        return program;
-    }
-
     std::unique_ptr<QTemporaryDir> m_folder;
     QString m_serverName;
     std::unique_ptr<KovService> m_service;
@@ -142,15 +112,15 @@ private Q_SLOTS:
 
     void settingsSurviveTheService()
     {
-        QCOMPARE(run(u"get Nope"_qs), u"1 there is no setting \"Nope\"\n"_qs);
+        QCOMPARE(run(u"get Nope"_qs), u"1 kov: there is no setting \"Nope\"\n"_qs);
         QVERIFY(run(u"set SortBy"_qs).startsWith(u'2'));
         QCOMPARE(run(u"set LocaleName de\u20ac"_qs), u"0 "_qs);
         m_service.reset();
-        QCOMPARE(run(u"get LocaleName"_qs), u"1 kov is not running\n"_qs);
+        QCOMPARE(run(u"get LocaleName"_qs), u"not running"_qs);
         QCOMPARE(startService(), KovService::StartResult::Serving);
         const QStringList lines = run(u"list"_qs).split(u'\n', Qt::SkipEmptyParts);
-        // 48 of the application and 53 of the engine, whose two range markers are no settings.
-        QCOMPARE(lines.size(), 48 + 53);
+        // 48 of the application, 53 of the engine, whose two range markers are no settings, and 1.
+        QCOMPARE(lines.size(), 48 + 53 + 1);
         QVERIFY(lines.contains(u"LocaleName=de\u20ac"_qs));
         QVERIFY(lines.contains(u"PartialDownloadFileSuffix=kovdownload"_qs));
     }
@@ -219,54 +189,6 @@ private Q_SLOTS:
         QCOMPARE(run(u"get AntivirusPath"_qs), u"0 /bin/true\n"_qs);
     }
 
-    void performsTheSelectedDownloads()
-    {
-        TestHttpServer server;
-        server.answer("/a", TestHttpServer::ok("first"));
-        server.answer("/b", TestHttpServer::ok("second"));
-        const auto host = readyHost();
-        QVERIFY(host);
-        const auto processor = host->module.incomingDownloadsProcessor();
-        const QSignalSpy finished(processor.data(), &AbstractIncomingDownloadsProcessor::finished);
-        AbstractNewDownloadsRequestJob job =
-            jobFor(*processor,
-                   {server.url(u"/a"_qs), server.url(u"/no"_qs), server.url(u"/b"_qs),
-                    server.url(u"/missing"_qs), QUrl(u"ftp://127.0.0.1/x"_qs)});
-        job.request.selectedDownloads.clearBit(1);
-        AbstractDownloadPersistentInfo &first = *job.request.downloads.first().info;
-        first.preferredFileTitle = u"../name.txt"_qs;
-        first.source.referer = u"http://page/"_qs;
-        first.source.cookies = {QNetworkCookie("c", "1")};
-        first.userAgent = u"Browser"_qs;
-        job.request.downloads[2].info->source.postData = "body";
-        processor->process(job);
-        processor->process(jobFor(*processor, {QUrl(u"file:///etc/passwd"_qs), QUrl()}));
-        QTRY_COMPARE(finished.count(), 2);
-        QCOMPARE(finished.at(0).mid(0, 3), (QVariantList{job.id, true, false}));
-        QCOMPARE(finished.at(1).mid(1, 2), (QVariantList{false, false}));
-        QCOMPARE(finished.at(1).at(4), u"nothing that can be downloaded"_qs);
-
-        const QDir downloads(m_folder->filePath(u"downloads"_qs));
-        const auto jobs = [this] { return run(u"jobs"_qs).split(u'\n'); };
-        QTRY_COMPARE(jobs().filter(u"\tfinished\t"_qs).size(), 2);
-        QTRY_COMPARE(jobs().filter(u"\tfailed\t"_qs).size(), 1);
-        QCOMPARE(jobs().at(0),
-                 u"0 1\tfinished\t5\t5\t%1\t%2\t"_qs.arg(downloads.filePath(u"name.txt"_qs),
-                                                         server.url(u"/a"_qs).toString()));
-        QVERIFY(jobs().at(2).startsWith(u"3\tfailed\t0\t-1\t\t"_qs));
-        QVERIFY(jobs().at(2).contains(u"Not Found"_qs));
-        QCOMPARE(downloads.entryList(QDir::Files), (QStringList{u"b"_qs, u"name.txt"_qs}));
-
-        QByteArrayList requests;
-        const auto received = server.requests();
-        for (const auto &[method, path, headers, body] : received)
-            requests += method + ' ' + path + ' ' + headers.value("referer") + ' '
-                + headers.value("cookie") + ' ' + body;
-        std::sort(requests.begin(), requests.end());
-        QCOMPARE(requests,
-                 (QByteArrayList{"GET /a http://page/ c=1 ", "GET /missing   ", "POST /b   body"}));
-    }
-
     void answersJsonRequestsWithAnEcho()
     {
         const auto host = readyHost();
@@ -285,46 +207,6 @@ private Q_SLOTS:
         QCOMPARE(received.at(0).at(2), false);
         QCOMPARE(QJsonDocument::fromJson(received.at(0).at(1).toString().toUtf8()).object(), echo);
         QCOMPARE(received.at(1).at(0), 44);
-    }
-
-    void replacesWhatAKilledServiceLeft()
-    {
-        m_serverName = m_folder->filePath(u"kov6fs"_qs + QString::number(::getuid()));
-        const auto serves = [this] { return run(u"get LocaleName"_qs).startsWith(u'0'); };
-        const auto killed = startProgram({u"-service"_qs});
-        QTRY_VERIFY(serves());
-        killed->kill();
-        QVERIFY(killed->waitForFinished());
-        QVERIFY(QFile::exists(m_serverName));
-        const auto next = startProgram({u"-service"_qs});
-        QTRY_VERIFY(serves());
-        QCOMPARE(run(u"quit"_qs), u"0 "_qs);
-        QTRY_COMPARE(next->state(), QProcess::NotRunning);
-        QCOMPARE(next->exitCode(), 0);
-        QVERIFY(!QFile::exists(m_serverName));
-    }
-
-    void oneOfTwentyProgramsStays()
-    {
-        std::vector<std::unique_ptr<QProcess>> programs(20);
-        for (auto &program : programs)
-            program = startProgram({u"-service"_qs});
-        const auto running = [&programs] {
-            return std::count_if(programs.cbegin(), programs.cend(), [](const auto &program) {
-                return program->state() != QProcess::NotRunning;
-            });
-        };
-        QTRY_COMPARE_WITH_TIMEOUT(running(), 1, 60'000);
-        const auto get = startProgram({u"get"_qs, intercept});
-        QVERIFY(get->waitForFinished());
-        QCOMPARE(get->readAllStandardOutput(), "1\n");
-        const auto quit = startProgram({u"quit"_qs});
-        QVERIFY(quit->waitForFinished());
-        QTRY_COMPARE(running(), 0);
-        for (const auto &program : programs) {
-            QCOMPARE(program->exitStatus(), QProcess::NormalExit);
-            QCOMPARE(program->exitCode(), 0);
-        }
     }
 };
 

@@ -1,12 +1,9 @@
-#include "kovhttpdownload.h"
+#include "kovhttpexchange.h"
 
 #include "appversion.h"
-#include "httpcontentdisposition.h"
-#include "kovdownloadfolder.h"
-#include "kovfilename.h"
+#include "kovnetworkpool.h"
 #include "urlchecks.h"
 
-#include <QNetworkAccessManager>
 #include <QNetworkReply>
 
 #include <algorithm>
@@ -16,12 +13,10 @@ namespace {
 
 constexpr int maxRedirects = 20;
 /// A server that is silent for longer has gone.
-constexpr int silenceTimeoutMs = 60'000;
+constexpr int silenceTimeoutMs = 30'000;
 /// Bounds what a fast server can pile up in memory.
 constexpr qint64 readBufferBytes = 1 << 20;
 
-constexpr int firstSuccessStatus = 200;
-constexpr int lastSuccessStatus = 299;
 // The redirects that keep the method and the body (RFC 9110, 15.4).
 constexpr int temporaryRedirectStatus = 307;
 constexpr int permanentRedirectStatus = 308;
@@ -54,37 +49,74 @@ bool isSameOrigin(const QUrl &a, const QUrl &b)
 
 } // namespace
 
-bool KovHttpDownload::isSupported(const QUrl &url)
+bool KovHttpExchange::isSupported(const QUrl &url)
 {
     return (isValidHttpUrl(url) || isValidHttpsUrl(url)) && !url.host().isEmpty();
 }
 
-KovHttpDownload::KovHttpDownload(KovDownloadRequest request,
-                                 std::shared_ptr<KovDownloadFolder> folder,
-                                 QNetworkAccessManager &network, QObject *parent)
-    : QObject(parent), m_request(std::move(request)), m_folder(std::move(folder)),
-      m_network(&network)
+KovHttpExchange::KovHttpExchange(KovDownloadRequest request, QSharedPointer<KovNetworkPool> pool,
+                                 QObject *parent)
+    : QObject(parent), m_request(std::move(request)), m_pool(std::move(pool)),
+      m_network(m_pool->take()), m_reply(nullptr, [](QNetworkReply *reply) {
+          // It may be sending a signal just now.
+          reply->abort();
+          reply->deleteLater();
+      })
 {
     addCookies();
 }
 
-KovHttpDownload::~KovHttpDownload() { delete m_reply; }
-
-void KovHttpDownload::start() { sendRequest(m_request.url); }
-
-void KovHttpDownload::sendRequest(const QUrl &url)
+KovHttpExchange::~KovHttpExchange()
 {
-    m_reply = m_request.postData.isEmpty()
-        ? m_network->get(networkRequest(url))
-        : m_network->post(networkRequest(url), m_request.postData);
-    m_reply->setReadBufferSize(readBufferBytes);
-    connect(m_reply, &QNetworkReply::readyRead, this, &KovHttpDownload::onReadyRead);
-    connect(m_reply, &QNetworkReply::finished, this, &KovHttpDownload::onReplyFinished);
+    abort();
+    m_pool->giveBack(m_network);
 }
 
-QString KovHttpDownload::path() const { return m_file ? m_file->path() : QString(); }
+void KovHttpExchange::start() { sendRequest(m_request.url); }
 
-QNetworkRequest KovHttpDownload::networkRequest(const QUrl &url) const
+void KovHttpExchange::start(qint64 from, qint64 to, const QByteArray &ifRange)
+{
+    m_range = "bytes=" + QByteArray::number(from) + '-';
+    if (to >= 0)
+        m_range += QByteArray::number(to - 1);
+    m_ifRange = ifRange;
+    start();
+}
+
+void KovHttpExchange::abort()
+{
+    if (!m_reply)
+        return;
+    m_reply->disconnect(this);
+    m_finished = true;
+    m_reply.reset();
+}
+
+void KovHttpExchange::sendRequest(const QUrl &url)
+{
+    if (m_reply)
+        m_reply->disconnect(this);
+    m_reply.reset(m_request.postData.isEmpty()
+                      ? m_network->get(networkRequest(url))
+                      : m_network->post(networkRequest(url), m_request.postData));
+    m_reply->setReadBufferSize(readBufferBytes);
+    connect(m_reply.get(), &QNetworkReply::metaDataChanged, this,
+            &KovHttpExchange::onMetaDataChanged);
+    connect(m_reply.get(), &QNetworkReply::readyRead, this, [this] {
+        if (m_answered)
+            Q_EMIT readyRead();
+    });
+    connect(m_reply.get(), &QNetworkReply::finished, this, &KovHttpExchange::onReplyFinished);
+}
+
+KovDownloadRequest KovHttpExchange::request() const
+{
+    KovDownloadRequest request = m_request;
+    request.cookies = m_cookies.cookiesForUrl(request.url);
+    return request;
+}
+
+QNetworkRequest KovHttpExchange::networkRequest(const QUrl &url) const
 {
     QNetworkRequest request(url);
     // What downloads share is the connections, nothing else. Followed automatically, a redirect
@@ -107,13 +139,17 @@ QNetworkRequest KovHttpDownload::networkRequest(const QUrl &url) const
         request.setRawHeader("Cookie", cookies);
     if (const QByteArray referrer = referrerHeader(url); !referrer.isEmpty())
         request.setRawHeader("Referer", referrer);
+    if (!m_range.isEmpty())
+        request.setRawHeader("Range", m_range);
+    if (!m_ifRange.isEmpty())
+        request.setRawHeader("If-Range", m_ifRange);
     if (!m_request.postData.isEmpty())
         request.setHeader(QNetworkRequest::ContentTypeHeader,
                           QStringLiteral("application/x-www-form-urlencoded"));
     return request;
 }
 
-QByteArray KovHttpDownload::cookieHeader(const QUrl &url) const
+QByteArray KovHttpExchange::cookieHeader(const QUrl &url) const
 {
     QByteArrayList pairs;
     const QList<QNetworkCookie> cookies = m_cookies.cookiesForUrl(url);
@@ -122,7 +158,7 @@ QByteArray KovHttpDownload::cookieHeader(const QUrl &url) const
     return pairs.join("; ");
 }
 
-QByteArray KovHttpDownload::referrerHeader(const QUrl &url) const
+QByteArray KovHttpExchange::referrerHeader(const QUrl &url) const
 {
     // Which page of its own a site was asked from may hold what is no other site's business.
     const QUrl page(m_request.referrer);
@@ -133,7 +169,7 @@ QByteArray KovHttpDownload::referrerHeader(const QUrl &url) const
     return headerValue(m_request.referrer.section(u'#', 0, 0));
 }
 
-void KovHttpDownload::addCookies()
+void KovHttpExchange::addCookies()
 {
     for (QNetworkCookie cookie : m_request.cookies) {
         if (hasControls(cookie.name()) || hasControls(cookie.value()))
@@ -146,101 +182,71 @@ void KovHttpDownload::addCookies()
     }
 }
 
-bool KovHttpDownload::isSuccess() const
-{
-    const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    return status >= firstSuccessStatus && status <= lastSuccessStatus;
-}
-
-void KovHttpDownload::onReadyRead()
-{
-    if (!isSuccess()) {
-        m_reply->readAll(); // an error page
-        return;
-    }
-    if (!save())
-        m_reply->abort(); // which ends in onReplyFinished()
-}
-
-bool KovHttpDownload::save()
-{
-    if (!m_file) {
-        const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);
-        m_totalBytes = length.isValid() ? length.toLongLong() : -1;
-        m_file = m_folder->createFile(fileName(), m_error);
-        if (!m_file)
-            return false;
-    }
-    const QByteArray bytes = m_reply->readAll();
-    if (!m_file->write(bytes)) {
-        m_error = m_file->errorString();
-        return false;
-    }
-    m_receivedBytes += bytes.size();
-    return true;
-}
-
-QString KovHttpDownload::fileName() const
-{
-    QString suggested = KovFileName::sanitized(m_request.suggestedName);
-    if (!suggested.isEmpty())
-        return suggested;
-    QString sent = KovFileName::sanitized(
-        fileNameFromContentDisposition(m_reply->rawHeader("Content-Disposition").toStdString()));
-    return sent.isEmpty() ? KovFileName::fromUrl(m_reply->url()) : sent;
-}
-
-void KovHttpDownload::onReplyFinished()
-{
-    m_reply->deleteLater();
-    const QUrl target = redirectTarget();
-    if (!target.isEmpty() && followRedirect(target))
-        return;
-    const QString error = finish();
-    if (!error.isEmpty())
-        m_file.reset();
-    Q_EMIT finished(error);
-}
-
-QUrl KovHttpDownload::redirectTarget() const
+QUrl KovHttpExchange::redirectTarget() const
 {
     const QUrl target = m_reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
     return target.isEmpty() ? target : m_reply->url().resolved(target);
 }
 
-bool KovHttpDownload::followRedirect(const QUrl &target)
+void KovHttpExchange::onMetaDataChanged()
+{
+    // It comes again when a body that nobody expects follows.
+    if (m_answered || !redirectTarget().isEmpty())
+        return;
+    m_answered = true;
+    m_answer = KovAnswer::of(*m_reply);
+    Q_EMIT answered();
+}
+
+void KovHttpExchange::onReplyFinished()
+{
+    if (m_answered) {
+        finish(m_answer.failure ? m_answer.failure : replyFailure(*m_reply));
+        return;
+    }
+    const QUrl target = redirectTarget();
+    if (!target.isEmpty())
+        followRedirect(target);
+    else if (const KovFailure failure = replyFailure(*m_reply))
+        finish(failure);
+    else
+        finish(passingFailure(QStringLiteral("the server did not answer")));
+}
+
+void KovHttpExchange::followRedirect(const QUrl &target)
 {
     const bool isLessSafe = isValidHttpsUrl(m_reply->url()) && !isValidHttpsUrl(target);
     if (!isSupported(target) || isLessSafe) {
-        m_error = QStringLiteral("redirected to where it cannot be followed");
-        return false;
+        finish(lastingFailure(QStringLiteral("redirected to where it cannot be followed")));
+        return;
     }
     if (++m_redirects > maxRedirects) {
-        m_error = QStringLiteral("redirected too often");
-        return false;
+        finish(lastingFailure(QStringLiteral("redirected too often")));
+        return;
     }
     m_cookies.setCookiesFromUrl(
         m_reply->header(QNetworkRequest::SetCookieHeader).value<QList<QNetworkCookie>>(),
         m_reply->url());
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    if (status != temporaryRedirectStatus && status != permanentRedirectStatus)
+    if (!m_request.postData.isEmpty() && status != temporaryRedirectStatus
+        && status != permanentRedirectStatus) {
         m_request.postData.clear();
+        m_request.referrer = QString::fromUtf8(referrerHeader(target));
+        m_request.url = target;
+    }
     sendRequest(target);
-    return true;
 }
 
-QString KovHttpDownload::finish()
+void KovHttpExchange::finish(const KovFailure &failure)
 {
-    if (!m_error.isEmpty())
-        return m_error;
-    if (m_reply->error() != QNetworkReply::NoError)
-        return m_reply->errorString();
-    if (!isSuccess())
-        return QStringLiteral("the server sent no file");
-    if (!save())
-        return m_error;
-    if (m_totalBytes >= 0 && m_receivedBytes != m_totalBytes)
-        return QStringLiteral("the connection ended before the file did");
-    m_totalBytes = m_receivedBytes;
-    return m_file->commit() ? QString() : m_file->errorString();
+    m_finished = true;
+    m_failure = failure;
+    Q_EMIT finished();
 }
+
+qint64 KovHttpExchange::read(char *bytes, qint64 size)
+{
+    return m_reply ? m_reply->read(bytes, size) : -1;
+}
+
+qint64 KovHttpExchange::bytesAvailable() const { return m_reply ? m_reply->bytesAvailable() : 0; }

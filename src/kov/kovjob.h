@@ -1,0 +1,106 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QList>
+#include <QNetworkCookie>
+#include <QString>
+#include <QUrl>
+
+/// What is needed to ask for one file.
+struct KovDownloadRequest {
+    QUrl url = {};
+    /// The text as the browser gave it; may be empty, like all that follow.
+    QString referrer = {};
+    QString userAgent = {};
+    /// For the URL's host, unless they name another domain.
+    QList<QNetworkCookie> cookies = {};
+    /// The body of a POST; with an empty one the request is a GET.
+    QByteArray postData = {};
+    QString suggestedName = {};
+    /// The size that the browser was told; -1 if it was not.
+    qint64 announcedBytes = -1;
+};
+
+/// A piece of a file: of the bytes from "from" up to but not including "to", "done" are there,
+/// counted from the beginning of the range.
+struct KovRange {
+    qint64 from = 0;
+    /// -1 while the size of the file is unknown; then there is one range only.
+    qint64 to = -1;
+    qint64 done = 0;
+
+    qint64 next() const { return from + done; }
+    bool isComplete() const { return to >= 0 && next() >= to; }
+    bool operator==(const KovRange &) const = default;
+};
+
+/// What identifies the file at its server: an answer with other values is another file.
+struct KovValidators {
+    QByteArray etag = {};
+    QByteArray lastModified = {};
+
+    /// The value of an If-Range field (RFC 9110, 13.1.5); empty when nothing identifies the file
+    /// well enough to go on with it.
+    QByteArray ifRange() const
+    {
+        return !etag.isEmpty() && !etag.startsWith("W/") ? etag : lastModified;
+    }
+    bool operator==(const KovValidators &) const = default;
+};
+
+/// One download as it is stored and shown.
+struct KovJob {
+    /// Stored by number: never changed.
+    enum class State {
+        /// For its turn, or for the next attempt.
+        Waiting = 0,
+        Running = 1,
+        /// By the user.
+        Paused = 2,
+        Finished = 3,
+        /// Nothing but the user starts it again.
+        Failed = 4,
+    };
+
+    qint64 id = 0;
+    State state = State::Waiting;
+    QUrl url = {};
+    /// -1 while unknown.
+    qint64 totalBytes = -1;
+    /// How many attempts in a row have brought nothing.
+    int attempts = 0;
+    /// Why it failed, or why it waits for the next attempt. Free of control characters.
+    QString error = {};
+    /// Where the finished file is; while there is none, where it was to be.
+    QString path = {};
+    /// The file that is being written; empty before the first good answer and after the end.
+    QString partialPath = {};
+    KovValidators validators = {};
+    /// What of the partial file is on the disk.
+    QList<KovRange> ranges = {};
+    QDateTime added = {};
+    QDateTime finished = {};
+
+    /// What a transfer found out and did.
+    void takeProgress(const KovJob &transferred)
+    {
+        totalBytes = transferred.totalBytes;
+        path = transferred.path;
+        partialPath = transferred.partialPath;
+        validators = transferred.validators;
+        ranges = transferred.ranges;
+    }
+    qint64 receivedBytes() const
+    {
+        qint64 sum = 0;
+        for (const KovRange &range : ranges)
+            sum += range.done;
+        return sum;
+    }
+    /// Neither finished nor given up.
+    bool isUnderWay() const { return state == State::Waiting || state == State::Running; }
+};
+
+/// "waiting", "running", "paused", "finished", "failed".
+QString stateName(KovJob::State state);

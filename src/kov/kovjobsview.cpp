@@ -1,0 +1,146 @@
+#include "kovjobsview.h"
+
+#include "kovanswer.h"
+#include "kovcommandmessages.h"
+
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLocale>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace {
+
+namespace Keys = KovCommandMessages::JobKeys;
+
+constexpr int barWidth = 20;
+constexpr int secondsPerMinute = 60;
+constexpr int minutesPerHour = 60;
+constexpr int hoursPerDay = 24;
+
+qint64 number(const QJsonObject &job, const QString &key) { return job.value(key).toInteger(-1); }
+QString text(const QJsonObject &job, const QString &key)
+{
+    return printable(job.value(key).toString());
+}
+
+QString nameOf(const QJsonObject &job)
+{
+    const QString path = text(job, Keys::path());
+    return path.isEmpty() ? text(job, Keys::url()) : QFileInfo(path).fileName();
+}
+
+QString bar(qint64 received, qint64 total)
+{
+    const auto full = static_cast<int>(total > 0 ? received * barWidth / total : 0);
+    return u'[' + QString(full, u'#') + QString(barWidth - full, u'-') + u']';
+}
+
+QString progress(const QJsonObject &job)
+{
+    const qint64 received = number(job, Keys::receivedBytes());
+    const qint64 total = number(job, Keys::totalBytes());
+    const QString state = text(job, Keys::state());
+    if (state == u"finished")
+        return QStringLiteral("%1  %2").arg(state.leftJustified(barWidth + 2),
+                                            KovJobsView::sizeText(received));
+    if (state == u"failed")
+        return state.leftJustified(barWidth + 2);
+    QString line = total > 0 ? bar(received, total) : state.leftJustified(barWidth + 2);
+    if (total > 0)
+        line += QStringLiteral(" %1 %").arg(received * 100 / total, 3);
+    line += QStringLiteral("  %1").arg(KovJobsView::sizeText(total > 0 ? total : received));
+    if (state != u"running")
+        return total > 0 ? line + u"  "_qs + state : line;
+    line += QStringLiteral("  %1/s").arg(KovJobsView::sizeText(number(job, Keys::speed())));
+    if (const qint64 left = number(job, Keys::secondsLeft()); left >= 0)
+        line += QStringLiteral("  ") + KovJobsView::durationText(left);
+    return line;
+}
+
+QString reason(const QJsonObject &job)
+{
+    const QString error = text(job, Keys::error());
+    const qint64 wait = number(job, Keys::retryInSeconds());
+    if (wait < 0)
+        return error;
+    return QStringLiteral("again in %1: %2").arg(KovJobsView::durationText(wait), error);
+}
+
+} // namespace
+
+QString KovJobsView::sizeText(qint64 bytes)
+{
+    return QLocale::c().formattedDataSize(std::max<qint64>(0, bytes), 1);
+}
+
+QString KovJobsView::durationText(qint64 seconds)
+{
+    const qint64 minutes = seconds / secondsPerMinute;
+    const qint64 hours = minutes / minutesPerHour;
+    if (hours >= hoursPerDay)
+        return QStringLiteral("%1 d %2 h").arg(hours / hoursPerDay).arg(hours % hoursPerDay);
+    if (hours > 0)
+        return QStringLiteral("%1 h %2 min").arg(hours).arg(minutes % minutesPerHour);
+    if (minutes > 0)
+        return QStringLiteral("%1 min %2 s").arg(minutes).arg(seconds % secondsPerMinute);
+    return QStringLiteral("%1 s").arg(seconds);
+}
+
+QString KovJobsView::forTerminal(const QJsonArray &jobs, int columns)
+{
+    QString lines;
+    for (const QJsonValue value : jobs) {
+        const QJsonObject job = value.toObject();
+        QString line = QStringLiteral("%1  %2  %3")
+                           .arg(number(job, Keys::id()), 4)
+                           .arg(progress(job), nameOf(job));
+        if (const QString why = reason(job); !why.isEmpty())
+            line += QStringLiteral(" (%1)").arg(why);
+        if (line.size() > columns)
+            line = line.left(columns - 1) + u'…';
+        lines += line + u'\n';
+    }
+    return lines.isEmpty() ? QStringLiteral("There are no downloads.\n") : lines;
+}
+
+QString KovJobsView::forScripts(const QJsonArray &jobs)
+{
+    QString lines;
+    for (const QJsonValue value : jobs) {
+        const QJsonObject job = value.toObject();
+        lines += QStringList{QString::number(number(job, Keys::id())),
+                             text(job, Keys::state()),
+                             QString::number(number(job, Keys::receivedBytes())),
+                             QString::number(number(job, Keys::totalBytes())),
+                             text(job, Keys::path()),
+                             text(job, Keys::url()),
+                             text(job, Keys::error())}
+                     .join(u'\t')
+            + u'\n';
+    }
+    return lines;
+}
+
+QString KovJobsView::asJson(const QJsonArray &jobs)
+{
+    // Qt leaves as they are what JSON allows and terminals obey; they occur in strings only.
+    QString escaped;
+    const QString json = QString::fromUtf8(QJsonDocument(jobs).toJson());
+    for (const QChar c : json) {
+        const bool isPlain = c == u'\n' || printable(c) == c || c.isSurrogate();
+        escaped += isPlain ? QString(c)
+                           : QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+    }
+    return escaped;
+}
+
+bool KovJobsView::isAnyUnderWay(const QJsonArray &jobs)
+{
+    return std::any_of(jobs.cbegin(), jobs.cend(), [](const QJsonValue &value) {
+        const QString state = value.toObject().value(Keys::state()).toString();
+        return state == u"waiting" || state == u"running";
+    });
+}

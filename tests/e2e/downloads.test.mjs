@@ -1,0 +1,251 @@
+// What becomes of downloads in the service, with servers that break off, lie, are slow, and have
+// another file the next time, and with a service that is killed at any moment.
+
+import { deepStrictEqual, doesNotMatch, match, ok, strictEqual } from 'node:assert';
+import { createHash } from 'node:crypto';
+import { existsSync, mkdirSync, readFileSync, readdirSync, rmSync, statSync, writeFileSync } from 'node:fs';
+import { join } from 'node:path';
+import { after, before, describe, test } from 'node:test';
+import { gzipSync } from 'node:zlib';
+import { until } from '../../tools/drivers/hostprocess.mjs';
+import { Scene } from './support/faultscene.mjs';
+import { sanitized } from './support/hosttest.mjs';
+import { ToldServer, bytesOf, hashOf } from './support/toldserver.mjs';
+
+const mebibyte = 1 << 20;
+const ending = '.kovdownload';
+
+let server;
+before(async () => { server = await ToldServer.start(); });
+after(() => server.stop());
+
+/** A user's home with the service in it, which shows its downloads and their files. */
+class Home extends Scene {
+    get folder() { return this.sandbox.downloads; }
+    files() { return existsSync(this.folder) ? readdirSync(this.folder).sort() : []; }
+    file(name) { return readFileSync(join(this.folder, name)); }
+    hash(name) { return createHash('sha256').update(this.file(name)).digest('hex'); }
+    async jobs() { return JSON.parse(await this.kov('jobs', '--json')); }
+    async add(...urls) { return (await this.kov('add', ...urls)).split('\n').map(parseFloat).slice(0, -1); }
+
+    /** Waits for a download to come to an end, or into a state. */
+    async job(id, ...states) {
+        let job;
+        await until(async () => {
+            job = (await this.jobs()).find(each => each.id === id);
+            return (states.length > 0 ? states : ['finished', 'failed']).includes(job.state);
+        }, `download ${id} to end; it is ${JSON.stringify(job)}`);
+        return job;
+    }
+
+    async kill() {
+        for (const pid of this.sandbox.running('kov'))
+            process.kill(pid, 'SIGKILL');
+        await until(() => this.sandbox.running('kov').length === 0, 'the service to be gone');
+    }
+}
+
+function inHome(what, play) {
+    test(what, async () => {
+        const home = new Home();
+        try {
+            await play(home);
+        } finally {
+            await home.remove();
+        }
+    });
+}
+
+const answer = (head, body = '') => `HTTP/1.1 ${head}\r\nContent-Length: ${body.length}\r\n\r\n${body}`;
+const bytes = (head, body) => Buffer.concat([Buffer.from(`HTTP/1.1 200 OK\r\n${head}\r\n\r\n`), body]);
+
+/** What a server answers to the request for the file of that name, and what is wrong with it. */
+const refusals = {
+    '401.bin': [{ status: 401, headers: { 'WWW-Authenticate': 'Basic' } }, /401|authentication/],
+    '403.bin': [{ status: 403 }, /answered 403/],
+    '404.bin': [{ raw: answer('404 No\x1b[2Jsuch thing') }, /^the server answered 404 No\ufffd\[2Jsuch/],
+    '410.bin': [{ status: 410 }, /410 Gone/],
+    'busy.bin': [{ status: 503 }, /503/],
+    'login.zip': [{ raw: bytes('Content-Type: text/html; charset=utf-8\r\nContent-Length: 5', Buffer.from('login')) }, /web page/],
+    'part.bin': [{ raw: answer('206 Partial Content\r\nContent-Range: bytes 0-1/9', 'ab') }, /nobody asked/],
+    'huge.bin': [{ raw: bytes('Content-Length: 99999999999999999999', Buffer.from('a')) }, /impossible size/],
+    'two.bin': [{ raw: bytes('Content-Length: 1\r\nContent-Length: 2', Buffer.from('ab')) }, /impossible size/],
+    'petabyte.bin': [{ raw: bytes('Content-Length: 1125899906842624', Buffer.from('a')) }, /no room/],
+    'brotli.bin': [{ raw: bytes('Content-Encoding: br', Buffer.from('abc')) }, /encoded as "br"/],
+    'closed.bin': [{ raw: '' }, /closed/],
+    'nothing.bin': [{ raw: bytes('Content-Length: 10', Buffer.alloc(0)) }, /closed|ended/],
+    'none.bin': [{ raw: answer('204 No Content') }, /no file/],
+    'hello.bin': [{ raw: 'hello\r\n\r\n' }, /./],
+    'local.bin': [{ status: 302, headers: { Location: 'file:///etc/passwd' } }, /cannot be followed/],
+    'loop.bin': [{ status: 302, headers: { Location: 'loop.bin' } }, /too often/],
+};
+
+const text = Buffer.from('what was compressed on the way '.repeat(1000));
+const zipped = gzipSync(text);
+
+/** What arrives: the answer, the name and the bytes of the file. */
+const arrivals = {
+    'empty.bin': [{ raw: answer('200 OK') }, 'empty.bin', Buffer.alloc(0)],
+    'unknown.bin': [{ raw: bytes('X: y', Buffer.from('hello')) }, 'unknown.bin', Buffer.from('hello')],
+    'gzip.txt': [{ raw: bytes('Content-Encoding: gzip', zipped) }, 'gzip.txt', text],
+    'zipped.tar.gz': [{ raw: bytes('Content-Encoding: gzip', zipped) }, 'zipped.tar.gz', zipped],
+    'named': [{ raw: bytes('Content-Disposition: attachment; filename="../se\u009bnt.txt"', text) }, 'sent.txt', text],
+    // Qt takes such a length for the last one; the server says that there is more.
+    'chunks.bin': [{ size: 3 * mebibyte, badChunkAt: mebibyte }, 'chunks.bin'],
+};
+
+describe('downloads', { concurrency: 4 }, () => {
+    inHome('what a browser offers is taken when the file comes, and else there is no job', async home => {
+        mkdirSync(home.folder);
+        const extension = home.extension();
+        await Promise.all(Object.entries(refusals).map(async ([name, [what, reason]]) => {
+            const { error, result } = await extension.download(server.tell(`/${name}`, what));
+            strictEqual(result, '', name);
+            match(error, reason, name);
+        }));
+        deepStrictEqual([await home.jobs(), home.files()], [[], []]);
+        for (const [name, [what, file, content]] of Object.entries(arrivals)) {
+            strictEqual((await extension.download(server.tell(`/${name}`, what))).result, '1', name);
+            const job = await home.job((await home.jobs()).at(-1).id);
+            deepStrictEqual([job.state, job.path], ['finished', join(home.folder, file)], JSON.stringify(job));
+            const wanted = content ?? bytesOf(`/${name}`, 0, what.size);
+            ok(home.file(file).equals(wanted), name);
+        }
+
+        // The browser's own file is in the way until it hears that the download is taken.
+        server.tell('/held.bin', { size: 5 });
+        writeFileSync(join(home.folder, 'held.bin'), '');
+        const item = { url: server.url('/held.bin'), suggestedName: 'a/../held.bin' };
+        strictEqual((await extension.download(item)).result, '1');
+        rmSync(join(home.folder, 'held.bin'));
+        strictEqual((await extension.download(item)).result, '1');
+        await until(() => home.files().includes('held (2).bin'), 'both files');
+        strictEqual(home.file('held.bin').length, 5);
+
+        // A server that is silent is given up long before the extension gives us up.
+        const began = performance.now();
+        const silent = await extension.download(server.tell('/silent.bin', { hold: new Promise(() => {}), size: 5 }));
+        match(silent.error, /does not answer/);
+        ok(performance.now() - began < 40_000);
+
+        // What the user picked is added at once, with what fails.
+        const many = await extension.download(...Object.keys(refusals).map(name => server.url(`/${name}`)));
+        strictEqual(many.result, '1');
+        await until(async () => (await home.jobs()).filter(job => job.state === 'failed').length >= 10, 'the failures');
+        const shown = await home.kov('jobs');
+        // eslint-disable-next-line no-control-regex
+        doesNotMatch(shown + await home.kov('jobs', '--json'), /[\x00-\x08\x0b-\x1f\x7f-\x9f]/);
+        match(shown, /^\d+\tfailed\t0\t-1\t\thttp:\S+404.bin\tthe server answered 404 .*$/m);
+        await extension.end();
+    });
+
+    inHome('cookies, referrers and what is posted go where they belong', async home => {
+        const extension = home.extension();
+        const elsewhere = server.tell('/3.bin', { size: 3 });
+        server.tell('/1.bin', { status: 302, headers: { Location: '/2.bin', 'Set-Cookie': 'new=2; Path=/' } });
+        server.tell('/2.bin', { status: 302, headers: { Location: elsewhere.replace('127.0.0.1', 'localhost') } });
+        const page = server.url('/page?secret');
+        strictEqual((await extension.download({
+            url: server.url('/1.bin'), httpReferer: `${page}#there`, userAgent: 'Browser/1.0\nEvil: 1', httpCookies: 'given=a=b',
+        })).result, '1');
+        server.tell('/again', { status: 307, headers: { Location: '/form' } });
+        server.tell('/form', { status: 303, headers: { Location: '/result.txt' } });
+        server.tell('/result.txt', { size: 6 });
+        strictEqual((await extension.download({ url: server.url('/again'), httpPostData: 'a=1&b=%00' })).result, '1');
+        const asked = path => {
+            const { method, headers, body } = server.visits(path)[0];
+            ok(!('evil' in headers) && headers['user-agent'] !== '');
+            return [method, headers.referer, headers.cookie?.split('; ').sort().join('; '), body];
+        };
+        deepStrictEqual(asked('/1.bin'), ['GET', page, 'given=a=b', '']);
+        deepStrictEqual(asked('/2.bin'), ['GET', page, 'given=a=b; new=2', '']);
+        deepStrictEqual(asked('/3.bin'), ['GET', server.url('/'), undefined, '']);
+        for (const path of ['/again', '/form'])
+            deepStrictEqual(asked(path), ['POST', undefined, undefined, 'a=1&b=%00']);
+        deepStrictEqual(asked('/result.txt'), ['GET', undefined, undefined, '']);
+        await until(() => home.files().join() === '3.bin,result.txt', 'both files');
+        const database = join(home.sandbox.home, '.local/share/Tessmark/Kovalo/downloads.sqlite');
+        strictEqual(statSync(database).mode & 0o777, 0o600);
+        await extension.end();
+        await home.kov('quit');
+        await until(() => home.sandbox.running('kov').length === 0, 'the service to end');
+        ok(!readFileSync(database).includes('given'), 'cookies of finished downloads are forgotten');
+    });
+
+    inHome('killed and broken off again and again, a file is fetched once', async home => {
+        const kills = sanitized ? 5 : 20;
+        const rate = 4 * mebibyte;
+        const size = 2 * kills * mebibyte;
+        const url = server.tell('/long.bin', { size, rate, breaks: [1, 2, 3, 4, 5].map(count => count * mebibyte) });
+        const [id] = await home.add(url);
+        for (let kill = 0; kill < kills; ++kill) {
+            const before = (await home.jobs())[0];
+            await until(async () => (await home.jobs())[0].receivedBytes >= Math.min(size, before.receivedBytes + mebibyte),
+                        'progress');
+            await home.kill();
+        }
+        const job = await home.job(id);
+        strictEqual(job.state, 'finished', JSON.stringify(job));
+        deepStrictEqual([home.files(), home.hash('long.bin')], [['long.bin'], hashOf('/long.bin', size)]);
+        const visits = server.visits('/long.bin');
+        strictEqual(visits.filter(visit => !visit.headers.range).length, 1);
+        // At most what came since the progress was stored, and what was on its way.
+        const sent = visits.reduce((sum, visit) => sum + visit.sent, 0);
+        ok(sent < size + kills * 3 * rate, `${sent} bytes were sent`);
+    });
+
+    inHome('what passes is tried again, what does not is not, and another file begins anew', async home => {
+        const [changed, posted, broken] = ['/changed.bin', '/lost.bin', '/busy.iso'].map(path => server.url(path));
+        server.tell('/changed.bin', { size: 3 * mebibyte, breaks: [mebibyte] });
+        server.tell('/lost.bin', { status: 404 });
+        server.tell('/busy.iso', { status: 503, headers: { 'Retry-After': '1' } });
+        const [first, second, third] = await home.add(changed, posted, broken);
+        await home.job(first, 'waiting');
+        server.tell('/changed.bin', { size: 2 * mebibyte, etag: '"2"', seed: 'another' });
+        strictEqual((await home.job(second)).state, 'failed');
+        await home.job(third, 'waiting');
+        server.tell('/busy.iso', { size: 100, headers: { 'Last-Modified': 'Sun, 06 Nov 1994 08:49:37 GMT' } });
+        await home.kov('set', 'TakeLastModifiedDateFromServer', '1');
+        strictEqual((await home.job(third)).state, 'finished');
+        strictEqual(statSync(join(home.folder, 'busy.iso')).mtime.toISOString(), '1994-11-06T08:49:37.000Z');
+        strictEqual((await home.job(first)).state, 'finished');
+        strictEqual(home.hash('changed.bin'), hashOf('another', 2 * mebibyte));
+        deepStrictEqual(server.visits('/changed.bin').map(visit => [visit.headers.range, visit.headers['if-range']]),
+                        [[undefined, undefined], [`bytes=${mebibyte}-${3 * mebibyte - 1}`, '"1"']]);
+        strictEqual(server.visits('/lost.bin').length, 1);
+
+        // By hand.
+        server.tell('/lost.bin', { size: 7 * mebibyte, rate: mebibyte });
+        await home.kov('retry', String(second));
+        await until(async () => (await home.jobs())[1].receivedBytes > 0, 'the second attempt');
+        await home.kov('pause', 'all');
+        deepStrictEqual((await home.jobs()).map(job => job.state), ['finished', 'paused', 'finished']);
+        await until(async () => (await home.jobs())[1].connections === 0, 'the connection to end');
+        deepStrictEqual(home.files().filter(file => file.endsWith(ending)), [`lost.bin${ending}`]);
+        server.tell('/lost.bin', { size: 7 * mebibyte });
+        await home.kov('resume', String(second));
+        strictEqual((await home.job(second)).state, 'finished');
+        strictEqual(home.hash('lost.bin'), hashOf('/lost.bin', 7 * mebibyte));
+        await home.kov('remove', '--file', String(second), String(first));
+        deepStrictEqual([(await home.jobs()).length, home.files()], [1, ['busy.iso']]);
+        await home.kov('remove', 'all');
+        deepStrictEqual([await home.jobs(), home.files()], [[], ['busy.iso']]);
+    });
+
+    inHome('a large file from a server that limits each connection comes over several', async home => {
+        const size = 24 * mebibyte;
+        const rate = mebibyte;
+        const urls = [server.tell('/wide.bin', { size, rate }), server.tell('/two.iso', { size, rate, connections: 2 })];
+        const ids = await home.add(...urls);
+        let most = 0;
+        await until(async () => {
+            const jobs = await home.jobs();
+            most = Math.max(most, ...jobs.map(job => job.connections));
+            return jobs.every(job => job.state === 'finished');
+        }, 'both downloads');
+        ok(most >= 3, `${most} connections`);
+        strictEqual(ids.length, 2);
+        strictEqual(home.hash('wide.bin'), hashOf('/wide.bin', size));
+        strictEqual(home.hash('two.iso'), hashOf('/two.iso', size));
+    });
+});
