@@ -51,9 +51,8 @@ host.onConnected = async () => {
     status.hostConnected(host.version);
     observer.announce();
     try {
-        const answer = await host.ask('ui_strings');
-        captions = answer.strings;
-        tell({ captions });
+        // The captions of the last conversation, if there was one, serve until the settings are there,
+        // which may take a while.
         apply(await settings.own());
         await settings.query();
     } catch {
@@ -69,11 +68,18 @@ host.onNotification = message => {
         settings.accept(message);
     else if (message.type === 'page_media')
         foundMedia.accept(message.page_media);
+    else if (message.type === 'ui_strings')
+        showCaptions(message.strings);
+    else if (message.type === 'settings_store')
+        settings.acceptStore(message);
 };
 settings.onChanged = current => {
     apply(current.browser);
     tell({ settings: current });
 };
+// The language is one of the application's settings.
+settings.onTold = () => host.ask('ui_strings').then(answer => showCaptions(answer.strings), () => {});
+settings.onStoreChanged = store => tell({ store });
 const showOutcome = error => (error ? status.failed(error) : status.succeeded());
 outcomes.onTold = (outcome, error) => {
     showOutcome(error);
@@ -82,6 +88,12 @@ outcomes.onTold = (outcome, error) => {
 videos.onOutcome = showOutcome;
 status.onChanged = current => tell({ status: current });
 pages.onChanged = tabId => tell({ page: { tabId, media: mediaOf(tabId) } });
+
+async function showCaptions(strings) {
+    captions = strings;
+    tell({ captions });
+    apply(settings.current?.browser ?? await settings.own());
+}
 
 function apply({ menu, monitor }) {
     showMenus(captions, menu);
@@ -132,6 +144,7 @@ const answers = {
         return status.describe();
     },
     settings: () => settings.current,
+    store: () => settings.store,
     changeSettings: async ({ changes }) => {
         const unknown = Object.keys(changes).find(each => !isSettingName(each));
         if (unknown !== undefined)

@@ -11,7 +11,7 @@ export async function ask(request, members = {}) {
 /** Calls back with what the background script tells by itself, by the name of the message's member. */
 export function follow(member, callback) {
     chrome.runtime.onMessage.addListener(message => {
-        if (message[member])
+        if (message[member] !== undefined)
             callback(message[member]);
     });
 }

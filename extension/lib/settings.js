@@ -9,7 +9,12 @@ const isOwn = path => /^(menu|monitor\.video)\./.test(path);
 export class Settings {
     /** The record of all options, null until the host has answered. */
     current = null;
+    /** What keeps the host from storing the options: 'busy', 'failure', or '' when nothing does. */
+    store = '';
     onChanged = _settings => {};
+    /** The host has told the record, asked or not. */
+    onTold = () => {};
+    onStoreChanged = _store => {};
 
     #host;
     /** The extension's own options that were changed, by their paths. */
@@ -42,6 +47,13 @@ export class Settings {
     accept(message) {
         ++this.#told;
         this.#hold(message.settings);
+        this.onTold();
+    }
+
+    /** Takes a message of the host on whether it can store the options. */
+    acceptStore({ error }) {
+        this.store = error;
+        this.onStoreChanged(error);
     }
 
     /**
@@ -54,7 +66,10 @@ export class Settings {
         return mine;
     }
 
-    forget() { this.current = null; }
+    forget() {
+        this.current = null;
+        this.store = '';
+    }
 
     #restore() {
         this.#restored ??= chrome.storage.local.get(kept).then(stored => { this.#own = stored[kept] ?? {}; });

@@ -29,6 +29,25 @@ QString localeOfAppFile(const QString &fileName)
     return fileName.sliced(begin, fileName.size() - begin - appFileSuffix.size());
 }
 
+/// The language of the translations that a reader of the locale's language is served with. Who
+/// reads Nynorsk reads Bokmål; translations into Nynorsk would be found before as the same locale.
+QLocale::Language languageFor(const QLocale &locale)
+{
+    return locale.language() == QLocale::NorwegianNynorsk ? QLocale::NorwegianBokmal
+                                                          : locale.language();
+}
+
+/// How well a translation into the same language serves a locale, the higher the better.
+int closeness(const QLocale &translation, const QLocale &locale)
+{
+    if (translation.script() != locale.script())
+        return 0;
+    // Everywhere but in Brazil, Portuguese is that of Portugal (CLDR, parentLocales).
+    const bool isEuropean = locale.language() == QLocale::Portuguese
+        && locale.territory() != QLocale::Brazil && translation.territory() == QLocale::Portugal;
+    return isEuropean ? 2 : 1;
+}
+
 } // namespace
 
 AppLocalizationManager::AppLocalizationManager(QString translationsPath, QObject *parent)
@@ -61,11 +80,13 @@ QString AppLocalizationManager::findInstalledTranslation(const QLocale &locale) 
         if (translation.name == wanted || translation.locale == locale)
             return translation.name;
     }
+    const Translation *best = nullptr;
     for (const Translation &translation : translations) {
-        if (translation.locale.language() == locale.language())
-            return translation.name;
+        if (translation.locale.language() == languageFor(locale)
+            && (!best || closeness(translation.locale, locale) > closeness(best->locale, locale)))
+            best = &translation;
     }
-    return {};
+    return best ? best->name : QString();
 }
 
 bool AppLocalizationManager::isTranslationInstalled(const QLocale &locale) const
@@ -104,11 +125,13 @@ void AppLocalizationManager::unload()
 
 Qt::LayoutDirection AppLocalizationManager::layoutDirection()
 {
-    // Text and comment are those of Qt's own translations.
-    const QString direction = QCoreApplication::translate(
-        "QGuiApplication", "QT_LAYOUT_DIRECTION",
+    // Text and comment are those of Qt's own translations. Not as literals within the call: lupdate
+    // would take them for ours.
+    constexpr const char *text = "QT_LAYOUT_DIRECTION";
+    constexpr const char *comment =
         "Translate this string to the string 'LTR' in left-to-right languages or to 'RTL' in "
-        "right-to-left languages (such as Hebrew and Arabic) to get proper UI layout.");
+        "right-to-left languages (such as Hebrew and Arabic) to get proper UI layout.";
+    const QString direction = QCoreApplication::translate("QGuiApplication", text, comment);
     return direction == u"RTL" ? Qt::RightToLeft : Qt::LeftToRight;
 }
 

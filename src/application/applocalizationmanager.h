@@ -31,7 +31,8 @@ public:
     /// The locales to choose from, such as "de_DE": English first, the others by the English names
     /// of their languages. The folder is read once.
     QStringList installedTranslations() const;
-    /// The installed one that fits best: the same locale, else the same language; else empty.
+    /// The installed one that fits best: the same locale, else the same language, in the same
+    /// script where there is a choice; else empty.
     QString findInstalledTranslation(const QLocale &locale) const;
     bool isTranslationInstalled(const QLocale &locale) const;
 

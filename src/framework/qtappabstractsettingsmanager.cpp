@@ -6,3 +6,10 @@ void QtAppAbstractSettingsManager::setValue(const QString &key, const QString &v
 {
     setValues({{key, value}}, QString());
 }
+
+void QtAppAbstractSettingsManager::setAll(const Values &values, const Values &defaultValues,
+                                          const QString &source)
+{
+    setAllValues(values, source);
+    setAllDefaultValues(defaultValues);
+}

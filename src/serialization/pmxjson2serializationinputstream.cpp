@@ -49,6 +49,16 @@ pmxJson2SerializationInputStream::SelectNodes(const std::string &name) const
     return nodes;
 }
 
+bool pmxJson2SerializationInputStream::HasNode(const std::string &name) const
+{
+    return find(name) != nullptr;
+}
+
+bool pmxJson2SerializationInputStream::CanHaveNodes() const
+{
+    return m_value && m_value->is<picojson::object>();
+}
+
 bool pmxJson2SerializationInputStream::ReadValue(const std::string &name, std::string &value,
                                                  bool) const
 {

@@ -30,6 +30,8 @@ public:
     std::shared_ptr<pmxSerializationInputStream> SelectNode(const std::string &name) const override;
     std::vector<std::shared_ptr<pmxSerializationInputStream>>
     SelectNodes(const std::string &name) const override;
+    bool HasNode(const std::string &name) const override;
+    bool CanHaveNodes() const override;
     bool ReadValue(const std::string &name, std::string &value, bool attribute) const override;
     bool ReadBoolValue(const std::string &name, bool &value, bool attribute) const override;
     bool ReadDoubleValue(const std::string &name, double &value, bool attribute) const override;

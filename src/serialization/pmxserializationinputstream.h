@@ -27,6 +27,12 @@ public:
     virtual std::vector<std::shared_ptr<pmxSerializationInputStream>>
     SelectNodes(const std::string &name) const = 0;
 
+    /// Whether there is a child of that name, of whatever kind. False for a node that can have
+    /// none.
+    virtual bool HasNode(const std::string & /*name*/) const { return false; }
+    /// Whether this node is of a kind that can have children.
+    virtual bool CanHaveNodes() const { return true; }
+
     virtual bool ReadValue(const std::string &name, std::string &value, bool attribute) const = 0;
     virtual bool ReadBoolValue(const std::string &name, bool &value, bool attribute) const = 0;
     virtual bool ReadDoubleValue(const std::string &name, double &value, bool attribute) const = 0;

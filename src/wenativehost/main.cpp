@@ -15,6 +15,7 @@
 #include <QCoreApplication>
 #include <QSharedPointer>
 
+#include <clocale>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -75,6 +76,9 @@ QString shownArguments(const QStringList &arguments)
 int run(int argc, char *argv[])
 {
     QCoreApplication application(argc, argv);
+    // The application has just made the user's locale the C library's, whose error texts go to the
+    // log. Qt finds the user's language without it.
+    std::setlocale(LC_MESSAGES, "C");
     setAppIdentity();
     logLine(1,
             QStringLiteral("[main]: version %1, arguments: %2")

@@ -2,10 +2,15 @@
 
 #include "appclientmodule.h"
 #include "appclientsettingsinitializer.h"
+#include "appremotefrontendclientmodule.h"
 #include "appsettings.h"
 #include "qtappabstractsettingsmanager.h"
 
+#include <cstdint>
 #include <string>
+#include <tuple>
+#include <type_traits>
+#include <utility>
 
 namespace {
 
@@ -15,30 +20,52 @@ const QString &ownOrigin()
     return origin;
 }
 
+QString valueOf(const QtAppAbstractSettingsManager &settings, const char *name)
+{
+    return settings.value(QLatin1String(name));
+}
+
+void read(const QString &text, bool &value) { value = text.toInt() != 0; }
 /// What is no number of 32 bits counts as 0.
-int number(const QtAppAbstractSettingsManager &settings, AppSettings::Setting setting)
-{
-    return settings.value(toString(setting)).toInt();
-}
+void read(const QString &text, std::int64_t &value) { value = text.toInt(); }
+void read(const QString &text, std::string &value) { value = text.toStdString(); }
 
-bool flag(const QtAppAbstractSettingsManager &settings, AppSettings::Setting setting)
-{
-    return number(settings, setting) != 0;
-}
+QString written(bool value) { return value ? QStringLiteral("1") : QStringLiteral("0"); }
+QString written(std::int64_t value) { return QString::number(value); }
+QString written(const std::string &value) { return QString::fromStdString(value); }
 
-std::string text(const QtAppAbstractSettingsManager &settings, AppSettings::Setting setting)
+/// Calls with each member that a setting of the application holds.
+template <typename Function> void forEachHeldMember(Function function)
 {
-    return settings.value(toString(setting)).toStdString();
+    const auto callWithHeld = [&function](const auto &member) {
+        using Value =
+            std::remove_cvref_t<decltype(std::declval<WebExtensionBrowserMonitorSettings>()
+                                         .*member.value)>;
+        if constexpr (!std::is_base_of_v<pmxSerializable, Value>) {
+            if (member.setting)
+                function(member);
+        }
+    };
+    std::apply([&](const auto &...member) { (callWithHeld(member), ...); },
+               WebExtensionBrowserMonitorSettings::members());
 }
-
-QString flagText(bool value) { return value ? QStringLiteral("1") : QStringLiteral("0"); }
 
 } // namespace
 
 WebExtensionSettingsManager::WebExtensionSettingsManager(
-    QSharedPointer<AppClientModule> appClientModule, QObject *parent)
-    : QObject(parent), m_appClientModule(std::move(appClientModule))
+    QSharedPointer<AppClientModule> appClientModule, QObject *parent, QtClock &clock)
+    : QObject(parent), m_appClientModule(std::move(appClientModule)),
+      m_waitTimer(clock.createTimer())
 {
+    connect(m_waitTimer.get(), &QtSingleShotTimer::timeout, this,
+            &WebExtensionSettingsManager::loadStored);
+    connect(m_appClientModule->remoteFrontendClientModule().data(),
+            &AppRemoteFrontendClientModule::connectedStateChanged, this, [this](bool connected) {
+                if (!connected)
+                    stopWaiting();
+            });
+    connect(m_appClientModule->settingsWriter().data(), &AppClientSettingsWriter::outcomeChanged,
+            this, &WebExtensionSettingsManager::storeOutcomeChanged);
     const auto initializer = m_appClientModule->settingsInitializer();
     if (initializer->isSettingsInitialized())
         onSettingsInitialized();
@@ -51,8 +78,33 @@ WebExtensionSettingsManager::~WebExtensionSettingsManager() = default;
 
 void WebExtensionSettingsManager::initialize()
 {
-    if (!m_initialized)
-        m_appClientModule->settingsInitializer()->initializeSettings();
+    if (m_initialized || !m_appClientModule->isConnected())
+        loadStored();
+    else if (!m_waitTimer->isActive())
+        m_waitTimer->start(waitForApplicationMs);
+}
+
+void WebExtensionSettingsManager::whenInitialized(std::function<void()> callback)
+{
+    if (m_initialized) {
+        initialize();
+        callback();
+        return;
+    }
+    m_waiting.push_back(std::move(callback));
+    initialize();
+}
+
+void WebExtensionSettingsManager::stopWaiting()
+{
+    if (m_waitTimer->isActive())
+        loadStored();
+}
+
+void WebExtensionSettingsManager::loadStored()
+{
+    m_waitTimer->stop();
+    m_appClientModule->settingsInitializer()->initializeSettings();
 }
 
 void WebExtensionSettingsManager::setSettings(const WebExtensionSettings &settings,
@@ -60,6 +112,8 @@ void WebExtensionSettingsManager::setSettings(const WebExtensionSettings &settin
 {
     if (settings == m_settings)
         return;
+    if (settings.browser.monitor.skipSmallerThan != m_settings.browser.monitor.skipSmallerThan)
+        m_hasForeignSizeLimit = false;
     m_settings = settings;
     serializeSettings(false);
     Q_EMIT settingsChanged(byExtension);
@@ -93,8 +147,11 @@ void WebExtensionSettingsManager::onSettingsInitialized()
     connect(settings.data(), &QtAppAbstractSettingsManager::valuesChanged, this,
             &WebExtensionSettingsManager::onSettingsValuesChanged);
     updateSettings(false);
+    m_waitTimer->stop();
     m_initialized = true;
     Q_EMIT initialized();
+    for (const auto &callback : std::exchange(m_waiting, {}))
+        callback();
 }
 
 void WebExtensionSettingsManager::onSettingsAllValuesChanged(const QString &origin)
@@ -112,44 +169,35 @@ void WebExtensionSettingsManager::onSettingsValuesChanged(
 
 void WebExtensionSettingsManager::readFromApplication()
 {
-    using namespace AppSettings;
-    const auto manager = m_appClientModule->settingsManager();
-    const QtAppAbstractSettingsManager &settings = *manager;
+    const auto settings = m_appClientModule->settingsManager();
     WebExtensionBrowserMonitorSettings &monitor = m_settings.browser.monitor;
-
-    monitor.enable = flag(settings, WbInterceptDownloads);
-    monitor.allowDownload = flag(settings, WbAbortedInterceptedDownloadForwardToBrowser);
-    monitor.skipSmallerThan = flag(settings, WbDontInterceptTooSmallDownloads)
-        ? number(settings, WbDownloadsTooSmallSizeValue)
-        : 0;
-    monitor.skipExtensions = flag(settings, WbDontInterceptDownloadsWithUnwantedExtensions)
-        ? text(settings, WbDownloadsUnwantedExtensionsList)
-        : std::string();
-    monitor.skipServersEnabled = flag(settings, WbDontInterceptDownloadsFromUnwantedHosts);
-    monitor.skipServers = text(settings, WbDownloadsUnwantedHostsList);
-    monitor.skipIfKeyPressed = flag(settings, WbDontInterceptDownloadsIfKeyIsPressed);
+    forEachHeldMember([&](const auto &member) {
+        const bool isOn =
+            !member.switchSetting || valueOf(*settings, member.switchSetting).toInt() != 0;
+        read(isOn ? valueOf(*settings, member.setting) : QString(), monitor.*member.value);
+    });
+    const QString limit = settings->value(toString(AppSettings::WbDownloadsTooSmallSizeValue));
+    m_hasForeignSizeLimit = limit.toLongLong() != limit.toInt();
 }
 
 void WebExtensionSettingsManager::writeToApplication() const
 {
-    using namespace AppSettings;
     const WebExtensionBrowserMonitorSettings &monitor = m_settings.browser.monitor;
     QList<std::pair<QString, QString>> values;
-    const auto add = [&values](Setting setting, const QString &value) {
-        values.emplaceBack(toString(setting), value);
+    const auto add = [&values](const char *name, const QString &value) {
+        values.emplaceBack(QLatin1String(name), value);
     };
-
-    add(WbInterceptDownloads, flagText(monitor.enable));
-    add(WbAbortedInterceptedDownloadForwardToBrowser, flagText(monitor.allowDownload));
-    add(WbDontInterceptTooSmallDownloads, flagText(monitor.skipSmallerThan != 0));
-    if (monitor.skipSmallerThan != 0)
-        add(WbDownloadsTooSmallSizeValue, QString::number(monitor.skipSmallerThan));
-    add(WbDontInterceptDownloadsWithUnwantedExtensions, flagText(!monitor.skipExtensions.empty()));
-    if (!monitor.skipExtensions.empty())
-        add(WbDownloadsUnwantedExtensionsList, QString::fromStdString(monitor.skipExtensions));
-    add(WbDontInterceptDownloadsFromUnwantedHosts, flagText(monitor.skipServersEnabled));
-    if (monitor.skipServersEnabled)
-        add(WbDownloadsUnwantedHostsList, QString::fromStdString(monitor.skipServers));
-    add(WbDontInterceptDownloadsIfKeyIsPressed, flagText(monitor.skipIfKeyPressed));
+    forEachHeldMember([&](const auto &member) {
+        const auto &value = monitor.*member.value;
+        const bool isOn = value != std::remove_cvref_t<decltype(value)>();
+        if constexpr (std::is_same_v<decltype(value), const std::int64_t &>) {
+            if (m_hasForeignSizeLimit)
+                return;
+        }
+        if (member.switchSetting)
+            add(member.switchSetting, written(isOn));
+        if ((!member.switchSetting || isOn) && (!member.writtenWith || monitor.*member.writtenWith))
+            add(member.setting, written(value));
+    });
     m_appClientModule->settingsManager()->setValues(values, ownOrigin());
 }

@@ -91,11 +91,16 @@ void WeNativeHostModule::bringUp()
     m_tasksProcessor = qtCreateObject<WeNativeHostTasksProcessor>(
         m_delayedShutdownManager, m_receiver.toWeakRef(), m_sender.toWeakRef(), m_settingsManager,
         m_appClientModule);
+    connect(m_localizationManager.data(), &AppLocalizationManager::translationsLoaded,
+            m_tasksProcessor.data(), &WeNativeHostTasksProcessor::translationsLoaded);
     m_receiver->start();
 }
 
 void WeNativeHostModule::takeDown()
 {
+    // What waits for the application's settings is done with the local ones.
+    if (m_settingsManager)
+        m_settingsManager->stopWaiting();
     m_tasksProcessor.reset();
     m_settingsManager.reset();
     m_sender.reset();
@@ -114,11 +119,12 @@ void WeNativeHostModule::loadLocalization()
         return;
     const QString name =
         m_appClientModule->settingsManager()->value(toString(AppSettings::LocaleName));
+    // Nothing fits: the texts stay as they are, or become English again.
     QLocale wanted(QLocale::English);
-    if (!name.isEmpty())
+    if (const auto chosen = firstInstalled(name))
+        wanted = *chosen;
+    else if (!name.isEmpty())
         wanted = QLocale(name);
-    else if (m_localizationManager->isTranslationInstalled(QLocale::system()))
-        wanted = QLocale::system();
     else if (m_loadedLocale.isEmpty())
         return;
 
@@ -128,6 +134,18 @@ void WeNativeHostModule::loadLocalization()
         return;
     m_loadedLocale = chosen;
     m_localizationManager->load(wanted);
+}
+
+std::optional<QLocale> WeNativeHostModule::firstInstalled(const QString &localeName) const
+{
+    QList<QLocale> candidates{localeName.isEmpty() ? QLocale::system() : QLocale(localeName)};
+    for (const QString &name : QLocale::system().uiLanguages())
+        candidates.append(QLocale(name));
+    const auto installed =
+        std::find_if(candidates.cbegin(), candidates.cend(), [this](const QLocale &locale) {
+            return m_localizationManager->isTranslationInstalled(locale);
+        });
+    return installed == candidates.cend() ? std::nullopt : std::optional(*installed);
 }
 
 // At start-up the settings are rarely known: the application sends them when it is connected to.

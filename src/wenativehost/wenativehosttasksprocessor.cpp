@@ -166,15 +166,18 @@ void WeNativeHostTasksProcessor::registerProcessors()
 {
     registerProcessor(kov_ipc_task_handshake,
                       std::make_unique<pmxKovBhIpcHandshakeTaskProcessor>(m_receiver, m_sender));
-    registerProcessor(kov_ipc_task_ui_strings,
-                      std::make_unique<pmxKovBhIpcUiStringsTaskProcessor>());
+    auto uiStrings = std::make_unique<pmxKovBhIpcUiStringsTaskProcessor>(m_sender);
+    connect(this, &WeNativeHostTasksProcessor::translationsLoaded, uiStrings.get(),
+            &pmxKovBhIpcUiStringsTaskProcessor::onTranslationsLoaded);
+    registerProcessor(kov_ipc_task_ui_strings, std::move(uiStrings));
     registerProcessor(
         kov_ipc_task_query_settings,
         std::make_unique<pmxKovBhIpcQuerySettingsTaskProcessor>(m_settingsManager, m_sender));
     registerProcessor(kov_ipc_task_browser_proxy,
                       std::make_unique<pmxKovBhIpcBrowserProxyTaskProcessor>());
-    registerProcessor(kov_ipc_task_post_settings,
-                      std::make_unique<pmxKovBhIpcPostSettingsTaskProcessor>(m_settingsManager));
+    registerProcessor(
+        kov_ipc_task_post_settings,
+        std::make_unique<pmxKovBhIpcPostSettingsTaskProcessor>(m_settingsManager, m_sender));
     registerProcessor(kov_ipc_task_create_downloads,
                       std::make_unique<pmxKovBhIpcCreateDownloadsTaskProcessor>(
                           m_settingsManager, m_incomingDownloads, m_keyStateWatcher));

@@ -48,6 +48,10 @@ public:
     /// Calls back at once, later or, for "shutdown", never.
     virtual void process(std::shared_ptr<pmxKovBhIpcTask> task, Callback callback);
 
+Q_SIGNALS:
+    /// To be emitted by the owner when the language of the texts has changed.
+    void translationsLoaded();
+
 public Q_SLOTS:
     /// A message that cannot be read is logged and dispatched as far as it was read.
     void onConsoleGotMessage(const QString &message);

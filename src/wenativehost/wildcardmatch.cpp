@@ -1,6 +1,5 @@
 #include "wildcardmatch.h"
 
-#include <cctype>
 #include <string_view>
 
 namespace {
@@ -43,6 +42,7 @@ const char *strcmp_m(const char *str, const char *mask)
 
 const char *strcmpi_m(const char *str, const char *mask)
 {
-    const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
+    // Not std::tolower(), which leaves an I as it is where the user's language is Turkish.
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
     return str && mask && matches(str, mask, lower) ? str : nullptr;
 }

@@ -10,5 +10,5 @@
  */
 const char *strcmp_m(const char *str, const char *mask);
 
-/// The same with the bytes of both in lower case, as tolower() makes it.
+/// The same whatever the case of ASCII letters, in every locale.
 const char *strcmpi_m(const char *str, const char *mask);

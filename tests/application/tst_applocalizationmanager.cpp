@@ -53,15 +53,17 @@ private Q_SLOTS:
                  QStringList(u"en_US"_qs));
         for (const char *file :
              {"kov_sv.qm", "kov_pt_PT.qm", "kov_pt_BR.qm", "kov_de.qm", "kov_zh.qm", "kov_ZH.qm",
-              "kov_zh_CN.qm", "kov_en_GB.qm", "kov_.qm", "kov_fr.ts", "kovfr.qm", "qtbase_fr.qm"})
+              "kov_zh_CN.qm", "kov_zh_TW.qm", "kov_nb.qm", "kov_en_GB.qm", "kov_.qm", "kov_fr.ts",
+              "kovfr.qm", "qtbase_fr.qm"})
             addFile(u"main/"_qs + QLatin1String(file));
         const AppLocalizationManager manager(m_dir->path());
         // By the English name of the language; Chinese by region only.
         QCOMPARE(manager.installedTranslations().join(u' '),
-                 u"en_US zh_CN en_GB de_DE pt_BR pt_PT sv_SE"_qs);
+                 u"en_US zh_CN zh_TW en_GB de_DE nb_NO pt_BR pt_PT sv_SE"_qs);
         const std::pair<const char *, const char *> cases[] = {
-            {"pt_PT", "pt_PT"}, {"pt_AO", "pt_BR"}, {"de_AT", "de_DE"}, {"zh_TW", "zh_CN"},
-            {"en_AU", "en_US"}, {"fr_FR", ""},      {"C", ""}};
+            {"pt", "pt_BR"},    {"pt_AO", "pt_PT"}, {"de_AT", "de_DE"},      {"en_AU", "en_US"},
+            {"fr_FR", ""},      {"C", ""},          {"zh_SG", "zh_CN"},      {"zh_HK", "zh_TW"},
+            {"zh_MO", "zh_TW"}, {"nn_NO", "nb_NO"}, {"zh_Hant_US", "zh_TW"}, {"no", "nb_NO"}};
         for (const auto &[locale, name] : cases)
             QCOMPARE(manager.findInstalledTranslation(QLocale(QLatin1String(locale))),
                      QLatin1String(name));

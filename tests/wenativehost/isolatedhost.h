@@ -2,6 +2,8 @@
 
 #include "appclientmodule.h"
 #include "appclientsettingsinitializer.h"
+#include "appremotefrontendclientmodule.h"
+#include "appremotefrontendclientvhipcprocessor.h"
 #include "appservername.h"
 #include "appsettings.h"
 #include "consolemessagessender.h"
@@ -10,12 +12,14 @@
 #include "qtappconfigbase.h"
 #include "qtappdelayedshutdownmanager.h"
 #include "remoteincomingdownloadsprocessor.h"
+#include "vhipcsettings.h"
 #include "webextensionsettingsmanager.h"
 #include "wenativehosttasksprocessor.h"
 
 #include <QDir>
 #include <QList>
 #include <QLocalServer>
+#include <QLocalSocket>
 #include <QSharedPointer>
 #include <QTemporaryDir>
 #include <QTest>
@@ -86,6 +90,25 @@ public:
         return m_server.listen(appServerName())
             && QTest::qWaitFor([this] { return client->isConnected(); });
     }
+    /// Ends what connectToApplication() began.
+    bool disconnectFromApplication()
+    {
+        m_server.close();
+        const std::unique_ptr<QLocalSocket> peer(m_server.nextPendingConnection());
+        if (peer)
+            peer->abort();
+        return QTest::qWaitFor([this] { return !client->isConnected(); });
+    }
+    /// The application tells all its settings.
+    void takeAll(const QVariantHash &values, const QVariantHash &defaults)
+    {
+        client->remoteFrontendClientModule()->vhIpcProcessor()->settingsPart()->processVh(
+            {{u"name"_qs, u"settings"_qs},
+             {u"reason"_qs, u"all"_qs},
+             {u"values"_qs, values},
+             {u"defaultValues"_qs, defaults}});
+    }
+    QString databasePath() const { return m_dir.filePath(u"db.sqlite"_qs); }
     /// The application's settings, empty until something is written, count as known.
     void makeSettingsKnown()
     {

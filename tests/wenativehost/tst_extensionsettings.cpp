@@ -1,5 +1,9 @@
+#include "appdataaccesshelper.h"
 #include "isolatedhost.h"
+#include "logcapture.h"
+#include "sqldatabasemanager.h"
 
+#include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -54,6 +58,7 @@ QString post(const char *monitor, const char *others = "")
 QString query(const QString &id) { return u"{'id':'%1','type':'query_settings'}"_qs.arg(id); }
 
 const QString application = u"application"_qs;
+const QString posted = answer(u"1"_qs, u"post_settings"_qs, u""_qs);
 
 } // namespace
 
@@ -141,31 +146,8 @@ private Q_SLOTS:
         QCOMPARE(changed.size(), 6);
     }
 
-    void queriesThatWaitAreAnsweredInOrder()
-    {
-        // The application's settings become known, and before the manager hears of it, queries
-        // arrive.
-        IsolatedHost host(false);
-        connect(host.client->settingsInitializer().data(),
-                &AppClientSettingsInitializer::settingsInitialized, this, [&host] {
-                    for (const QString &id : {u"b"_qs, u"c"_qs, u"a"_qs})
-                        QCOMPARE(host.tell(query(id)), u""_qs);
-                });
-        host.makeDispatcher();
-        host.makeSettingsKnown();
-        QStringList ids;
-        for (const QString &message : host.sent().split(u'|'))
-            ids.append(message.section(u'\'', 7, 7));
-        QCOMPARE(ids, QStringList({u"b"_qs, u"c"_qs, u"a"_qs}));
-    }
-
     void queriesAndPushes()
     {
-        // Without the application the local store answers.
-        IsolatedHost alone(false);
-        QVERIFY(!alone.extensionSettings->isInitialized());
-        QVERIFY(alone.tell(query(u"1"_qs)).contains(u"'skipExtensions':'pls m3u'"));
-
         IsolatedHost host;
         host.set(WbInterceptDownloads, "1");
         host.set(WbInterceptDownloads, "0");
@@ -174,8 +156,7 @@ private Q_SLOTS:
         host.set(LocaleName, "de");
         QCOMPARE(host.sent(), u""_qs);
         host.set(WbDontInterceptDownloadsIfKeyIsPressed, "1");
-        const QString pushed = host.sent();
-        QCOMPARE(pushed,
+        QCOMPARE(host.sent(),
                  u"{'error':'','id':'','result':'','settings':{'browser':{'menu':{"
                  "'dlYtChannel':true,'dlall':true,'dllink':true,'dlpage':false,'dlselected':true,"
                  "'dlvideo':true},'monitor':{'allowDownload':false,'enable':false,"
@@ -184,11 +165,134 @@ private Q_SLOTS:
                  "'enableSnifferDll':false,'showButton':true}}},'locale':''},"
                  "'type':'query_settings'}"_qs);
         // The extension is not told of its own change.
-        QCOMPARE(host.tell(post("", ",'locale':'de'")),
-                 answer(u"1"_qs, u"post_settings"_qs, u""_qs));
-        host.sender.reset();
-        host.set(WbInterceptDownloads, "0");
-        QCOMPARE(host.sent(), u""_qs);
+        QCOMPARE(host.tell(post("", ",'locale':'de'")), posted);
+    }
+
+    /// Its defaults are not ours, and none of the user's choices is the host's to change.
+    void applicationWithOtherDefaults()
+    {
+        IsolatedHost host(false);
+        QVERIFY(host.tell(query(u"1"_qs)).contains(u"'skipExtensions':'pls m3u'"));
+        QVariantHash defaults{{u"WbDownloadsUnwantedExtensionsList"_qs, u"iso"_qs},
+                              {u"WbDownloadsUnwantedHostsList"_qs, u"h.org"_qs},
+                              {u"WbDownloadsTooSmallSizeValue"_qs, u"5000000000"_qs},
+                              {u"WbDontInterceptTooSmallDownloads"_qs, u"1"_qs}};
+        host.takeAll({{u"WbInterceptDownloads"_qs, u"0"_qs}}, defaults);
+        const QString told = host.sent();
+        QCOMPARE(told.count(u"query_settings"_qs), 1);
+        QCOMPARE(known(host), u"01 0 'iso' 1 'h.org' 1"_qs);
+        const QSignalSpy written(&host.settings(), &QtAppAbstractSettingsManager::valuesChanged);
+        const QString record = told.section(u"'settings':"_qs, 1).section(u",'type'"_qs, 0, 0);
+        host.tell(u"{'id':'2','type':'post_settings','post_settings':%1}"_qs.arg(record).replace(
+            u"'allowDownload':true"_qs, u"'allowDownload':false"_qs));
+        QCOMPARE(written.size(), 1);
+        QCOMPARE(written.constFirst().at(0).value<Values>(),
+                 values({{WbAbortedInterceptedDownloadForwardToBrowser, "0"}}));
+    }
+
+    /// A connected application is given a moment to tell its settings.
+    void nothingIsJudgedBeforeSettingsAreKnown_data()
+    {
+        QTest::addColumn<int>("then");
+        QTest::newRow("no application") << 0;
+        QTest::newRow("it tells them") << 1;
+        QTest::newRow("it goes") << 2;
+        QTest::newRow("it is silent") << 3;
+    }
+
+    void nothingIsJudgedBeforeSettingsAreKnown()
+    {
+        QFETCH(const int, then);
+        IsolatedHost host(false);
+        host.client->dataAccessHelper()->settings()->setValues(
+            values({{WbInterceptDownloads, "0"}}), application);
+        QVERIFY(then == 0 || host.connectToApplication());
+        const QString left = answer(u"c"_qs, u"create_downloads"_qs, u"ignoredDueSettings"_qs);
+        QString sent = host.tell(
+            u"{'id':'c','type':'create_downloads','create_downloads':{'catchedDownloads':'1',"
+            "'downloads':{'item':[{'url':'http://a.org/b'}]}}}"_qs);
+        // Compared with nobody's settings, this would be no change.
+        sent += host.tell(post("'enable':true,'skipIfKeyPressed':false"));
+        sent += host.tell(query(u"q"_qs));
+        QCOMPARE(sent.isEmpty(), then != 0);
+        if (then == 1)
+            host.takeAll({{u"WbInterceptDownloads"_qs, u"0"_qs}}, {});
+        else if (then == 2)
+            QVERIFY(host.disconnectFromApplication());
+        QTRY_VERIFY((sent += host.sent()).contains(u"'id':'q'"));
+        QVERIFY2(sent.contains(left) && sent.contains(posted), qPrintable(sent));
+        QCOMPARE(host.settings().value(toString(WbInterceptDownloads)), u"1"_qs);
+        QCOMPARE(host.jobs.size(), 0);
+    }
+
+    void storeHeldByAnotherProcess()
+    {
+        IsolatedHost(false).tell(query(u"1"_qs));
+        IsolatedHost host(false);
+        // The connection of another process, for all that SQLite knows.
+        SqlDatabaseManager other(host.databasePath(), u"other"_qs,
+                                 QSharedPointer<QRecursiveMutex>::create());
+        QVERIFY(other.openDatabase());
+        QVERIFY(other.createQuery(u"PRAGMA locking_mode=EXCLUSIVE"_qs).exec());
+        QVERIFY(other
+                    .createQuery(u"CREATE TABLE Settings (Name TEXT, Value TEXT, "
+                                 "PRIMARY KEY (Name))"_qs)
+                    .exec());
+        QVERIFY(other
+                    .createQuery(u"REPLACE INTO Settings VALUES "
+                                 "('WbInterceptDownloads', '0')"_qs)
+                    .exec());
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(host.tell(query(u"1"_qs)).contains(u"'enable':true")); // nothing but defaults
+        const auto store = [](const char *error, const char *result) {
+            return answer({}, u"settings_store"_qs, QLatin1String(error), QLatin1String(result));
+        };
+        // The change holds, the answer is plain, and what became of it is told beside it.
+        QCOMPARE(host.tell(post("'enable':true,'skipExtensions':'iso'")),
+                 store("busy", "") + u"|"_qs + posted);
+        QCOMPARE(host.tell(post("'enable':true,'skipExtensions':'iso','allowDownload':false")),
+                 posted);
+        QVERIFY2(!timer.hasExpired(2500), "it was waited for more than once");
+        other.closeDatabase();
+        // What could not be read is read with the next query, beneath what was changed since.
+        QString told = host.tell(query(u"2"_qs));
+        QVERIFY2(told.contains(u"'enable':false") && told.contains(u"'skipExtensions':'iso'"),
+                 qPrintable(told));
+        QTRY_VERIFY((told += host.sent()).contains(store("", "1")));
+        QCOMPARE(host.client->dataAccessHelper()->settings()->value(
+                     toString(WbDownloadsUnwantedExtensionsList)),
+                 u"iso"_qs);
+    }
+
+    /// An application that ends before it has a change finds it in the store.
+    void unconfirmedWhenTheLinkBreaks()
+    {
+        IsolatedHost host;
+        QVERIFY(host.connectToApplication());
+        host.tell(post("'skipExtensions':'iso'"));
+        QVERIFY(!QFile::exists(host.databasePath()));
+        QVERIFY(host.disconnectFromApplication());
+        QCOMPARE(host.client->dataAccessHelper()->settings()->allValues().value(
+                     toString(WbDownloadsUnwantedExtensionsList)),
+                 u"iso"_qs);
+    }
+
+    void unreadableMembersAreLogged()
+    {
+        IsolatedHost host;
+        const LogCapture log;
+        host.tell(post("'enable':'yes','skipSmallerThan':'x','skipServers':null,'video':5,"
+                       "'allowDownload':false",
+                       ",'locale':1"));
+        QStringList lines;
+        for (const char *name : {"video", "enable", "skipSmallerThan", "skipServers", "locale"})
+            lines += u"[pmxMembers]: WARNING: \"%1\" is of the wrong type and passed over"_qs.arg(
+                QLatin1String(name));
+        QCOMPARE(log.texts().filter(u"WARNING"_qs), lines);
+        host.tell(u"{'id':'1','type':'handshake','handshake':'1'}"_qs);
+        QCOMPARE(log.texts().constLast(),
+                 u"[pmxKovBhIpcTask]: WARNING: the record \"handshake\" is no object"_qs);
     }
 };
 

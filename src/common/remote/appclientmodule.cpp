@@ -59,6 +59,11 @@ QSharedPointer<AppClientSettingsInitializer> AppClientModule::settingsInitialize
     return m_settingsInitializer;
 }
 
+QSharedPointer<AppClientSettingsWriter> AppClientModule::settingsWriter() const
+{
+    return m_settingsWriter;
+}
+
 QSharedPointer<AbstractIncomingDownloadsProcessor>
 AppClientModule::incomingDownloadsProcessor() const
 {
@@ -101,7 +106,7 @@ void AppClientModule::initializeSelfAfter(bool init)
             m_remoteFrontendClientModule, m_settingsManager, m_dataAccessHelper);
         m_browserActivityMonitor = qtCreateObject<BrowserActivityMonitor>();
         m_settingsWriter = qtCreateObject<AppClientSettingsWriter>(
-            m_remoteFrontendClientModule, m_settingsManager, m_dataAccessHelper);
+            m_remoteFrontendClientModule, m_settingsManager, m_dataAccessHelper, nullptr, m_clock);
     } else {
         clearModules();
         m_browserActivityMonitor.reset();

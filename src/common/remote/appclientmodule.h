@@ -42,6 +42,7 @@ public:
     QSharedPointer<QtAppAbstractSettingsManager> settingsManager() const;
     QSharedPointer<AppRemoteFrontendClientModule> remoteFrontendClientModule() const;
     QSharedPointer<AppClientSettingsInitializer> settingsInitializer() const;
+    QSharedPointer<AppClientSettingsWriter> settingsWriter() const;
     QSharedPointer<AbstractIncomingDownloadsProcessor> incomingDownloadsProcessor() const;
     QSharedPointer<AbstractJsonRequestsManager> jsonRequestsManager() const;
     QSharedPointer<BrowserActivityMonitor> browserActivityMonitor() const;

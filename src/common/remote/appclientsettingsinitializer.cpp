@@ -3,7 +3,8 @@
 #include "appdataaccesshelper.h"
 #include "appremotefrontendclientmodule.h"
 #include "appremotefrontendclientvhipcprocessor.h"
-#include "qtappabstractsettingsmanager.h"
+#include "qtappsettingsinsqlmanager.h"
+#include "sqlbusywait.h"
 #include "vhipcsettings.h"
 
 #include <utility>
@@ -26,9 +27,17 @@ AppClientSettingsInitializer::~AppClientSettingsInitializer() = default;
 
 void AppClientSettingsInitializer::initializeSettings()
 {
-    if (m_settingsInitialized)
+    if (m_settingsInitialized && !m_readingFailed)
         return;
+    const SqlBusyWait wait(m_dataAccessHelper->databaseFilePath());
     const QSharedPointer<QtAppAbstractSettingsManager> store = m_dataAccessHelper->settings();
+    if (const auto inSql = store.objectCast<QtAppSettingsInSqlManager>()) {
+        if (!inSql->isRead())
+            inSql->storeUnstored();
+        m_readingFailed = !inSql->isRead();
+        if (m_readingFailed && m_settingsInitialized)
+            return;
+    }
     m_target->setAllDefaultValues(store->allDefaultValues());
     m_target->setAllValues(store->allValues(), QStringLiteral("AppClientSettingsInitializer"));
     setSettingsInitialized();
@@ -36,8 +45,10 @@ void AppClientSettingsInitializer::initializeSettings()
 
 void AppClientSettingsInitializer::onVhIpcSettingsReadyStateChanged(bool ready)
 {
-    if (ready)
-        setSettingsInitialized();
+    if (!ready)
+        return;
+    m_readingFailed = false;
+    setSettingsInitialized();
 }
 
 void AppClientSettingsInitializer::setSettingsInitialized()

@@ -25,7 +25,8 @@ public:
     void setSettingsInitialized();
 
 public Q_SLOTS:
-    /// Fills the target from the local store; nothing once the settings are there.
+    /// Fills the target from the local store. Nothing once the settings are there, unless they are
+    /// no more than defaults because the store could not be read: it is tried again then.
     void initializeSettings();
     void onVhIpcSettingsReadyStateChanged(bool ready);
 
@@ -38,4 +39,5 @@ private:
     const QSharedPointer<QtAppAbstractSettingsManager> m_target;
     const QSharedPointer<AppDataAccessHelper> m_dataAccessHelper;
     bool m_settingsInitialized = false;
+    bool m_readingFailed = false;
 };

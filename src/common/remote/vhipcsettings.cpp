@@ -25,7 +25,7 @@ VhIpcSettings::VhIpcSettings(QSharedPointer<QtAppAbstractSettingsManager> settin
                              quint32 flags, QSet<QString> localNames, QObject *parent,
                              QtClock &clock)
     : QtAbstractVhIpcPart(parent), m_settingsManager(std::move(settingsManager)), m_flags(flags),
-      m_localNames(std::move(localNames)), m_clock(clock)
+      m_localNames(std::move(localNames)), m_clock(clock), m_confirmTimer(clock.createTimer())
 {
     QtAppAbstractSettingsManager *const manager = m_settingsManager.data();
     if (hasFlag(SendAllOnAllValuesChanged))
@@ -37,6 +37,8 @@ VhIpcSettings::VhIpcSettings(QSharedPointer<QtAppAbstractSettingsManager> settin
     if (hasFlag(SendChanged))
         connect(manager, &QtAppAbstractSettingsManager::valuesChanged, this,
                 &VhIpcSettings::onSettingsValuesChanged);
+    connect(m_confirmTimer.get(), &QtSingleShotTimer::timeout, this,
+            &VhIpcSettings::requestAllSettings);
     if (hasFlag(RequestAll))
         setReady(false); // nobody is connected yet who could hear of it
 }
@@ -51,22 +53,30 @@ void VhIpcSettings::onConnectChanged(bool connected)
     QtAbstractVhIpcPart::onConnectChanged(connected);
     if (!hasFlag(RequestAll))
         return;
-    m_openQuestions = 0;
+    m_connected = connected;
+    m_questions = 0;
+    m_answers = 0;
+    m_confirmTimer->stop();
+    for (LocalChange &change : m_localChanges)
+        change.question = 0;
     if (connected) {
-        resendRecentChanges();
+        resendChanges();
         requestAllSettings();
     } else {
         setReady(false);
     }
 }
 
-void VhIpcSettings::resendRecentChanges()
+void VhIpcSettings::resendChanges()
 {
     const qint64 oldest = m_clock.monotonicMs() - resendWithinMs;
+    m_localChanges.removeIf([oldest](const auto &change) {
+        return !change->told && !change->resend && change->madeAtMs <= oldest;
+    });
     QHash<QString, QString> values;
-    for (auto change = m_localChanges.cbegin(); change != m_localChanges.cend(); ++change) {
-        if (change->madeAtMs > oldest)
-            values.insert(change.key(), change->value);
+    for (auto change = m_localChanges.begin(); change != m_localChanges.end(); ++change) {
+        change->told = true;
+        values.insert(change.key(), change->value);
     }
     if (!values.isEmpty())
         sendChanged(valuesToVariant(values));
@@ -74,10 +84,45 @@ void VhIpcSettings::resendRecentChanges()
 
 void VhIpcSettings::requestAllSettings()
 {
-    // What was told before is part of the answer to this question.
-    m_localChanges.clear();
-    ++m_openQuestions;
+    m_confirmTimer->stop();
+    ++m_questions;
+    for (LocalChange &change : m_localChanges) {
+        if (change.question == 0)
+            change.question = m_questions;
+    }
     Q_EMIT sendVh(message(queryAllReason()));
+}
+
+bool VhIpcSettings::hasUnaskedChanges() const
+{
+    return std::any_of(m_localChanges.cbegin(), m_localChanges.cend(),
+                       [](const LocalChange &change) { return change.question == 0; });
+}
+
+void VhIpcSettings::onAnswered()
+{
+    ++m_answers;
+    m_localChanges.removeIf([this](const auto &change) {
+        return change->question != 0 && change->question <= m_answers;
+    });
+}
+
+QHash<QString, QString> VhIpcSettings::unconfirmedChanges() const
+{
+    QHash<QString, QString> values;
+    for (auto change = m_localChanges.cbegin(); change != m_localChanges.cend(); ++change) {
+        if (change->told)
+            values.insert(change.key(), change->value);
+    }
+    return values;
+}
+
+void VhIpcSettings::resendOnConnect(const QStringList &names)
+{
+    for (const QString &name : names) {
+        if (const auto change = m_localChanges.find(name); change != m_localChanges.end())
+            change->resend = true;
+    }
 }
 
 void VhIpcSettings::sendAllSettings()
@@ -119,7 +164,8 @@ void VhIpcSettings::applyChanged(const QList<std::pair<QString, QString>> &value
     const bool crossed =
         std::any_of(values.cbegin(), values.cend(), [this](const auto &nameAndValue) {
             const auto local = m_localChanges.constFind(nameAndValue.first);
-            return local != m_localChanges.cend() && local->value != nameAndValue.second;
+            return local != m_localChanges.cend() && local->question == 0
+                && local->value != nameAndValue.second;
         });
     if (crossed)
         requestAllSettings();
@@ -137,25 +183,24 @@ void VhIpcSettings::applyAll(QHash<QString, QString> values, QHash<QString, QStr
             defaults.insert(own.key(), own.value());
     }
 
-    const bool isAnswer = m_openQuestions > 0;
+    const bool isAnswer = m_answers < m_questions;
     if (isAnswer) {
-        --m_openQuestions;
+        onAnswered();
         for (auto change = m_localChanges.cbegin(); change != m_localChanges.cend(); ++change)
             values.insert(change.key(), change->value);
     }
 
-    m_settingsManager->setAllValues(values, changesSource());
-    m_settingsManager->setAllDefaultValues(defaults);
+    m_settingsManager->setAll(values, defaults, changesSource());
     setReady(true);
 
-    if (!isAnswer && !m_localChanges.isEmpty())
+    if (!isAnswer && hasUnaskedChanges())
         requestAllSettings();
 }
 
 void VhIpcSettings::applyReset()
 {
     m_settingsManager->resetToDefaults(changesSource());
-    if (!m_localChanges.isEmpty())
+    if (hasUnaskedChanges())
         requestAllSettings();
 }
 
@@ -167,7 +212,9 @@ void VhIpcSettings::onSettingsValuesChanged(const QList<std::pair<QString, QStri
     if (hasFlag(RequestAll)) {
         const qint64 now = m_clock.monotonicMs();
         for (const auto &[name, value] : values)
-            m_localChanges.insert(name, {value, now});
+            m_localChanges.insert(name, {.value = value, .madeAtMs = now, .told = m_connected});
+        if (m_connected)
+            m_confirmTimer->start(confirmWithinMs);
     }
     sendChanged(valuesToVariant(values));
 }

@@ -2,6 +2,7 @@
 
 #include "pmxserializationiostream.h"
 #include "pmxstreamedvalue.h"
+#include "qtappdefaultlogger.h"
 
 kov_ipc_task_type pmxKovBhIpcTask::get_type() const
 {
@@ -29,7 +30,13 @@ bool pmxKovBhIpcTask::serializeMembers(pmxSerializationIoStream *stream)
     if (!record)
         return true;
     const auto node = stream->SelectOrCreateNode(kovIpcTaskTypeName(taskType), false);
-    return node && record->Serialize(node.get(), 0);
+    if (!node)
+        return false;
+    if (!node->canHaveMembers())
+        logLine(1,
+                QStringLiteral("[pmxKovBhIpcTask]: WARNING: the record \"%1\" is no object")
+                    .arg(QString::fromStdString(kovIpcTaskTypeName(taskType))));
+    return record->Serialize(node.get(), 0);
 }
 
 pmxSerializable *pmxKovBhIpcTask::subRecord(kov_ipc_task_type taskType)

@@ -1,15 +1,20 @@
 #pragma once
 
+#include "pmxmembers.h"
 #include "pmxserializable.h"
 #include "webextensionvideomonitoringsettings.h"
 
 #include <cstdint>
 #include <string>
+#include <tuple>
 
 /// Which downloads of the browser are caught.
 class WebExtensionBrowserMonitorSettings : public pmxSerializable {
 public:
-    bool operator==(const WebExtensionBrowserMonitorSettings &other) const;
+    bool operator==(const WebExtensionBrowserMonitorSettings &other) const
+    {
+        return pmxEqualMembers(*this, other);
+    }
 
     bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override;
 
@@ -25,4 +30,26 @@ public:
     /// Host names, separated by single spaces.
     std::string skipServers;
     bool skipIfKeyPressed = false;
+
+    static constexpr auto members()
+    {
+        using Record = WebExtensionBrowserMonitorSettings;
+        return std::tuple(pmxMember("video", &Record::video),
+                          pmxMember("enable", &Record::enable).heldBy("WbInterceptDownloads"),
+                          pmxMember("allowDownload", &Record::allowDownload)
+                              .heldBy("WbAbortedInterceptedDownloadForwardToBrowser"),
+                          pmxMember("skipSmallerThan", &Record::skipSmallerThan)
+                              .heldBy("WbDownloadsTooSmallSizeValue")
+                              .switchedBy("WbDontInterceptTooSmallDownloads"),
+                          pmxMember("skipExtensions", &Record::skipExtensions)
+                              .heldBy("WbDownloadsUnwantedExtensionsList")
+                              .switchedBy("WbDontInterceptDownloadsWithUnwantedExtensions"),
+                          pmxMember("skipServersEnabled", &Record::skipServersEnabled)
+                              .heldBy("WbDontInterceptDownloadsFromUnwantedHosts"),
+                          pmxMember("skipServers", &Record::skipServers)
+                              .heldBy("WbDownloadsUnwantedHostsList")
+                              .writtenOnlyWith(&Record::skipServersEnabled),
+                          pmxMember("skipIfKeyPressed", &Record::skipIfKeyPressed)
+                              .heldBy("WbDontInterceptDownloadsIfKeyIsPressed"));
+    }
 };

@@ -1,18 +1,7 @@
 #include "webextensionvideomonitoringsettings.h"
 
-#include "pmxoptionalmembers.h"
-
-bool WebExtensionVideoMonitoringSettings::Serialize(pmxSerializationIoStream *stream, unsigned int)
+bool WebExtensionVideoMonitoringSettings::Serialize(pmxSerializationIoStream *stream,
+                                                    unsigned int flags)
 {
-    return pmxSerializeOptionalBools(stream,
-                                     {{"enable", &enable},
-                                      {"enableSnifferDll", &enableSnifferDll},
-                                      {"showButton", &showButton}});
-}
-
-bool WebExtensionVideoMonitoringSettings::operator==(
-    const WebExtensionVideoMonitoringSettings &other) const
-{
-    return enable == other.enable && enableSnifferDll == other.enableSnifferDll
-        && showButton == other.showButton;
+    return pmxSerializeMembers(stream, *this, flags);
 }

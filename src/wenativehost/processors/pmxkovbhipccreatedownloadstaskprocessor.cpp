@@ -7,6 +7,10 @@
 #include "wbeincomingdownloadsprocessor.h"
 #include "webextensionsettingsmanager.h"
 
+#include <QPointer>
+
+#include <utility>
+
 namespace {
 
 std::shared_ptr<pmxKovBhIpcTaskResponse> errorResponse(const pmxKovBhIpcTask &task,
@@ -40,10 +44,24 @@ void pmxKovBhIpcCreateDownloadsTaskProcessor::process(std::shared_ptr<pmxKovBhIp
         callback(task, errorResponse(*task, "invalid arguments"));
         return;
     }
-    if (isLeftToBrowser(*task)) {
-        callback(task, errorResponse(*task, "ignoredDueSettings"));
+    if (!isJudged(*task)) {
+        submit(task, std::move(callback));
         return;
     }
+    m_settingsManager->whenInitialized(
+        [self = QPointer(this), task = std::move(task), callback = std::move(callback)] {
+            if (!self)
+                return;
+            if (self->isLeftToBrowser(*task))
+                callback(task, errorResponse(*task, "ignoredDueSettings"));
+            else
+                self->submit(task, callback);
+        });
+}
+
+void pmxKovBhIpcCreateDownloadsTaskProcessor::submit(const std::shared_ptr<pmxKovBhIpcTask> &task,
+                                                     Callback callback)
+{
     const QString id = QString::fromStdString(task->id);
     m_pending.insert(id, {task, std::move(callback)});
     m_incomingDownloads->process(id, task->create_downloads.downloads);
@@ -71,14 +89,18 @@ void pmxKovBhIpcCreateDownloadsTaskProcessor::onFinished(const QString &id, bool
     callback(task, response);
 }
 
-bool pmxKovBhIpcCreateDownloadsTaskProcessor::isLeftToBrowser(const pmxKovBhIpcTask &task) const
+bool pmxKovBhIpcCreateDownloadsTaskProcessor::isJudged(const pmxKovBhIpcTask &task)
 {
     // The rules are for what the browser caught by itself, one at a time.
     const pmxKovBhIpcTaskCreateDownloads &created = task.create_downloads;
-    if (created.downloads.size() != 1 || !created.catchedDownloads || created.ignoreSettings)
-        return false;
-    const char *const rule = captureRuleAgainst(
-        *created.downloads.front(), m_settingsManager->settings(), m_keyStateWatcher.data());
+    return created.downloads.size() == 1 && created.catchedDownloads && !created.ignoreSettings;
+}
+
+bool pmxKovBhIpcCreateDownloadsTaskProcessor::isLeftToBrowser(const pmxKovBhIpcTask &task) const
+{
+    const char *const rule =
+        captureRuleAgainst(*task.create_downloads.downloads.front(), m_settingsManager->settings(),
+                           m_keyStateWatcher.data());
     if (rule)
         logLine(1,
                 QStringLiteral("[CaptureRules]: a download is left to the browser: ")

@@ -35,7 +35,10 @@ public Q_SLOTS:
                     AbstractDownloadAbortReason abortReason, const QString &error);
 
 private:
+    /// Whether the user's rules are to be asked.
+    static bool isJudged(const pmxKovBhIpcTask &task);
     bool isLeftToBrowser(const pmxKovBhIpcTask &task) const;
+    void submit(const std::shared_ptr<pmxKovBhIpcTask> &task, Callback callback);
 
     const QSharedPointer<WebExtensionSettingsManager> m_settingsManager;
     const QSharedPointer<WbeIncomingDownloadsProcessor> m_incomingDownloads;

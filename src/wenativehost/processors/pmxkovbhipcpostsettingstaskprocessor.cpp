@@ -1,14 +1,19 @@
 #include "pmxkovbhipcpostsettingstaskprocessor.h"
 
+#include "consolemessagessender.h"
 #include "pmxtaskresponses.h"
 #include "webextensionsettingsmanager.h"
+
+#include <QPointer>
 
 #include <utility>
 
 pmxKovBhIpcPostSettingsTaskProcessor::pmxKovBhIpcPostSettingsTaskProcessor(
-    QSharedPointer<WebExtensionSettingsManager> manager)
-    : m_manager(std::move(manager))
+    QSharedPointer<WebExtensionSettingsManager> manager, QWeakPointer<ConsoleMessagesSender> sender)
+    : m_manager(std::move(manager)), m_sender(std::move(sender))
 {
+    connect(m_manager.data(), &WebExtensionSettingsManager::storeOutcomeChanged, this,
+            &pmxKovBhIpcPostSettingsTaskProcessor::onStoreOutcomeChanged);
 }
 
 pmxKovBhIpcPostSettingsTaskProcessor::~pmxKovBhIpcPostSettingsTaskProcessor() = default;
@@ -16,11 +21,32 @@ pmxKovBhIpcPostSettingsTaskProcessor::~pmxKovBhIpcPostSettingsTaskProcessor() = 
 void pmxKovBhIpcPostSettingsTaskProcessor::process(std::shared_ptr<pmxKovBhIpcTask> task,
                                                    Callback callback)
 {
-    const auto response = pmxResponseTo(*task);
-    // Without options in the message the task holds the defaults; they are nobody's wish.
-    if (task->readFailed())
+    // Without options in the message the task holds the defaults, which nobody chose.
+    if (task->readFailed()) {
+        const auto response = pmxResponseTo(*task);
         response->error = "invalid arguments";
+        callback(task, response);
+        return;
+    }
+    m_manager->whenInitialized([manager = QPointer(m_manager.data()), task = std::move(task),
+                                callback = std::move(callback)] {
+        manager->setSettings(task->post_settings, true);
+        callback(task, pmxResponseTo(*task));
+    });
+}
+
+void pmxKovBhIpcPostSettingsTaskProcessor::onStoreOutcomeChanged(
+    AppClientSettingsWriter::Outcome outcome)
+{
+    const auto sender = m_sender.toStrongRef();
+    if (!sender)
+        return;
+    pmxKovBhIpcTaskResponse message;
+    message.type = "settings_store";
+    if (outcome == AppClientSettingsWriter::Outcome::Stored)
+        message.result = '1';
     else
-        m_manager->setSettings(task->post_settings, true);
-    callback(task, response);
+        message.error = outcome == AppClientSettingsWriter::Outcome::Busy ? "busy" : "failure";
+    if (const auto text = pmxResponseText(message))
+        sender->sendMessage(*text);
 }

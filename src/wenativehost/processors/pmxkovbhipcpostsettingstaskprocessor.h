@@ -1,22 +1,37 @@
 #pragma once
 
+#include "appclientsettingswriter.h"
 #include "pmxkovbhipctaskprocessor.h"
 
 #include <QSharedPointer>
+#include <QWeakPointer>
 
+class ConsoleMessagesSender;
 class WebExtensionSettingsManager;
 
-/// "post_settings": takes over the options that the extension sends. A message without options
-/// changes nothing and is answered with the error "invalid arguments".
+/**
+ * "post_settings": takes over the options that the extension sends, as soon as those are known that
+ * they are to be compared with. A message without options changes nothing and is answered with the
+ * error "invalid arguments".
+ *
+ * The answer says nothing of the local store. When that cannot be written, and when it can be
+ * again, a message "settings_store" with an empty id tells so.
+ */
 class pmxKovBhIpcPostSettingsTaskProcessor : public pmxKovBhIpcTaskProcessor {
     Q_OBJECT
 public:
+    /// Without a sender nothing is told of the store.
     explicit pmxKovBhIpcPostSettingsTaskProcessor(
-        QSharedPointer<WebExtensionSettingsManager> manager);
+        QSharedPointer<WebExtensionSettingsManager> manager,
+        QWeakPointer<ConsoleMessagesSender> sender = {});
     ~pmxKovBhIpcPostSettingsTaskProcessor() override;
 
     void process(std::shared_ptr<pmxKovBhIpcTask> task, Callback callback) override;
 
+private Q_SLOTS:
+    void onStoreOutcomeChanged(AppClientSettingsWriter::Outcome outcome);
+
 private:
     const QSharedPointer<WebExtensionSettingsManager> m_manager;
+    const QWeakPointer<ConsoleMessagesSender> m_sender;
 };

@@ -20,6 +20,7 @@ void pmxKovBhIpcQuerySettingsTaskProcessor::process(std::shared_ptr<pmxKovBhIpcT
                                                     Callback callback)
 {
     if (m_manager->isInitialized()) {
+        m_manager->initialize();
         respond(task, callback);
         return;
     }

@@ -22,6 +22,8 @@ globalThis.chrome = { storage: { local: { get: () => Promise.resolve({}) } } };
 /** The extension's end of a host: matches answers with their tasks and notes any that are too many. */
 export class Extension {
     settings = new Settings(this);
+    /** What the host told by itself of other things than settings. */
+    told = [];
     #waiting = new Map();
     #surplus = [];
     #lastId = 0;
@@ -70,13 +72,20 @@ export class Extension {
         }
     }
 
+    #hear(message) {
+        if (message.type === 'query_settings')
+            this.settings.accept(message);
+        else
+            this.told.push(message);
+    }
+
     #take(message) {
         const resolve = this.#waiting.get(message.id);
         this.#waiting.delete(message.id);
         if (resolve)
             resolve(message);
         else if (message.id === '')
-            this.settings.accept(message);
+            this.#hear(message);
         else
             this.#surplus.push(message);
     }

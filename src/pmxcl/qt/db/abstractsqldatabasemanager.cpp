@@ -1,7 +1,8 @@
 #include "abstractsqldatabasemanager.h"
 
 #include "qtappdefaultlogger.h"
-#include "sqlbusyretry.h"
+#include "sqlbusywait.h"
+#include "sqlfailurelog.h"
 
 #include <QSqlError>
 
@@ -14,6 +15,19 @@ void logCorrupt(int number, const QString &error)
     logLine(1,
             QStringLiteral("[AbstractSqlDatabaseManager]: WARNING: DB is corrupted. ERROR #%1: %2")
                 .arg(QString::number(number), error));
+}
+
+/// Whether what failed says that the file is broken.
+bool tellsOfDamage(int number, const QSqlError &error)
+{
+    if (isBusyError(error)) {
+        logLine(1,
+                QStringLiteral("[AbstractSqlDatabaseManager]: cannot check the DB: %1")
+                    .arg(sqlFailureText(error)));
+        return false;
+    }
+    logCorrupt(number, sqlFailureText(error));
+    return true;
 }
 
 } // namespace
@@ -37,15 +51,11 @@ bool AbstractSqlDatabaseManager::checkIfCorrupt()
     const std::lock_guard locker(*this);
     if (QSqlQuery tables =
             createQuery(QStringLiteral("SELECT name, sql FROM sqlite_master WHERE type='table' ;"));
-        !executeQuery(tables)) {
-        logCorrupt(1, tables.lastError().text());
-        return true;
-    }
+        !executeQuery(tables))
+        return tellsOfDamage(1, tables.lastError());
     QSqlQuery check = createQuery(QStringLiteral("pragma quick_check"));
-    if (!executeQuery(check) || !check.next()) {
-        logCorrupt(2, check.lastError().text());
-        return true;
-    }
+    if (!executeQuery(check) || !check.next())
+        return tellsOfDamage(2, check.lastError());
     const QString verdict = check.value(0).toString();
     if (verdict.compare(QStringLiteral("ok"), Qt::CaseInsensitive) == 0)
         return false;

@@ -33,7 +33,8 @@ public:
     void notifyDatabaseAboutToChange();
     void notifyDatabaseChanged();
 
-    /// Whether the file is broken; what is wrong with it is logged. Reads the whole file.
+    /// Whether the file is broken; what is wrong with it is logged. Reads the whole file. One that
+    /// another process holds cannot be checked, and does not count as broken.
     bool checkIfCorrupt();
 
 Q_SIGNALS:

@@ -5,9 +5,10 @@
 #include "qtappabstractsettingscodec.h"
 #include "qtappdefaultlogger.h"
 #include "qtappsettingssqltable.h"
-#include "sqlbusyretry.h"
+#include "sqlbusywait.h"
 #include "sqlfailurelog.h"
 
+#include <QSqlError>
 #include <QThread>
 
 #include <mutex>
@@ -16,12 +17,8 @@
 QtAppSettingsInSqlManager::QtAppSettingsInSqlManager(
     QSharedPointer<AbstractSqlDatabaseManager> db,
     QSharedPointer<const QtAppAbstractSettingsCodec> codec, QObject *parent)
-    : QtAppSettingsInMemoryManager(parent), m_db(std::move(db)), m_codec(std::move(codec)),
-      m_table(std::make_unique<QtAppSettingsSqlTable>(m_db))
+    : QtAppSettingsInMemoryManager(parent), m_db(std::move(db)), m_codec(std::move(codec))
 {
-    load();
-    if (m_table->lastError().isValid())
-        return;
     // Direct: the change is stored when the call that made it returns, on whichever thread.
     connect(this, &QtAppAbstractSettingsManager::valuesChanged, this,
             &QtAppSettingsInSqlManager::onValuesChanged, Qt::DirectConnection);
@@ -29,20 +26,56 @@ QtAppSettingsInSqlManager::QtAppSettingsInSqlManager(
             &QtAppSettingsInSqlManager::onAllValuesChanged, Qt::DirectConnection);
     connect(this, &QtAppAbstractSettingsManager::settingsResetToDefaults, this,
             &QtAppSettingsInSqlManager::onSettingsResetToDefaults, Qt::DirectConnection);
+    const std::lock_guard locker(*m_db);
+    load();
 }
 
 QtAppSettingsInSqlManager::~QtAppSettingsInSqlManager() = default;
 
-void QtAppSettingsInSqlManager::load()
+bool QtAppSettingsInSqlManager::isRead() const
 {
+    const std::lock_guard locker(*m_db);
+    return m_isRead;
+}
+
+QtAppSettingsInSqlManager::StoreState QtAppSettingsInSqlManager::storeState() const
+{
+    const std::lock_guard locker(*m_db);
+    const bool inStep = m_isRead && !m_allUnstored && m_unstoredKeys.isEmpty();
+    return inStep ? StoreState::InStep : m_failure;
+}
+
+void QtAppSettingsInSqlManager::storeUnstored()
+{
+    const std::lock_guard locker(*m_db);
+    if (storeState() != StoreState::InStep)
+        storePending();
+}
+
+bool QtAppSettingsInSqlManager::load()
+{
+    const SqlBusyWait wait(m_db->databaseFilePath());
+    m_db->openDatabase();
+    m_table = std::make_unique<QtAppSettingsSqlTable>(m_db);
     Values records = m_table->readAll();
-    logLine(1,
-            QStringLiteral("[QtAppSettingsInSqlManager]: got %1 records in the settings table")
-                .arg(records.size()));
+    m_isRead = !m_table->lastError().isValid();
+    if (m_isRead || m_failure == StoreState::InStep) // the first failure only
+        logLine(1,
+                QStringLiteral("[QtAppSettingsInSqlManager]: got %1 records in the settings table")
+                    .arg(records.size()));
+    if (!m_isRead) {
+        noteFailure(m_table->lastError());
+        return false;
+    }
     if (m_codec)
         for (auto it = records.begin(); it != records.end(); ++it)
             *it = m_codec->decode(it.key(), *it);
-    QtAppSettingsInMemoryManager::setAllValues(records, QString());
+    if (m_allUnstored)
+        return true; // none of them is to stay
+    m_loading = true;
+    addValues(records, QString());
+    m_loading = false;
+    return true;
 }
 
 template <typename Function> void QtAppSettingsInSqlManager::onDatabaseThread(Function &&function)
@@ -64,7 +97,12 @@ void QtAppSettingsInSqlManager::onValuesChanged(const QList<std::pair<QString, Q
     });
 }
 
-void QtAppSettingsInSqlManager::onAllValuesChanged(const QString & /*source*/) { storeAllValues(); }
+void QtAppSettingsInSqlManager::onAllValuesChanged(const QString & /*source*/)
+{
+    const std::lock_guard locker(*m_db);
+    if (!m_loading)
+        storeAllValues();
+}
 
 void QtAppSettingsInSqlManager::onSettingsResetToDefaults() { storeAllValues(); }
 
@@ -79,6 +117,9 @@ void QtAppSettingsInSqlManager::storeAllValues()
 
 void QtAppSettingsInSqlManager::storePending()
 {
+    const SqlBusyWait wait(m_db->databaseFilePath());
+    if (!m_isRead && !load())
+        return;
     if (!checkStored(m_table->beginTransaction(), "m_table->beginTransaction()"))
         return;
     // Another thread may have changed the same settings since, and stored them already: what
@@ -137,9 +178,13 @@ bool QtAppSettingsInSqlManager::write(const QString &key, const QString &value)
 
 bool QtAppSettingsInSqlManager::checkStored(bool ok, const char *step, int line)
 {
-    if (ok || std::exchange(m_failureLogged, true))
-        return ok;
-    if (const QString failure = m_table->lastError().text();
+    if (ok)
+        return true;
+    const QSqlError error = m_table->lastError();
+    noteFailure(error);
+    if (std::exchange(m_failureLogged, true))
+        return false;
+    if (const QString failure = sqlFailureText(error);
         SqlFailureLog::isNews(m_db->databaseFilePath(), failure)) {
         logLine(1,
                 QStringLiteral("[QtAppSettingsInSqlManager]: WARNING: cannot store settings: %1")
@@ -147,4 +192,12 @@ bool QtAppSettingsInSqlManager::checkStored(bool ok, const char *step, int line)
         checkOrLog(false, step, __builtin_FILE(), line);
     }
     return false;
+}
+
+void QtAppSettingsInSqlManager::noteFailure(const QSqlError &error)
+{
+    m_failure = isBusyError(error) ? StoreState::Busy : StoreState::Failed;
+    if (m_failure == StoreState::Failed && m_db->databaseOpened()
+        && SqlFailureLog::isNews(m_db->databaseFilePath(), QStringLiteral("check")))
+        m_db->checkIfCorrupt();
 }

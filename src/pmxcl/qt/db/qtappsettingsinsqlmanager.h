@@ -8,6 +8,7 @@
 #include <memory>
 
 class AbstractSqlDatabaseManager;
+class QSqlError;
 class QtAppAbstractSettingsCodec;
 class QtAppSettingsSqlTable;
 
@@ -20,18 +21,35 @@ class QtAppSettingsSqlTable;
  * written when this object's thread comes to it.
  *
  * A database that fails costs nothing but the storing: the settings are served from memory, what
- * is wrong is logged once per file, and the next change that can be stored takes along what could
- * not. When the table could not be read to its end, nothing is written to it, so that a broken file
- * stays as it is.
+ * is wrong is logged once per file, and the next change, or storeUnstored(), stores what could not
+ * be stored before. A table that could not be read is read then, beneath what was changed since.
+ * Before it was read to its end nothing is written to it, so that a broken file stays as it is.
  */
 class QtAppSettingsInSqlManager : public QtAppSettingsInMemoryManager {
     Q_OBJECT
 public:
+    /// How far memory and table are the same.
+    enum class StoreState {
+        InStep,
+        /// Another process has the database.
+        Busy,
+        /// The file is broken, the disk is full, or the like.
+        Failed,
+    };
+
     /// The codec may be null: values are stored as they are.
     explicit QtAppSettingsInSqlManager(QSharedPointer<AbstractSqlDatabaseManager> db,
                                        QSharedPointer<const QtAppAbstractSettingsCodec> codec = {},
                                        QObject *parent = nullptr);
     ~QtAppSettingsInSqlManager() override;
+
+    /// Whether the table was read to its end.
+    bool isRead() const;
+    /// InStep when the table was read and every change is in it; else what was in the way last.
+    StoreState storeState() const;
+    /// Tries again what failed: reads the table, stores the changes. On a thread that can use the
+    /// database.
+    void storeUnstored();
 
 private Q_SLOTS:
     void onValuesChanged(const QList<std::pair<QString, QString>> &changed, const QString &source);
@@ -39,7 +57,8 @@ private Q_SLOTS:
     void onSettingsResetToDefaults();
 
 private:
-    void load();
+    /// Makes the table if need be, and reads it. False when that fails.
+    bool load();
     /// Runs the function on a thread that can use the database: this one or, later, this object's.
     template <typename Function> void onDatabaseThread(Function &&function);
     void storeAllValues();
@@ -52,11 +71,17 @@ private:
     bool write(const QString &key, const QString &value);
     /// Logs a failed step of storing, unless an earlier one is logged and still stands.
     bool checkStored(bool ok, const char *step, int line = __builtin_LINE());
+    /// Keeps why the table cannot be used; a file that may be broken is looked at, once.
+    void noteFailure(const QSqlError &error);
 
     const QSharedPointer<AbstractSqlDatabaseManager> m_db;
     const QSharedPointer<const QtAppAbstractSettingsCodec> m_codec;
-    const std::unique_ptr<QtAppSettingsSqlTable> m_table;
-    // What could not be stored so far; guarded by the database's lock.
+    // These are guarded by the database's lock.
+    std::unique_ptr<QtAppSettingsSqlTable> m_table;
+    bool m_isRead = false;
+    bool m_loading = false;
+    StoreState m_failure = StoreState::InStep;
+    // What could not be stored so far.
     bool m_failureLogged = false;
     bool m_allUnstored = false;
     QSet<QString> m_unstoredKeys;

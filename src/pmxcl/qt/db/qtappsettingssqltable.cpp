@@ -48,7 +48,7 @@ QHash<QString, QString> QtAppSettingsSqlTable::readAll()
     // What kept the table from being made says more than that there is none.
     if (lastError().isValid() && setupError().isValid())
         setLastError(setupError());
-    if (const QString failure = lastError().text();
+    if (const QString failure = sqlFailureText(lastError());
         lastError().isValid() && SqlFailureLog::isNews(databaseFilePath(), failure))
         logLine(1,
                 QStringLiteral("[%1:%2]: WARNING: DB TABLE ERROR: %3")

@@ -2,7 +2,8 @@
 
 #include "assertionlog.h"
 #include "qtappdefaultlogger.h"
-#include "sqlbusyretry.h"
+#include "sqlbusywait.h"
+#include "sqlfailurelog.h"
 
 #include <QDir>
 #include <QFile>
@@ -84,8 +85,8 @@ void SqlDatabaseManager::useWriteAheadLog()
 {
     // The driver passes over connect options that it does not know.
     QSqlQuery query = createQuery(QStringLiteral("PRAGMA journal_mode=WAL"));
-    const QString mode =
-        executeQuery(query) && query.next() ? query.value(0).toString() : query.lastError().text();
+    const QString mode = executeQuery(query) && query.next() ? query.value(0).toString()
+                                                             : sqlFailureText(query.lastError());
     if (mode != u"wal")
         logLine(2, QStringLiteral("[SqlDatabaseManager]: no write-ahead log: %1").arg(mode));
 }

@@ -13,8 +13,7 @@ class QThread;
  *
  * The file is created readable and writable by its user only. Write-ahead logging is asked for, so
  * that other processes can read while one writes; a file system that cannot do that gets a rollback
- * journal. Preparing and executing a statement each wait for up to 5 s while another process
- * writes.
+ * journal. What waits while another process has the database, and for how long: see SqlBusyWait.
  */
 class SqlDatabaseManager : public AbstractSqlDatabaseManager {
     Q_OBJECT

@@ -4,6 +4,7 @@
 #include <QMutex>
 #include <QMutexLocker>
 #include <QSet>
+#include <QSqlError>
 
 namespace {
 
@@ -19,6 +20,11 @@ LoggedFailures &loggedFailures()
 }
 
 } // namespace
+
+QString sqlFailureText(const QSqlError &error)
+{
+    return error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
+}
 
 bool SqlFailureLog::isNews(const QString &filePath, const QString &failure)
 {

@@ -2,6 +2,11 @@
 
 #include <QString>
 
+class QSqlError;
+
+/// The reason in SQLite's own words, which are English whatever the user's language.
+QString sqlFailureText(const QSqlError &error);
+
 /**
  * What the process has logged about database files that fail.
  *

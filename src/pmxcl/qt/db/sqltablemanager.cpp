@@ -1,7 +1,7 @@
 #include "sqltablemanager.h"
 
 #include "abstractsqldatabasemanager.h"
-#include "sqlbusyretry.h"
+#include "sqlbusywait.h"
 
 #include <QSqlDatabase>
 

@@ -60,6 +60,24 @@ void QtAppSettingsInMemoryManager::setAllDefaultValues(const Values &values)
     m_defaultValues = values;
 }
 
+void QtAppSettingsInMemoryManager::setAll(const Values &values, const Values &defaultValues,
+                                          const QString &source)
+{
+    setAllDefaultValues(defaultValues);
+    setAllValues(values, source);
+}
+
+void QtAppSettingsInMemoryManager::addValues(const Values &values, const QString &source)
+{
+    {
+        const QWriteLocker locker(&m_lock);
+        Values all = values;
+        all.insert(m_values);
+        m_values = all;
+    }
+    Q_EMIT allValuesChanged(source);
+}
+
 void QtAppSettingsInMemoryManager::setValues(const QList<std::pair<QString, QString>> &values,
                                              const QString &source)
 {

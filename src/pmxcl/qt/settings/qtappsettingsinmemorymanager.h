@@ -23,6 +23,8 @@ public:
     void setDefaultValue(const QString &key, const QString &value) override;
     Values allValues() const override;
     Values allDefaultValues() const override;
+    /// The defaults first: who hears of the values finds both in place.
+    void setAll(const Values &values, const Values &defaultValues, const QString &source) override;
     /// Emits allValuesChanged(), whether anything differs or not.
     void setAllValues(const Values &values, const QString &source) override;
     void setAllDefaultValues(const Values &values) override;
@@ -36,6 +38,8 @@ public:
 protected:
     /// The value that was set, if one was; unlike value(), never a default.
     std::optional<QString> ownValue(const QString &key) const;
+    /// Takes over the values of keys that have none, and emits allValuesChanged().
+    void addValues(const Values &values, const QString &source);
 
 private:
     mutable QReadWriteLock m_lock;

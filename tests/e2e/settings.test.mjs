@@ -1,0 +1,45 @@
+// The application's settings as the extension finds them: language and rules, from the first message.
+
+import { deepStrictEqual, strictEqual } from 'node:assert';
+import { test } from 'node:test';
+import { Extension, Scene } from './support/faultscene.mjs';
+import { HostProcess, until } from '../../tools/drivers/hostprocess.mjs';
+
+const dutch = 'Downloaden met KOV';
+
+test('captions follow the language of the application, and rules hold before anybody asks', async () => {
+    const here = new Scene();
+    try {
+        await here.serve();
+        await here.kov('set', 'LocaleName', 'de_AT');
+        await here.kov('set', 'WbInterceptDownloads', '0');
+        const caught = { catchedDownloads: '1', downloads: { item: [{ url: 'http://127.0.0.1/' }] } };
+        const start = async () => {
+            const extension = new Extension(new HostProcess(here.sandbox, { env: { LANG: 'eu_ES', LANGUAGE: 'eu:nl' } }));
+            strictEqual((await extension.ask('create_downloads', { create_downloads: caught })).error,
+                        'ignoredDueSettings');
+            return extension;
+        };
+        const extension = await start();
+        strictEqual((await extension.ask('ui_strings')).strings.dllink, 'Mit KOV herunterladen');
+        const captions = () => extension.told.map(message => message.strings.dllink);
+        for (const [name, count] of [['fr', 1], ['fr_BE', 1], ['en_AU', 2], ['', 3]]) {
+            await here.kov('set', 'LocaleName', name);
+            await extension.ask('query_settings'); // the application has told of the change before it answers
+            await until(() => extension.told.length >= count, `the captions of "${name}"`);
+        }
+        deepStrictEqual(captions(), ['Télécharger avec KOV', 'Download with KOV', dutch]);
+        deepStrictEqual(new Set(extension.told.map(({ id, type, error }) => id + type + error)), new Set(['ui_strings']));
+        await extension.end();
+
+        // Without the application, the same from the local store, and nobody launches it.
+        await here.kov('quit');
+        await until(() => here.sandbox.running('kov').length === 0, 'the application to end');
+        const alone = await start();
+        strictEqual((await alone.ask('ui_strings')).strings.dllink, dutch);
+        deepStrictEqual(here.sandbox.running('kov'), []);
+        await alone.end();
+    } finally {
+        await here.remove();
+    }
+});
