@@ -29,17 +29,6 @@ private Q_SLOTS:
         qputenv("XDG_CONFIG_HOME", m_dir.path().toUtf8());
     }
 
-    void keys()
-    {
-        // Of two names of a number the one that is declared first.
-        QCOMPARE(toString(DmCoreSettings::Setting(4)), u"TumSettingsFirstValue"_qs);
-        QCOMPARE(toString(DmCoreSettings::Setting(9)), u"MaxURatio"_qs);
-        QCOMPARE(AppSettingsManager::forbiddenToChangeByRemote().join(u' '),
-                 u"AntivirusUid AntivirusPath AntivirusArgs LaunchExternalAppOnDownloadCompletion "
-                 "LaunchExternalAppOnDownloadCompletion_AppPath "
-                 "LaunchExternalAppOnDownloadCompletion_AppArgsTemplate"_qs);
-    }
-
     /// Those that are made of something; the others stand in a table.
     void defaults()
     {

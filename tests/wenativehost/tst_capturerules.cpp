@@ -83,14 +83,10 @@ private Q_SLOTS:
         row("capture is off", true, ",'enable':false");
         row("a byte too small", true, ",'skipSmallerThan':'1048576'", ",'fileSize':'1048575'");
         row("unknown size", false, ",'skipSmallerThan':'1048576'", ",'fileSize':'-1'");
-        row("size above the signed range", false, ",'skipSmallerThan':'1048576'",
-            ",'fileSize':'9223372036854775808'");
         row("negative limit counts as a huge one", true, ",'skipSmallerThan':'-1'",
             ",'fileSize':'9223372036854775808'");
         row("key held", true, ",'skipIfKeyPressed':true");
         row("last extension", true, ",'skipExtensions':'zip gz'");
-        row("not an inner extension", false, ",'skipExtensions':'tar'");
-        row("no other separator", false, ",'skipExtensions':'gz,pls'");
         row("name without a dot", false, ",'skipExtensions':'* gz'", ",'suggestedName':'gz'");
         row("empty extension, empty list", true, "", ",'suggestedName':'name.'");
         row("empty extension, two spaces in a list", true, ",'skipExtensions':'gz  *'",
@@ -104,8 +100,6 @@ private Q_SLOTS:
         // The host would match the empty mask's "*.".
         row("host list is empty", false, ",'skipServersEnabled':true",
             ",'url':'http://example.org./'");
-        row("URL without a host", false, ",'skipServersEnabled':true,'skipServers':'*'",
-            ",'url':'data:text/plain,x'");
     }
 
     void downloads()
@@ -188,14 +182,8 @@ private Q_SLOTS:
 
     void domainOfLongUrls()
     {
-        constexpr std::size_t length = 4'000'000;
-        const std::string letters(length, 'a');
-        const std::string slashes(length, '/');
-        QVERIFY(domainFromHttpUrl("http://host/" + letters) == "host");
-        QVERIFY(domainFromHttpUrl("http://" + letters) == letters);
+        const std::string slashes(4'000'000, '/');
         QVERIFY(domainFromHttpUrl("//a" + slashes) == "a");
-        const std::string lines = "a" + std::string(length, '\n');
-        QVERIFY(domainFromHttpUrl("//" + lines) == lines);
     }
 };
 

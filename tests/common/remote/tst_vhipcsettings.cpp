@@ -6,6 +6,8 @@
 #include <QRandomGenerator>
 #include <QSignalSpy>
 
+#include <tuple>
+
 namespace {
 
 using Message = QHash<QString, QVariant>;
@@ -91,24 +93,18 @@ class TestVhIpcSettings : public QObject {
 private Q_SLOTS:
     void appliesWhatItsFlagsAllow()
     {
-        struct Case {
-            Message message;
-            quint32 neededFlags;
-            QString expected;
-        };
         const QVariantHash values{{u"A"_qs, u"new"_qs}};
-        const Case cases[] = {
+        const std::tuple<Message, quint32, QString> cases[] = {
             {settingsMessage(u"changed"_qs, {{u"values"_qs, values}}), 1, u"new"_qs},
             {allMessage(values), 2 | 64, u"new"_qs},
-            {settingsMessage(u"all"_qs), 2 | 64, {}},
             {settingsMessage(u"resetToDefaults"_qs), 4, {}},
             {settingsMessage(u"Changed"_qs), 0, u"old"_qs}};
-        for (const Case &c : cases) {
+        for (const auto &[message, neededFlags, expected] : cases) {
             for (const bool allowed : {true, false}) {
-                End end(allowed ? allFlags : allFlags & ~c.neededFlags);
+                End end(allowed ? allFlags : allFlags & ~neededFlags);
                 end.manager->setValues({{u"A"_qs, u"old"_qs}}, VhIpcSettings::changesSource());
-                end.part.processVh(c.message);
-                QCOMPARE(end.value(u"A"_qs), allowed ? c.expected : u"old"_qs);
+                end.part.processVh(message);
+                QCOMPARE(end.value(u"A"_qs), allowed ? expected : u"old"_qs);
                 // Whatever it took is not told back.
                 QCOMPARE(end.sent.count(), 0);
             }
@@ -136,43 +132,25 @@ private Q_SLOTS:
         }
     }
 
-    void asksForEverythingWhenConnected()
+    void readyWithTheAnswer()
     {
-        End end(clientFlags);
-        const QSignalSpy ready(&end.part, &VhIpcSettings::readyStateChanged);
-        for (int connection = 0; connection < 2; ++connection) {
-            QVERIFY(!end.part.isReady());
-            end.part.onConnectChanged(true);
-            QCOMPARE(end.sent, sentOnce(settingsMessage(u"queryAll"_qs)));
-            end.sent.clear();
-            end.part.processVh(allMessage({}));
-            QVERIFY(end.part.isReady());
-            end.part.onConnectChanged(false);
-        }
-        QCOMPARE(ready.count(), 4);
-        // Only an end that asks depends on the answer.
-        End application(applicationFlags);
-        application.part.onConnectChanged(true);
-        QVERIFY(application.part.isReady());
-        QCOMPARE(application.sent.count(), 0);
         // Without ApplyAll, nothing but the answer counts.
-        End follower(64);
-        follower.part.onConnectChanged(true);
-        follower.part.processVh(allMessage({{u"A"_qs, u"first"_qs}}));
-        follower.part.processVh(allMessage({{u"A"_qs, u"second"_qs}}));
-        QCOMPARE(follower.value(u"A"_qs), u"first"_qs);
-    }
-
-    void takesDefaultsAndKeepsUnknownOnes()
-    {
-        End end(clientFlags, {u"Local"_qs});
-        Values defaults{{u"Both"_qs, u"own"_qs}, {u"Own"_qs, u"own"_qs}, {u"Local"_qs, u"own"_qs}};
-        end.manager->setAllDefaultValues(defaults);
-        const QVariantHash received{{u"Both"_qs, u"peer's"_qs}, {u"Local"_qs, u"peer's"_qs}};
-        end.part.processVh(allMessage(received, received));
-        defaults.insert(u"Both"_qs, u"peer's"_qs);
-        QCOMPARE(end.manager->allDefaultValues(), defaults);
-        QCOMPARE(end.manager->allValues(), (Values{{u"Both"_qs, u"peer's"_qs}}));
+        End follower(64, {u"Local"_qs});
+        follower.manager->setAllDefaultValues({{u"Both"_qs, u"own"_qs}, {u"Local"_qs, u"own"_qs}});
+        for (int connection = 0; connection < 2; ++connection) {
+            QVERIFY(!follower.part.isReady());
+            follower.part.onConnectChanged(true);
+            QCOMPARE(follower.sent, sentOnce(settingsMessage(u"queryAll"_qs)));
+            follower.sent.clear();
+            const QVariantHash received{{u"Both"_qs, u"peer's"_qs}, {u"Local"_qs, u"peer's"_qs}};
+            follower.part.processVh(allMessage(received, received));
+            follower.part.processVh(allMessage({{u"Both"_qs, u"second"_qs}}));
+            QVERIFY(follower.part.isReady());
+            follower.part.onConnectChanged(false);
+        }
+        QCOMPARE(follower.manager->allValues(), (Values{{u"Both"_qs, u"peer's"_qs}}));
+        QCOMPARE(follower.manager->allDefaultValues(),
+                 (Values{{u"Both"_qs, u"peer's"_qs}, {u"Local"_qs, u"own"_qs}}));
     }
 
     void changesCross_data()
