@@ -119,12 +119,11 @@ void WeNativeHostModule::loadLocalization()
         return;
     const QString name =
         m_appClientModule->settingsManager()->value(toString(AppSettings::LocaleName));
-    // Nothing fits: the texts stay as they are, or become English again.
     QLocale wanted(QLocale::English);
-    if (const auto chosen = firstInstalled(name))
-        wanted = *chosen;
-    else if (!name.isEmpty())
+    if (!name.isEmpty())
         wanted = QLocale(name);
+    else if (const auto ofTheUser = firstInstalledOfTheUser())
+        wanted = *ofTheUser;
     else if (m_loadedLocale.isEmpty())
         return;
 
@@ -136,10 +135,12 @@ void WeNativeHostModule::loadLocalization()
     m_localizationManager->load(wanted);
 }
 
-std::optional<QLocale> WeNativeHostModule::firstInstalled(const QString &localeName) const
+std::optional<QLocale> WeNativeHostModule::firstInstalledOfTheUser() const
 {
-    QList<QLocale> candidates{localeName.isEmpty() ? QLocale::system() : QLocale(localeName)};
-    for (const QString &name : QLocale::system().uiLanguages())
+    const QLocale system = QLocale::system();
+    QList<QLocale> candidates{system};
+    const QStringList names = system.uiLanguages();
+    for (const QString &name : names)
         candidates.append(QLocale(name));
     const auto installed =
         std::find_if(candidates.cbegin(), candidates.cend(), [this](const QLocale &locale) {

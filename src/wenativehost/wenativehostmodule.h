@@ -30,17 +30,16 @@ public:
 
     void initialize(bool init) override;
 
-    /// Switches to the language of the settings or else the system's; where there is no
-    /// translation, to the first of the user's other languages that has one; else to English.
-    /// Nothing is loaded again while that stays the same.
+    /// Switches to the language of the settings; without one to the system's, or to the first of
+    /// the user's languages for which there is a translation, else to English. Nothing is loaded
+    /// again while that stays the same.
     Q_INVOKABLE void loadLocalization();
 
 private:
     void bringUp();
     void takeDown();
     void followLocaleSetting();
-    /// An empty name stands for the system's locale.
-    std::optional<QLocale> firstInstalled(const QString &localeName) const;
+    std::optional<QLocale> firstInstalledOfTheUser() const;
 
     QSharedPointer<AppLocalizationManager> m_localizationManager;
     QSharedPointer<ConsoleFlowControl> m_flowControl;

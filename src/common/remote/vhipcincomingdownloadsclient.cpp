@@ -90,6 +90,7 @@ void VhIpcIncomingDownloadsClient::processVh(const QHash<QString, QVariant> &map
 
 void VhIpcIncomingDownloadsClient::failJob(qint64 id)
 {
+    //: The link to the download manager broke or could not be made
     m_processor->onJobFinished(id, false, false, AbstractDownloadAbortReason::None,
                                tr("Connection failure"), false);
 }
