@@ -55,8 +55,41 @@ function(kovalo_use_pch target)
     endif()
 endfunction()
 
+# Has several sources of a library compiled as one. A source whose unnamed namespace declares a name
+# that an earlier one's declares as well stays alone.
+function(kovalo_unite target)
+    set(seen)
+    list(FILTER ARGN INCLUDE REGEX "\\.cpp$")
+    foreach(source IN LISTS ARGN)
+        file(READ ${source} text)
+        string(FIND "${text}" "\nnamespace {\n" begin)
+        string(FIND "${text}" "\n} // namespace\n" end)
+        math(EXPR length "${end} - ${begin}")
+        if(begin LESS 0 OR length LESS 0)
+            continue()
+        endif()
+        string(SUBSTRING "${text}" ${begin} ${length} text)
+        string(REGEX MATCHALL "\n([A-Za-z][A-Za-z0-9_:<>,*& ]*[ *&])?[A-Za-z0-9_]+( =|[ \n]*{|\\()"
+            declarations "${text}")
+        set(names)
+        foreach(declaration IN LISTS declarations)
+            string(REGEX REPLACE "^.*[^A-Za-z0-9_]([A-Za-z0-9_]+)( =|[ \n]*{|\\()$" "\\1" name
+                "${declaration}")
+            list(APPEND names ${name})
+        endforeach()
+        list(REMOVE_ITEM names namespace)
+        foreach(name IN LISTS names)
+            if(name IN_LIST seen)
+                set_source_files_properties(${source} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+            endif()
+        endforeach()
+        list(APPEND seen ${names})
+    endforeach()
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 12)
+endfunction()
+
 # kovalo_library(NAME [PUBLIC_LIBS...]): a static library of the sources in the current folder and
-# of the folders named after SUBDIRS. Its headers are seen by whoever links it.
+# of the folders named after SUBDIRS. Its headers are visible to targets that link it.
 function(kovalo_library name)
     cmake_parse_arguments(ARG "" "" "LIBS;SUBDIRS" ${ARGN})
     set(dirs ${CMAKE_CURRENT_SOURCE_DIR})
@@ -72,7 +105,9 @@ function(kovalo_library name)
     add_library(${name} STATIC ${sources})
     target_include_directories(${name} PUBLIC ${dirs})
     target_link_libraries(${name} PUBLIC Qt6::Core ${ARG_LIBS})
-    set_target_properties(${name} PROPERTIES UNITY_BUILD "${KOVALO_UNITY}" UNITY_BUILD_BATCH_SIZE 12)
+    if(KOVALO_UNITY)
+        kovalo_unite(${name} ${sources})
+    endif()
     kovalo_use_pch(${name})
 endfunction()
 

@@ -75,7 +75,7 @@ bool wait(QThread *thread, QDeadlineTimer deadline)
     return ended;
 }
 
-// From here on the thread may be cut off: for whoever waits for that, what it did before is done.
+// From here on the thread may be terminated: a waiting thread sees everything that it did before.
 void setTerminationEnabled(bool enabled)
 {
     if (enabled)
