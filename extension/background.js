@@ -41,7 +41,7 @@ const videos = new Videos(host);
 let captions = {};
 
 function tell(message) {
-    // Nobody listens unless the popup or the options page is open.
+    // There is no receiver unless the popup or the options page is open.
     chrome.runtime.sendMessage(message).catch(() => {});
 }
 

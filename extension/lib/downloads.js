@@ -14,7 +14,7 @@ import { postedText } from './requestlog.js';
 const result = { added: '1', declined: '0' };
 const leftToBrowser = 'ignoredDueSettings';
 
-/** In milliseconds. Nobody wants to look at a paused download for longer. */
+/** In milliseconds: for how long a user should see a paused download at most. */
 const pausePatience = 5000;
 
 export class Downloads {

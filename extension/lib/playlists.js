@@ -6,7 +6,7 @@ const longest = 1024 * 1024;
 /** In milliseconds. Until a playlist is read, what the page asks of its address is passed over. */
 const patience = 10_000;
 
-/** Resolves with '' when it cannot be had. */
+/** Resolves with '' when it cannot be fetched. */
 export async function playlistText({ tabId, frameId, url }) {
     try {
         const read = chrome.scripting.executeScript({

@@ -58,7 +58,7 @@ enum Setting {
     DontUseNetworkProxyForRemoteAccess,
     DontUseNetworkProxyForListeningIncomingRemoteAccessConnections,
     HideDockIcon,
-    /// A count, no setting.
+    /// The number of settings.
     LastSettingValuePlus1,
 };
 Q_ENUM_NS(Setting)

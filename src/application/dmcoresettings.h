@@ -65,7 +65,7 @@ enum Setting {
     ScheduleForNewDownloads,
     DetectUnwantedDownloadErrors,
     UseSystemDefaultUserAgent,
-    /// A count, no setting.
+    /// The number of settings.
     LastSettingValuePlus1,
 };
 Q_ENUM_NS(Setting)

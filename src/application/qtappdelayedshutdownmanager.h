@@ -5,11 +5,11 @@
 #include <QString>
 
 /**
- * Ends the program's event loop when someone has asked for it and nobody holds it back any more.
+ * Ends the program's event loop once that was requested and no registered object holds it back.
  *
  * Belongs to the main thread; other threads come through shutdownAppQueued() or queued signals.
- * There is no time-out: whoever is registered and neither unregistered nor destroyed keeps the
- * program running.
+ * There is no time-out: an object that is registered and neither unregistered nor destroyed keeps
+ * the program running.
  */
 class QtAppDelayedShutdownManager : public QObject {
     Q_OBJECT

@@ -98,7 +98,7 @@ void QtAbstractComplexModule::endPass()
     letGoOfCurrent();
     const bool init = isGoingUp();
     m_state = init ? State::Up : State::Down;
-    // Last: whoever hears of it may start the next pass, or destroy the module.
+    // Last: reentrancy. A slot may start the next pass, or destroy the module.
     setInitializeRunning(false, init);
 }
 
@@ -107,7 +107,7 @@ void QtAbstractComplexModule::abandonBringUp()
     setInitFailed(true);
     const QPointer<QtAbstractComplexModule> self(this);
     endPass();
-    // Whoever heard of the end may have run the take-down already.
+    // Reentrancy: a slot may have run the take-down already.
     if (self && m_state == State::Up) {
         beginPass(false);
         advance();

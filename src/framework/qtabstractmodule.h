@@ -34,7 +34,7 @@ protected:
     void setInitializeRunning(bool running, bool init);
     /// Records that the running pass failed; to be called before it is marked as ended.
     void setInitFailed(bool init);
-    /// Asks the process to end; seen by whoever brings the module up when the pass ends.
+    /// Asks the process to end; the parent module sees it when the pass ends.
     void setNeedExit();
 
 private:

@@ -108,7 +108,7 @@ KovService::StartResult KovService::claimService()
 
 KovService::StartResult KovService::listen()
 {
-    // Nobody serves from this data folder; a service with another one may still use the name.
+    // No service runs on this data folder; one with another folder may still use the name.
     if (anotherAccepts())
         return StartResult::AnotherServes;
     QLocalServer::removeServer(m_serverName);

@@ -23,7 +23,7 @@
 
 namespace {
 
-/// Logs are nobody else's business.
+/// Readable and writable by the owner only.
 constexpr mode_t fileMode = 0600;
 
 /// While it lives, writing to a pipe without a reader raises no signal in this thread, and the
@@ -116,8 +116,8 @@ void LogSink::write(int level, const QString &text)
         writeAll(line);
 }
 
-// Several hosts share one log file. Whoever finds it full renames it; the others notice that the
-// name now belongs to another file and follow.
+// Several hosts share one log file. The one that finds it full renames it; the others notice that
+// the name now belongs to another file and follow.
 void LogSink::prepareFile(qsizetype lineSize)
 {
     if (m_fd >= 0 && nameBelongsToAnotherFile())
@@ -212,7 +212,7 @@ void LogSink::writeAll(const QByteArray &line)
     const QByteArray text = m_lineTorn ? '\n' + line : line;
     qsizetype written = 0;
     while (written < text.size()) {
-        // Nobody may be reading any more: only what a pipe takes at once is written to it.
+        // The reader may have stopped reading: only what the pipe takes at once is written.
         pollfd target = {m_fd, POLLOUT, 0};
         if (!m_regularFile && (::poll(&target, 1, 0) != 1 || (target.revents & POLLOUT) == 0))
             break;

@@ -22,8 +22,8 @@ private:
     QtAppLogger m_logger;
 };
 
-/// Logs through the default logger, if there is one. Any thread. Level 1 is what whoever looks for
-/// the reason of a trouble needs, 2 what the program does, 3 each message. Whatever the level, a
+/// Logs through the default logger, if there is one. Any thread. Level 1 explains
+/// failures, 2 is what the program does, 3 each message. Whatever the level, a
 /// line holds no cookies, headers, file names, or paths and queries of URLs.
 void logLine(int level, const QString &text);
 

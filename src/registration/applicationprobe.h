@@ -8,7 +8,7 @@ public:
     struct Answer {
         enum class Outcome {
             Answered,
-            /// Nobody serves at the socket.
+            /// No server listens on the socket.
             NotRunning,
             /// Somebody else's program serves there.
             OfAnotherUser,

@@ -4,7 +4,7 @@
 #include <QString>
 #include <QStringList>
 
-/// What the program says to whoever called it.
+/// The program's output on the terminal.
 namespace Console {
 /// A line on stdout.
 void print(const QString &line);

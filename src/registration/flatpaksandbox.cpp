@@ -67,7 +67,7 @@ bool FlatpakSandbox::isGranted(const QString &flatpakId, const UserFolders &fold
     const QString own = QStringLiteral("/overrides/") + flatpakId;
     const QString ofAll = QStringLiteral("/overrides/global");
     const QString makers = QStringLiteral("/app/%1/current/active/metadata").arg(flatpakId);
-    // Whoever comes first decides.
+    // The first match decides.
     for (const QString &path : {users + own, users + ofAll, everybodys + own, everybodys + ofAll,
                                 users + makers, everybodys + makers}) {
         if (!QFile::exists(path))

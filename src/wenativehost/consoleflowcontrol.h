@@ -5,9 +5,9 @@
 #include <atomic>
 
 /**
- * Flow control between the two ends of the console: back-pressure from whoever handles messages to
- * the thread that reads them, so that a browser that sends faster than it reads answers does not
- * cost memory without bound; and the news, against the stream, that the input has ended.
+ * Flow control between the two ends of the console: back-pressure from the thread that handles
+ * messages to the one that reads them, so that a browser that sends faster than it reads answers
+ * does not cost memory without bound; and, in the other direction, the end of the input.
  *
  * Lives in the thread in which messages are handled. The other functions may be called from any
  * thread, those of the reader from one only.
@@ -28,7 +28,7 @@ public:
     /// The reader waits for room, and meanwhile watches the input for its end.
     void waitForRoom(int inputDescriptor);
 
-    /// Nobody sends any more; what was sent may not all be read yet.
+    /// The peer has closed its end; what it sent may not all be read yet.
     void setInputEnded() { m_inputEnded = true; }
     bool isInputEnded() const { return m_inputEnded; }
 

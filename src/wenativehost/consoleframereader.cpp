@@ -53,7 +53,7 @@ private:
     quint64 m_magnitude = 0;
 };
 
-/// How much of a body is asked for at first; then as much again as has arrived.
+/// The size of the first buffer for a body; it then doubles as the body arrives.
 constexpr qsizetype firstPiece = qsizetype{64} * 1024;
 
 } // namespace

@@ -71,7 +71,7 @@ void ConsoleMessagesSender::sendMessage(const QString &message)
     writeLength(static_cast<quint32>(content.size()));
     if (!writeBody(content))
         return;
-    // Upside down, and kept so: whoever reads the logs knows the line as the mark of this option.
+    // The check is inverted, and stays so: the line is known from logs as the mark of this option.
     if ((m_flags & AddCrLf) && std::fwrite("\r\n", 1, 2, m_output) == 2)
         logFailedCheck(QStringLiteral(R"(2 != fwrite ("\r\n", 1, 2, stdout))"), 88);
     if (std::fflush(m_output) != 0)

@@ -10,7 +10,7 @@
 class ConsoleFlowControl;
 
 /**
- * Writes messages to the browser on standard output, which belongs to nobody else.
+ * Writes messages to the browser on standard output; nothing else writes there.
  *
  * Every message is written whole and flushed before the call returns, however long the browser
  * takes to read it; calls from other threads are queued to the sender's own. What cannot be written
@@ -52,7 +52,7 @@ private:
         Working,
         /// The last message could not be written; that was logged.
         Failing,
-        /// Nobody reads, and nobody will.
+        /// The input has ended, and the output is no longer read.
         Abandoned,
     };
 

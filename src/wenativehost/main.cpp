@@ -98,7 +98,7 @@ int run(int argc, char *argv[])
 
 std::terminate_handler defaultTerminate = nullptr;
 
-/// An exception that nobody catches ends the program, but not without a word: abnormally, or, when
+/// An uncaught exception is logged and ends the program: abnormally, or, when
 /// there is no memory left to go on with, with status 1.
 [[noreturn]] void logUncaught()
 {
@@ -143,7 +143,7 @@ int main(int argc, char *argv[])
         return 0;
     }
     turnWriteSignalsIntoErrors();
-    // First and last, so that nothing is unheard of and nothing uncounted.
+    // Constructed first and destroyed last, so that it logs and counts everything.
     const QtAppDefaultLogger logger(QtAppLogger::optionsFromEnvironment());
     defaultTerminate = std::set_terminate(logUncaught);
     const QtQObjectsTracker tracker;

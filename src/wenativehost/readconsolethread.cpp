@@ -11,7 +11,7 @@ ReadConsoleThread::~ReadConsoleThread() { stop(); }
 
 void ReadConsoleThread::stop()
 {
-    // The one reaches it between two reads, the other inside of one.
+    // The wake-up reaches the thread between two reads, terminate() inside one.
     {
         const std::lock_guard lock(m_stoppingMutex);
         m_stopping = true;

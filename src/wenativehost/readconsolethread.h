@@ -9,7 +9,7 @@
  * queued signals and calls (see QueuedCallsDispatcher).
  *
  * It can be cut off only inside a Blocking section. Everywhere else it may hold a lock of an event
- * queue, which whoever outlives the thread would then wait for in vain.
+ * queue, and other threads would then wait for it forever.
  */
 class ReadConsoleThread : public QThread {
     Q_OBJECT
@@ -34,7 +34,7 @@ protected:
 private:
     bool isStopping();
 
-    /// Held by whoever stops the thread for as long as the thread's event dispatcher must live.
+    /// Held while the thread is being stopped: its event dispatcher must live as long.
     std::mutex m_stoppingMutex;
     bool m_stopping = false;
 };

@@ -15,7 +15,7 @@ class AppClientModule;
  * Hands downloads of the browser to the application and tells what became of them.
  *
  * A task is known by its id. While its request is under way, another one of the same id takes its
- * place: the outcome of the earlier request is then told to nobody. Belongs to the main thread.
+ * place: the outcome of the earlier request is then not reported. Belongs to the main thread.
  */
 class WbeIncomingDownloadsProcessor : public QObject {
     Q_OBJECT
@@ -44,6 +44,6 @@ public Q_SLOTS:
 private:
     const QSharedPointer<AppClientModule> m_appClientModule;
     QHash<qint64, QString> m_taskIds;
-    /// The reverse.
+    /// The inverse.
     QHash<QString, qint64> m_requestIds;
 };

@@ -26,7 +26,7 @@ namespace {
 /// Given by browsers that do not frame messages as the others do: lengths are texts then.
 QString textLengthSwitch() { return QStringLiteral("--buggybrowser"); }
 
-/// Qt's own messages are no business of whoever reads this program's log.
+/// Qt's own messages do not belong in this program's log.
 void silenceQt()
 {
     // New rules set every category back to its defaults, so they come first.

@@ -39,7 +39,7 @@
 
 namespace {
 
-/// The Insert key, in the numbering of virtual keys that the extension uses.
+/// The Insert key, as a Windows virtual-key code, which is what the extension uses.
 constexpr int watchedKeyCode = 45;
 
 /// The error as it may be logged: the words of this program, which are plain. The application's own

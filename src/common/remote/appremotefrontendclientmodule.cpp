@@ -36,7 +36,7 @@ AppRemoteFrontendClientModule::AppRemoteFrontendClientModule(
 
     connect(m_flushTimer.get(), &QtSingleShotTimer::timeout, this,
             &AppRemoteFrontendClientModule::finishTakeDown);
-    // Queued: the socket is still busy with what it tells, and is to be aborted.
+    // Queued: the socket is still emitting its signal, and is to be aborted.
     connect(this, &AppRemoteFrontendClientModule::sentAllData, this,
             &AppRemoteFrontendClientModule::stopWaitingForData, Qt::QueuedConnection);
     connect(m_socket.data(), &QtAbstractSocket::connectedStateChanged, this,

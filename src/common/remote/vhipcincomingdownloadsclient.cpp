@@ -53,7 +53,7 @@ void VhIpcIncomingDownloadsClient::onConnectChanged(bool connected)
         return;
     QtAbstractVhIpcPart::onConnectChanged(connected);
     m_waitingConnectedTimer->stop();
-    // Whoever hears of an outcome may come with the next job.
+    // Reentrancy: a slot may start the next job.
     if (connected) {
         const QList<AbstractNewDownloadsRequestJob> jobs = std::exchange(m_waitingJobs, {});
         setRequiringServer(false);

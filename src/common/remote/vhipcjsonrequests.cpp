@@ -68,7 +68,7 @@ void VhIpcJsonRequests::onConnectChanged(bool connected)
 
 void VhIpcJsonRequests::onWaitingConnectedTimedOut()
 {
-    // Whoever hears of a failure may send again, which waits anew.
+    // Reentrancy: a slot may send again, which starts a new wait.
     const QList<SendRecord> queue = std::exchange(m_queue, {});
     setRequiringServer(false);
     for (const SendRecord &record : queue)

@@ -13,7 +13,7 @@ public:
     /// The name that routes messages to this part.
     static QString partName();
 
-    /// Lost without a word while the link is down.
+    /// Dropped silently while the link is down.
     void activateMainWindow();
 
     /// The application sends nothing that this part acts on.

@@ -40,7 +40,7 @@ VhIpcSettings::VhIpcSettings(QSharedPointer<QtAppAbstractSettingsManager> settin
     connect(m_confirmTimer.get(), &QtSingleShotTimer::timeout, this,
             &VhIpcSettings::requestAllSettings);
     if (hasFlag(RequestAll))
-        setReady(false); // nobody is connected yet who could hear of it
+        setReady(false); // no slot is connected yet
 }
 
 VhIpcSettings::~VhIpcSettings() = default;

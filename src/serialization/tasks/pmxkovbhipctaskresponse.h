@@ -5,7 +5,7 @@
 #include <string>
 
 /**
- * The answer to a task, or with an empty id a message that nobody asked for.
+ * The answer to a task, or with an empty id a notification.
  *
  * Derived responses serialize their own members before these, all of which are required.
  */

@@ -22,7 +22,7 @@ void BrowserTabsRequestsTracker::tabUrlChanged(const std::string &fromUrl, const
     if (fromUrl == toUrl || fromUrl.empty() || toUrl.empty())
         return;
     const int *const tabs = m_tabsOfPage.find(fromUrl);
-    // Another tab may show the old URL still, and nobody knows which of them made a request: they
+    // Another tab may still show the old URL, and it is unknown which of them made a request: they
     // stay where they are then.
     const bool isShownElsewhere = tabs && *tabs > 1;
     if (isShownElsewhere)

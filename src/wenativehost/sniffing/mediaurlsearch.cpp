@@ -42,7 +42,7 @@ private:
         }
     }
 
-    /// Commas and their like stand between addresses, and within them as well.
+    /// Commas and similar characters separate addresses, but also occur within them.
     void searchPart(QByteArrayView part, int depth)
     {
         const QByteArrayView whole = withoutName(part);
@@ -59,7 +59,7 @@ private:
         const QByteArrayView address = withoutName(word);
         if (isAbsolute(address)) {
             addIfMedia(address);
-            // Players are handed addresses inside their own one.
+            // A player's address often contains the addresses of its media.
             if (const auto query = address.indexOf('?'); query >= 0 && depth < maxDepth)
                 searchWord(address.sliced(query + 1), depth + 1);
             return;

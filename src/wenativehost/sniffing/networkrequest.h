@@ -11,7 +11,7 @@
 
 using MediaKind = pmxKovBhIpcDownloadInfo::MediaKind;
 
-/// What became known of one request that the browser made. Texts are as the browser gave them.
+/// What is known about one request of the browser. Texts are as the browser reported them.
 struct NetworkRequest {
     enum class State {
         Sent, ///< no answer yet, or redirected
@@ -28,9 +28,9 @@ struct NetworkRequest {
     };
 
     std::string id;
-    /// Where it goes now: after a redirect the new place.
+    /// The current URL: after a redirect the new one.
     std::string url;
-    /// Where it went at first.
+    /// The URL before redirects.
     std::string originalUrl;
     /// The page on which it was made.
     std::string pageUrl;

@@ -15,7 +15,7 @@ int toStatus(const std::string &text)
     return status;
 }
 
-/// An assignment would keep the memory of a longer text, which nobody counts.
+/// An assignment would keep the capacity of a longer text, which is not accounted for.
 void assign(std::string &text, const std::string &by) { std::string(by).swap(text); }
 
 /// Browsers keep the id through redirects and when they ask for a password, and use it again after
@@ -43,7 +43,7 @@ bool merge(NetworkRequest &request, const pmxKovBhIpcTaskNetworkRequestNotificat
         request.status = toStatus(notification.data);
         assign(request.responseHeaders, notification.responseHeaders);
     } else if (notification.type == "redirect") {
-        // The headers of the way station say nothing of the resource.
+        // The headers of a redirect say nothing about the resource.
         request.state = State::Sent;
         request.status = 0;
         assign(request.url, notification.data);

@@ -11,7 +11,7 @@
  */
 class Playlist {
 public:
-    /// The pieces of a day and more; whoever names more of them must not make the user wait.
+    /// Enough for the segments of a whole day; a longer list must not make the user wait.
     static constexpr int maxReferences = 100'000;
 
     Playlist() = default;

@@ -18,7 +18,7 @@ class QtSocketConnectionKeeper;
 class QtAbstractRemoteClientHelper : public QObject {
     Q_OBJECT
 public:
-    /// Keeper and launcher may be null: nobody connects, or launches, then.
+    /// Keeper and launcher may be null: then nothing connects, or launches.
     QtAbstractRemoteClientHelper(QSharedPointer<QtAbstractSocket> socket,
                                  QSharedPointer<QtSocketConnectionKeeper> keeper,
                                  const QSharedPointer<QtAbstractServerLauncher> &launcher,

@@ -52,7 +52,7 @@ QtAbstractSocketBasicIpc::QtAbstractSocketBasicIpc(QSharedPointer<QtAbstractSock
             &QtAbstractSocketBasicIpc::onSocketConnectedStateChanged);
     connectSocketIODevice();
     onSocketConnectedStateChanged(m_socket->isConnected());
-    // What came before this object was here to hear of it.
+    // Bytes that arrived before this object was constructed.
     if (m_device && m_device->bytesAvailable() != 0)
         QTimer::singleShot(unreadBytesDelay, this, &QtAbstractSocketBasicIpc::onSocketReadyRead);
 }
@@ -112,7 +112,7 @@ void QtAbstractSocketBasicIpc::sendHandshake()
 
 void QtAbstractSocketBasicIpc::onSocketReadyRead()
 {
-    // Whoever receives a message may end the connection, begin another or destroy this object.
+    // Reentrancy: a slot may end the connection, start another or destroy this object.
     const QPointer<QtAbstractSocketBasicIpc> self(this);
     if (!m_useCbor) {
         while (self && m_device && m_connection.intact && readDataStreamStep()) { }

@@ -9,7 +9,7 @@ class QtToggleSwitchObject;
 
 /**
  * Lets several parts share one link: a message goes to the part whose name it carries under the key
- * "name". Messages for nobody, and those that a closed gate stops, are dropped in silence.
+ * "name". Messages for unknown parts, and those that a closed gate stops, are dropped silently.
  *
  * Two gates may hold parts back. A part is told of a connection only once its gates are open; a
  * gate that closes later stops its messages without telling it of a disconnection.

@@ -7,7 +7,7 @@
 QString currentUserServerName(const QString &base)
 {
     QString userId = QString::number(::getuid());
-    // What must not stand in a file name on any platform.
+    // Characters that are not allowed in file names on some platform.
     static constexpr QStringView forbidden = u"/?<>\\:*|\"\n";
     userId.removeIf([](QChar character) { return forbidden.contains(character); });
     return base + userId;

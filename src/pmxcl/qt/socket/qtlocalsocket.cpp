@@ -63,7 +63,7 @@ QString pathOfServer(const QString &name)
     return name.startsWith(u'/') ? name : QDir::cleanPath(QDir::tempPath()) + u'/' + name;
 }
 
-/// What stands in the way of a connection, in words; empty when simply nobody listens there.
+/// Why no connection can be made, for the log; empty when there is simply no listener.
 QString obstacleAt(const QString &path, std::optional<uid_t> requiredUser,
                    const AbstractError &error)
 {
@@ -111,7 +111,7 @@ QtLocalSocket::QtLocalSocket(QSharedPointer<QLocalSocket> socket, QObject *paren
 
 QtLocalSocket::~QtLocalSocket()
 {
-    // Nobody is to hear of the end of the local socket any more.
+    // No more signals: the local socket is being closed.
     if (m_socket)
         m_socket->disconnect(this);
 }
@@ -294,7 +294,7 @@ void QtLocalSocket::onSocketStateChanged(QLocalSocket::LocalSocketState state)
 template <typename Tell> void QtLocalSocket::tellWhileEnding(Phase phase, Tell tell)
 {
     const QPointer<QtLocalSocket> self(this);
-    // Whoever is told may end the connection himself, which is told in between.
+    // Reentrancy: a slot may end the connection, which emits further signals.
     const Phase before = std::exchange(m_phase, phase);
     tell();
     if (self && m_phase == phase)
@@ -319,7 +319,7 @@ QtAbstractSocket::SocketState QtLocalSocket::convert(int localSocketState)
 
 void QtLocalSocket::logObstacle(const QString &text)
 {
-    // Somebody will try again and again.
+    // Clients retry, so this would be logged again and again.
     if (std::exchange(m_loggedObstacle, text) != text)
         logLine(1, QStringLiteral("[QtLocalSocket]: WARNING: ") + text);
 }

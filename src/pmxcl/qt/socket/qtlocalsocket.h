@@ -16,9 +16,8 @@
  * It connects on its own, or takes a socket that a QLocalServer accepted and is then connected from
  * the start. States that have no counterpart in QtAbstractSocket::SocketState are -1.
  *
- * Errors are of the category "QtLocalSocketError", see the table in the source. What stands in the
- * way of a connection, other than that nobody listens, is logged, once for all the attempts that
- * fail for the same reason.
+ * Errors are of the category "QtLocalSocketError", see the table in the source. Any reason other
+ * than a missing listener is logged, once for a series of attempts that fail for the same reason.
  */
 class QtLocalSocket : public QtAbstractSocket {
     Q_OBJECT
@@ -41,8 +40,8 @@ public:
     /// the attempt has failed, with SocketTimeoutError (code 6).
     static constexpr int fullQueueWithinMs = 1000;
 
-    /// For an address that is not a local server name this does nothing. Called by whoever is just
-    /// being told that a connection has ended, it connects from the event loop.
+    /// Does nothing for an address that is not a local server name. When called from a slot for the
+    /// end of a connection, it connects from the event loop.
     void connectToServer(const QtAbstractServerAddress &address,
                          QIODeviceBase::OpenMode mode) override;
     void disconnectFromHost() override;
