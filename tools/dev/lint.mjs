@@ -40,7 +40,9 @@ function compiledSources() {
             flags.splice(flags.indexOf(option), 2);
         sources.push({ file, flags });
     }
-    return sources.sort((a, b) => (a.file < b.file ? -1 : 1));
+    // Some are compiled into several programs.
+    const kinds = new Map(sources.map(source => [[source.file, ...ownFlags(source)].join(' '), source]));
+    return [...kinds.values()].sort((a, b) => (a.file < b.file ? -1 : 1));
 }
 
 /** The text of a source and of every header of the project that it reaches, each once. */
@@ -105,8 +107,9 @@ const tools = {
 };
 
 const isMocFolder = flag => flag.endsWith('_autogen/include');
-const isShareable = flag => /^(-I|-DQT_\w+_LIB)/.test(flag) || flag.startsWith('/usr/include/') || flag === '-isystem';
-const entryPoints = ['main', 'LLVMFuzzerTestOneInput'];
+const isShareable = flag => /^(-I|-DQT_\w+_LIB|-isystem$|\/usr\/)/.test(flag);
+const ownFlags = source => source.flags.filter(flag => !isShareable(flag));
+const fuzzFunction = 'LLVMFuzzerTestOneInput';
 
 /** Has moc write its output, which some sources include, without building what they link. */
 async function generateMocOutput(sources) {
@@ -125,7 +128,7 @@ async function generateMocOutput(sources) {
 function unityOf(batch) {
     const noTestMain = ['#include <QTest>', '#undef QTEST_GUILESS_MAIN', '#define QTEST_GUILESS_MAIN(test)'];
     const sources = batch.flatMap((source, index) => [
-        ...entryPoints.flatMap(name => [`#undef ${name}`, `#define ${name} ${name}${index}`]),
+        `#undef ${fuzzFunction}`, `#define ${fuzzFunction} ${fuzzFunction}${index}`,
         `#include "${join(root, source.file)}"`,
     ]);
     return [...(batch[0].isTest ? noTestMain : []), ...sources, ''].join('\n');
@@ -136,7 +139,8 @@ async function readBatch(tool, batch) {
         return tool(batch[0].file, batch[0].flags, false);
     const name = join(batchDir, hash(tool.name, ...batch.map(source => source.file)).slice(0, 16) + '.cpp');
     writeFileSync(name, unityOf(batch));
-    const flags = [...batch[0].flags, ...batch.flatMap(source => source.flags.filter(isShareable))];
+    // A parameter may have the name of a constant in another source.
+    const flags = [...batch[0].flags, ...batch.flatMap(source => source.flags.filter(isShareable)), '-Wno-shadow'];
     const together = await tool(name, flags, true);
     if (!/: (fatal )?error: (?!.*-warnings-as-errors\])/.test(together.text))
         return together;
@@ -149,11 +153,11 @@ async function readBatch(tool, batch) {
     };
 }
 
-/** What a source declares outside of classes and functions, as far as that can be told by its lines. */
+/** The names in a source's unnamed namespace, of its aliases and main(), as far as lines tell. */
 function declaredNames(text) {
-    const patterns = [/^(?:struct|class|enum(?: class)?|using) (\w+)/, /^[\w:].*?(\w+)\(/, /^[\w:].*?(\w+)(?:\[\])? ?[={;]/];
-    const names = text.split('\n').map(line => patterns.map(pattern => pattern.exec(line)?.[1]).find(Boolean));
-    return new Set(names.filter(Boolean));
+    const declared = [/^namespace \{\n.*?^\} \/\/ namespace$/gms, /^using \w+ =/gm, /^int main\(/gm].flatMap(place => text.match(place) ?? []);
+    const names = declared.join('\n').matchAll(/^(?:[\w:][\w:<>,*& ]*[ *&])?(\w+)(?: =|\(|\[|;|\s*\{)/gm);
+    return new Set([...names].map(match => match[1]).filter(name => name !== 'namespace'));
 }
 
 /**
@@ -165,8 +169,8 @@ function batches(sources) {
     for (const source of sources) {
         const text = readFileSync(join(root, source.file), 'utf8');
         source.isTest = /^QTEST_GUILESS_MAIN\(/m.test(text);
-        const key = [source.isTest, ...source.flags.filter(flag => !isShareable(flag))].join(' ');
-        const names = [...declaredNames(text)].filter(name => !entryPoints.includes(name));
+        const key = [source.isTest, ...ownFlags(source)].join(' ');
+        const names = [...declaredNames(text)];
         let batch = result.find(each => each.key === key && each.sources.length < batchSize
                                         && !names.some(name => each.names.has(name)));
         if (!batch)
