@@ -66,15 +66,10 @@ WbeIncomingDownloadsProcessor::WbeIncomingDownloadsProcessor(
 
 WbeIncomingDownloadsProcessor::~WbeIncomingDownloadsProcessor() = default;
 
-void WbeIncomingDownloadsProcessor::process(const QString &id, const Downloads &downloads)
+void WbeIncomingDownloadsProcessor::process(const Downloads &downloads, Owner owner,
+                                            Callback callback)
 {
-    const auto fail = [this, &id](const QString &error) {
-        Q_EMIT finished(id, false, false, AbstractDownloadAbortReason::None, error);
-    };
-    if (const auto earlier = m_requestIds.constFind(id); earlier != m_requestIds.cend()) {
-        m_taskIds.remove(*earlier);
-        m_requestIds.erase(earlier);
-    }
+    const auto fail = [&callback](const QString &error) { callback({.error = error}); };
     if (!m_appClientModule->isConnected()
         && (m_appClientModule->appDoesNotExist() || !AppServerLauncher::serverBinaryCanRun())) {
         fail(QStringLiteral("app_not_installed"));
@@ -83,6 +78,7 @@ void WbeIncomingDownloadsProcessor::process(const QString &id, const Downloads &
 
     const auto application = m_appClientModule->incomingDownloadsProcessor();
     AbstractNewDownloadsRequestJob job = application->createJob();
+    job.isBrowsersOwn = owner == Owner::Browser;
     AbstractNewDownloadsRequest &request = job.request;
     request.source = AbstractNewDownloadsRequestSource::Browser;
     request.downloads.reserve(static_cast<qsizetype>(downloads.size()));
@@ -100,18 +96,27 @@ void WbeIncomingDownloadsProcessor::process(const QString &id, const Downloads &
     }
     request.selectedDownloads.fill(true, request.downloads.size());
 
-    m_taskIds.insert(job.id, id);
-    m_requestIds.insert(id, job.id);
+    m_callbacks.insert(job.id, std::move(callback));
     application->process(job);
+}
+
+void WbeIncomingDownloadsProcessor::process(const QString &id, const Downloads &downloads,
+                                            Owner owner)
+{
+    const qint64 number = ++m_lastNumber;
+    m_latest.insert(id, number);
+    process(downloads, owner, [this, id, number](const DownloadsOutcome &outcome) {
+        if (m_latest.value(id) != number)
+            return;
+        m_latest.remove(id);
+        Q_EMIT finished(id, outcome.added, outcome.aborted, outcome.abortReason, outcome.error);
+    });
 }
 
 void WbeIncomingDownloadsProcessor::onFinished(qint64 requestId, bool added, bool aborted,
                                                AbstractDownloadAbortReason abortReason,
                                                const QString &error)
 {
-    if (!m_taskIds.contains(requestId))
-        return;
-    const QString id = m_taskIds.take(requestId);
-    m_requestIds.remove(id);
-    Q_EMIT finished(id, added, aborted, abortReason, error);
+    if (const Callback callback = m_callbacks.take(requestId))
+        callback({added, aborted, abortReason, error});
 }

@@ -3,20 +3,19 @@
 #include "abstractdownloadenums.h"
 #include "pmxkovbhipcdownloadinfo.h"
 #include "pmxserializablesharedobjvector.h"
+#include "pmxtaskresponses.h"
 
 #include <QHash>
 #include <QObject>
 #include <QSharedPointer>
 #include <QString>
 
+#include <functional>
+
 class AppClientModule;
 
-/**
- * Hands downloads of the browser to the application and tells what became of them.
- *
- * A task is known by its id. While its request is under way, another one of the same id takes its
- * place: the outcome of the earlier request is then not reported. Belongs to the main thread.
- */
+/// Hands downloads of the browser to the application and tells what became of them. Belongs to the
+/// main thread.
 class WbeIncomingDownloadsProcessor : public QObject {
     Q_OBJECT
 public:
@@ -27,13 +26,25 @@ public:
                                            QObject *parent = nullptr);
     ~WbeIncomingDownloadsProcessor() override;
 
-    /// Downloads without a valid URL are left out. The outcome is told by finished(), now or later,
-    /// or never when the application never answers.
-    void process(const QString &id, const Downloads &downloads);
+    /// Who sees to the downloads when this process ends before they were handed over.
+    enum class Owner {
+        /// Nobody: the user asked for them.
+        User,
+        /// The browser, which was about to make them.
+        Browser,
+    };
+    using Callback = std::function<void(const DownloadsOutcome &)>;
+
+    /// Downloads without a valid URL are left out. Calls back now or later, or never when the
+    /// application never answers. An outcome that failed has for its error "app_not_installed",
+    /// "invalid_parameter" (no download had a valid URL) or the application's text.
+    void process(const Downloads &downloads, Owner owner, Callback callback);
+    /// The same for a task that is known by its id: the outcome is told by finished(). While it is
+    /// under way, another one of the same id takes its place, and its own outcome is told to
+    /// nobody.
+    void process(const QString &id, const Downloads &downloads, Owner owner = Owner::User);
 
 Q_SIGNALS:
-    /// Neither added nor aborted means that it failed; error is then "app_not_installed",
-    /// "invalid_parameter" (no download had a valid URL) or the application's text.
     void finished(const QString &id, bool added, bool aborted,
                   AbstractDownloadAbortReason abortReason, const QString &error);
 
@@ -43,7 +54,9 @@ public Q_SLOTS:
 
 private:
     const QSharedPointer<AppClientModule> m_appClientModule;
-    QHash<qint64, QString> m_taskIds;
-    /// The inverse.
-    QHash<QString, qint64> m_requestIds;
+    /// By the number of the request.
+    QHash<qint64, Callback> m_callbacks;
+    /// Which of the tasks of an id was the last one.
+    QHash<QString, qint64> m_latest;
+    qint64 m_lastNumber = 0;
 };

@@ -1,6 +1,5 @@
 #include "isolatedhost.h"
-
-#include <QTest>
+#include "rows.h"
 
 #include <tuple>
 
@@ -48,29 +47,38 @@ private Q_SLOTS:
         }
     }
 
-    void refusedAtOnce()
+    void refusedAtOnce_data()
     {
-        // No application lies beside this program.
-        QCOMPARE(create(u"1"_qs, u"{'url':'http://a.org/b'}"_qs),
-                 answered(u"1"_qs, u"app_not_installed"_qs));
-        QVERIFY(m_host->connectToApplication());
-        QCOMPARE(create(u"1"_qs, u""_qs), answered(u"1"_qs, u"invalid arguments"_qs));
-        QCOMPARE(create(u"1"_qs, u"{'url':''},{'url':'no scheme'},{'url':'http://[bad'}"_qs),
-                 answered(u"1"_qs, u"invalid_parameter"_qs));
-        QCOMPARE(m_host->jobs.size(), 0);
+        const Rows<QString, QString, QString> row("items", "members", "error");
+        const QString one = u"{'url':'http://a.org/b'}"_qs;
+        const QString caught = u",'catchedDownloads':'1'"_qs;
+        row("nothing", {}, {}, u"invalid arguments"_qs);
+        for (const char *const bad : {"{'x':'y'}", "{'url':5}", "'x'"})
+            row(bad, one + u","_qs + QString::fromLatin1(bad), caught, u"invalid arguments"_qs);
+        row("no valid address", u"{'url':''},{'url':'no scheme'},{'url':'http://[bad'}"_qs, {},
+            u"invalid_parameter"_qs);
+        row("caught", one, caught, u"ignoredDueSettings"_qs);
+        row("caught, without rules", one, caught + u",'ignoreSettings':'1'"_qs, {});
+        row("two caught", one + u","_qs + one, caught, {});
+        row("picked", one, {}, {});
     }
 
-    void captureRules()
+    void refusedAtOnce()
     {
-        QVERIFY(m_host->connectToApplication());
+        QFETCH(const QString, items);
+        QFETCH(const QString, members);
+        QFETCH(const QString, error);
+        const bool isRefusedHere = !error.isEmpty() && error != u"invalid_parameter"_qs;
         m_host->set(AppSettings::WbInterceptDownloads, "0");
-        const QString one = u"{'url':'http://a.org/b'}"_qs;
-        QCOMPARE(create(u"1"_qs, one, u",'catchedDownloads':'1'"_qs),
-                 answered(u"1"_qs, u"ignoredDueSettings"_qs));
-        create(u"2"_qs, one);
-        create(u"3"_qs, one, u",'catchedDownloads':'1','ignoreSettings':'1'"_qs);
-        create(u"4"_qs, one + u","_qs + one, u",'catchedDownloads':'1'"_qs);
-        QCOMPARE(m_host->jobs.size(), 3);
+        // No application lies beside this program.
+        QCOMPARE(create(u"1"_qs, items, members),
+                 answered(u"1"_qs, isRefusedHere ? error : u"app_not_installed"_qs));
+        QVERIFY(m_host->connectToApplication());
+        QCOMPARE(create(u"1"_qs, items, members),
+                 error.isEmpty() ? QString() : answered(u"1"_qs, error));
+        QCOMPARE(m_host->jobs.size(), error.isEmpty() ? 1 : 0);
+        if (error.isEmpty())
+            QCOMPARE(m_host->jobs.at(0).isBrowsersOwn, !members.isEmpty());
     }
 
     void jobOfATask()
@@ -89,18 +97,16 @@ private Q_SLOTS:
         QCOMPARE(request.selectedDownloads, QBitArray(2, true));
         QCOMPARE(request.preferredDownloadType, AbstractDownloadType::Any);
 
-        const AbstractDownloadPersistentInfo &download = *request.downloads.at(0).info;
-        QCOMPARE(download.source.url.toEncoded(), QByteArray("http://a.org/p%20q?x=%2F%C3%A9"));
-        QCOMPARE(download.source.referer, u"http://a.org/referer"_qs);
-        QCOMPARE(download.source.webPageUrl, QUrl(u"http://a.org/page"_qs));
-        QCOMPARE(download.source.flags, 0U);
-        QCOMPARE(download.source.postData, QByteArray("k=\0v\0", 5));
-        QCOMPARE(download.source.cookies,
-                 QList<QNetworkCookie>({QNetworkCookie("a", "b"), QNetworkCookie("c", "d=e")}));
-        QCOMPARE(download.userAgent, u"agent"_qs);
-        QCOMPARE(download.preferredFileTitle, u"mé.zip"_qs);
-        QCOMPARE(download.createdBy, AbstractDownloadCreatedBy::Browser);
-
+        AbstractDownloadPersistentInfo expected;
+        expected.createdBy = AbstractDownloadCreatedBy::Browser;
+        expected.userAgent = u"agent"_qs;
+        expected.preferredFileTitle = u"mé.zip"_qs;
+        expected.source.url = QUrl::fromEncoded("http://a.org/p%20q?x=%2F%C3%A9");
+        expected.source.referer = u"http://a.org/referer"_qs;
+        expected.source.webPageUrl = QUrl(u"http://a.org/page"_qs);
+        expected.source.postData = QByteArray("k=\0v\0", 5);
+        expected.source.cookies = {QNetworkCookie("a", "b"), QNetworkCookie("c", "d=e")};
+        QCOMPARE(*request.downloads.at(0).info, expected);
         const AbstractDownloadSourceInfo &withoutPage = request.downloads.at(1).info->source;
         QCOMPARE(withoutPage.webPageUrl, QUrl(u"http://r"_qs));
         QCOMPARE(withoutPage.flags, 1U);
@@ -109,16 +115,23 @@ private Q_SLOTS:
     void tasksInFlight()
     {
         QVERIFY(m_host->connectToApplication());
-        for (const QString &id : {u"a"_qs, u"b"_qs, u"same"_qs, u"same"_qs})
-            create(id, u"{'url':'http://a.org/b'}"_qs);
-        QCOMPARE(m_host->jobs.size(), 4);
-        QCOMPARE(finish(1, false, true), answered(u"b"_qs, u""_qs, u"0"_qs));
-        QCOMPARE(finish(0, true), answered(u"a"_qs, u""_qs, u"1"_qs));
+        const QString one = u"{'url':'http://a.org/b'}"_qs;
+        for (const QString &id : {u"a"_qs, u"same"_qs, u"same"_qs})
+            create(id, one);
+        const QString video = u"{'id':'same','type':'video_sniffer',"
+                              "'video_sniffer':{'url':'http://a.org/v.mp4'}}"_qs;
+        m_host->tell(video);
+        m_host->tell(video);
+        QCOMPARE(m_host->jobs.size(), 5);
+        QVERIFY(!m_host->jobs.at(3).isBrowsersOwn);
+        QVERIFY(finish(3, false).contains(u"'id':'same','result':'','type':'video_sniffer'"_qs));
         // The first one's outcome is not that of the second, which replaced it.
-        QCOMPARE(finish(2, true), u""_qs);
-        QCOMPARE(finish(3, false), answered(u"same"_qs, u"no späce"_qs));
-        create(u"same"_qs, u"{'url':'http://a.org/3'}"_qs);
-        QCOMPARE(finish(4, true), answered(u"same"_qs, u""_qs, u"1"_qs));
+        QCOMPARE(finish(1, true), u""_qs);
+        QCOMPARE(finish(2, false), answered(u"same"_qs, u"no späce"_qs));
+        QCOMPARE(finish(0, true), answered(u"a"_qs, u""_qs, u"1"_qs));
+        QVERIFY(finish(4, true).contains(u"'id':'same','result':'1','type':'video_sniffer'"_qs));
+        create(u"same"_qs, one);
+        QCOMPARE(finish(5, true), answered(u"same"_qs, u""_qs, u"1"_qs));
     }
 };
 

@@ -8,6 +8,9 @@
 struct AbstractNewDownloadsRequestJob {
     qint64 id = 0;
     AbstractNewDownloadsRequest request;
+    /// The browser makes these downloads by itself when this process ends before they were handed
+    /// over. Not part of the message.
+    bool isBrowsersOwn = false;
 
     bool operator==(const AbstractNewDownloadsRequestJob &) const = default;
 };

@@ -40,7 +40,8 @@ pmxKovBhIpcCreateDownloadsTaskProcessor::~pmxKovBhIpcCreateDownloadsTaskProcesso
 void pmxKovBhIpcCreateDownloadsTaskProcessor::process(std::shared_ptr<pmxKovBhIpcTask> task,
                                                       Callback callback)
 {
-    if (task->create_downloads.downloads.empty()) {
+    // What was read of a broken record is neither all that is wanted nor known to be wanted so.
+    if (task->readFailed() || task->create_downloads.downloads.empty()) {
         callback(task, errorResponse(*task, "invalid arguments"));
         return;
     }
@@ -64,7 +65,10 @@ void pmxKovBhIpcCreateDownloadsTaskProcessor::submit(const std::shared_ptr<pmxKo
 {
     const QString id = QString::fromStdString(task->id);
     m_pending.insert(id, {task, std::move(callback)});
-    m_incomingDownloads->process(id, task->create_downloads.downloads);
+    using Owner = WbeIncomingDownloadsProcessor::Owner;
+    m_incomingDownloads->process(id, task->create_downloads.downloads,
+                                 task->create_downloads.catchedDownloads ? Owner::Browser
+                                                                         : Owner::User);
 }
 
 void pmxKovBhIpcCreateDownloadsTaskProcessor::onFinished(const QString &id, bool added,
@@ -79,13 +83,7 @@ void pmxKovBhIpcCreateDownloadsTaskProcessor::onFinished(const QString &id, bool
     m_pending.erase(it);
 
     const auto response = pmxResponseTo(*task);
-    // Downloads that the application has already count as taken, or the browser would make them.
-    if (added || (aborted && abortReason == AbstractDownloadAbortReason::AlreadyExists))
-        response->result = '1';
-    else if (aborted)
-        response->result = '0';
-    else
-        response->error = error.toStdString();
+    pmxSetOutcome(*response, {added, aborted, abortReason, error});
     callback(task, response);
 }
 

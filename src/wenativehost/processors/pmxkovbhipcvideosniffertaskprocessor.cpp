@@ -13,12 +13,6 @@
 
 namespace {
 
-/// Keeps these ids apart from those of tasks of other types in the application's answers.
-QString internalId(const std::string &taskId)
-{
-    return QStringLiteral("video_sniffer:") + QString::fromStdString(taskId);
-}
-
 bool saysWhatToLookFor(const pmxFlvSniffCallProcTask &task)
 {
     return !task.requestId.empty() || !task.url.empty() || !task.webPageUrl.empty()
@@ -43,6 +37,16 @@ std::shared_ptr<pmxKovBhIpcDownloadInfo> toDownload(const MediaRequest &media,
     return download;
 }
 
+std::shared_ptr<pmxKovBhIpcVideoSnifferTaskResponse> responseTo(const pmxKovBhIpcTask &task,
+                                                                const DownloadsOutcome &outcome)
+{
+    auto response = pmxResponseTo<pmxKovBhIpcVideoSnifferTaskResponse>(task);
+    pmxSetOutcome(*response, outcome);
+    response->videoSniffer.result = response->result;
+    response->videoSniffer.error = response->error;
+    return response;
+}
+
 } // namespace
 
 pmxKovBhIpcVideoSnifferTaskProcessor::pmxKovBhIpcVideoSnifferTaskProcessor(
@@ -50,61 +54,38 @@ pmxKovBhIpcVideoSnifferTaskProcessor::pmxKovBhIpcVideoSnifferTaskProcessor(
     QSharedPointer<MediaRequestsAnalyzer> analyzer)
     : m_downloads(std::move(downloads)), m_analyzer(std::move(analyzer))
 {
-    connect(m_downloads.data(), &WbeIncomingDownloadsProcessor::finished, this,
-            &pmxKovBhIpcVideoSnifferTaskProcessor::onFinished);
 }
 
 void pmxKovBhIpcVideoSnifferTaskProcessor::process(std::shared_ptr<pmxKovBhIpcTask> task,
                                                    Callback callback)
 {
     const pmxFlvSniffCallProcTask &wanted = task->video_sniffer.task;
+    const auto fail = [&](const QString &error, const char *detail) {
+        const auto response = responseTo(*task, {.error = error});
+        response->videoSniffer.error2 = detail;
+        callback(task, response);
+    };
     if (!saysWhatToLookFor(wanted)) {
-        answer(task, callback, {"", "invalid arguments", "no page, URL or request is named"});
+        fail(QStringLiteral("invalid arguments"), "no page, URL or request is named");
         return;
     }
     const std::vector<MediaRequest> candidates = m_analyzer->candidates(wanted);
     if (candidates.empty()) {
-        answer(task, callback, {"", "no_media_found", ""});
+        fail(QStringLiteral("no_media_found"), "");
         return;
     }
     // Only a URL of the task may be such: what players make up themselves ("blob:"), or no URL.
     if (!isDownloadableByCurl(QUrl(QString::fromStdString(candidates.front().request.url)))) {
-        answer(task, callback, {"", "invalid arguments", "the URL cannot be downloaded"});
+        fail(QStringLiteral("invalid arguments"), "the URL cannot be downloaded");
         return;
     }
     pmxSerializableSharedObjVector<pmxKovBhIpcDownloadInfo> downloads;
     downloads.add_item_(toDownload(candidates.front(), wanted));
-    const QString id = internalId(task->id);
-    m_pending.insert(id, {std::move(task), std::move(callback)});
-    m_downloads->process(id, downloads);
-}
-
-void pmxKovBhIpcVideoSnifferTaskProcessor::onFinished(const QString &id, bool added, bool aborted,
-                                                      AbstractDownloadAbortReason abortReason,
-                                                      const QString &error)
-{
-    const auto pending = m_pending.constFind(id);
-    if (pending == m_pending.constEnd())
-        return;
-    const auto [task, callback] = *pending;
-    m_pending.erase(pending);
-
-    if (added || (aborted && abortReason == AbstractDownloadAbortReason::AlreadyExists))
-        answer(task, callback, {"1", "", ""});
-    else if (aborted)
-        answer(task, callback, {"0", "", error.toStdString()});
-    else
-        answer(task, callback, {"", error.toStdString(), ""});
-}
-
-void pmxKovBhIpcVideoSnifferTaskProcessor::answer(const std::shared_ptr<pmxKovBhIpcTask> &task,
-                                                  const Callback &callback, const Answer &answer)
-{
-    const auto response = pmxResponseTo<pmxKovBhIpcVideoSnifferTaskResponse>(*task);
-    response->result = answer.result;
-    response->error = answer.error;
-    response->videoSniffer.result = answer.result;
-    response->videoSniffer.error = answer.error;
-    response->videoSniffer.error2 = answer.error2;
-    callback(task, response);
+    m_downloads->process(downloads, WbeIncomingDownloadsProcessor::Owner::User,
+                         [task, callback](const DownloadsOutcome &outcome) {
+                             const auto response = responseTo(*task, outcome);
+                             if (response->result == "0")
+                                 response->videoSniffer.error2 = outcome.error.toStdString();
+                             callback(task, response);
+                         });
 }

@@ -1,13 +1,8 @@
 #pragma once
 
-#include "abstractdownloadenums.h"
 #include "pmxkovbhipctaskprocessor.h"
 
-#include <QHash>
 #include <QSharedPointer>
-#include <QString>
-
-#include <utility>
 
 class MediaRequestsAnalyzer;
 class WbeIncomingDownloadsProcessor;
@@ -30,20 +25,7 @@ public:
 
     void process(std::shared_ptr<pmxKovBhIpcTask> task, Callback callback) override;
 
-private Q_SLOTS:
-    void onFinished(const QString &id, bool added, bool aborted,
-                    AbstractDownloadAbortReason abortReason, const QString &error);
-
 private:
-    struct Answer {
-        std::string result;
-        std::string error;
-        std::string error2;
-    };
-    static void answer(const std::shared_ptr<pmxKovBhIpcTask> &task, const Callback &callback,
-                       const Answer &answer);
-
     const QSharedPointer<WbeIncomingDownloadsProcessor> m_downloads;
     const QSharedPointer<MediaRequestsAnalyzer> m_analyzer;
-    QHash<QString, std::pair<std::shared_ptr<pmxKovBhIpcTask>, Callback>> m_pending;
 };

@@ -6,6 +6,18 @@
 #include <string>
 #include <string_view>
 
+void pmxSetOutcome(pmxKovBhIpcTaskResponse &response, const DownloadsOutcome &outcome)
+{
+    // Downloads that the application has already count as taken, or the browser would make them.
+    if (outcome.added
+        || (outcome.aborted && outcome.abortReason == AbstractDownloadAbortReason::AlreadyExists))
+        response.result = '1';
+    else if (outcome.aborted)
+        response.result = '0';
+    else
+        response.error = outcome.error.toStdString();
+}
+
 std::optional<QString> pmxResponseText(pmxKovBhIpcTaskResponse &response)
 {
     // One for all responses of a thread: making one costs as much as writing a small response.

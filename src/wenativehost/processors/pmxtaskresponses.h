@@ -1,5 +1,6 @@
 #pragma once
 
+#include "abstractdownloadenums.h"
 #include "pmxkovbhipctask.h"
 #include "pmxkovbhipctaskresponse.h"
 
@@ -17,6 +18,19 @@ std::shared_ptr<Response> pmxResponseTo(const pmxKovBhIpcTask &task)
     response->type = task.type;
     return response;
 }
+
+/// What became of downloads that were handed to the application; neither added nor aborted means
+/// that it failed.
+struct DownloadsOutcome {
+    bool added = false;
+    bool aborted = false;
+    AbstractDownloadAbortReason abortReason = AbstractDownloadAbortReason::None;
+    /// The application's text, or that of a failure here.
+    QString error;
+};
+
+/// Answers "1", "0" or an error text.
+void pmxSetOutcome(pmxKovBhIpcTaskResponse &response, const DownloadsOutcome &outcome);
 
 /// The response as it is sent, a JSON text; nothing when it cannot be written.
 std::optional<QString> pmxResponseText(pmxKovBhIpcTaskResponse &response);
