@@ -1,7 +1,10 @@
 #include "abstractdownloadsmodulemetatypes.h"
+#include "appclientmodule.h"
 #include "appcoreconfig.h"
 #include "appidentity.h"
+#include "appremotefrontendclientvhipcprocessor.h"
 #include "appversion.h"
+#include "linksuccessor.h"
 #include "portableversionmanager.h"
 #include "qtappconfigbase.h"
 #include "qtappdefaultlogger.h"
@@ -10,6 +13,7 @@
 #include "qtobjectfactory.h"
 #include "qtqobjectstracker.h"
 #include "terminalanswer.h"
+#include "terminationsignal.h"
 #include "wenativehostappmodule.h"
 
 #include <QCoreApplication>
@@ -54,10 +58,37 @@ int runModules(const QSharedPointer<QtAppConfigBase> &config,
                 shutdownManager->shutdownAppQueued(QString());
         },
         Qt::DirectConnection);
+    const TerminationSignal terminationSignal;
+    QObject::connect(&terminationSignal, &TerminationSignal::received, shutdownManager.data(),
+                     &QtAppDelayedShutdownManager::shutdownAppViaConnection);
 
     appModule.initialize(true);
     // While the reader's thread starts.
     qtRegisterAbstractDownloadsModuleMetatypes();
+    return QCoreApplication::exec();
+}
+
+/// Delivers what another process of this program could not wait for. Has no browser.
+int runSuccessor(const QSharedPointer<QtAppConfigBase> &config,
+                 const QSharedPointer<QtAppPortableModeSupport> &portableModeSupport,
+                 const QSharedPointer<QtAppDelayedShutdownManager> &shutdownManager)
+{
+    AppClientModule client(config, portableModeSupport);
+    // There is no third process.
+    client.setHandOver([](const QList<VhIpcQueuedMessage> &) { return false; });
+    shutdownManager->registerObject(&client, true);
+    QObject::connect(&client, &QtAbstractModule::initializeRunning, shutdownManager.data(),
+                     [&](bool running, bool init) {
+                         if (!running && !init)
+                             shutdownManager->registerObject(&client, false);
+                     });
+    QObject::connect(shutdownManager.data(), &QtAppDelayedShutdownManager::shutdownRequested,
+                     &client, [&client] { client.initialize(false); });
+
+    client.initialize(true);
+    for (const VhIpcQueuedMessage &message : LinkSuccessor::receive())
+        client.remoteFrontendClientModule()->vhIpcProcessor()->sendOrQueue(message);
+    shutdownManager->shutdownApp(QString());
     return QCoreApplication::exec();
 }
 
@@ -88,8 +119,11 @@ int run(int argc, char *argv[])
     const QSharedPointer<QtAppConfigBase> config = QSharedPointer<AppCoreConfig>::create(
         QSharedPointer<QtAppConfigBase>::create(), portableVersionManager);
     const auto shutdownManager = qtCreateObject<QtAppDelayedShutdownManager>();
+    const auto runProgram =
+        QCoreApplication::arguments().contains(LinkSuccessor::commandLineSwitch()) ? runSuccessor
+                                                                                   : runModules;
     const int exitCode =
-        runModules(config, portableVersionManager->portableModeSupport(), shutdownManager);
+        runProgram(config, portableVersionManager->portableModeSupport(), shutdownManager);
     // What was released with deleteLater() is not to be counted as alive.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     logLine(2, QStringLiteral("[main]: ended"));

@@ -1,6 +1,7 @@
 #include "wenativehostappmodule.h"
 
 #include "appclientmodule.h"
+#include "linksuccessor.h"
 #include "qtappconfigbase.h"
 #include "qtappdelayedshutdownmanager.h"
 #include "qtappportablemodesupport.h"
@@ -26,6 +27,7 @@ void WeNativeHostAppModule::initializeSelfBefore(bool init)
     if (init) {
         m_delayedShutdownManager->registerObject(this, true);
         m_appClientModule = qtCreateObject<AppClientModule>(m_config, m_portableModeSupport);
+        m_appClientModule->setHandOver(&LinkSuccessor::start);
         addModule(m_appClientModule.data());
     }
     onInitializeSelfBeforeFinished(init);

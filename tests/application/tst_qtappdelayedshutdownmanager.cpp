@@ -2,82 +2,48 @@
 
 #include <QCoreApplication>
 #include <QTest>
-#include <QTimer>
 
-#include <functional>
 #include <memory>
 #include <thread>
-#include <utility>
 
 class TestQtAppDelayedShutdownManager : public QObject {
     Q_OBJECT
-    std::unique_ptr<QtAppDelayedShutdownManager> m_manager;
-    /// "requested", "ready", and what the tests add, in order.
-    QStringList m_seen;
-
-    /// Runs the application's event loop with the function as its first work. Returns whether it
-    /// was left by itself.
-    bool leavesLoop(const std::function<void()> &inLoop = {})
-    {
-        QTimer giveUp;
-        giveUp.callOnTimeout([] { QCoreApplication::exit(99); });
-        giveUp.start(10'000);
-        if (inLoop)
-            QTimer::singleShot(0, this, inLoop);
-        return QCoreApplication::exec() == 0;
-    }
-    QString takeSeen() { return std::exchange(m_seen, {}).join(u' '); }
-
 private Q_SLOTS:
-    void init()
+    void waitsForLoopAndHolders()
     {
-        m_manager = std::make_unique<QtAppDelayedShutdownManager>();
-        m_seen.clear();
-        connect(m_manager.get(), &QtAppDelayedShutdownManager::shutdownRequested, this,
-                [this] { m_seen.append(u"requested"_qs); });
-        connect(m_manager.get(), &QtAppDelayedShutdownManager::readyToQuit, this,
-                [this] { m_seen.append(u"ready"_qs); });
-    }
-
-    void firstRequestWins()
-    {
-        m_manager->registerObject(nullptr, true);
-        std::thread([this] { m_manager->shutdownAppQueued(u"thread"_qs); }).join();
-        QCOMPARE(takeSeen(), QString());
-        m_manager->shutdownApp(u"early"_qs);
-        QCOMPARE(takeSeen(), u"requested"_qs);
-        QVERIFY(leavesLoop());
-        QCOMPARE(m_manager->shutdownReason(), u"early"_qs);
-        QCOMPARE(takeSeen(), u"ready"_qs);
-    }
-
-    void waitsForHolders()
-    {
-        QObject other;
+        QtAppDelayedShutdownManager manager;
+        QStringList seen;
+        connect(&manager, &QtAppDelayedShutdownManager::shutdownRequested, &manager,
+                [&] { seen.append(u"requested"_qs); });
+        connect(&manager, &QtAppDelayedShutdownManager::readyToQuit, &manager,
+                [&] { seen.append(u"ready"_qs); });
+        QObject asking;
         QObject unregistered;
         auto destroyed = std::make_unique<QObject>();
-        connect(&other, &QObject::objectNameChanged, m_manager.get(),
+        connect(&asking, &QObject::objectNameChanged, &manager,
                 &QtAppDelayedShutdownManager::shutdownAppViaConnection);
-        QVERIFY(leavesLoop([&] {
-            // Letting go asks for nothing, and breaks the connections, too.
-            m_manager->registerObject(&other, true);
-            m_manager->registerObject(&other, false);
-            other.setObjectName(u"other"_qs);
-            QCOMPARE(takeSeen(), QString());
+        // Letting go asks for nothing, and breaks the connections, too.
+        for (const bool hold : {true, false})
+            manager.registerObject(&asking, hold);
+        asking.setObjectName(u"asking"_qs);
+        for (QObject *const holder :
+             {static_cast<QObject *>(nullptr), &unregistered, &unregistered, destroyed.get()})
+            manager.registerObject(holder, true);
 
-            for (QObject *holder : {&unregistered, &unregistered, destroyed.get()})
-                m_manager->registerObject(holder, true);
-            connect(m_manager.get(), &QtAppDelayedShutdownManager::shutdownRequested, &other,
-                    [&] { m_manager->registerObject(&other, true); });
-            m_manager->shutdownApp(QString());
-            m_manager->registerObject(&other, false);
-            m_manager->registerObject(&unregistered, false);
-            QTimer::singleShot(0, this, [&] {
-                m_seen.append(u"released"_qs);
+        std::thread([&] { manager.shutdownAppQueued(u"thread"_qs); }).join();
+        QVERIFY(seen.isEmpty());
+        manager.shutdownApp(u"early"_qs);
+        manager.registerObject(&unregistered, false);
+        QMetaObject::invokeMethod(
+            &manager,
+            [&] {
+                seen.append(u"released"_qs);
                 destroyed.reset();
-            });
-        }));
-        QCOMPARE(takeSeen(), u"requested released ready"_qs);
+            },
+            Qt::QueuedConnection);
+        QCOMPARE(QCoreApplication::exec(), 0);
+        QCOMPARE(seen.join(u' '), u"requested released ready"_qs);
+        QCOMPARE(manager.shutdownReason(), u"early"_qs);
     }
 };
 

@@ -5,7 +5,6 @@
 #include "appclientsettingsinitializer.h"
 #include "appclientsettingswriter.h"
 #include "appdataaccesshelper.h"
-#include "appremotefrontendclientmodule.h"
 #include "appserverlauncher.h"
 #include "appservername.h"
 #include "browseractivitymonitor.h"
@@ -36,6 +35,11 @@ AppClientModule::AppClientModule(QSharedPointer<QtAppConfigBase> config,
 }
 
 AppClientModule::~AppClientModule() = default;
+
+void AppClientModule::setHandOver(AppRemoteFrontendClientModule::HandOver handOver)
+{
+    m_handOver = std::move(handOver);
+}
 
 bool AppClientModule::isConnected() const
 {
@@ -94,6 +98,7 @@ void AppClientModule::initializeSelfBefore(bool init)
         m_remoteFrontendClientModule = qtCreateObject<AppRemoteFrontendClientModule>(
             socket, appLinkVersion, appLinkUsesCbor, QtAbstractServerAddress(appServerName()),
             m_settingsManager, m_idGen, launchServerAutomatically, nullptr, m_clock);
+        m_remoteFrontendClientModule->setHandOver(m_handOver);
         addModule(m_remoteFrontendClientModule.data());
     }
     onInitializeSelfBeforeFinished(init);

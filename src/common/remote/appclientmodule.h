@@ -1,5 +1,6 @@
 #pragma once
 
+#include "appremotefrontendclientmodule.h"
 #include "qtabstractcomplexmodule.h"
 #include "qtclock.h"
 
@@ -10,7 +11,6 @@ class AbstractJsonRequestsManager;
 class AppClientSettingsInitializer;
 class AppClientSettingsWriter;
 class AppDataAccessHelper;
-class AppRemoteFrontendClientModule;
 class BrowserActivityMonitor;
 class QtAppAbstractSettingsManager;
 class QtAppConfigBase;
@@ -31,6 +31,9 @@ public:
                     QSharedPointer<QtAppPortableModeSupport> portableModeSupport,
                     QObject *parent = nullptr, QtClock &clock = QtClock::system());
     ~AppClientModule() override;
+
+    /// See there; to be called before the module is brought up.
+    void setHandOver(AppRemoteFrontendClientModule::HandOver handOver);
 
     bool isConnected() const;
     /// Whether the main application's executable is missing.
@@ -55,6 +58,7 @@ private:
     const QSharedPointer<QtAppConfigBase> m_config;
     const QSharedPointer<QtAppPortableModeSupport> m_portableModeSupport;
     QtClock &m_clock;
+    AppRemoteFrontendClientModule::HandOver m_handOver;
     QSharedPointer<UniqueInt64IdGen> m_idGen;
     QSharedPointer<AppDataAccessHelper> m_dataAccessHelper;
     QSharedPointer<QtAppAbstractSettingsManager> m_settingsManager;

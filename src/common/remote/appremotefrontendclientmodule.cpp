@@ -6,6 +6,7 @@
 #include "qtabstractsocket.h"
 #include "qtabstractsocketvhipc.h"
 #include "qtabstractvhipcclienthelper.h"
+#include "qtappdefaultlogger.h"
 #include "qtobjectfactory.h"
 #include "qtsocketconnectionkeeper.h"
 #include "remoteincomingdownloadsprocessor.h"
@@ -26,7 +27,7 @@ AppRemoteFrontendClientModule::AppRemoteFrontendClientModule(
       m_useCbor(useCbor), m_serverAddress(std::move(serverAddress)),
       m_settingsManager(std::move(settingsManager)), m_idGen(std::move(idGen)),
       m_launchServerAutomatically(launchServerAutomatically), m_clock(clock),
-      m_flushTimer(clock.createTimer())
+      m_answersTimer(clock.createTimer()), m_flushTimer(clock.createTimer())
 {
     connect(m_socket.data(), &QtAbstractSocket::connectedStateChanged, this,
             &AppRemoteFrontendClientModule::connectedStateChanged);
@@ -34,13 +35,15 @@ AppRemoteFrontendClientModule::AppRemoteFrontendClientModule(
             &AppRemoteFrontendClientModule::connectSocketIODevice);
     connectSocketIODevice();
 
+    connect(m_answersTimer.get(), &QtSingleShotTimer::timeout, this,
+            &AppRemoteFrontendClientModule::continueTakeDown);
     connect(m_flushTimer.get(), &QtSingleShotTimer::timeout, this,
             &AppRemoteFrontendClientModule::finishTakeDown);
     // Queued: the socket is still emitting its signal, and is to be aborted.
     connect(this, &AppRemoteFrontendClientModule::sentAllData, this,
-            &AppRemoteFrontendClientModule::stopWaitingForData, Qt::QueuedConnection);
+            &AppRemoteFrontendClientModule::continueTakeDown, Qt::QueuedConnection);
     connect(m_socket.data(), &QtAbstractSocket::connectedStateChanged, this,
-            &AppRemoteFrontendClientModule::stopWaitingForData, Qt::QueuedConnection);
+            &AppRemoteFrontendClientModule::continueTakeDown, Qt::QueuedConnection);
 }
 
 AppRemoteFrontendClientModule::~AppRemoteFrontendClientModule() = default;
@@ -106,24 +109,61 @@ void AppRemoteFrontendClientModule::takeDown()
     if (isInitializeRunning(false))
         return;
     setInitializeRunning(true, false);
-    if (m_helper)
-        m_helper->enable(false);
-    if (isSendingData())
-        m_flushTimer->start(flushWithinMs);
-    else
-        finishTakeDown();
+    if (m_helper) {
+        connect(m_incomingDownloadsProcessor.data(), &RemoteIncomingDownloadsProcessor::finished,
+                this, &AppRemoteFrontendClientModule::continueTakeDown, Qt::QueuedConnection);
+        connect(m_vhIpcProcessor.data(), &QtAbstractVhIpcPart::requiringServerChanged, this,
+                &AppRemoteFrontendClientModule::continueTakeDown, Qt::QueuedConnection);
+        handOverQueued();
+    }
+    continueTakeDown();
 }
 
-void AppRemoteFrontendClientModule::stopWaitingForData()
+void AppRemoteFrontendClientModule::handOverQueued()
 {
-    if (m_flushTimer->isActive() && !isSendingData())
+    m_vhIpcProcessor->dropQueuedEndingWithProcess();
+    const QList<VhIpcQueuedMessage> queued = m_vhIpcProcessor->queued();
+    if (queued.isEmpty())
+        return;
+    if (!m_handOver || m_handOver(queued)) {
+        m_vhIpcProcessor->dropQueued();
+        return;
+    }
+    m_isHolding = true;
+    logLine(1,
+            QStringLiteral("[AppRemoteFrontendClientModule]: ends when the application has got %1 "
+                           "waiting messages")
+                .arg(queued.size()));
+}
+
+void AppRemoteFrontendClientModule::continueTakeDown()
+{
+    if (!isInitializeRunning(false) || (m_vhIpcProcessor && m_vhIpcProcessor->hasQueued()))
+        return;
+    if (m_helper)
+        m_helper->enable(false);
+    if (!isAnythingUnderWay()) {
         finishTakeDown();
+        return;
+    }
+    if (!m_flushTimer->isActive()) {
+        const int longer = m_isHolding ? heldLongerMs : 0;
+        m_answersTimer->start(answersWithinMs + longer);
+        m_flushTimer->start(flushWithinMs + longer);
+    }
+    const bool isWaitingForAnswers =
+        m_vhIpcProcessor->awaitsAnswers() && m_answersTimer->isActive();
+    // The peer ends the connection when it has read up to there.
+    if (!isWaitingForAnswers && !isWriting())
+        m_socket->closeSending();
 }
 
 void AppRemoteFrontendClientModule::finishTakeDown()
 {
+    m_answersTimer->stop();
     m_flushTimer->stop();
     m_socket->abort();
+    m_isHolding = false;
 
     m_helper.reset();
     m_keeper.reset();
@@ -136,9 +176,16 @@ void AppRemoteFrontendClientModule::finishTakeDown()
     setInitializeRunning(false, false);
 }
 
-bool AppRemoteFrontendClientModule::isSendingData() const
+bool AppRemoteFrontendClientModule::isWriting() const
 {
-    return m_socket->isConnected() && m_device && m_device->bytesToWrite() > 0;
+    return m_device && m_device->bytesToWrite() > 0;
+}
+
+bool AppRemoteFrontendClientModule::isAnythingUnderWay() const
+{
+    return m_socket->isConnected()
+        && (isWriting() || !m_socket->hasPeerTakenAll()
+            || (m_vhIpcProcessor && m_vhIpcProcessor->awaitsAnswers()));
 }
 
 void AppRemoteFrontendClientModule::connectSocketIODevice()

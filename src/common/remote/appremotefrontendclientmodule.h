@@ -5,12 +5,16 @@
 #include "qtabstractserveraddress.h"
 #include "qtclock.h"
 #include "qtsingleshottimer.h"
+#include "vhipcqueuedpart.h"
 
 #include <QIODevice>
+#include <QList>
 #include <QPointer>
 #include <QSharedPointer>
 
+#include <functional>
 #include <memory>
+#include <utility>
 
 class AbstractIncomingDownloadsProcessor;
 class AbstractJsonRequestsManager;
@@ -29,14 +33,22 @@ class UniqueInt64IdGen;
  * The whole link to the main application: made and kept connected by initialize(true), ended by
  * initialize(false).
  *
- * The take-down waits until what was already written to the link has left the process, for at most
- * flushWithinMs; with nothing pending it ends at once. What still waits for a connection is given
- * up. Belongs to one thread.
+ * The take-down first sees to what still waits for the application, see setHandOver(). Then it
+ * waits for what was sent: for answersWithinMs until the application has answered the downloads,
+ * then, with the sending half of the link closed, until it has taken everything, for flushWithinMs
+ * in all. With nothing under way it ends at once. Belongs to one thread.
  */
 class AppRemoteFrontendClientModule : public QtAbstractModule {
     Q_OBJECT
 public:
-    static constexpr int flushWithinMs = 2000;
+    /// A browser kills its host 2 seconds after it has closed the port.
+    static constexpr int flushWithinMs = 1500;
+    static constexpr int answersWithinMs = flushWithinMs - 300;
+    /// How much longer both are for a process that no browser waits for.
+    static constexpr int heldLongerMs = 30'000;
+
+    /// Takes messages over; false when it cannot.
+    using HandOver = std::function<bool(const QList<VhIpcQueuedMessage> &)>;
 
     AppRemoteFrontendClientModule(QSharedPointer<QtAbstractSocket> socket, IpcVersion ipcVersion,
                                   bool useCbor, QtAbstractServerAddress serverAddress,
@@ -48,6 +60,13 @@ public:
 
     /// Any thread; on another than the module's it takes effect when that thread comes to it.
     Q_INVOKABLE void initialize(bool init) override;
+
+    /**
+     * Who gets, at the take-down, what still waits for the application, but what ends with this
+     * process. When he cannot take it, the take-down goes on until it was sent or has expired.
+     * Without anybody, as at first, it is dropped.
+     */
+    void setHandOver(HandOver handOver) { m_handOver = std::move(handOver); }
 
     bool isConnected() const;
 
@@ -64,13 +83,15 @@ Q_SIGNALS:
 private Q_SLOTS:
     void connectSocketIODevice();
     void onSocketBytesWritten(qint64 bytes);
-    void stopWaitingForData();
+    void continueTakeDown();
     void finishTakeDown();
 
 private:
     void bringUp();
     void takeDown();
-    bool isSendingData() const;
+    void handOverQueued();
+    bool isWriting() const;
+    bool isAnythingUnderWay() const;
 
     const QSharedPointer<QtAbstractSocket> m_socket;
     const IpcVersion m_ipcVersion;
@@ -81,6 +102,9 @@ private:
     const bool m_launchServerAutomatically;
     QtClock &m_clock;
     QPointer<QIODevice> m_device;
+    HandOver m_handOver;
+    /// While taking down: what nobody else could take over is waited for.
+    bool m_isHolding = false;
 
     QSharedPointer<RemoteIncomingDownloadsProcessor> m_incomingDownloadsProcessor;
     QSharedPointer<RemoteJsonRequestsManager> m_jsonRequestsManager;
@@ -89,5 +113,6 @@ private:
     QSharedPointer<QtAbstractServerLauncher> m_launcher;
     QSharedPointer<QtSocketConnectionKeeper> m_keeper;
     QSharedPointer<QtAbstractVhIpcClientHelper> m_helper;
+    const std::unique_ptr<QtSingleShotTimer> m_answersTimer;
     const std::unique_ptr<QtSingleShotTimer> m_flushTimer;
 };

@@ -3,6 +3,7 @@
 #include "qtobjectfactory.h"
 #include "vhipcincomingdownloadsclient.h"
 #include "vhipcjsonrequests.h"
+#include "vhipckeys.h"
 #include "vhipcmisctasksclient.h"
 #include "vhipcsettings.h"
 
@@ -23,16 +24,49 @@ AppRemoteFrontendClientVhIpcProcessor::AppRemoteFrontendClientVhIpcProcessor(
     : QtVhIpcCompositePart({}, {}, parent),
       m_settingsPart(qtCreateObject<VhIpcSettings>(settingsManager, settingsFlags, QSet<QString>(),
                                                    nullptr, clock)),
+      m_downloadsPart(
+          qtCreateObject<VhIpcIncomingDownloadsClient>(incomingDownloadsProcessor, nullptr, clock)),
+      m_jsonPart(qtCreateObject<VhIpcJsonRequests>(jsonRequestsManager, nullptr, clock)),
       m_miscTasksPart(qtCreateObject<VhIpcMiscTasksClient>())
 {
     addPart(VhIpcSettings::partName(), m_settingsPart, false, false);
-    addPart(
-        VhIpcIncomingDownloadsClient::partName(),
-        qtCreateObject<VhIpcIncomingDownloadsClient>(incomingDownloadsProcessor, nullptr, clock),
-        false, false);
-    addPart(VhIpcJsonRequests::partName(),
-            qtCreateObject<VhIpcJsonRequests>(jsonRequestsManager, nullptr, clock), false, false);
+    addPart(VhIpcIncomingDownloadsClient::partName(), m_downloadsPart, false, false);
+    addPart(VhIpcJsonRequests::partName(), m_jsonPart, false, false);
     addPart(VhIpcMiscTasksClient::partName(), m_miscTasksPart, false, false);
 }
 
 AppRemoteFrontendClientVhIpcProcessor::~AppRemoteFrontendClientVhIpcProcessor() = default;
+
+bool AppRemoteFrontendClientVhIpcProcessor::hasQueued() const
+{
+    return m_downloadsPart->hasQueued() || m_jsonPart->hasQueued();
+}
+
+QList<VhIpcQueuedMessage> AppRemoteFrontendClientVhIpcProcessor::queued() const
+{
+    return m_downloadsPart->queued() + m_jsonPart->queued();
+}
+
+void AppRemoteFrontendClientVhIpcProcessor::dropQueued()
+{
+    m_downloadsPart->dropQueued();
+    m_jsonPart->dropQueued();
+}
+
+void AppRemoteFrontendClientVhIpcProcessor::dropQueuedEndingWithProcess()
+{
+    m_downloadsPart->dropQueuedEndingWithProcess();
+    m_jsonPart->dropQueuedEndingWithProcess();
+}
+
+void AppRemoteFrontendClientVhIpcProcessor::sendOrQueue(const VhIpcQueuedMessage &queued)
+{
+    const auto to = part(queued.message.value(VhIpcKeys::name()).toString());
+    if (auto *const queuedPart = qobject_cast<VhIpcQueuedPart *>(to.data()))
+        queuedPart->sendOrQueue(queued);
+}
+
+bool AppRemoteFrontendClientVhIpcProcessor::awaitsAnswers() const
+{
+    return m_downloadsPart->awaitsAnswers();
+}

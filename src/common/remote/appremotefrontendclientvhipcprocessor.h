@@ -2,12 +2,16 @@
 
 #include "qtclock.h"
 #include "qtvhipccompositepart.h"
+#include "vhipcqueuedpart.h"
 
+#include <QList>
 #include <QSharedPointer>
 
 class QtAppAbstractSettingsManager;
 class RemoteIncomingDownloadsProcessor;
 class RemoteJsonRequestsManager;
+class VhIpcIncomingDownloadsClient;
+class VhIpcJsonRequests;
 class VhIpcMiscTasksClient;
 class VhIpcSettings;
 
@@ -26,7 +30,20 @@ public:
     QSharedPointer<VhIpcSettings> settingsPart() const { return m_settingsPart; }
     QSharedPointer<VhIpcMiscTasksClient> miscTasksPart() const { return m_miscTasksPart; }
 
+    /// Whether anything waits for the application; true at most while isRequiringServer().
+    bool hasQueued() const;
+    /// What waits for the application, of all parts; see VhIpcQueuedPart.
+    QList<VhIpcQueuedMessage> queued() const;
+    void dropQueued();
+    void dropQueuedEndingWithProcess();
+    /// A message for a part that does not queue is dropped.
+    void sendOrQueue(const VhIpcQueuedMessage &queued);
+    /// Whether downloads that were sent have not been answered yet.
+    bool awaitsAnswers() const;
+
 private:
     const QSharedPointer<VhIpcSettings> m_settingsPart;
+    const QSharedPointer<VhIpcIncomingDownloadsClient> m_downloadsPart;
+    const QSharedPointer<VhIpcJsonRequests> m_jsonPart;
     const QSharedPointer<VhIpcMiscTasksClient> m_miscTasksPart;
 };

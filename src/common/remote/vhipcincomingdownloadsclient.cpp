@@ -12,18 +12,13 @@ namespace {
 
 namespace Keys = VhIpcIncomingDownloadsKeys;
 
-constexpr int waitForConnectionMs = 30'000;
-
 } // namespace
 
 VhIpcIncomingDownloadsClient::VhIpcIncomingDownloadsClient(
     const QSharedPointer<RemoteIncomingDownloadsProcessor> &processor, QObject *parent,
     QtClock &clock)
-    : QtAbstractVhIpcPart(parent), m_processor(processor),
-      m_waitingConnectedTimer(clock.createTimer())
+    : VhIpcQueuedPart(longestWaitMs, parent, clock), m_processor(processor)
 {
-    connect(m_waitingConnectedTimer.get(), &QtSingleShotTimer::timeout, this,
-            &VhIpcIncomingDownloadsClient::onWaitingConnectedTimedOut);
     connect(m_processor.data(), &RemoteIncomingDownloadsProcessor::sendJobToServer, this,
             &VhIpcIncomingDownloadsClient::sendJobToServer);
 }
@@ -34,44 +29,34 @@ QString VhIpcIncomingDownloadsClient::partName() { return Keys::partName(); }
 
 void VhIpcIncomingDownloadsClient::sendJobToServer(const AbstractNewDownloadsRequestJob &job)
 {
-    if (!isConnected()) {
-        m_waitingJobs.append(job);
-        m_waitingConnectedTimer->start(waitForConnectionMs);
-        setRequiringServer(true);
-        return;
-    }
-    m_sentJobIds.insert(job.id);
-    Q_EMIT sendVh({{VhIpcKeys::name(), partName()},
-                   {VhIpcKeys::reason(), Keys::addReason()},
-                   {VhIpcKeys::id(), job.id},
-                   {Keys::request(), toVariantHash(job)}});
+    sendOrQueue({.message = {{VhIpcKeys::name(), partName()},
+                             {VhIpcKeys::reason(), Keys::addReason()},
+                             {VhIpcKeys::id(), job.id},
+                             {Keys::request(), toVariantHash(job)}},
+                 .endsWithProcess = job.isBrowsersOwn});
+}
+
+void VhIpcIncomingDownloadsClient::onSending(const QHash<QString, QVariant> &message)
+{
+    m_sentJobIds.insert(message.value(VhIpcKeys::id()).toLongLong());
+}
+
+void VhIpcIncomingDownloadsClient::onExpired(const QHash<QString, QVariant> &message)
+{
+    failJob(message.value(VhIpcKeys::id()).toLongLong());
 }
 
 void VhIpcIncomingDownloadsClient::onConnectChanged(bool connected)
 {
     if (connected == isConnected())
         return;
-    QtAbstractVhIpcPart::onConnectChanged(connected);
-    m_waitingConnectedTimer->stop();
+    VhIpcQueuedPart::onConnectChanged(connected);
+    if (connected)
+        return;
     // Reentrancy: a slot may start the next job.
-    if (connected) {
-        const QList<AbstractNewDownloadsRequestJob> jobs = std::exchange(m_waitingJobs, {});
-        setRequiringServer(false);
-        for (const AbstractNewDownloadsRequestJob &job : jobs)
-            sendJobToServer(job);
-    } else {
-        const QSet<qint64> ids = std::exchange(m_sentJobIds, {});
-        for (const qint64 id : ids)
-            failJob(id);
-    }
-}
-
-void VhIpcIncomingDownloadsClient::onWaitingConnectedTimedOut()
-{
-    const QList<AbstractNewDownloadsRequestJob> jobs = std::exchange(m_waitingJobs, {});
-    setRequiringServer(false);
-    for (const AbstractNewDownloadsRequestJob &job : jobs)
-        failJob(job.id);
+    const QSet<qint64> ids = std::exchange(m_sentJobIds, {});
+    for (const qint64 id : ids)
+        failJob(id);
 }
 
 void VhIpcIncomingDownloadsClient::processVh(const QHash<QString, QVariant> &map)

@@ -1,16 +1,12 @@
 #pragma once
 
 #include "abstractnewdownloadsrequestjob.h"
-#include "qtabstractvhipcpart.h"
 #include "qtclock.h"
-#include "qtsingleshottimer.h"
+#include "vhipcqueuedpart.h"
 
-#include <QList>
 #include <QSet>
 #include <QSharedPointer>
 #include <QString>
-
-#include <memory>
 
 class RemoteIncomingDownloadsProcessor;
 
@@ -19,13 +15,18 @@ class RemoteIncomingDownloadsProcessor;
  * its answers back. Each job is sent at most once and finished exactly once:
  *
  * Jobs that are made while the link is down wait for it and are sent, in order, when it comes up;
- * when it has not come up 30 seconds after the last of them, all fail. When the link goes down, the
- * jobs that were sent and not answered fail. Such failures have the text "Connection failure". An
- * answer to a job that is not waiting for one (it failed before) is ignored.
+ * when it has not come up 30 seconds after the last of them, all fail. A job that has waited for
+ * longestWaitMs fails in any case: a little later the extension gives its download back to the
+ * browser, and the file would be there twice. When the link goes down, the jobs that were sent and
+ * not answered fail. Such failures have the text "Connection failure". An answer to a job that is
+ * not waiting for one (it failed before) is ignored.
  */
-class VhIpcIncomingDownloadsClient : public QtAbstractVhIpcPart {
+class VhIpcIncomingDownloadsClient : public VhIpcQueuedPart {
     Q_OBJECT
 public:
+    /// The extension waits for 60 seconds (extension/lib/downloads.js).
+    static constexpr int longestWaitMs = 55'000;
+
     explicit VhIpcIncomingDownloadsClient(
         const QSharedPointer<RemoteIncomingDownloadsProcessor> &processor,
         QObject *parent = nullptr, QtClock &clock = QtClock::system());
@@ -36,18 +37,17 @@ public:
 
     void processVh(const QHash<QString, QVariant> &map) override;
     void onConnectChanged(bool connected) override;
+    /// Whether jobs that were sent have not been answered yet.
+    bool awaitsAnswers() const { return !m_sentJobIds.isEmpty(); }
 
 public Q_SLOTS:
     void sendJobToServer(const AbstractNewDownloadsRequestJob &job);
 
-private Q_SLOTS:
-    void onWaitingConnectedTimedOut();
-
 private:
+    void onSending(const QHash<QString, QVariant> &message) override;
+    void onExpired(const QHash<QString, QVariant> &message) override;
     void failJob(qint64 id);
 
     const QSharedPointer<RemoteIncomingDownloadsProcessor> m_processor;
-    QList<AbstractNewDownloadsRequestJob> m_waitingJobs;
     QSet<qint64> m_sentJobIds;
-    const std::unique_ptr<QtSingleShotTimer> m_waitingConnectedTimer;
 };

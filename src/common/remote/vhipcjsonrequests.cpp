@@ -7,11 +7,7 @@
 #include <QThread>
 #include <QVariant>
 
-#include <utility>
-
 namespace {
-
-constexpr int waitForConnectionMs = 30'000;
 
 QString jsonKey() { return QStringLiteral("json"); }
 QString requestReason() { return QStringLiteral("request"); }
@@ -21,7 +17,7 @@ QString responseReason() { return QStringLiteral("response"); }
 
 VhIpcJsonRequests::VhIpcJsonRequests(const QSharedPointer<RemoteJsonRequestsManager> &manager,
                                      QObject *parent, QtClock &clock)
-    : QtAbstractVhIpcPart(parent), m_manager(manager), m_waitingConnectedTimer(clock.createTimer())
+    : VhIpcQueuedPart(noLimitMs, parent, clock), m_manager(manager)
 {
     connect(m_manager.data(), &RemoteJsonRequestsManager::sendRequested, this,
             &VhIpcJsonRequests::send);
@@ -29,8 +25,6 @@ VhIpcJsonRequests::VhIpcJsonRequests(const QSharedPointer<RemoteJsonRequestsMana
             &RemoteJsonRequestsManager::received);
     connect(this, &VhIpcJsonRequests::sendFailed, m_manager.data(),
             &RemoteJsonRequestsManager::sendFailed);
-    connect(m_waitingConnectedTimer.get(), &QtSingleShotTimer::timeout, this,
-            &VhIpcJsonRequests::onWaitingConnectedTimedOut);
 }
 
 QString VhIpcJsonRequests::partName() { return QStringLiteral("jsonRequests"); }
@@ -42,37 +36,17 @@ void VhIpcJsonRequests::send(qint64 id, const QString &json, bool isRequest)
             this, [this, id, json, isRequest] { send(id, json, isRequest); }, Qt::QueuedConnection);
         return;
     }
-    if (!isConnected()) {
-        m_queue.append({id, json, isRequest});
-        m_waitingConnectedTimer->start(waitForConnectionMs);
-        setRequiringServer(true);
-        return;
-    }
-    Q_EMIT sendVh({{VhIpcKeys::name(), partName()},
-                   {VhIpcKeys::reason(), isRequest ? requestReason() : responseReason()},
-                   {VhIpcKeys::id(), id},
-                   {jsonKey(), json}});
+    sendOrQueue({.message = {{VhIpcKeys::name(), partName()},
+                             {VhIpcKeys::reason(), isRequest ? requestReason() : responseReason()},
+                             {VhIpcKeys::id(), id},
+                             {jsonKey(), json}}});
 }
 
-void VhIpcJsonRequests::onConnectChanged(bool connected)
+void VhIpcJsonRequests::onExpired(const QHash<QString, QVariant> &message)
 {
-    QtAbstractVhIpcPart::onConnectChanged(connected);
-    if (!connected)
-        return;
-    m_waitingConnectedTimer->stop();
-    const QList<SendRecord> queue = std::exchange(m_queue, {});
-    setRequiringServer(false);
-    for (const SendRecord &record : queue)
-        send(record.id, record.json, record.isRequest);
-}
-
-void VhIpcJsonRequests::onWaitingConnectedTimedOut()
-{
-    // Reentrancy: a slot may send again, which starts a new wait.
-    const QList<SendRecord> queue = std::exchange(m_queue, {});
-    setRequiringServer(false);
-    for (const SendRecord &record : queue)
-        Q_EMIT sendFailed(record.id, record.json, record.isRequest);
+    Q_EMIT sendFailed(message.value(VhIpcKeys::id()).toLongLong(),
+                      message.value(jsonKey()).toString(),
+                      message.value(VhIpcKeys::reason()).toString() == requestReason());
 }
 
 void VhIpcJsonRequests::processVh(const QHash<QString, QVariant> &map)

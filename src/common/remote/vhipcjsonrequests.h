@@ -1,14 +1,10 @@
 #pragma once
 
-#include "qtabstractvhipcpart.h"
 #include "qtclock.h"
-#include "qtsingleshottimer.h"
+#include "vhipcqueuedpart.h"
 
-#include <QList>
 #include <QSharedPointer>
 #include <QString>
-
-#include <memory>
 
 class RemoteJsonRequestsManager;
 
@@ -19,7 +15,7 @@ class RemoteJsonRequestsManager;
  * up. When it has not come up 30 seconds after the last of them, all are told as failed. Texts that
  * were given to the link are not followed up.
  */
-class VhIpcJsonRequests : public QtAbstractVhIpcPart {
+class VhIpcJsonRequests : public VhIpcQueuedPart {
     Q_OBJECT
 public:
     explicit VhIpcJsonRequests(const QSharedPointer<RemoteJsonRequestsManager> &manager,
@@ -29,7 +25,6 @@ public:
     static QString partName();
 
     void processVh(const QHash<QString, QVariant> &map) override;
-    void onConnectChanged(bool connected) override;
 
 public Q_SLOTS:
     /// Any thread.
@@ -39,17 +34,8 @@ Q_SIGNALS:
     void received(qint64 id, const QString &json, bool isRequest);
     void sendFailed(qint64 id, const QString &json, bool isRequest);
 
-private Q_SLOTS:
-    void onWaitingConnectedTimedOut();
-
 private:
-    struct SendRecord {
-        qint64 id = 0;
-        QString json;
-        bool isRequest = false;
-    };
+    void onExpired(const QHash<QString, QVariant> &message) override;
 
     const QSharedPointer<RemoteJsonRequestsManager> m_manager;
-    QList<SendRecord> m_queue;
-    const std::unique_ptr<QtSingleShotTimer> m_waitingConnectedTimer;
 };

@@ -11,6 +11,7 @@
 #include "qtappabstractsettingsmanager.h"
 #include "qtappconfigbase.h"
 #include "qtobjectfactory.h"
+#include "qtvhbodycodec.h"
 #include "rows.h"
 #include "turnedclock.h"
 
@@ -56,13 +57,13 @@ class TestAppClientModule : public QObject {
                                                                                : nullptr;
     }
     bool isGoingDown() const { return m_module->isInitializeRunning(false); }
-    bool databaseExists() const { return QDir(m_folder->path()).exists(u"data/db.sqlite"_qs); }
     /// The settings as another process reads and writes them.
     QSharedPointer<QtAppAbstractSettingsManager> storedSettings() const
     {
         return AppDataAccessHelper(QDir(m_folder->filePath(u"data"_qs)), nullptr).settings();
     }
 
+    const QByteArray m_formerTmpDir = qgetenv("TMPDIR");
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<QtQObjectsTracker> m_tracker;
     std::unique_ptr<QLocalServer> m_server;
@@ -72,6 +73,7 @@ class TestAppClientModule : public QObject {
 private Q_SLOTS:
     void init()
     {
+        qputenv("TMPDIR", m_formerTmpDir); // or the folder would lie in the last one
         m_folder = std::make_unique<QTemporaryDir>();
         qputenv("TMPDIR", QFile::encodeName(m_folder->path()));
         m_tracker = std::make_unique<QtQObjectsTracker>();
@@ -94,143 +96,121 @@ private Q_SLOTS:
 
     void comesUpAgain()
     {
+        m_module->initialize(false); // was never up
         for (int i = 0; i < 3; ++i) {
-            QVERIFY(!m_module->settingsManager() && !m_module->jsonRequestsManager());
+            QVERIFY(!isGoingDown() && !m_module->settingsManager());
             const auto peer = connectedPeer();
-            QVERIFY(peer && m_module->isConnected());
-            const auto processor = m_module->remoteFrontendClientModule()->vhIpcProcessor();
-            peer->abort();
-            QTRY_VERIFY(!m_module->isConnected());
+            QVERIFY(peer && m_module->isConnected() && !peer->readAll().isEmpty());
             // Nothing but work for the application requires it to run. Ids begin anew with the
             // link.
-            QVERIFY(!processor->isRequiringServer());
+            const auto processor = m_module->remoteFrontendClientModule()->vhIpcProcessor();
             QCOMPARE(m_module->incomingDownloadsProcessor()->createJob().id, 1);
-            m_module->jsonRequestsManager()->send(2, u"{}"_qs, true);
-            QVERIFY(processor->isRequiringServer());
+            if (i > 0) {
+                peer->abort();
+                QTRY_VERIFY(!m_module->isConnected());
+                QVERIFY(!processor->isRequiringServer());
+                m_module->jsonRequestsManager()->send(2, u"{}"_qs, true);
+                QVERIFY(processor->isRequiringServer());
+            }
             m_module->initialize(false);
-            QTRY_VERIFY(!isGoingDown());
-            // Taken down, it stays away.
+            // Taken down, at once, it stays away.
+            QVERIFY(!isGoingDown() && !m_module->isConnected());
             m_clock->advance(60'000);
             QVERIFY(!m_server->waitForNewConnection(0));
         }
-        QVERIFY(!databaseExists());
+        QVERIFY(!QDir(m_folder->path()).exists(u"data/db.sqlite"_qs));
     }
 
-    void settingsComeFromTheLocalStoreWhenAskedFor()
+    void settings()
     {
         storedSettings()->setValues({{localeName, u"de_DE"_qs}}, user);
-        m_server->close();
-        m_module->initialize(true);
-        const auto initializer = m_module->settingsInitializer();
-        const auto settings = m_module->settingsManager();
-        const QSignalSpy initialized(initializer.data(),
-                                     &AppClientSettingsInitializer::settingsInitialized);
-        const QSignalSpy changed(settings.data(), &QtAppAbstractSettingsManager::allValuesChanged);
-        QVERIFY(!initializer->isSettingsInitialized());
-        QCOMPARE(settings->value(interceptDownloads), QString());
-        for (int i = 0; i < 2; ++i) {
-            initializer->initializeSettings();
-            QVERIFY(initializer->isSettingsInitialized());
-            QCOMPARE(settings->value(localeName), u"de_DE"_qs);
-            QCOMPARE(settings->value(interceptDownloads), u"1"_qs);
-            initializer->onVhIpcSettingsReadyStateChanged(true);
-        }
-        QCOMPARE(initialized.count(), 1);
-        QCOMPARE(changed, (QList<QVariantList>{{u"AppClientSettingsInitializer"_qs}}));
-    }
-
-    void settingsAreTheApplicationsWhileItIsThere()
-    {
         auto peer = connectedPeer();
         QVERIFY(peer);
         const auto initializer = m_module->settingsInitializer();
         const auto settings = m_module->settingsManager();
         const QSignalSpy initialized(initializer.data(),
                                      &AppClientSettingsInitializer::settingsInitialized);
-        QByteArray body;
-        QDataStream stream(&body, QIODevice::WriteOnly);
-        stream.setVersion(QDataStream::Qt_5_12);
-        stream << QVariantHash{{u"name"_qs, u"settings"_qs},
+        QCOMPARE(settings->value(interceptDownloads), QString());
+        // The application's, once they come; until then, when they are asked for, the stored ones.
+        initializer->initializeSettings();
+        QCOMPARE(settings->value(localeName), u"de_DE"_qs);
+        QCOMPARE(settings->value(interceptDownloads), u"1"_qs);
+        const QVariantHash all{{u"name"_qs, u"settings"_qs},
                                {u"reason"_qs, u"all"_qs},
                                {u"values"_qs, QVariantHash{{localeName, u"uk"_qs}}},
                                {u"defaultValues"_qs, QVariantHash{{interceptDownloads, u"0"_qs}}}};
-        QDataStream peerStream(peer.get());
-        peerStream << body; // as a frame: its length and itself
-        QTRY_COMPARE(initialized.count(), 1);
-        QCOMPARE(settings->value(localeName), u"uk"_qs);
+        QDataStream stream(peer.get());
+        stream << QtVhBodyCodec::toDataStream(all); // its length and itself
+        QTRY_COMPARE(settings->value(localeName), u"uk"_qs);
         QCOMPARE(settings->value(interceptDownloads), u"0"_qs);
         initializer->initializeSettings();
         QCOMPARE(initialized.count(), 1);
         settings->setValues({{localeName, u"fr"_qs}}, user);
-        settings->resetToDefaults(user);
-        QVERIFY(!databaseExists());
+        QCOMPARE(storedSettings()->allValues().value(localeName), u"de_DE"_qs);
 
         // Without it, changes are stored for later.
         m_server->close();
         peer.reset();
         QTRY_VERIFY(!m_module->isConnected());
-        settings->setValues({{localeName, u"ja"_qs}, {interceptDownloads, u"2"_qs}}, user);
+        settings->setValues({{localeName, u"ja"_qs}}, user);
         QCOMPARE(storedSettings()->allValues().value(localeName), u"ja"_qs);
-        QCOMPARE(storedSettings()->allValues().value(interceptDownloads), u"2"_qs);
         settings->resetToDefaults(user);
         QCOMPARE(storedSettings()->allValues().value(localeName), QString());
     }
 
-    void isDownAtOnceWithNothingPending()
+    void waitsForWhatNobodyTakesOver()
     {
-        m_module->initialize(false); // was never up
-        QCoreApplication::processEvents();
-        QVERIFY(!isGoingDown());
-        const auto peer = connectedPeer();
-        QVERIFY(peer);
-        m_module->initialize(false);
-        QCoreApplication::processEvents();
-        QVERIFY(!isGoingDown() && !m_module->isConnected());
+        QList<VhIpcQueuedMessage> given;
+        m_module->setHandOver([&](const QList<VhIpcQueuedMessage> &messages) {
+            given = messages;
+            return false;
+        });
         m_server->close();
         m_module->initialize(true);
-        m_module->jsonRequestsManager()->send(1, u"waits for a connection"_qs, true);
+        m_module->jsonRequestsManager()->send(7, u"text"_qs, true);
+        m_clock->advance(10'000);
+        auto job = m_module->incomingDownloadsProcessor()->createJob();
+        job.isBrowsersOwn = true;
+        m_module->incomingDownloadsProcessor()->process(job);
         m_module->initialize(false);
-        QCoreApplication::processEvents();
-        QVERIFY(!isGoingDown());
+        QCOMPARE(given.size(), 1);
+        QCOMPARE(given.at(0).message.value(u"id"_qs), 7);
+        QCOMPARE(given.at(0).waitedMs, 10'000);
+        m_clock->advance(19'999);
+        QVERIFY(isGoingDown());
+        m_clock->advance(1);
+        QTRY_VERIFY(!isGoingDown());
     }
 
-    void isDownWhenWhatWasSentHasLeft_data()
+    void waitsForWhatWasSent_data()
     {
-        const Rows<int> row("then");
-        row("the peer reads all", 0);
-        row("the peer goes", 1);
-        row("two seconds pass", 2);
+        const Rows<bool, int> row("isDownload", "withinMs");
+        row("a text that the application does not read", false, 1500);
+        row("a download that the application does not answer", true, 1200);
     }
 
-    void isDownWhenWhatWasSentHasLeft()
+    void waitsForWhatWasSent()
     {
-        QFETCH(const int, then);
-        auto peer = connectedPeer();
-        QVERIFY(peer);
-        peer->readAll();
-        peer->setReadBufferSize(1); // what is not read stays in the system
-        m_module->jsonRequestsManager()->send(1, QString(hugeTextLength, u'x'), true);
+        QFETCH(const bool, isDownload);
+        QFETCH(const int, withinMs);
+        const auto peer = connectedPeer();
+        QVERIFY(peer && !peer->readAll().isEmpty());
+        const auto downloads = m_module->incomingDownloadsProcessor();
+        if (isDownload) {
+            downloads->process(downloads->createJob());
+        } else {
+            peer->setReadBufferSize(1); // what is not read stays in the system
+            m_module->jsonRequestsManager()->send(1, QString(hugeTextLength, u'x'), true);
+        }
         m_module->initialize(false);
         m_module->initialize(false); // asked for again, which changes nothing
-        m_clock->advance(1999);
+        m_clock->advance(withinMs - 1);
         QVERIFY(isGoingDown() && m_module->isConnected());
-
-        qint64 received = 0;
-        if (then == 0) {
-            connect(peer.get(), &QLocalSocket::readyRead, peer.get(),
-                    [&] { received += peer->readAll().size(); });
-            peer->setReadBufferSize(0);
-            received += peer->readAll().size();
-        } else if (then == 1) {
-            peer.reset();
-        } else {
-            m_clock->advance(1);
-        }
+        m_clock->advance(1);
+        // It is only told that nothing else comes, and ends the connection itself.
+        if (isDownload)
+            QVERIFY(m_module->isConnected());
         QTRY_VERIFY(!isGoingDown());
-        if (then == 0) {
-            QTRY_COMPARE(peer->state(), QLocalSocket::UnconnectedState);
-            QVERIFY(received > qint64{2} * hugeTextLength); // UTF-16
-        }
     }
 };
 

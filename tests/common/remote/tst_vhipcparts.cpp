@@ -7,11 +7,11 @@
 #include "uniqueint64idgen.h"
 #include "vhipcincomingdownloadsclient.h"
 #include "vhipcjsonrequests.h"
-#include "vhipcmisctasksclient.h"
 
 #include <QSignalSpy>
 
 #include <memory>
+#include <thread>
 
 namespace {
 
@@ -62,6 +62,12 @@ private Q_SLOTS:
                 u"R # r 1! 2!"_qs);
             row(part + "waits anew when sent again", isJson, u"S 30000 +"_qs, u"R r 1! R r 2>"_qs);
         }
+        row("download: 55 s at most", false, u"s 29000 s 25999 # 1 3999 # 1 +"_qs,
+            u"R # 1! # r 2!"_qs);
+        row("download: 55 s, and the next is sent", false, u"s 29000 s 26000 +"_qs,
+            u"R 1! r 2>"_qs);
+        row("JSON: as long as newer ones come", true, u"s 29000 s 29000 s +"_qs,
+            u"R r 1> 2> 3>"_qs);
         row("JSON: not sent again", true, u"+ s - + s"_qs, u"1> 2>"_qs);
         row("download: a disconnect fails what is in flight", false, u"+ s s =1 - - s +"_qs,
             u"1> 2> 1= 2! R r 3>"_qs);
@@ -123,31 +129,24 @@ private Q_SLOTS:
         QTEST(log.join(u' '), "expected");
     }
 
-    void sendsAJob()
-    {
-        Setup s;
-        s.downloads.onConnectChanged(true);
-        const QSignalSpy sent(&s.downloads, &VhIpcIncomingDownloadsClient::sendVh);
-        AbstractNewDownloadsRequestJob job = s.processor->createJob();
-        const auto info = std::make_shared<AbstractDownloadPersistentInfo>();
-        info->source.url = QUrl(u"http://127.0.0.1/a?b"_qs);
-        job.request.downloads = {{info}};
-        job.request.selectedDownloads.fill(true, 1);
-        s.processor->process(job);
-        QCOMPARE(sent.count(), 1);
-        Message message = sent.at(0).at(0).value<Message>();
-        QCOMPARE(toNewDownloadsRequest(message.take(u"request"_qs).toHash()), job.request);
-        QCOMPARE(message, downloadsMessage(u"add"_qs, 1));
-        // The other part takes its ids from the same generator.
-        QCOMPARE(s.manager->nextId(), 2);
-    }
-
     void answers()
     {
-        const auto outcome = [](const Message &fields) {
+        const std::pair<Message, QString> cases[] = {
+            // The id, added, aborted, why, the error, silent.
+            {{{u"added"_qs, true}}, u"1 true false 0  false"_qs},
+            {{{u"aborted"_qs, true}, {u"abortReason"_qs, -77}, {u"isSilent"_qs, true}},
+             u"1 false true -77  true"_qs},
+            {{{u"error"_qs, u"\u20ac"_qs}}, u"1 false false 0 \u20ac false"_qs},
+            {{{u"reason"_qs, u"add"_qs}}, QString()}};
+        for (const auto &[fields, expected] : cases) {
             Setup s;
             s.downloads.onConnectChanged(true);
-            s.processor->process(s.processor->createJob());
+            const QSignalSpy sent(&s.downloads, &VhIpcIncomingDownloadsClient::sendVh);
+            const AbstractNewDownloadsRequestJob job = s.processor->createJob();
+            s.processor->process(job);
+            Message add = downloadsMessage(u"add"_qs, 1);
+            add.insert(u"request"_qs, toVariantHash(job));
+            QCOMPARE(sent, (Signals{{QVariant::fromValue(add)}}));
             const QSignalSpy finished(s.processor.data(),
                                       &RemoteIncomingDownloadsProcessor::finished);
             Message message = downloadsMessage(u"finished"_qs, 1);
@@ -158,17 +157,8 @@ private Q_SLOTS:
                 said += argument.metaType().flags() & QMetaType::IsEnumeration
                     ? QString::number(argument.toInt())
                     : argument.toString();
-            return said.join(u' ');
-        };
-        // The id, added, aborted, why, the error, silent.
-        QCOMPARE(outcome({{u"added"_qs, true}}), u"1 true false 0  false"_qs);
-        QCOMPARE(outcome({{u"aborted"_qs, true}, {u"abortReason"_qs, 2}, {u"isSilent"_qs, true}}),
-                 u"1 false true 2  true"_qs);
-        QCOMPARE(outcome({{u"error"_qs, u"\u20ac"_qs}}), u"1 false false 0 \u20ac false"_qs);
-        QCOMPARE(outcome({{u"aborted"_qs, true}, {u"abortReason"_qs, -77}}),
-                 u"1 false true -77  false"_qs);
-        QCOMPARE(outcome({}), u"1 false false 0  false"_qs);
-        QCOMPARE(outcome({{u"reason"_qs, u"add"_qs}}), QString());
+            QCOMPARE(said.join(u' '), expected);
+        }
     }
 
     void jsonTexts()
@@ -177,8 +167,7 @@ private Q_SLOTS:
         const std::pair<Message, Signals> cases[] = {
             {jsonMessage(u"request"_qs, 9, text), {{9LL, text, true}}},
             {jsonMessage(u"response"_qs, 1LL << 40, {}), {{1LL << 40, QString(), false}}},
-            {jsonMessage(u"Request"_qs, 9, text), {}},
-            {{}, {}}};
+            {jsonMessage(u"Request"_qs, 9, text), {}}};
         for (const auto &[message, expected] : cases) {
             Setup s;
             s.json.onConnectChanged(true);
@@ -186,40 +175,16 @@ private Q_SLOTS:
             const QSignalSpy sent(&s.json, &VhIpcJsonRequests::sendVh);
             s.json.processVh(message);
             QCOMPARE(received, expected);
-            // The same goes the other way.
-            for (const QVariantList &one : expected)
-                s.manager->send(one.at(0).toLongLong(), one.at(1).toString(), one.at(2).toBool());
-            QCOMPARE(sent,
-                     expected.isEmpty() ? Signals() : Signals{{QVariant::fromValue(message)}});
+            // The same goes the other way, from any thread.
+            for (const QVariantList &one : expected) {
+                std::thread([&] {
+                    s.json.send(one.at(0).toLongLong(), one.at(1).toString(), one.at(2).toBool());
+                }).join();
+                QVERIFY(sent.isEmpty());
+                QCoreApplication::processEvents();
+                QCOMPARE(sent, (Signals{{QVariant::fromValue(message)}}));
+            }
         }
-    }
-
-    void jsonFromAnotherThread()
-    {
-        Setup s;
-        s.json.onConnectChanged(true);
-        QThread *sendingThread = nullptr;
-        connect(
-            &s.json, &VhIpcJsonRequests::sendVh, &s.json,
-            [&sendingThread] { sendingThread = QThread::currentThread(); }, Qt::DirectConnection);
-        const std::unique_ptr<QThread> worker(
-            QThread::create([&s] { s.json.send(3, u"far"_qs, true); }));
-        worker->start();
-        QVERIFY(worker->wait());
-        QCOMPARE(sendingThread, nullptr);
-        QCoreApplication::processEvents();
-        QCOMPARE(sendingThread, s.json.thread());
-    }
-
-    void miscTasks()
-    {
-        VhIpcMiscTasksClient part;
-        const QSignalSpy sent(&part, &VhIpcMiscTasksClient::sendVh);
-        part.activateMainWindow();
-        const Message expected{{u"name"_qs, u"miscTasks"_qs},
-                               {u"reason"_qs, u"activateMainWindow"_qs}};
-        QCOMPARE(sent, (Signals{{QVariant::fromValue(expected)}}));
-        QVERIFY(!part.isRequiringServer());
     }
 };
 

@@ -4,7 +4,7 @@
 import { deepStrictEqual } from 'node:assert';
 import { execFile, spawn } from 'node:child_process';
 import { createHash } from 'node:crypto';
-import { readFileSync } from 'node:fs';
+import { existsSync, readFileSync, renameSync, writeFileSync } from 'node:fs';
 import { createServer } from 'node:http';
 import { join } from 'node:path';
 import { HostProcess, until } from '../../../tools/drivers/hostprocess.mjs';
@@ -40,9 +40,12 @@ export class Extension {
         return answer;
     }
 
-    download(...items) {
+    download(...items) { return this.create({}, ...items); }
+
+    /** The same with members of the record beside the downloads. */
+    create(members, ...items) {
         const item = items.map(each => typeof each === 'string' ? { url: each } : each);
-        return this.ask('create_downloads', { create_downloads: { downloads: { item } } });
+        return this.ask('create_downloads', { create_downloads: { downloads: { item }, ...members } });
     }
 
     /** What it was answered by the application, which is connected then; nothing is downloaded. */
@@ -99,14 +102,23 @@ export class Scene {
 
     constructor(beside = ['kov']) { this.sandbox = new Sandbox(beside); }
 
-    extension() {
-        const extension = new Extension(new HostProcess(this.sandbox));
+    extension(env) {
+        const extension = new Extension(new HostProcess(this.sandbox, { env }));
         this.#extensions.push(extension);
         extension.host.ended.then(() => this.#extensions.splice(this.#extensions.indexOf(extension), 1));
         return extension;
     }
 
     program(name) { return join(this.sandbox.programs, name); }
+
+    /** Puts a shell script in the place of the application, which is "kov-real" then. */
+    replaceApplication(text, mode = 0o755) {
+        if (existsSync(this.program('kov')))
+            renameSync(this.program('kov'), this.program('kov-real'));
+        writeFileSync(this.program('kov'), `#!/bin/sh\n${text}\n`, { mode });
+    }
+
+    restoreApplication() { renameSync(this.program('kov-real'), this.program('kov')); }
 
     /** What a command line of the application prints. */
     kov(...words) {

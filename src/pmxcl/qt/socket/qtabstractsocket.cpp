@@ -7,6 +7,10 @@ QtAbstractSocket::QtAbstractSocket(QObject *parent) : QObject(parent)
     qRegisterMetaType<QtAbstractSocket::SocketState>();
 }
 
+void QtAbstractSocket::closeSending() { }
+
+bool QtAbstractSocket::hasPeerTakenAll() const { return true; }
+
 bool QtAbstractSocket::isConnecting() const
 {
     const SocketState current = state();

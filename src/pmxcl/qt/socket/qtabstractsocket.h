@@ -41,6 +41,13 @@ public:
     /// The last error.
     virtual AbstractError error() const = 0;
 
+    /// Tells the peer that nothing more will come; what the peer still says is received. To be
+    /// called when all that was written has left. Without effect where the transport knows no such
+    /// thing.
+    virtual void closeSending();
+    /// Whether the peer has taken all that has left this process, as far as the transport can tell.
+    virtual bool hasPeerTakenAll() const;
+
     bool isConnecting() const;
     bool isDisconnecting() const;
 

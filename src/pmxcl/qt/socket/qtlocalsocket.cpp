@@ -9,6 +9,8 @@
 #include <QPointer>
 #include <QSignalBlocker>
 
+#include <linux/sockios.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -230,6 +232,21 @@ AbstractError QtLocalSocket::error() const
     if (m_ownError)
         return *m_ownError;
     return localSocketError(m_socket->error(), m_socket->errorString(), errorSourceLine);
+}
+
+void QtLocalSocket::closeSending()
+{
+    if (isConnected())
+        ::shutdown(static_cast<int>(m_socket->socketDescriptor()), SHUT_WR);
+}
+
+bool QtLocalSocket::hasPeerTakenAll() const
+{
+    // unix(7): the bytes that the peer has not read.
+    int unread = 0;
+    if (isConnected())
+        (void)::ioctl(static_cast<int>(m_socket->socketDescriptor()), SIOCOUTQ, &unread);
+    return unread == 0;
 }
 
 void QtLocalSocket::onSocketDestroyed()

@@ -51,6 +51,8 @@ public:
     bool isConnected() const override;
     SocketState state() const override;
     AbstractError error() const override;
+    void closeSending() override;
+    bool hasPeerTakenAll() const override;
 
 private Q_SLOTS:
     void onSocketDestroyed();

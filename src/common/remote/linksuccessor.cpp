@@ -1,0 +1,83 @@
+#include "linksuccessor.h"
+
+#include "qtappdefaultlogger.h"
+#include "qtvhbodycodec.h"
+
+#include <QCoreApplication>
+#include <QDataStream>
+#include <QFile>
+#include <QProcess>
+
+#include <linux/close_range.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstdio>
+
+namespace {
+
+bool write(QFile &file, const QList<VhIpcQueuedMessage> &messages)
+{
+    const int memory = ::memfd_create("kovalo-messages", MFD_CLOEXEC);
+    if (memory < 0 || !file.open(memory, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle))
+        return false;
+    QDataStream stream(&file);
+    for (const VhIpcQueuedMessage &each : messages)
+        stream << each.waitedMs << QtVhBodyCodec::toDataStream(each.message);
+    return file.flush() && stream.status() == QDataStream::Ok;
+}
+
+} // namespace
+
+namespace LinkSuccessor {
+
+QString commandLineSwitch() { return QStringLiteral("--deliver"); }
+
+bool start(const QList<VhIpcQueuedMessage> &messages)
+{
+    QFile file;
+    QProcess process;
+    process.setProgram(QCoreApplication::applicationFilePath());
+    process.setArguments({commandLineSwitch()});
+    if (!write(file, messages)) {
+        logLine(1, QStringLiteral("[LinkSuccessor]: WARNING: no memory for the messages"));
+        return false;
+    }
+    // Opened anew, and so read from its beginning.
+    process.setStandardInputFile(QStringLiteral("/proc/self/fd/%1").arg(file.handle()));
+    // The browser waits for its pipes to close. Whatever else is open ends with exec(); an old
+    // kernel knows neither the call nor the flag, and Qt's own descriptors do not need it.
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    (void)::close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
+    if (!process.startDetached()) {
+        logLine(1, QStringLiteral("[LinkSuccessor]: WARNING: ") + process.errorString());
+        return false;
+    }
+    logLine(1,
+            QStringLiteral("[LinkSuccessor]: another process delivers %1 messages")
+                .arg(messages.size()));
+    return true;
+}
+
+QList<VhIpcQueuedMessage> receive()
+{
+    QList<VhIpcQueuedMessage> messages;
+    QFile file;
+    if (!file.open(stdin, QIODevice::ReadOnly))
+        return messages;
+    QDataStream stream(&file);
+    while (!stream.atEnd()) {
+        qint64 waitedMs = 0;
+        QByteArray body;
+        stream >> waitedMs >> body;
+        const auto message = QtVhBodyCodec::fromDataStream(body);
+        if (stream.status() != QDataStream::Ok || !message)
+            break;
+        messages.append({.message = *message, .waitedMs = waitedMs});
+    }
+    logLine(1, QStringLiteral("[LinkSuccessor]: %1 messages to deliver").arg(messages.size()));
+    return messages;
+}
+
+} // namespace LinkSuccessor

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "qtabstractvhipcpart.h"
+#include "qtclock.h"
+#include "qtsingleshottimer.h"
+
+#include <QHash>
+#include <QList>
+#include <QString>
+#include <QVariant>
+
+#include <limits>
+#include <memory>
+
+/// A message to the application, as it is to be sent, that waits for the link.
+struct VhIpcQueuedMessage {
+    QHash<QString, QVariant> message;
+    /// How long it has been waiting, in milliseconds.
+    qint64 waitedMs = 0;
+    /// Somebody else sees to it when this process ends: it is not to be delivered after that.
+    bool endsWithProcess = false;
+};
+
+/**
+ * A part of the link whose messages wait, in order, while the link is down; until then they require
+ * the application to run. They are sent once, when the link comes up. When it has not come up 30
+ * seconds after the last of them, all expire; any one of them expires at the latest when it has
+ * waited for the part's own limit, however often newer ones prolonged the wait.
+ */
+class VhIpcQueuedPart : public QtAbstractVhIpcPart {
+    Q_OBJECT
+public:
+    static constexpr int waitForConnectionMs = 30'000;
+
+    void onConnectChanged(bool connected) override;
+
+    /// Sends the message now, or when the link is up. Those that have waited elsewhere come in the
+    /// order of their age.
+    void sendOrQueue(const VhIpcQueuedMessage &queued);
+    bool hasQueued() const { return !m_queue.isEmpty(); }
+    /// What waits, in order.
+    QList<VhIpcQueuedMessage> queued() const;
+    /// Forgets what waits, all of it or what ends with the process; nobody is told.
+    void dropQueued();
+    void dropQueuedEndingWithProcess();
+
+protected:
+    static constexpr int noLimitMs = std::numeric_limits<int>::max();
+
+    VhIpcQueuedPart(int longestWaitMs, QObject *parent, QtClock &clock);
+
+    /// The message is about to be sent.
+    virtual void onSending(const QHash<QString, QVariant> &message);
+    /// The message was not sent, and will not be. It may be sent anew, which waits anew.
+    virtual void onExpired(const QHash<QString, QVariant> &message) = 0;
+
+private:
+    struct Entry {
+        QHash<QString, QVariant> message;
+        /// On the clock's monotonic time.
+        qint64 sinceMs = 0;
+        bool endsWithProcess = false;
+    };
+
+    void sendNow(const QHash<QString, QVariant> &message);
+    void startTimer();
+    void onQueueShortened();
+    void onTimeout();
+    bool hasWaitedTooLong(const Entry &entry, qint64 nowMs) const;
+
+    const int m_longestWaitMs;
+    QtClock &m_clock;
+    QList<Entry> m_queue;
+    qint64 m_lastQueuedMs = 0;
+    /// When the timer is due. It may fire somewhat earlier than that.
+    qint64 m_dueMs = 0;
+    const std::unique_ptr<QtSingleShotTimer> m_timer;
+};
