@@ -13,6 +13,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QMetaEnum>
 
 #include <algorithm>
 #include <utility>
@@ -43,6 +44,15 @@ KovCommandResult failure(const QString &text)
 KovCommandResult unknownSetting(const QString &name)
 {
     return failure(QStringLiteral("there is no setting \"%1\"").arg(name));
+}
+
+/// The key of a setting: two of the names in the catalogue are not their settings' keys.
+QString settingKey(const QString &name)
+{
+    bool isName = false;
+    const int value = QMetaEnum::fromType<DmCoreSettings::Setting>().keyToValue(
+        name.toLatin1().constData(), &isName);
+    return isName ? toString(static_cast<DmCoreSettings::Setting>(value)) : name;
 }
 
 KovCommandResult unknownJob(const QString &id)
@@ -107,9 +117,9 @@ KovCommandResult KovCommands::run(const QStringList &words)
     if ((command == u"open" || command == u"folder") && count <= 1)
         return path(arguments, command == u"open");
     if (command == u"set" && count == 2)
-        return set(arguments.at(0), arguments.at(1));
+        return set(settingKey(arguments.at(0)), arguments.at(1));
     if (command == u"get" && count == 1)
-        return get(arguments.at(0));
+        return get(settingKey(arguments.at(0)));
     if (command == u"list" && count == 0)
         return list();
     if (command == u"quit" && count == 0) {

@@ -31,6 +31,11 @@ QString notSentAgain(const QString &reason)
     return reason + QStringLiteral(" (what was posted is sent again only when you ask for it)");
 }
 
+QString cannotStore(const KovJobStore &store)
+{
+    return QStringLiteral("cannot store the download: ") + store.errorString();
+}
+
 } // namespace
 
 int KovDownloadsQueue::retryDelayMs(int attempts)
@@ -47,19 +52,19 @@ KovDownloadsQueue::KovDownloadsQueue(QSharedPointer<QtAppAbstractSettingsManager
     : QObject(parent), m_settings(std::move(settings)),
       m_portableModeSupport(std::move(portableModeSupport)), m_clock(clock), m_store(storePath),
       m_network(QSharedPointer<KovNetworkPool>::create()),
-      m_speedLimit(QSharedPointer<KovSpeedLimit>::create(clock)), m_tickTimer(clock.createTimer()),
-      m_retryTimer(clock.createTimer()), m_roomTimer(clock.createTimer())
+      m_speedLimit(QSharedPointer<KovSpeedLimit>::create(clock)),
+      m_offers([this](KovTransfer *transfer) { return take(transfer); },
+               [this](const KovDownloadRequest &request) { add({request}); }, clock),
+      m_tickTimer(clock.createTimer()), m_retryTimer(clock.createTimer()),
+      m_roomTimer(clock.createTimer())
 {
+    connect(&m_offers, &KovOffers::changed, this, &KovDownloadsQueue::workChanged);
     connect(m_tickTimer.get(), &QtSingleShotTimer::timeout, this, &KovDownloadsQueue::onTick);
     connect(m_retryTimer.get(), &QtSingleShotTimer::timeout, this, &KovDownloadsQueue::onRetryTime);
     connect(m_roomTimer.get(), &QtSingleShotTimer::timeout, this, &KovDownloadsQueue::onRoomTime);
 }
 
-KovDownloadsQueue::~KovDownloadsQueue()
-{
-    for (const auto &offer : m_offers)
-        offer.first->disconnect(this);
-}
+KovDownloadsQueue::~KovDownloadsQueue() = default;
 
 void KovDownloadsQueue::start()
 {
@@ -76,7 +81,7 @@ void KovDownloadsQueue::start()
             }
         }
         if (job.state == KovJob::State::Waiting)
-            m_ready.insert(job.id);
+            m_waiting.addReady(job.id);
         m_jobs.insert(job.id, job);
     }
     save();
@@ -99,10 +104,10 @@ QString KovDownloadsQueue::add(const QList<KovDownloadRequest> &requests)
     for (const KovDownloadRequest &request : requests)
         added.emplace_back(newJob(request.url), request);
     if (!m_store.add(added))
-        return QStringLiteral("cannot store the download: ") + m_store.errorString();
+        return cannotStore(m_store);
     for (const auto &[job, request] : added) {
         m_jobs.insert(job.id, job);
-        m_ready.insert(job.id);
+        m_waiting.addReady(job.id);
         Q_EMIT jobAdded(job);
     }
     QMetaObject::invokeMethod(this, &KovDownloadsQueue::startNext, Qt::QueuedConnection);
@@ -110,78 +115,31 @@ QString KovDownloadsQueue::add(const QList<KovDownloadRequest> &requests)
     return {};
 }
 
-void KovDownloadsQueue::offer(const KovDownloadRequest &request, QObject *offerer, Answer answer)
+void KovDownloadsQueue::offer(const KovDownloadRequest &request, QObject *offerer,
+                              KovOffers::Answer answer)
 {
     KovJob job;
     job.url = request.url;
-    KovTransfer *const transfer = createTransfer(job, request);
-    Offer &offer = m_offers[transfer];
-    offer.offerer = offerer;
-    offer.answer = std::move(answer);
-    offer.timer = m_clock.createTimer();
-    connect(offer.timer.get(), &QtSingleShotTimer::timeout, this, [this, transfer] {
-        m_offers[transfer].timedOut = true;
-        transfer->stop();
-    });
-    offer.timer->start(offerAnsweredWithinMs);
-    connect(transfer, &KovTransfer::accepted, this,
-            [this, transfer] { onOfferAccepted(transfer); });
-    connect(transfer, &KovTransfer::ended, this, [this, transfer](const KovFailure &failure) {
-        if (m_offers.contains(transfer))
-            onOfferEnded(transfer, failure);
-    });
-    Q_EMIT workChanged();
-    transfer->start();
+    m_offers.begin(createTransfer(job, request), offerer, std::move(answer));
 }
 
-void KovDownloadsQueue::onOfferAccepted(KovTransfer *transfer)
+QString KovDownloadsQueue::take(KovTransfer *transfer)
 {
-    const auto offer = m_offers.find(transfer);
-    if (offer == m_offers.end() || offer->second.timedOut)
-        return;
-    const Answer answer = offer->second.answer;
-    const bool isListening = offer->second.offerer;
     KovJob job = newJob(transfer->job().url);
     const qint64 id = job.id;
     job.state = KovJob::State::Running;
     job.takeProgress(transfer->job());
-    if (!m_store.add({{job, transfer->request()}})) {
-        // It ends as an offer, and what there is of the file goes.
-        offer->second.answer = [answer, error = m_store.errorString()](const QString &) {
-            answer(QStringLiteral("cannot store the download: ") + error);
-        };
-        transfer->stop();
-        return;
-    }
-    m_offers.erase(offer);
+    if (!m_store.add({{job, transfer->request()}}))
+        return cannotStore(m_store);
     m_jobs.insert(id, job);
     watch(id, transfer);
-    if (isListening)
-        answer({});
     Q_EMIT jobAdded(job);
     // Over the limit it waits for its turn if it can; a link that serves once cannot.
-    if (m_running.size() > number(toString(DmCoreSettings::MaxDownloads), defaultMaxRunning)
-        && transfer->isResumable() && !transfer->isEnding()) {
+    if (m_running.size() > maxRunning() && transfer->isResumable() && !transfer->isEnding()) {
         m_jobs[id].state = KovJob::State::Waiting;
         transfer->stop();
     }
-}
-
-void KovDownloadsQueue::onOfferEnded(KovTransfer *transfer, const KovFailure &failure)
-{
-    const auto offer = m_offers.find(transfer);
-    const Answer answer = offer->second.answer;
-    const bool isListening = offer->second.offerer;
-    const bool timedOut = offer->second.timedOut;
-    m_offers.erase(offer);
-    removeFiles(transfer->job(), false);
-    const KovDownloadRequest request = transfer->request();
-    transfer->deleteLater();
-    if (!isListening && !m_stopping)
-        add({request}); // nobody else may have it
-    else if (isListening)
-        answer(timedOut ? QStringLiteral("the server does not answer") : failure.text);
-    Q_EMIT workChanged();
+    return {};
 }
 
 KovTransfer *KovDownloadsQueue::createTransfer(const KovJob &job, const KovDownloadRequest &request)
@@ -220,12 +178,8 @@ void KovDownloadsQueue::watch(qint64 id, KovTransfer *transfer)
 
 void KovDownloadsQueue::startNext()
 {
-    const qint64 maxRunning = number(toString(DmCoreSettings::MaxDownloads), defaultMaxRunning);
-    while (!m_stopping && !m_diskFull && !m_ready.empty() && m_running.size() < maxRunning) {
-        const qint64 id = *m_ready.cbegin();
-        m_ready.erase(m_ready.cbegin());
-        start(id);
-    }
+    while (!m_stopping && !m_diskFull && m_waiting.hasReady() && m_running.size() < maxRunning())
+        start(m_waiting.takeReady());
 }
 
 void KovDownloadsQueue::start(qint64 id)
@@ -264,7 +218,7 @@ void KovDownloadsQueue::onEnded(qint64 id, const KovFailure &failure)
         saveSoon(id);
     } else if (!failure) { // stopped, to go on later
         job.state = KovJob::State::Waiting;
-        m_ready.insert(id);
+        m_waiting.addReady(id);
         saveSoon(id);
     } else if (failure.kind == KovFailure::Kind::NoRoom
                || failure.kind == KovFailure::Kind::DiskFull) {
@@ -295,7 +249,7 @@ void KovDownloadsQueue::tryLater(KovJob &job, const KovFailure &failure)
     logLine(1,
             QStringLiteral("[KovDownloadsQueue]: download %1 waits %2 ms: %3")
                 .arg(QString::number(job.id), QString::number(delay), failure.text));
-    m_retries.emplace(m_clock.monotonicMs() + delay, job.id);
+    m_waiting.addRetry(job.id, m_clock.monotonicMs() + delay);
     saveSoon(job.id);
     onRetryTime();
 }
@@ -309,7 +263,7 @@ void KovDownloadsQueue::waitForRoom(KovJob &job, const KovFailure &failure)
             QStringLiteral("[KovDownloadsQueue]: WARNING: download %1 waits: %2")
                 .arg(QString::number(job.id), failure.text));
     const qint64 missing = std::max<qint64>(0, job.totalBytes - job.receivedBytes());
-    m_roomless.insert(job.id, missing + leastRoomBytes);
+    m_waiting.addRoomless(job.id, missing + leastRoomBytes);
     if (!m_roomTimer->isActive())
         m_roomTimer->start(roomCheckMs);
     if (failure.kind != KovFailure::Kind::DiskFull)
@@ -323,15 +277,7 @@ void KovDownloadsQueue::onRoomTime()
 {
     const qint64 room = QStorageInfo(folderPath()).bytesAvailable();
     m_diskFull = m_diskFull && room < leastRoomBytes;
-    for (auto waiting = m_roomless.begin(); waiting != m_roomless.end();) {
-        if (*waiting > room) {
-            ++waiting;
-            continue;
-        }
-        m_ready.insert(waiting.key());
-        waiting = m_roomless.erase(waiting);
-    }
-    if (m_diskFull || !m_roomless.isEmpty())
+    if (!m_waiting.onRoom(room) || m_diskFull)
         m_roomTimer->start(roomCheckMs);
     startNext();
 }
@@ -361,13 +307,8 @@ void KovDownloadsQueue::onTick()
 
 void KovDownloadsQueue::onRetryTime()
 {
-    const qint64 now = m_clock.monotonicMs();
-    while (!m_retries.empty() && m_retries.cbegin()->first <= now) {
-        m_ready.insert(m_retries.cbegin()->second);
-        m_retries.erase(m_retries.cbegin());
-    }
-    if (!m_retries.empty())
-        m_retryTimer->start(static_cast<int>(m_retries.cbegin()->first - now));
+    if (const qint64 next = m_waiting.onRetryTime(m_clock.monotonicMs()); next >= 0)
+        m_retryTimer->start(static_cast<int>(next));
     startNext();
 }
 
@@ -398,9 +339,7 @@ void KovDownloadsQueue::saveOne(const KovJob &job)
 
 QList<KovDownloadsQueue::Download> KovDownloadsQueue::downloads() const
 {
-    QHash<qint64, qint64> retryTimes;
-    for (const auto &[time, id] : m_retries)
-        retryTimes.insert(id, time);
+    const QHash<qint64, qint64> retryTimes = m_waiting.retryTimes();
     QList<Download> downloads;
     downloads.reserve(m_jobs.size());
     for (const KovJob &job : m_jobs) {
@@ -418,21 +357,13 @@ QList<KovDownloadsQueue::Download> KovDownloadsQueue::downloads() const
     return downloads;
 }
 
-bool KovDownloadsQueue::waitNoLonger(qint64 id)
-{
-    const auto retries =
-        std::erase_if(m_retries, [id](const auto &retry) { return retry.second == id; });
-    return m_roomless.remove(id) || retries > 0;
-}
-
 bool KovDownloadsQueue::pause(qint64 id)
 {
     KovJob &job = m_jobs[id];
     if (!job.isUnderWay())
         return false;
     job.state = KovJob::State::Paused;
-    m_ready.erase(id);
-    waitNoLonger(id);
+    m_waiting.remove(id);
     if (KovTransfer *const transfer = m_running.value(id))
         transfer->stop();
     saveOne(job);
@@ -443,7 +374,7 @@ bool KovDownloadsQueue::pause(qint64 id)
 bool KovDownloadsQueue::resume(qint64 id)
 {
     KovJob &job = m_jobs[id];
-    if (!waitNoLonger(id) && job.state != KovJob::State::Paused
+    if (!m_waiting.hurry(id) && job.state != KovJob::State::Paused
         && job.state != KovJob::State::Failed)
         return false;
     job.state = KovJob::State::Waiting;
@@ -452,7 +383,7 @@ bool KovDownloadsQueue::resume(qint64 id)
     saveOne(job);
     // One that is being paused just now goes on when it has ended.
     if (!m_running.contains(id))
-        m_ready.insert(id);
+        m_waiting.addReady(id);
     QMetaObject::invokeMethod(this, &KovDownloadsQueue::startNext, Qt::QueuedConnection);
     Q_EMIT workChanged();
     return true;
@@ -463,9 +394,8 @@ bool KovDownloadsQueue::remove(qint64 id, bool withFile)
     if (!m_store.remove(id))
         return false;
     KovJob job = m_jobs.take(id);
-    m_ready.erase(id);
+    m_waiting.remove(id);
     m_unsaved.remove(id);
-    waitNoLonger(id);
     if (KovTransfer *const transfer = m_running.take(id)) {
         transfer->disconnect(this);
         transfer->stop();
@@ -488,15 +418,13 @@ void KovDownloadsQueue::removeFiles(const KovJob &job, bool finishedToo)
 
 bool KovDownloadsQueue::hasWork() const
 {
-    return !m_running.isEmpty() || !m_offers.empty() || !m_ready.empty() || !m_retries.empty()
-        || !m_roomless.isEmpty();
+    return !m_running.isEmpty() || !m_offers.isEmpty() || !m_waiting.isEmpty();
 }
 
 void KovDownloadsQueue::stop()
 {
     m_stopping = true;
-    for (const auto &offer : m_offers)
-        offer.first->stop();
+    m_offers.stop();
     for (KovTransfer *const transfer : std::as_const(m_running))
         transfer->stop();
     if (m_running.isEmpty())
@@ -509,6 +437,11 @@ QString KovDownloadsQueue::folderPath() const
     if (m_portableModeSupport)
         path = m_portableModeSupport->decodePath(path);
     return path.isEmpty() ? systemDefaultDownloadLocation() : path;
+}
+
+qint64 KovDownloadsQueue::maxRunning() const
+{
+    return number(toString(DmCoreSettings::MaxDownloads), defaultMaxRunning);
 }
 
 std::shared_ptr<KovDownloadFolder> KovDownloadsQueue::folder(const QString &path)

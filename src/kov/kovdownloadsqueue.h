@@ -2,7 +2,9 @@
 
 #include "kovjob.h"
 #include "kovjobstore.h"
+#include "kovoffers.h"
 #include "kovtransfer.h"
+#include "kovwaitingjobs.h"
 #include "qtclock.h"
 #include "qtsingleshottimer.h"
 
@@ -10,15 +12,11 @@
 #include <QList>
 #include <QMap>
 #include <QObject>
-#include <QPointer>
 #include <QSet>
 #include <QSharedPointer>
 #include <QString>
 
-#include <functional>
-#include <map>
 #include <memory>
-#include <set>
 
 class KovDownloadFolder;
 class KovNetworkPool;
@@ -48,9 +46,6 @@ public:
     static constexpr int defaultMaxRunning = 8;
     /// To one server for one file, unless the setting "MaxConnectionsPerServer" says otherwise.
     static constexpr int defaultMaxConnections = 4;
-    /// A server that has not begun to send an offered file by then is too slow to wait for: who
-    /// offers waits for 60 s.
-    static constexpr int offerAnsweredWithinMs = 20'000;
     /// Attempts in a row that bring nothing.
     static constexpr int maxAttempts = 10;
     /// How long to wait before the next attempt after so many in a row that brought nothing:
@@ -68,12 +63,10 @@ public:
     /// Reads the list and goes on with it.
     void start();
 
-    /// Empty when it has been added.
-    using Answer = std::function<void(const QString &error)>;
-    /// A download that somebody else has as well: asks the server for it at once, and answers when
-    /// the file comes, with the job on the disk, or why it does not; then there is no job. When the
-    /// one who offers goes before the answer, there is a job in either case.
-    void offer(const KovDownloadRequest &request, QObject *offerer, Answer answer);
+    /// A download that somebody else may have as well: asks the server for it at once, and answers
+    /// when the file comes, with the job on the disk, or why it does not; then there is no job.
+    /// When the offerer goes before the answer, there is a job in either case.
+    void offer(const KovDownloadRequest &request, QObject *offerer, KovOffers::Answer answer);
     /// Returns why they could not be added; empty when they are on the disk.
     QString add(const QList<KovDownloadRequest> &requests);
 
@@ -104,24 +97,14 @@ Q_SIGNALS:
     void stopped();
 
 private:
-    struct Offer {
-        QPointer<QObject> offerer;
-        Answer answer;
-        std::unique_ptr<QtSingleShotTimer> timer;
-        bool timedOut = false;
-    };
-
     KovTransfer *createTransfer(const KovJob &job, const KovDownloadRequest &request);
-    void onOfferAccepted(KovTransfer *transfer);
-    void onOfferEnded(KovTransfer *transfer, const KovFailure &failure);
+    QString take(KovTransfer *transfer);
     void watch(qint64 id, KovTransfer *transfer);
     void startNext();
     void start(qint64 id);
     void onEnded(qint64 id, const KovFailure &failure);
     void tryLater(KovJob &job, const KovFailure &failure);
     void waitForRoom(KovJob &job, const KovFailure &failure);
-    /// Whether it has waited for its next attempt or for room.
-    bool waitNoLonger(qint64 id);
     void finish(KovJob &job, KovJob::State state, const QString &error);
     void onTick();
     void onRetryTime();
@@ -133,6 +116,7 @@ private:
     KovJob newJob(const QUrl &url);
     /// One object for each folder and suffix.
     std::shared_ptr<KovDownloadFolder> folder(const QString &path);
+    qint64 maxRunning() const;
     qint64 number(const QString &setting, qint64 otherwise) const;
 
     const QSharedPointer<QtAppAbstractSettingsManager> m_settings;
@@ -145,17 +129,12 @@ private:
     QMap<qint64, KovJob> m_jobs;
     qint64 m_lastId = 0;
     QHash<qint64, KovTransfer *> m_running;
-    std::map<KovTransfer *, Offer> m_offers;
-    /// Waiting for their turn.
-    std::set<qint64> m_ready;
-    /// Waiting for the next attempt: when, by the monotonic clock, and which.
-    std::multimap<qint64, qint64> m_retries;
+    KovOffers m_offers;
+    KovWaitingJobs m_waiting;
     QSet<qint64> m_unsaved;
     const std::unique_ptr<QtSingleShotTimer> m_tickTimer;
     const std::unique_ptr<QtSingleShotTimer> m_retryTimer;
     const std::unique_ptr<QtSingleShotTimer> m_roomTimer;
-    /// Waiting for room on the disk, and for how much.
-    QHash<qint64, qint64> m_roomless;
     bool m_diskFull = false;
     bool m_stopping = false;
 };

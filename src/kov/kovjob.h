@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kovranges.h"
+
 #include <QByteArray>
 #include <QDateTime>
 #include <QList>
@@ -20,19 +22,6 @@ struct KovDownloadRequest {
     QString suggestedName = {};
     /// The size that the browser was told; -1 if it was not.
     qint64 announcedBytes = -1;
-};
-
-/// A piece of a file: of the bytes from "from" up to but not including "to", "done" are there,
-/// counted from the beginning of the range.
-struct KovRange {
-    qint64 from = 0;
-    /// -1 while the size of the file is unknown; then there is one range only.
-    qint64 to = -1;
-    qint64 done = 0;
-
-    qint64 next() const { return from + done; }
-    bool isComplete() const { return to >= 0 && next() >= to; }
-    bool operator==(const KovRange &) const = default;
 };
 
 /// What identifies the file at its server: an answer with other values is another file.
@@ -78,7 +67,7 @@ struct KovJob {
     QString partialPath = {};
     KovValidators validators = {};
     /// What of the partial file is on the disk.
-    QList<KovRange> ranges = {};
+    KovRanges ranges = {};
     QDateTime added = {};
     QDateTime finished = {};
 
@@ -91,13 +80,7 @@ struct KovJob {
         validators = transferred.validators;
         ranges = transferred.ranges;
     }
-    qint64 receivedBytes() const
-    {
-        qint64 sum = 0;
-        for (const KovRange &range : ranges)
-            sum += range.done;
-        return sum;
-    }
+    qint64 receivedBytes() const { return ranges.receivedBytes(); }
     /// Neither finished nor given up.
     bool isUnderWay() const { return state == State::Waiting || state == State::Running; }
 };

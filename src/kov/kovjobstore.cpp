@@ -14,28 +14,6 @@ using Row = QList<std::pair<QString, QVariant>>;
 
 QString idColumn() { return QStringLiteral("Id"); }
 
-/// "from-to:done", separated by blanks.
-QString toText(const QList<KovRange> &ranges)
-{
-    QStringList parts;
-    for (const KovRange &range : ranges)
-        parts += QStringLiteral("%1-%2:%3")
-                     .arg(QString::number(range.from), QString::number(range.to),
-                          QString::number(range.done));
-    return parts.join(u' ');
-}
-
-QList<KovRange> toRanges(const QString &text)
-{
-    QList<KovRange> ranges;
-    const QStringList parts = text.split(u' ', Qt::SkipEmptyParts);
-    for (const QString &part : parts)
-        ranges.append({part.section(u'-', 0, 0).toLongLong(),
-                       part.section(u'-', 1).section(u':', 0, 0).toLongLong(),
-                       part.section(u':', 1).toLongLong()});
-    return ranges;
-}
-
 /// SQLite keeps NULL for a null value, and two texts that are both empty would differ.
 QVariant stored(const QByteArray &bytes) { return bytes.isNull() ? QByteArray("") : bytes; }
 QVariant stored(const QString &text) { return text.isNull() ? QString(u""_qs) : text; }
@@ -106,7 +84,7 @@ public:
             row(columnNames(sqlTableColumns()),
                 {job.id, static_cast<int>(job.state), job.totalBytes, job.attempts,
                  stored(job.added), stored(job.finished), stored(job.url), stored(job.error),
-                 stored(job.path), stored(job.partialPath), toText(job.ranges),
+                 stored(job.path), stored(job.partialPath), job.ranges.toText(),
                  stored(job.validators.etag), stored(job.validators.lastModified)}));
     }
 
@@ -128,7 +106,7 @@ public:
             job.error = next().toString();
             job.path = next().toString();
             job.partialPath = next().toString();
-            job.ranges = toRanges(next().toString());
+            job.ranges = KovRanges::fromText(next().toString());
             job.validators = {next().toByteArray(), next().toByteArray()};
             jobs.append(job);
         }

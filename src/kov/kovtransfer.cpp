@@ -3,6 +3,7 @@
 #include "kovcontentdecoder.h"
 #include "kovdownloadfolder.h"
 #include "kovfilename.h"
+#include "kovfilenaming.h"
 #include "kovhttpexchange.h"
 #include "kovpartialfile.h"
 #include "kovspeedlimit.h"
@@ -24,18 +25,8 @@ constexpr int rangeNotSatisfiableStatus = 416;
 constexpr qint64 pieceBytes = 256 * 1024;
 /// A connection of its own is not worth less.
 constexpr qint64 smallestRangeBytes = 1 << 20;
-/// So many seconds show how fast the connections are together; a further one has to bring a tenth.
-constexpr int ticksToMeasure = 2;
-constexpr qint64 secondsWorthAnother = 3;
 /// Room that stays for others on a disk.
 constexpr qint64 spareBytes = 16 << 20;
-
-/// A browser that has just been told to give up its own download removes its file; then the name is
-/// free.
-constexpr int browserLetsGoWithinMs = 5000;
-constexpr int nameRetryMs = 100;
-
-constexpr qint64 millisecondsPerSecond = 1000;
 
 QString fileName(const KovAnswer &answer, const KovDownloadRequest &request)
 {
@@ -45,11 +36,30 @@ QString fileName(const KovAnswer &answer, const KovDownloadRequest &request)
     return answer.fileName.isEmpty() ? KovFileName::fromUrl(answer.url) : answer.fileName;
 }
 
+KovFailure writeFailure(const KovPartialFile &file, int errorNumber)
+{
+    const QString text =
+        QStringLiteral("cannot write \"%1\": %2").arg(file.path(), systemErrorString(errorNumber));
+    return isDiskFull(errorNumber) ? KovFailure{KovFailure::Kind::DiskFull, printable(text)}
+                                   : lastingFailure(text);
+}
+
+/// Whether the whole file fits.
+KovFailure checkRoom(const QString &folder, qint64 totalBytes)
+{
+    const QStorageInfo disk(folder);
+    if (!disk.isValid() || totalBytes + spareBytes <= disk.bytesAvailable())
+        return {};
+    return {KovFailure::Kind::NoRoom,
+            QStringLiteral("there is no room on the disk: the file needs %1 bytes, there are %2")
+                .arg(QString::number(totalBytes), QString::number(disk.bytesAvailable()))};
+}
+
 } // namespace
 
 struct KovTransfer::Connection {
     std::unique_ptr<KovHttpExchange> exchange;
-    size_t range = 0;
+    qsizetype range = 0;
     /// Asks for a range, not for the whole file.
     bool isPartial = false;
     bool isGood = false;
@@ -61,23 +71,21 @@ KovTransfer::KovTransfer(KovJob job, KovDownloadRequest request, Environment env
                          QObject *parent, QtClock &clock)
     : QObject(parent), m_job(std::move(job)), m_request(std::move(request)),
       m_environment(std::move(environment)), m_clock(clock), m_ranges(m_job.ranges),
-      m_nameTimer(clock.createTimer()), m_connectionsCap(m_environment.maxConnections)
+      m_speed(m_environment.maxConnections)
 {
     connect(m_environment.speedLimit.data(), &KovSpeedLimit::refilled, this, &KovTransfer::pumpAll);
-    connect(m_nameTimer.get(), &QtSingleShotTimer::timeout, this, &KovTransfer::giveFinalName);
 }
 
 KovTransfer::~KovTransfer() = default;
 
 void KovTransfer::start()
 {
-    m_lastTickMs = m_clock.monotonicMs();
     m_acceptsRanges = !m_job.validators.ifRange().isEmpty() && m_job.totalBytes >= 0;
     if (isResumable() && m_job.receivedBytes() > 0)
         resume();
     else
         beginAnew();
-    m_lastReceived = receivedBytes();
+    m_speed.start(m_clock.monotonicMs(), receivedBytes());
 }
 
 void KovTransfer::resume()
@@ -92,12 +100,7 @@ void KovTransfer::resume()
     }
     QString error;
     m_file = KovPartialFile::open(m_job.partialPath, error);
-    const qint64 size = QFileInfo(m_job.partialPath).size();
-    const bool isThere =
-        m_file && std::all_of(m_ranges.cbegin(), m_ranges.cend(), [size](const KovRange &range) {
-            return range.done == 0 || range.next() <= size;
-        });
-    if (isThere)
+    if (m_file && QFileInfo(m_job.partialPath).size() >= m_ranges.endOfReceived())
         fetchRest();
     else
         beginAnew();
@@ -107,11 +110,11 @@ void KovTransfer::beginAnew()
 {
     m_decoder.reset();
     m_acceptsRanges = false;
-    m_ranges = {KovRange()};
+    m_ranges = KovRanges(-1);
     connectTo(0);
 }
 
-KovTransfer::Connection &KovTransfer::connectTo(size_t range)
+KovTransfer::Connection &KovTransfer::connectTo(qsizetype range)
 {
     Connection &connection = *m_connections.emplace_back(std::make_unique<Connection>());
     connection.range = range;
@@ -121,7 +124,7 @@ KovTransfer::Connection &KovTransfer::connectTo(size_t range)
             [this, &connection] { onAnswered(connection); });
     connect(exchange, &KovHttpExchange::readyRead, this, [this, &connection] { pump(connection); });
     connect(exchange, &KovHttpExchange::finished, this, [this, &connection] { pump(connection); });
-    const KovRange &asked = m_ranges.at(static_cast<qsizetype>(range));
+    const KovRange &asked = m_ranges.at(range);
     connection.isPartial = m_acceptsRanges;
     if (connection.isPartial)
         exchange->start(asked.next(), asked.to, m_job.validators.ifRange());
@@ -136,7 +139,7 @@ void KovTransfer::onAnswered(Connection &connection)
     if (connection.isConfirmation) {
         // Anything but more of the file means that nothing better is to be had.
         connection.isGood = answer.status == partialContentStatus && !answer.failure
-            && answer.from == m_ranges.constFirst().next();
+            && answer.from == m_ranges.at(0).next();
         if (connection.isGood)
             pump(connection);
         else
@@ -154,8 +157,7 @@ void KovTransfer::onAnswered(Connection &connection)
         beginAnew();
         return;
     } else {
-        failure = checkRangeAnswer(
-            answer, m_ranges.at(static_cast<qsizetype>(connection.range)).next(), m_job);
+        failure = checkRangeAnswer(answer, m_ranges.at(connection.range).next(), m_job);
     }
     if (failure) {
         drop(connection, failure);
@@ -182,7 +184,7 @@ KovFailure KovTransfer::takeWholeFile(const KovAnswer &answer)
     m_acceptsRanges = answer.acceptsRanges && answer.contentEncoding.isEmpty();
     m_job.totalBytes = answer.totalBytes;
     m_job.validators = answer.validators;
-    m_ranges = {{0, answer.totalBytes, 0}};
+    m_ranges = KovRanges(answer.totalBytes);
     m_job.ranges = m_ranges;
     return openFile(answer);
 }
@@ -195,7 +197,7 @@ KovFailure KovTransfer::openFile(const KovAnswer &answer)
         m_file = KovPartialFile::open(m_job.partialPath, error);
     if (m_file) {
         if (!m_file->truncate(0))
-            return writeFailure();
+            return writeFailure(*m_file, m_file->errorNumber());
     } else {
         m_file = m_environment.folder->createFile(name, error);
         if (!m_file)
@@ -204,13 +206,7 @@ KovFailure KovTransfer::openFile(const KovAnswer &answer)
         m_job.path = m_environment.folder->finalPath(name);
         Q_EMIT progressStored();
     }
-    const QStorageInfo disk(m_environment.folder->path());
-    if (disk.isValid() && answer.totalBytes + spareBytes > disk.bytesAvailable())
-        return {
-            KovFailure::Kind::NoRoom,
-            QStringLiteral("there is no room on the disk: the file needs %1 bytes, there are %2")
-                .arg(QString::number(answer.totalBytes), QString::number(disk.bytesAvailable()))};
-    return {};
+    return checkRoom(m_environment.folder->path(), answer.totalBytes);
 }
 
 void KovTransfer::pumpAll()
@@ -234,7 +230,7 @@ void KovTransfer::pump(Connection &connection)
     KovHttpExchange &exchange = *connection.exchange;
     static std::array<char, pieceBytes> piece; // only the main thread comes here
     while (connection.isGood && exchange.bytesAvailable() > 0) {
-        KovRange &range = m_ranges[static_cast<qsizetype>(connection.range)];
+        const KovRange &range = m_ranges.at(connection.range);
         qint64 wanted = std::min(pieceBytes, exchange.bytesAvailable());
         if (range.to >= 0)
             wanted = std::min(wanted, range.to - range.next());
@@ -247,24 +243,24 @@ void KovTransfer::pump(Connection &connection)
         m_environment.speedLimit->giveBack(allowed - std::max<qint64>(0, size));
         if (size <= 0)
             break;
-        if (!keep(range, piece.data(), size))
+        if (!keep(connection.range, piece.data(), size))
             return;
         if (!std::exchange(m_accepted, true))
             Q_EMIT accepted();
         if (m_ending)
             return;
     }
-    const KovRange &range = m_ranges.at(static_cast<qsizetype>(connection.range));
+    const KovRange &range = m_ranges.at(connection.range);
     if (exchange.isFinished() || (connection.isGood && range.isComplete()))
         onBodyEnded(connection);
 }
 
-bool KovTransfer::keep(KovRange &range, const char *bytes, qint64 size)
+bool KovTransfer::keep(qsizetype range, const char *bytes, qint64 size)
 {
-    const auto write = [this, &range](const char *data, qint64 length) {
-        if (!m_file->write(range.next(), data, length))
+    const auto write = [this, range](const char *data, qint64 length) {
+        if (!m_file->write(m_ranges.at(range).next(), data, length))
             return false;
-        range.done += length;
+        m_ranges.advance(range, length);
         return true;
     };
     const auto result = m_decoder ? m_decoder->decode(bytes, size, write)
@@ -277,24 +273,15 @@ bool KovTransfer::keep(KovRange &range, const char *bytes, qint64 size)
         end(passingFailure(QStringLiteral("the server sent a broken encoding")));
         return false;
     case KovContentDecoder::Result::NotKept:
-        end(writeFailure());
+        end(writeFailure(*m_file, m_file->errorNumber()));
         return false;
     }
     return false;
 }
 
-KovFailure KovTransfer::writeFailure() const
-{
-    const int error = m_file->errorNumber();
-    const QString text =
-        QStringLiteral("cannot write \"%1\": %2").arg(m_file->path(), m_file->errorString());
-    return isDiskFull(error) ? KovFailure{KovFailure::Kind::DiskFull, printable(text)}
-                             : lastingFailure(text);
-}
-
 void KovTransfer::onBodyEnded(Connection &connection)
 {
-    KovRange &range = m_ranges[static_cast<qsizetype>(connection.range)];
+    const KovRange &range = m_ranges.at(connection.range);
     const KovFailure failure = connection.exchange->failure();
     if (connection.isConfirmation && !connection.isGood) {
         complete();
@@ -311,8 +298,7 @@ void KovTransfer::onBodyEnded(Connection &connection)
         }
         if (!connection.isConfirmation && confirmEnd(connection))
             return;
-        range.to = range.done;
-        m_job.totalBytes = range.to;
+        m_job.totalBytes = m_ranges.endHere();
     }
     close(connection);
     fetchRest();
@@ -324,7 +310,7 @@ bool KovTransfer::confirmEnd(const Connection &connection)
     // chunks may be cut. A server that knows ranges can tell.
     if (!m_acceptsRanges || m_job.validators.ifRange().isEmpty() || !m_request.postData.isEmpty())
         return false;
-    const size_t range = connection.range;
+    const qsizetype range = connection.range;
     m_connections.clear();
     connectTo(range).isConfirmation = true;
     return true;
@@ -344,60 +330,51 @@ void KovTransfer::drop(Connection &connection, const KovFailure &failure)
         return;
     }
     // The server allows no more, or is about to end them all.
-    m_connectionsCap = static_cast<int>(m_connections.size()) - 1;
+    m_speed.setMaxConnections(static_cast<int>(m_connections.size()) - 1);
     close(connection);
 }
 
-bool KovTransfer::isFetched(size_t range) const
+bool KovTransfer::isFetched(qsizetype range) const
 {
     return std::any_of(m_connections.cbegin(), m_connections.cend(),
                        [range](const auto &connection) { return connection->range == range; });
 }
 
+bool KovTransfer::areAllBusy() const
+{
+    return !m_connections.empty()
+        && std::all_of(m_connections.cbegin(), m_connections.cend(),
+                       [](const auto &connection) { return connection->isGood; });
+}
+
 void KovTransfer::fetchRest()
 {
-    for (qsizetype i = 0; i < m_ranges.size(); ++i) {
-        if (m_ranges.at(i).isComplete() || isFetched(static_cast<size_t>(i)))
+    for (qsizetype range = 0; range < m_ranges.count(); ++range) {
+        if (m_ranges.at(range).isComplete() || isFetched(range))
             continue;
-        connectTo(static_cast<size_t>(i));
+        connectTo(range);
         return;
     }
     if (m_connections.empty())
         complete();
-    else if (connections() < m_connectionsCap)
+    else if (connections() < m_speed.maxConnections())
         splitLargestRange();
 }
 
-bool KovTransfer::splitLargestRange()
+void KovTransfer::splitLargestRange()
 {
-    const auto left = [](const KovRange &range) { return range.to - range.next(); };
-    const auto largest = std::max_element(
-        m_ranges.begin(), m_ranges.end(),
-        [&left](const KovRange &a, const KovRange &b) { return left(a) < left(b); });
-    if (left(*largest) < 2 * smallestRangeBytes)
-        return false;
-    const qint64 middle = largest->next() + left(*largest) / 2;
-    const KovRange second{middle, largest->to, 0};
-    largest->to = middle;
-    m_ranges.append(second);
-    connectTo(static_cast<size_t>(m_ranges.size() - 1));
-    return true;
+    if (m_ranges.splitLargest(smallestRangeBytes))
+        connectTo(m_ranges.count() - 1);
 }
 
 void KovTransfer::tick()
 {
-    const qint64 now = m_clock.monotonicMs();
-    const qint64 received = receivedBytes();
-    if (now > m_lastTickMs)
-        m_bytesPerSecond = (m_bytesPerSecond
-                            + std::max<qint64>(0, received - m_lastReceived) * millisecondsPerSecond
-                                / (now - m_lastTickMs))
-            / 2;
-    m_lastReceived = received;
-    m_lastTickMs = now;
+    m_speed.measure(m_clock.monotonicMs(), receivedBytes());
     if (m_ending)
         return;
-    if (mayHelpToConnect())
+    if (areAllBusy() && isResumable()
+        && m_speed.isAnotherWorthIt(static_cast<int>(connections()),
+                                    m_job.totalBytes - receivedBytes()))
         splitLargestRange();
     if (!m_file || m_storing || m_ranges == m_job.ranges)
         return;
@@ -416,48 +393,21 @@ void KovTransfer::tick()
     });
 }
 
-bool KovTransfer::mayHelpToConnect()
-{
-    const bool isBusy = std::all_of(m_connections.cbegin(), m_connections.cend(),
-                                    [](const auto &connection) { return connection->isGood; });
-    if (m_connections.empty() || !isBusy || !isResumable() || connections() >= m_connectionsCap)
-        return false;
-    if (++m_ticksSinceConnect < ticksToMeasure)
-        return false;
-    m_ticksSinceConnect = 0;
-    if (connections() > 1 && m_bytesPerSecond < m_speedBefore + m_speedBefore / 10) {
-        m_connectionsCap = static_cast<int>(connections());
-        return false;
-    }
-    m_speedBefore = m_bytesPerSecond;
-    return m_job.totalBytes - receivedBytes() > secondsWorthAnother * m_bytesPerSecond;
-}
-
 bool KovTransfer::isResumable() const
 {
     return m_acceptsRanges && m_job.totalBytes >= 0 && !m_job.validators.ifRange().isEmpty()
         && m_request.postData.isEmpty();
 }
 
-qint64 KovTransfer::receivedBytes() const
-{
-    qint64 sum = 0;
-    for (const KovRange &range : m_ranges)
-        sum += range.done;
-    return sum;
-}
-
 void KovTransfer::complete()
 {
     m_connections.clear();
-    if (m_ranges.constFirst().to < 0) {
-        m_ranges.first().to = m_ranges.constFirst().done;
-        m_job.totalBytes = m_ranges.constFirst().to;
-    }
+    if (m_job.totalBytes < 0)
+        m_job.totalBytes = m_ranges.endHere();
     m_ending = true;
     m_file->sync(this, [this](int error) {
         if (error != 0) {
-            Q_EMIT ended(lastingFailure(systemErrorString(error)));
+            Q_EMIT ended(writeFailure(*m_file, error));
             return;
         }
         m_job.ranges = m_ranges;
@@ -469,37 +419,22 @@ void KovTransfer::complete()
 
 void KovTransfer::giveFinalName()
 {
-    const QString name = QFileInfo(m_job.path).fileName();
-    KovDownloadFolder &folder = *m_environment.folder;
-    if (folder.isHeldByBrowser(name) && m_file->path() != m_job.path
-        && m_nameWaitedMs < browserLetsGoWithinMs) {
-        m_nameWaitedMs += nameRetryMs;
-        m_nameTimer->start(nameRetryMs);
-        return;
-    }
-    if (m_environment.takesModificationTime) {
-        const QDateTime time = toHttpDate(m_job.validators.lastModified);
-        if (time.isValid())
-            m_file->setModificationTime(time);
-    }
-    QString path = m_file->path();
-    do {
-        const QString freePath = folder.freePath(name);
-        // Without a suffix it has a name already; a better one may have become free.
-        if (!folder.namesAtOnce() || freePath == folder.finalPath(name))
-            path = freePath;
+    const QDateTime time = toHttpDate(m_job.validators.lastModified);
+    if (m_environment.takesModificationTime && time.isValid())
+        m_file->setModificationTime(time);
+    m_naming = std::make_unique<KovFileNaming>(*m_file, *m_environment.folder,
+                                               QFileInfo(m_job.path).fileName(), m_clock);
+    connect(m_naming.get(), &KovFileNaming::naming, this, [this](const QString &path) {
         m_job.path = path;
         Q_EMIT naming();
-        if (m_file->moveTo(path)) {
+    });
+    connect(m_naming.get(), &KovFileNaming::named, this, [this](const QString &error) {
+        m_finished = error.isEmpty();
+        if (m_finished)
             m_job.partialPath.clear();
-            m_finished = true;
-            Q_EMIT ended({});
-            return;
-        }
-        // Something may have come into its way just now.
-    } while (m_file->errorNumber() == 0);
-    Q_EMIT ended(lastingFailure(
-        QStringLiteral("cannot rename \"%1\": %2").arg(m_file->path(), m_file->errorString())));
+        Q_EMIT ended(m_finished ? KovFailure() : lastingFailure(error));
+    });
+    m_naming->start();
 }
 
 void KovTransfer::stop() { end({}); }

@@ -2,8 +2,8 @@
 
 #include "kovanswer.h"
 #include "kovjob.h"
+#include "kovspeedmeter.h"
 #include "qtclock.h"
-#include "qtsingleshottimer.h"
 
 #include <QObject>
 #include <QSharedPointer>
@@ -13,6 +13,7 @@
 
 class KovContentDecoder;
 class KovDownloadFolder;
+class KovFileNaming;
 class KovHttpExchange;
 class KovNetworkPool;
 class KovPartialFile;
@@ -60,8 +61,8 @@ public:
     bool isFinished() const { return m_finished; }
     /// Whether ended() is on its way.
     bool isEnding() const { return m_ending; }
-    qint64 receivedBytes() const;
-    qint64 bytesPerSecond() const { return m_bytesPerSecond; }
+    qint64 receivedBytes() const { return m_ranges.receivedBytes(); }
+    qint64 bytesPerSecond() const { return m_speed.bytesPerSecond(); }
     qsizetype connections() const { return static_cast<qsizetype>(m_connections.size()); }
 
 Q_SIGNALS:
@@ -80,22 +81,21 @@ private:
 
     void resume();
     void beginAnew();
-    Connection &connectTo(size_t range);
+    Connection &connectTo(qsizetype range);
     void onAnswered(Connection &connection);
     KovFailure takeWholeFile(const KovAnswer &answer);
     KovFailure openFile(const KovAnswer &answer);
     void pumpAll();
     void pump(Connection &connection);
-    bool keep(KovRange &range, const char *bytes, qint64 size);
-    KovFailure writeFailure() const;
+    bool keep(qsizetype range, const char *bytes, qint64 size);
     void onBodyEnded(Connection &connection);
     bool confirmEnd(const Connection &connection);
     void close(const Connection &connection);
     void drop(Connection &connection, const KovFailure &failure);
     void fetchRest();
-    bool splitLargestRange();
-    bool isFetched(size_t range) const;
-    bool mayHelpToConnect();
+    void splitLargestRange();
+    bool isFetched(qsizetype range) const;
+    bool areAllBusy() const;
     void complete();
     void giveFinalName();
     void end(const KovFailure &failure);
@@ -107,21 +107,14 @@ private:
     std::unique_ptr<KovPartialFile> m_file;
     std::unique_ptr<KovContentDecoder> m_decoder;
     /// As far as they were written.
-    QList<KovRange> m_ranges;
+    KovRanges m_ranges;
     std::vector<std::unique_ptr<Connection>> m_connections;
-    const std::unique_ptr<QtSingleShotTimer> m_nameTimer;
-    qint64 m_nameWaitedMs = 0;
+    KovSpeedMeter m_speed;
+    std::unique_ptr<KovFileNaming> m_naming;
     bool m_acceptsRanges = false;
     bool m_accepted = false;
     bool m_askedElsewhere = false;
     bool m_ending = false;
     bool m_storing = false;
     bool m_finished = false;
-    // What the speed was before and after the last connection was added.
-    qint64 m_lastReceived = 0;
-    qint64 m_lastTickMs = 0;
-    qint64 m_bytesPerSecond = 0;
-    qint64 m_speedBefore = 0;
-    int m_ticksSinceConnect = 0;
-    int m_connectionsCap = 1;
 };

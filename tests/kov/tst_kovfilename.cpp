@@ -4,7 +4,9 @@
 
 #include <QTest>
 
+#include <csignal>
 #include <memory>
+#include <sys/resource.h>
 #include <unistd.h>
 
 class TestKovFileName : public QObject {
@@ -121,8 +123,19 @@ private Q_SLOTS:
         KovDownloadFolder folder(root.path(), QString(200, u's'));
         QVERIFY(!folder.createFile(QString(200, u'n'), error));
         QVERIFY(error.contains(u"too long"));
-        const auto full = KovPartialFile::open(u"/dev/full"_qs, error);
-        QVERIFY(!full && error.contains(u"/dev/full"));
+        QVERIFY(!KovPartialFile::open(u"/dev/full"_qs, error));
+
+        // Half of it is written before the system says why there is no more.
+        ::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{8, RLIM_INFINITY};
+        const auto file = KovDownloadFolder(root.path(), {}).createFile(u"a"_qs, error);
+        QCOMPARE(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+        const bool written = file->write(4, "too much", 8);
+        const rlimit none{RLIM_INFINITY, RLIM_INFINITY};
+        QCOMPARE(::setrlimit(RLIMIT_FSIZE, &none), 0);
+        QVERIFY(!written);
+        QCOMPARE(file->errorNumber(), EFBIG);
+        QCOMPARE(QFileInfo(file->path()).size(), 8);
     }
 };
 

@@ -7,6 +7,7 @@
 #include "qtappconfigbase.h"
 #include "qtappsettingsinmemorymanager.h"
 #include "qtlocalsocket.h"
+#include "turnedclock.h"
 #include "uniqueint64idgen.h"
 #include "vhipcmisctasksclient.h"
 #include "vhipcsettings.h"
@@ -115,6 +116,8 @@ private Q_SLOTS:
         QCOMPARE(run(u"get Nope"_qs), u"1 kov: there is no setting \"Nope\"\n"_qs);
         QVERIFY(run(u"set SortBy"_qs).startsWith(u'2'));
         QCOMPARE(run(u"set LocaleName de\u20ac"_qs), u"0 "_qs);
+        QCOMPARE(run(u"set MaxDownloadSpeed 5"_qs), u"0 "_qs);
+        QCOMPARE(run(u"get TumSettingsFirstValue"_qs), u"0 5\n"_qs);
         m_service.reset();
         QCOMPARE(run(u"get LocaleName"_qs), u"not running"_qs);
         QCOMPARE(startService(), KovService::StartResult::Serving);
@@ -123,6 +126,27 @@ private Q_SLOTS:
         QCOMPARE(lines.size(), 48 + 53 + 1);
         QVERIFY(lines.contains(u"LocaleName=de\u20ac"_qs));
         QVERIFY(lines.contains(u"PartialDownloadFileSuffix=kovdownload"_qs));
+    }
+
+    void endsByItselfWhenIdle()
+    {
+        m_service.reset();
+        TurnedClock clock;
+        KovService service(TemporaryConfig(m_folder->filePath(u"data"_qs)), nullptr, m_serverName,
+                           nullptr, clock);
+        const QSignalSpy stopped(&service, &KovService::stopped);
+        QCOMPARE(service.start(), KovService::StartResult::Serving);
+        {
+            const auto host = readyHost();
+            QVERIFY(host);
+            clock.advance(3'600'000);
+        }
+        QTRY_COMPARE(clock.nextTimerIn(), 300'000);
+        clock.advance(299'999);
+        QVERIFY(QFile::exists(m_serverName));
+        clock.advance(1);
+        QVERIFY(!QFile::exists(m_serverName));
+        QTRY_COMPARE(stopped.count(), 1);
     }
 
     void livesOnWhenAHostBreaksOff()

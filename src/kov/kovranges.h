@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+/// A piece of a file: of the bytes from "from" up to but not including "to", "done" are there,
+/// counted from the beginning of the range.
+struct KovRange {
+    qint64 from = 0;
+    /// -1 while the size of the file is unknown; then there is one range only.
+    qint64 to = -1;
+    qint64 done = 0;
+
+    qint64 next() const { return from + done; }
+    bool isComplete() const { return to >= 0 && next() >= to; }
+    bool operator==(const KovRange &) const = default;
+};
+
+/// What there is of a file: ranges that together are the whole file, in no order. A range keeps its
+/// index; a new one gets the next index.
+class KovRanges {
+public:
+    KovRanges() = default;
+    /// One range for a file of that size, which may be -1 for unknown.
+    explicit KovRanges(qint64 totalBytes) : m_ranges{{0, totalBytes, 0}} { }
+    static KovRanges fromText(const QString &text);
+    /// For storing: "from-to:done", separated by blanks.
+    QString toText() const;
+
+    qsizetype count() const { return m_ranges.size(); }
+    const KovRange &at(qsizetype index) const { return m_ranges.at(index); }
+    /// So many bytes more are there.
+    void advance(qsizetype index, qint64 bytes) { m_ranges[index].done += bytes; }
+    /// Ends a range of unknown size where it is; returns the size of the file.
+    qint64 endHere();
+    /// Gives the second half of what is missing of the range that misses most to a new one, unless
+    /// the halves would be smaller than that. Returns whether it did.
+    bool splitLargest(qint64 smallestHalf);
+
+    qint64 receivedBytes() const;
+    /// The file must reach so far to hold what is there.
+    qint64 endOfReceived() const;
+
+    bool operator==(const KovRanges &) const = default;
+
+private:
+    QList<KovRange> m_ranges;
+};

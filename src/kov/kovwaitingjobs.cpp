@@ -1,0 +1,59 @@
+#include "kovwaitingjobs.h"
+
+qint64 KovWaitingJobs::takeReady()
+{
+    const qint64 id = *m_ready.cbegin();
+    m_ready.erase(m_ready.cbegin());
+    return id;
+}
+
+qint64 KovWaitingJobs::onRetryTime(qint64 nowMs)
+{
+    while (!m_retries.empty() && m_retries.cbegin()->first <= nowMs) {
+        m_ready.insert(m_retries.cbegin()->second);
+        m_retries.erase(m_retries.cbegin());
+    }
+    return m_retries.empty() ? -1 : m_retries.cbegin()->first - nowMs;
+}
+
+QHash<qint64, qint64> KovWaitingJobs::retryTimes() const
+{
+    QHash<qint64, qint64> times;
+    for (const auto &[time, id] : m_retries)
+        times.insert(id, time);
+    return times;
+}
+
+bool KovWaitingJobs::onRoom(qint64 freeBytes)
+{
+    for (auto waiting = m_roomless.begin(); waiting != m_roomless.end();) {
+        if (*waiting > freeBytes) {
+            ++waiting;
+            continue;
+        }
+        m_ready.insert(waiting.key());
+        waiting = m_roomless.erase(waiting);
+    }
+    return m_roomless.isEmpty();
+}
+
+void KovWaitingJobs::remove(qint64 id)
+{
+    m_ready.erase(id);
+    leave(id);
+}
+
+bool KovWaitingJobs::hurry(qint64 id)
+{
+    const bool waited = leave(id);
+    if (waited)
+        m_ready.insert(id);
+    return waited;
+}
+
+bool KovWaitingJobs::leave(qint64 id)
+{
+    const auto retries =
+        std::erase_if(m_retries, [id](const auto &retry) { return retry.second == id; });
+    return m_roomless.remove(id) || retries > 0;
+}
