@@ -68,7 +68,7 @@ export class ToldServer {
         const file = this.#files.get(request.url) ?? { status: 404 };
         await file.hold;
         if (file.raw !== undefined) {
-            response.socket.end(file.raw);
+            response.socket?.end(file.raw);
         } else if (file.size === undefined) {
             response.writeHead(file.status, file.headers).end(file.body ?? 'sorry');
         } else if (file.connections && file.open >= file.connections) {
@@ -105,8 +105,8 @@ export class ToldServer {
             at = next;
             if (at - from >= limit && at < to) {
                 if (cut !== undefined)
-                    response.socket.write('zz\r\n\r\n');
-                response.socket.destroySoon();
+                    response.socket?.write('zz\r\n\r\n');
+                response.socket?.destroySoon();
                 return;
             }
             const early = rate ? entry.sent / rate * 1000 - (performance.now() - began) : 0;
