@@ -7,6 +7,9 @@ import { FoundMedia } from './lib/foundmedia.js';
 import { Gestures } from './lib/gestures.js';
 import { Handovers } from './lib/handovers.js';
 import { HostError } from './lib/hosterror.js';
+import { Keeping, hostOf, leftServers } from './lib/keeping.js';
+import { LinkLists } from './lib/linklists.js';
+import { isServerIn } from './lib/masks.js';
 import { showMenus } from './lib/menus.js';
 import { NativeHost } from './lib/nativehost.js';
 import { Observer } from './lib/observer.js';
@@ -14,11 +17,13 @@ import { Outcomes } from './lib/outcomes.js';
 import { pageLink, pageLinks } from './lib/pagelinks.js';
 import { PageRequests } from './lib/pagerequests.js';
 import { Pages } from './lib/pages.js';
+import { Preferences, isPreference } from './lib/preferences.js';
 import { ReferrerPolicies } from './lib/referrer.js';
 import { RequestLog } from './lib/requestlog.js';
 import { RequestNotifications } from './lib/requestnotifications.js';
 import { isSettingName } from './lib/settingnames.js';
 import { Settings } from './lib/settings.js';
+import { Signs } from './lib/signs.js';
 import { Status, inWords } from './lib/status.js';
 import { Videos } from './lib/videos.js';
 
@@ -30,7 +35,11 @@ const gestures = new Gestures();
 const policies = new ReferrerPolicies();
 const handovers = new Handovers();
 const outcomes = new Outcomes();
-const downloads = new Downloads({ host, settings, requests, gestures, policies, handovers, outcomes });
+const preferences = new Preferences();
+const keeping = new Keeping({ preferences, settings, gestures });
+const signs = new Signs({ preferences, status });
+const linkLists = new LinkLists();
+const downloads = new Downloads({ host, settings, requests, gestures, keeping, policies, handovers, outcomes });
 const downloadReports = new DownloadReports(host);
 const notifications = new RequestNotifications(host);
 const pages = new Pages(notifications);
@@ -39,6 +48,10 @@ const foundMedia = new FoundMedia(notifications, pages, pageRequests);
 const observer = new Observer(notifications, pages, pageRequests, foundMedia, downloadReports);
 const videos = new Videos(host);
 let captions = {};
+
+/** So many selected links are handed over without a question. */
+const mostAtOnce = 10;
+const helpPage = 'help.html';
 
 function tell(message) {
     // There is no receiver unless the popup or the options page is open.
@@ -83,7 +96,16 @@ settings.onStoreChanged = store => tell({ store });
 const showOutcome = error => (error ? status.failed(error) : status.succeeded());
 outcomes.onTold = (outcome, error) => {
     showOutcome(error);
-    tell({ outcome });
+    signs.show(outcome, error);
+};
+outcomes.onListed = () => outcomes.list().then(all => tell({ outcomes: all.reverse() }));
+keeping.onChanged = state => {
+    status.keeping(state.next);
+    tell({ keeping: state });
+};
+preferences.onChanged = values => {
+    tell({ preferences: values });
+    keeping.describe().then(state => tell({ keeping: state }));
 };
 videos.onOutcome = showOutcome;
 status.onChanged = current => tell({ status: current });
@@ -108,7 +130,14 @@ function mediaOf(tabId) {
 
 // --- what the user does --------------------------------------------------------------------------
 
-async function addLinks(tab, where) { await downloads.add(await pageLinks(tab.id, where), tab); }
+/** The user chooses among many on a page of their own, and before all links of a page are asked for. */
+async function chooseLinks(tab, where) {
+    const links = await pageLinks(tab.id, where);
+    if (where && links.length <= mostAtOnce)
+        await downloads.add(links, tab);
+    else
+        await linkLists.open(links, tab);
+}
 
 const menuActions = {
     dllink: async ({ linkUrl, frameId, frameUrl, pageUrl }, tab) =>
@@ -118,8 +147,8 @@ const menuActions = {
         await observer.observe(tab.id);
         await videos.pick(info, tab);
     },
-    dlselected: (info, tab) => addLinks(tab, { frameId: info.frameId, selectedOnly: true }),
-    dlall: (_info, tab) => addLinks(tab),
+    dlselected: (info, tab) => chooseLinks(tab, { frameId: info.frameId, selectedOnly: true }),
+    dlall: (_info, tab) => chooseLinks(tab),
 };
 chrome.contextMenus.onClicked.addListener((info, tab) => menuActions[info.menuItemId](info, tab));
 
@@ -129,6 +158,45 @@ policies.listen();
 observer.listen();
 downloads.recover();
 chrome.downloads.onCreated.addListener(item => downloads.onBegun(item));
+signs.listen();
+chrome.commands?.onCommand.addListener(name => name === 'keep-next' && keeping.toggleNext());
+chrome.runtime.onInstalled.addListener(({ reason }) => {
+    if (reason === 'install')
+        chrome.tabs.create({ url: chrome.runtime.getURL(helpPage) });
+});
+
+// --- servers whose downloads stay in the browser -------------------------------------------------
+
+function siteOf(url) {
+    const name = hostOf(url);
+    return { host: name, isLeft: isServerIn(leftServers(settings.current), name) };
+}
+
+async function leaveSite(name, leave) {
+    const servers = leftServers(settings.current).filter(mask => !isServerIn([mask], name));
+    if (leave)
+        servers.push(name);
+    await settings.change({
+        'monitor.skipServers': servers.join(' '),
+        'monitor.skipServersEnabled': servers.length > 0,
+    });
+}
+
+// --- what the page on problems shows --------------------------------------------------------------
+
+const named = error => (error ? { key: error.message, words: inWords(error) } : error);
+
+/** @param {Error|null|undefined} test what a test came to: null when it arrived */
+async function facts(test) {
+    const latest = (await outcomes.list()).at(-1);
+    const lastError = latest && (latest.reason ? new HostError(latest.reason, latest.detail) : null);
+    return {
+        version: host.version,
+        hostProblem: named(status.hostError),
+        lastProblem: named(lastError),
+        test: named(test),
+    };
+}
 
 // --- what the popup and the options page ask -----------------------------------------------------
 
@@ -139,12 +207,23 @@ const answers = {
         return status.describe();
     },
     captions: () => captions,
-    downloadAll: async ({ tabId }) => {
-        await addLinks(await chrome.tabs.get(tabId));
+    dismissProblem: () => {
+        status.succeeded();
+        return status.describe();
+    },
+    chooseLinks: async ({ tabId }) => {
+        await chooseLinks(await chrome.tabs.get(tabId));
+        return true;
+    },
+    links: ({ key }) => linkLists.get(key),
+    downloadLinks: async ({ key, indexes }) => {
+        const { links, tab } = await linkLists.get(key);
+        await downloads.add(indexes.map(index => links[index]), tab);
         return status.describe();
     },
     settings: () => settings.current,
     store: () => settings.store,
+    preferences: () => preferences.all(),
     changeSettings: async ({ changes }) => {
         const unknown = Object.keys(changes).find(each => !isSettingName(each));
         if (unknown !== undefined)
@@ -152,7 +231,34 @@ const answers = {
         await settings.change(changes);
         return settings.current;
     },
-    outcomes: () => outcomes.list(),
+    changePreferences: async ({ changes }) => {
+        const unknown = Object.keys(changes).find(each => !isPreference(each));
+        if (unknown !== undefined)
+            throw new HostError('problemOptionUnknown', unknown);
+        await preferences.change(changes);
+        return preferences.all();
+    },
+    keeping: () => keeping.describe(),
+    keepNext: async ({ next }) => {
+        await keeping.keepNext(next === true);
+        return keeping.describe();
+    },
+    site: ({ url }) => siteOf(url),
+    leaveSite: async ({ url, leave }) => {
+        await leaveSite(hostOf(url), leave);
+        return siteOf(url);
+    },
+    outcomes: async () => (await outcomes.list()).reverse(),
+    dismissOutcome: async ({ id }) => {
+        await outcomes.dismiss(id);
+        return (await outcomes.list()).reverse();
+    },
+    check: () => facts(),
+    checkAgain: async () => {
+        await host.open().catch(() => {});
+        return facts();
+    },
+    testDownload: async () => facts(await downloads.tryOne()),
     media: async ({ tabId }) => {
         await observer.observe(tabId);
         return mediaOf(tabId);
@@ -178,4 +284,5 @@ chrome.runtime.onMessage.addListener((message, sender, respond) => {
 chrome.runtime.onStartup.addListener(() => {});
 chrome.alarms.onAlarm.addListener(() => {});
 
+keeping.describe().then(({ next }) => status.keeping(next));
 host.open().catch(() => {}); // the status tells of it

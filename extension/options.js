@@ -1,72 +1,227 @@
-// The options page. Its fields are named after their place in the settings record.
+// The options page. One row of the table is one option; what is changed is stored at once.
 
 import { ask, follow } from './lib/background.js';
+import { understandEndings, understandServers } from './lib/masks.js';
+import { isPreference } from './lib/preferences.js';
+import { element, localize, make, text, unitName } from './lib/ui.js';
 
-const text = chrome.i18n.getMessage;
-const form = document.getElementById('form');
-const line = document.getElementById('line');
-/** The values that the fields were given last, by their names. */
-const given = new Map();
+/**
+ * The options, in groups: the place of each in the settings record, the kind of its field, its text.
+ * hint: the key of a line below it. needs: the option without which it means nothing.
+ */
+const groups = [
+    { title: 'optionsCatching', rows: [
+        { path: 'monitor.enable', kind: 'switch', text: 'optionEnable', hint: 'optionEnableHint' },
+        { path: 'monitor.allowDownload', kind: 'switch', text: 'optionAllowDownload' },
+        { path: 'keeping.modifier', kind: 'choice', text: 'optionKeepKey', hint: 'optionKeepKeyHint',
+          choices: ['', 'alt', 'ctrl', 'shift'], choiceText: 'key_' },
+    ] },
+    { title: 'optionsLeft', rows: [
+        { path: 'monitor.skipSmallerThan', kind: 'size', text: 'optionSkipSmallerThan' },
+        { path: 'monitor.skipExtensions', kind: 'list', text: 'optionSkipExtensions', hint: 'optionSkipExtensionsHint',
+          understand: understandEndings, separator: ' ' },
+        { path: 'monitor.skipServersEnabled', kind: 'switch', text: 'optionSkipServersEnabled' },
+        { path: 'monitor.skipServers', kind: 'list', text: 'optionSkipServers', hint: 'optionSkipServersHint',
+          understand: understandServers, separator: '\n', needs: 'monitor.skipServersEnabled' },
+    ] },
+    { title: 'optionsSigns', rows: [
+        { path: 'signs.badge', kind: 'switch', text: 'optionBadge' },
+        { path: 'signs.failures', kind: 'switch', text: 'optionNotifyFailures' },
+        { path: 'signs.successes', kind: 'switch', text: 'optionNotifySuccesses' },
+    ] },
+    { title: 'optionsMenus', rows: [
+        { path: 'menu.dllink', kind: 'switch', text: 'optionMenuLink' },
+        { path: 'menu.dlselected', kind: 'switch', text: 'optionMenuSelected' },
+        { path: 'menu.dlall', kind: 'switch', text: 'optionMenuAll' },
+        { path: 'menu.dlvideo', kind: 'switch', text: 'optionMenuVideo' },
+    ] },
+    { title: 'optionsVideos', rows: [
+        { path: 'monitor.video.enable', kind: 'switch', text: 'optionVideo', hint: 'optionVideoHint' },
+    ] },
+];
+
 const storeWords = { busy: 'optionsStoreBusy', failure: 'optionsStoreFailed' };
-let savedOnce = false;
 
-const fields = () => [...form.elements].filter(field => field.name);
-const valueOf = field => (field.type === 'checkbox' ? field.checked : field.value);
-const isTouched = field => given.has(field.name) && valueOf(field) !== given.get(field.name);
+const savedShown = 3000;
+let savedTimer = 0;
 
-function say(words, isProblem = false) {
-    line.textContent = words;
-    line.classList.toggle('problem', isProblem);
+function saySaved(key) {
+    clearTimeout(savedTimer);
+    element('saved').textContent = text(key);
+    savedTimer = setTimeout(() => { element('saved').textContent = ''; }, savedShown);
 }
 
-/** What the user has changed and not saved yet stays. */
-function show(settings) {
-    form.hidden = !settings;
-    say(settings ? '' : text('optionsWaiting'));
-    if (!settings)
-        return;
-    for (const field of fields()) {
-        const value = field.name.split('.').reduce((part, name) => part[name], settings.browser);
-        if (!isTouched(field))
-            field[field.type === 'checkbox' ? 'checked' : 'value'] = value;
-        given.set(field.name, value);
-    }
+function showProblem(words) {
+    element('problem').hidden = !words;
+    element('problemText').textContent = words ?? '';
 }
 
-/** Whether what was saved is stored, too; '' when nothing is in the way. */
+/** What was changed holds, but is not stored yet; '' when it is. */
 function showStore(store) {
-    if (store)
-        say(text(storeWords[store]), true);
-    else if (savedOnce)
-        say(text('optionsSaved'));
+    element('store').hidden = !store;
+    element('store').textContent = store ? text(storeWords[store]) : '';
 }
 
-async function save() {
-    const changes = fields().filter(isTouched).map(field => [field.name, valueOf(field)]);
+/** Stores one change; what the record holds afterwards is shown again. */
+async function save(changes) {
     try {
-        show(await ask('changeSettings', { changes: Object.fromEntries(changes) }));
-        savedOnce = true;
-        showStore(await ask('store'));
+        if (Object.keys(changes).some(isPreference))
+            showPreferences(await ask('changePreferences', { changes }));
+        else
+            show(await ask('changeSettings', { changes }));
+        showProblem('');
+        const unstored = await ask('store');
+        showStore(unstored);
+        if (!unstored)
+            saySaved('optionsSaved');
     } catch (error) {
-        say(error.message, true);
+        showProblem(error.message);
+        show(await ask('settings'));
     }
 }
 
-for (const each of document.querySelectorAll('[data-text]'))
-    each.textContent = text(each.dataset.text);
-form.addEventListener('submit', event => {
-    event.preventDefault();
-    save();
-});
+// --- the kinds of fields: each makes its elements, and returns how to show a value ----------------
 
-function showCaptions(captions) {
-    for (const each of document.querySelectorAll('[data-caption]'))
-        each.textContent = captions[each.dataset.caption] ?? each.dataset.caption;
+const byteUnits = [['kilobyte', 1024], ['megabyte', 1024 ** 2], ['gigabyte', 1024 ** 3]];
+
+const fields = {
+    switch({ path }, id) {
+        const input = make('input', { id, type: 'checkbox', role: 'switch' });
+        input.addEventListener('change', () => save({ [path]: input.checked }));
+        return { input, isBesideText: true, show: value => { input.checked = value; } };
+    },
+
+    choice({ path, choices, choiceText }, id) {
+        const input = make('select', { id }, ...choices.map(
+            value => make('option', { value, textContent: text(choiceText + (value || 'none')) })));
+        input.addEventListener('change', () => save({ [path]: input.value }));
+        return { input, show: value => { input.value = value; } };
+    },
+
+    /** Bytes in the record, a number and its unit in the page. */
+    size({ path }, id) {
+        const input = make('input', { id, type: 'number', min: '0', step: 'any' });
+        const unit = make('select', { ariaLabel: text('unit') }, ...byteUnits.map(
+            ([name, factor]) => make('option', { value: factor, textContent: unitName(name) })));
+        const saveSize = () => {
+            if (input.value !== '' && input.checkValidity())
+                save({ [path]: Math.round(Number(input.value) * Number(unit.value)) });
+        };
+        input.addEventListener('change', saveSize);
+        unit.addEventListener('change', saveSize);
+        return {
+            input,
+            more: [unit],
+            show: value => {
+                const bytes = Number(value);
+                const [, factor] = byteUnits.findLast(each => bytes >= each[1]) ?? byteUnits[0];
+                if (document.activeElement === input && Number(input.value) * Number(unit.value) === bytes)
+                    return;
+                unit.value = factor;
+                input.value = bytes / factor;
+            },
+        };
+    },
+
+    /** Masks, shown as they are understood; what can never match is not stored. */
+    list({ path, understand, separator }, id) {
+        const describedBy = `${id}-understood`;
+        const input = make('textarea', { id, rows: separator === '\n' ? 4 : 1, spellcheck: false,
+                                         'aria-describedby': describedBy });
+        const chips = make('ul.chips', { id: describedBy, 'aria-live': 'polite' });
+        const check = () => {
+            const { masks, refused } = understand(input.value);
+            input.ariaInvalid = String(refused.length > 0);
+            chips.replaceChildren(
+                ...masks.map(mask => make('li', { textContent: mask })),
+                ...refused.map(({ entry, reason }) =>
+                    make('li.bad', { textContent: `${entry}: ${text(reason)}` })));
+            return { masks, refused };
+        };
+        input.addEventListener('input', check);
+        input.addEventListener('change', () => {
+            const { masks } = check();
+            save({ [path]: masks.join(' ') });
+        });
+        return {
+            input,
+            below: [chips],
+            show: value => {
+                const isSame = understand(input.value).masks.join(' ') === value;
+                if (!isSame) // what was refused stays in the field, to be mended
+                    input.value = value.split(' ').filter(Boolean).join(separator);
+                check();
+            },
+        };
+    },
+};
+
+// --- the page ------------------------------------------------------------------------------------
+
+const rows = new Map();
+
+function makeRow(row) {
+    const id = `option-${row.path.replaceAll('.', '-')}`;
+    const field = fields[row.kind](row, id);
+    field.input.name = row.path;
+    rows.set(row.path, { ...row, field });
+    const hint = row.hint ? make('small', { id: `${id}-hint`, textContent: text(row.hint) }) : null;
+    if (hint)
+        field.input.setAttribute('aria-describedby', [field.input.getAttribute('aria-describedby'), hint.id].filter(Boolean).join(' '));
+    if (field.isBesideText) {
+        return make('label.switch', {},
+            make('span', {}, text(row.text), hint ? make('br') : null, hint), field.input);
+    }
+    return make('div', {},
+        make('label', { htmlFor: id, textContent: text(row.text) }),
+        make('div.row', {}, field.input, ...field.more ?? []),
+        ...field.below ?? [], hint);
 }
 
-follow('captions', showCaptions);
+function showPreferences(values) {
+    for (const { path, field } of rows.values()) {
+        if (isPreference(path))
+            field.show(values[path]);
+    }
+}
+
+/** Nothing can be changed that the application has not told yet. */
+function show(settings) {
+    for (const { path, needs, field } of rows.values()) {
+        if (isPreference(path))
+            continue;
+        const valueAt = each => each.split('.').reduce((part, name) => part?.[name], settings?.browser);
+        const value = valueAt(path);
+        field.input.disabled = value === undefined || (needs !== undefined && !valueAt(needs));
+        if (value !== undefined)
+            field.show(value);
+    }
+    if (!settings)
+        showProblem(text('optionsWaiting'));
+    else if (element('problemText').textContent === text('optionsWaiting'))
+        showProblem('');
+}
+
+function showStatus({ version, problem }) {
+    element('version').textContent = version ? text('hostVersion', version) : '';
+    if (!version)
+        showProblem(problem ?? text('optionsWaiting'));
+}
+
+localize(text('optionsTitle'));
+element('form').append(...groups.map(group => make('fieldset.card', {},
+    make('legend', { textContent: text(group.title) }),
+    make('div.rows', {}, ...group.rows.map(makeRow)))));
+element('form').addEventListener('submit', event => event.preventDefault());
+element('retry').addEventListener('click', async () => {
+    showStatus(await ask('retry'));
+    show(await ask('settings'));
+});
 follow('settings', show);
+follow('preferences', showPreferences);
 follow('store', showStore);
-showCaptions(await ask('captions'));
+follow('status', showStatus);
+showPreferences(await ask('preferences'));
 show(await ask('settings'));
+showStatus(await ask('status'));
 showStore(await ask('store'));

@@ -1,66 +1,160 @@
-// The popup says how things are, and offers what can be done about it.
+// The popup: what is caught and what is not, what became of the last downloads, and the page's media.
 
 import { ask, follow } from './lib/background.js';
+import { outcomeInWords } from './lib/outcometexts.js';
+import { element, localize, make, sizeInWords, text, timeInWords } from './lib/ui.js';
 
-const text = chrome.i18n.getMessage;
-const element = id => document.getElementById(id);
+localize();
+const [{ id: tabId, url: tabUrl = '', title: tabTitle = '' }] = await chrome.tabs.query({ active: true, currentWindow: true });
 
-function show({ version, problem }) {
-    element('status').textContent = problem
-        ?? (version ? text('statusConnected', version) : text('statusConnecting'));
-    element('status').classList.toggle('problem', problem !== null);
-    element('retry').hidden = problem === null || version !== ''; // what is connected cannot be tried again
+function openPage(path) {
+    chrome.tabs.create({ url: chrome.runtime.getURL(path) });
+    window.close();
 }
 
-element('retry').textContent = text('retry');
-element('retry').addEventListener('click', async () => show(await ask('retry')));
+const onClick = (id, action) => element(id).addEventListener('click', action);
 
-element('options').textContent = text('openOptions');
-element('options').addEventListener('click', () => chrome.runtime.openOptionsPage());
-
-element('downloadAll').addEventListener('click', async () => show(await ask('downloadAll', { tabId })));
-
-function showCaptions({ dlall }) {
-    element('downloadAll').textContent = dlall ?? '';
-    element('downloadAll').hidden = !dlall;
+/** Shows what a request to the background script came to, where it failed. */
+async function attempt(request, members) {
+    try {
+        return await ask(request, members);
+    } catch (error) {
+        showProblem(error.message);
+        return undefined;
+    }
 }
+
+// --- how things are ------------------------------------------------------------------------------
+
+let isConnected = false;
+let isCatching = true;
+
+function showProblem(problem) {
+    element('problem').hidden = !problem;
+    element('problemText').textContent = problem ?? '';
+    element('retry').hidden = isConnected; // what is connected cannot be tried again
+    element('dismiss').hidden = !isConnected;
+}
+
+function showState() {
+    element('state').textContent = text(!isConnected ? 'stateWaiting' : isCatching ? 'stateOn' : 'stateOff');
+}
+
+function showStatus({ version, problem }) {
+    isConnected = version !== '';
+    showProblem(problem);
+    showState();
+}
+
+onClick('why', () => openPage('help.html'));
+onClick('help', () => openPage('help.html'));
+onClick('options', () => chrome.runtime.openOptionsPage());
+onClick('retry', async () => showStatus(await ask('retry')));
+onClick('dismiss', async () => showStatus(await ask('dismissProblem')));
+
+// --- what is caught ------------------------------------------------------------------------------
+
+function showSettings(settings) {
+    element('catch').disabled = !settings;
+    element('site').disabled = !settings;
+    if (!settings)
+        return;
+    isCatching = settings.browser.monitor.enable;
+    element('catch').checked = isCatching;
+    element('keepNext').disabled = !isCatching;
+    showState();
+    ask('site', { url: tabUrl }).then(showSite);
+}
+
+function showSite({ host, isLeft }) {
+    element('siteRow').hidden = !host;
+    element('siteText').textContent = text('leaveSite', host);
+    element('site').checked = isLeft;
+}
+
+function showKeeping({ next, shortcut, modifier }) {
+    element('keepNext').ariaPressed = String(next);
+    const ways = [modifier && text('keepByKey', text(`key_${modifier}`)), shortcut && text('keepByShortcut', shortcut)];
+    element('keepHint').textContent = ways.filter(Boolean).join(' ');
+}
+
+element('catch').addEventListener('change', async event => {
+    showSettings(await attempt('changeSettings', { changes: { 'monitor.enable': event.target.checked } })
+        ?? await ask('settings'));
+});
+element('site').addEventListener('change', async event => {
+    showSite(await attempt('leaveSite', { url: tabUrl, leave: event.target.checked })
+        ?? await ask('site', { url: tabUrl }));
+});
+onClick('keepNext', async event => {
+    showKeeping(await ask('keepNext', { next: event.target.ariaPressed !== 'true' }));
+});
+
+// --- the last downloads --------------------------------------------------------------------------
+
+function showDownloads(downloads) {
+    element('noDownloads').hidden = downloads.length > 0;
+    element('downloads').replaceChildren(...downloads.map(download => {
+        const { words, isProblem } = outcomeInWords(download);
+        return make('li', {}, make('div.entry', {},
+            make('div.grow', {},
+                make('span.name', { textContent: download.name || text('nameless') }),
+                make(isProblem ? 'small.bad' : 'small', {}, `${words} · ${timeInWords(download.time)}`)),
+            isProblem ? make('button.icon', {
+                textContent: '×',
+                ariaLabel: text('dismiss'),
+                title: text('dismiss'),
+                onclick: async () => showDownloads(await ask('dismissOutcome', { id: download.id })),
+            }) : null));
+    }));
+}
+
+// --- the page's media ----------------------------------------------------------------------------
 
 const kinds = { video: 'kindVideo', audio: 'kindAudio', stream: 'kindStream' };
 
-/** A size in the unit that suits it; nothing when it is not known. */
-function sizeInWords(size) {
-    if (size < 0)
-        return [];
-    const [unit, divisor] = [['gigabyte', 1e9], ['megabyte', 1e6], ['kilobyte', 1e3]].find(each => size >= each[1])
-        ?? ['byte', 1];
-    return [new Intl.NumberFormat(undefined, { style: 'unit', unit, maximumFractionDigits: 1 })
-        .format(size / divisor)];
+async function downloadMedia(button, requestId) {
+    button.disabled = true;
+    element('mediaSaid').textContent = text('handingOver');
+    const status = await attempt('downloadMedia', { tabId, requestId });
+    button.disabled = false;
+    element('mediaSaid').textContent = status && !status.problem ? text('mediaHandedOver') : '';
+    if (status)
+        showStatus(status);
 }
 
 /** What was found on the page, best first; media is null where nothing can be. */
 function showMedia(media) {
     element('page').hidden = !media;
-    element('none').hidden = media?.length > 0;
+    element('noMedia').hidden = media?.length > 0;
     element('media').replaceChildren(...(media ?? []).map(({ requestId, title, kind, size, quality }) => {
-        const button = document.createElement('button');
-        button.textContent = [title, text(kinds[kind]), quality, ...sizeInWords(size)].filter(Boolean).join(', ');
-        button.addEventListener('click', async () => show(await ask('downloadMedia', { tabId, requestId })));
-        const entry = document.createElement('li');
-        entry.append(button);
-        return entry;
+        const details = [text(kinds[kind]), quality, sizeInWords(size)].filter(Boolean);
+        const button = make('button.media', { onclick: () => downloadMedia(button, requestId) },
+            make('span.name', { textContent: title }),
+            make('small', { textContent: details.join(' · ') }));
+        return make('li', {}, button);
     }));
 }
 
-for (const each of document.querySelectorAll('[data-text]'))
-    each.textContent = text(each.dataset.text);
+onClick('downloadAll', async () => {
+    if (await attempt('chooseLinks', { tabId }) !== undefined)
+        window.close();
+});
 
-const [{ id: tabId }] = await chrome.tabs.query({ active: true, currentWindow: true });
-follow('status', show);
-follow('captions', showCaptions);
+// -------------------------------------------------------------------------------------------------
+
+follow('status', showStatus);
+follow('settings', showSettings);
+follow('keeping', showKeeping);
+follow('outcomes', showDownloads);
 follow('page', page => {
     if (page.tabId === tabId)
         showMedia(page.media);
 });
-show(await ask('status'));
-showCaptions(await ask('captions'));
+element('downloadAll').hidden = !/^https?:/.test(tabUrl);
+element('pageTitle').textContent = tabTitle;
+showStatus(await ask('status'));
+showSettings(await ask('settings'));
+showKeeping(await ask('keeping'));
+showDownloads(await ask('outcomes'));
 showMedia(await ask('media', { tabId }));

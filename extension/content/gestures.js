@@ -1,17 +1,18 @@
 // Runs in every page. In Chromium a download by "Save link as" or by a click with Alt looks the same
-// as one by a link that has the attribute "download"; what the user did before tells them apart. That
-// one bit is all that leaves the page. Firefox has other signs, and needs none of this.
+// as one by a link that has the attribute "download"; what the user did before tells them apart. And a
+// key that is held while a link is clicked keeps the download in the browser. Whether it was such a
+// gesture, and which of three keys were held, is all that leaves the page.
 
-if (!navigator.userAgent.includes('Firefox/')) {
-    const tell = (event, savesItself) => {
-        // Pages can make events of their own. A script that outlived its extension has nobody to tell.
-        if (event.isTrusted && chrome.runtime?.id)
-            chrome.runtime.sendMessage(savesItself).catch(() => {});
-    };
-    addEventListener('contextmenu', event => tell(event, true), true);
-    addEventListener('pointerdown', event => tell(event, event.altKey), true);
-    addEventListener('keydown', event => {
-        if (event.key === 'Enter' || event.key === ' ')
-            tell(event, event.altKey);
-    }, true);
-}
+const tell = (event, saves) => {
+    // Pages can make events of their own. A script that outlived its extension has nobody to tell.
+    if (event.isTrusted && chrome.runtime?.id) {
+        const { altKey: alt, ctrlKey: ctrl, shiftKey: shift } = event;
+        chrome.runtime.sendMessage({ saves, alt, ctrl, shift }).catch(() => {});
+    }
+};
+addEventListener('contextmenu', event => tell(event, true), true);
+addEventListener('pointerdown', event => tell(event, event.altKey), true);
+addEventListener('keydown', event => {
+    if (event.key === 'Enter' || event.key === ' ')
+        tell(event, event.altKey);
+}, true);

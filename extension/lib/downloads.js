@@ -17,21 +17,25 @@ const leftToBrowser = 'ignoredDueSettings';
 /** In milliseconds: for how long a user should see a paused download at most. */
 const pausePatience = 5000;
 
+const testFileName = 'kovalo-test.txt';
+
 export class Downloads {
     #host;
     #settings;
     #requests;
     #gestures;
+    #keeping;
     #policies;
     #handovers;
     #outcomes;
 
     /** @param {object} parts what this works with, by its names */
-    constructor({ host, settings, requests, gestures, policies, handovers, outcomes }) {
+    constructor({ host, settings, requests, gestures, keeping, policies, handovers, outcomes }) {
         this.#host = host;
         this.#settings = settings;
         this.#requests = requests;
         this.#gestures = gestures;
+        this.#keeping = keeping;
         this.#policies = policies;
         this.#handovers = handovers;
         this.#outcomes = outcomes;
@@ -62,6 +66,10 @@ export class Downloads {
         const now = await lookUp(item.id); // only here does Chromium tell of other extensions
         if (!now || now.byExtensionId || now.state === 'interrupted')
             return;
+        if (await this.#keeping.keeps(request)) {
+            this.#tell(await nameOf(item) || nameIn(addressOf(item)), place.browser);
+            return;
+        }
         await this.#handovers.begin(item, request.method === 'GET');
         await pause(item.id);
         await this.#handOver(item, request);
@@ -83,6 +91,20 @@ export class Downloads {
             this.#tell(name, errorOf(answer) ? place.lost : state, errorOf(answer));
         } catch (error) {
             this.#tell(name, place.lost, error);
+        }
+    }
+
+    /** A small file that comes from nowhere, to try the way to the disk. Resolves with what went wrong. */
+    async tryOne() {
+        try {
+            const text = encodeURIComponent(chrome.i18n.getMessage('testFileText'));
+            return errorOf(await this.#ask([{
+                url: `data:text/plain;charset=utf-8,${text}`,
+                suggestedName: testFileName,
+                fileSize: '-1',
+            }], { caught: false }));
+        } catch (error) {
+            return error;
         }
     }
 

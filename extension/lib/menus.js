@@ -1,7 +1,9 @@
 // The entries of the context menus, with the captions that the host gives in the user's language.
 
+const webPages = ['http://*/*', 'https://*/*'];
+
 const entries = [
-    { id: 'dllink', contexts: ['link'] },
+    { id: 'dllink', contexts: ['link'], targetUrlPatterns: webPages }, // there is nothing to get from mailto:
     { id: 'dlselected', contexts: ['selection'] },
     { id: 'dlvideo', contexts: ['video', 'audio', 'frame', 'page'] },
     { id: 'dlall', contexts: ['page', 'link', 'selection'] },
@@ -22,14 +24,14 @@ export function showMenus(captions, allowed) {
 
 async function rebuild(captions, allowed) {
     await chrome.contextMenus.removeAll();
-    for (const { id, contexts } of entries) {
+    for (const { id, ...more } of entries) {
         if (!captions[id] || allowed?.[id] === false)
             continue;
         chrome.contextMenus.create({
             id,
-            contexts,
             title: captions[id],
-            documentUrlPatterns: ['http://*/*', 'https://*/*'],
+            documentUrlPatterns: webPages,
+            ...more,
         }, () => void chrome.runtime.lastError);
     }
 }

@@ -8,6 +8,9 @@ const protocolVersion = '3';
 const firstRetryDelay = 1000;
 const longestRetryDelay = 60_000;
 
+/** A host that is there answers within some ms. */
+const handshakePatience = 5000;
+
 /** Longer than the host itself waits for the application to come up. */
 const applicationPatience = 60_000;
 
@@ -77,9 +80,14 @@ export class NativeHost {
             if (this.#port === port)
                 this.#onDisconnect(this.#errorForReason(reason));
         });
+        const timer = setTimeout(() => {
+            if (this.#port === port)
+                this.#onDisconnect(new HostError('problemHostSilent'));
+            port.disconnect();
+        }, handshakePatience);
         const answer = await this.#send('handshake', {
             handshake: { api_version: protocolVersion, browser: navigator.userAgent },
-        });
+        }).finally(() => clearTimeout(timer));
         this.#version = answer.version;
         this.#retryDelay = firstRetryDelay;
         this.onConnected();

@@ -8,6 +8,8 @@ import { policyIn } from './referrer.js';
  * @property {string} documentUrl the page, or the frame of it, where the link is
  * @property {string} policy what that or the link itself says of referrers; '' when nothing
  * @property {number} frameId 0 for the page itself
+ * @property {string} text what the page calls it
+ * @property {string|null} download the name that the page gives it; null where it has not that attribute
  */
 
 /**
@@ -27,8 +29,10 @@ export async function pageLinks(tabId, { frameId, selectedOnly = false } = {}) {
         args: [selectedOnly],
     }).catch(() => []);
     const links = results.filter(each => each.result).flatMap(({ result, frameId: place }) =>
-        result.links.map(({ url, policy }) => ({
+        result.links.map(({ url, policy, text, download }) => ({
             url,
+            text,
+            download,
             documentUrl: result.documentUrl,
             policy: policyIn(policy) || policyIn(result.policy),
             frameId: place,
@@ -39,7 +43,7 @@ export async function pageLinks(tabId, { frameId, selectedOnly = false } = {}) {
 /** One link of a page, by its address. It may be gone from there meanwhile. */
 export async function pageLink(tabId, url, frameId, documentUrl) {
     const found = (await pageLinks(tabId, { frameId })).find(each => each.url === url);
-    return found ?? { url, documentUrl, policy: '', frameId };
+    return found ?? { url, documentUrl, policy: '', frameId, text: '', download: null };
 }
 
 /** Runs in the page, so it can use nothing from here. */
@@ -50,6 +54,8 @@ function linksHere(selectedOnly) {
         .map(link => ({
             url: link.href,
             policy: link.relList.contains('noreferrer') ? 'no-referrer' : link.referrerPolicy,
+            text: link.textContent.replace(/\s+/g, ' ').trim().slice(0, 200),
+            download: link.getAttribute('download'),
         }))
         .filter(({ url }) => /^https?:/i.test(url));
     const policy = [...document.querySelectorAll('meta[name="referrer" i]')].map(each => each.content).join();

@@ -1,44 +1,71 @@
 // What works and what does not, in words: shown by the popup, and by a mark on the button.
 
+const marks = {
+    problem: { text: '!', color: '#b3261e' },
+    success: { text: '✓', color: '#1a6b2d' },
+    keeping: { text: '→', color: '#51666a' },
+    none: { text: '', color: '#51666a' },
+};
+const successShown = 4000;
+
 export class Status {
     /** What is wrong with the host, and with what was done last. */
-    #hostProblem = null;
-    #problem = null;
+    #hostError = null;
+    #error = null;
     #version = '';
+    #isKeeping = false;
 
     onChanged = _status => {};
 
     hostConnected(version) {
         this.#version = version;
-        this.#hostProblem = null;
+        this.#hostError = null;
         this.#show();
     }
 
     hostDisconnected(error) {
         this.#version = '';
-        this.#hostProblem = inWords(error);
+        this.#hostError = error;
         this.#show();
     }
 
     /** Something the user asked for could not be done. */
     failed(error) {
-        this.#problem = inWords(error);
+        this.#error = error;
         this.#show();
     }
 
     /** What the user asked for was done, so whatever was wrong is no longer. */
-    succeeded() {
-        this.#problem = null;
+    succeeded() { this.failed(null); }
+
+    /** Shows for some seconds that a download was handed over. */
+    flashSuccess() {
+        this.#mark(marks.success);
+        setTimeout(() => this.#show(), successShown);
+    }
+
+    /** Whether the next download is kept in the browser. */
+    keeping(on) {
+        this.#isKeeping = on;
         this.#show();
     }
 
-    describe() { return { version: this.#version, problem: this.#hostProblem ?? this.#problem }; }
+    describe() {
+        const error = this.#hostError ?? this.#error;
+        return { version: this.#version, problem: error && inWords(error) };
+    }
+
+    get hostError() { return this.#hostError; }
 
     #show() {
         const current = this.describe();
-        chrome.action.setBadgeBackgroundColor({ color: '#c62828' });
-        chrome.action.setBadgeText({ text: current.problem ? '!' : '' });
+        this.#mark(current.problem ? marks.problem : this.#isKeeping ? marks.keeping : marks.none);
         this.onChanged(current);
+    }
+
+    #mark({ text, color }) {
+        chrome.action.setBadgeBackgroundColor({ color });
+        chrome.action.setBadgeText({ text });
     }
 }
 

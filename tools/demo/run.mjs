@@ -81,8 +81,8 @@ async function throughBrowser(name, sandbox, server) {
         await until(() => sandbox.running(hostProgram).length > 0, 'the extension to start the host');
         console.log(`The extension has started the host as process ${sandbox.running(hostProgram)}.`);
         const popup = await browser.openExtensionPage('popup.html');
-        const popupLine = () => popup.evaluate(() => document.getElementById('status').textContent);
-        await until(async () => (await popupLine()).includes('6.25'), 'the popup to tell the version');
+        const popupLine = () => popup.evaluate(() => document.getElementById('state').textContent);
+        await until(async () => (await popupLine()) === 'Downloads go to Kovalo.', 'the popup to say that it works');
         console.log(`Its popup says: ${await popupLine()}`);
 
         console.log('\nA page of the extension opens a port of its own.');

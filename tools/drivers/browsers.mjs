@@ -197,11 +197,11 @@ export class ExtendedBrowser {
     /**
      * One that was launched in the same sandbox before keeps its profile.
      * @param {string} name one of browserNames
-     * @param {{screen?: import('./screen.mjs').Screen, asksWhere?: boolean}} options the screen that
-     *     it shows its windows on; whether it asks the user where to put a download
+     * @param {{screen?: import('./screen.mjs').Screen, asksWhere?: boolean, language?: string}} options the screen that
+     *     it shows its windows on; whether it asks the user where to put a download; Chromium's language
      */
-    static async launch(name, sandbox, { screen, asksWhere = false } = {}) {
-        const environment = sandbox.environment(screen && { DISPLAY: screen.display });
+    static async launch(name, sandbox, { screen, asksWhere = false, language = 'en' } = {}) {
+        const environment = sandbox.environment({ LANG: `${language}.UTF-8`, LANGUAGE: language, ...screen && { DISPLAY: screen.display } });
         const started = await launchers[name](sandbox, environment, { screen, asksWhere });
         const self = new ExtendedBrowser(sandbox, started);
         try {

@@ -2,6 +2,699 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="pt_PT" sourcelanguage="en_US">
 <context>
+    <name>Extension</name>
+    <message>
+        <source>Hands downloads over to the Kovalo download manager.</source>
+        <extracomment>Shown in the browser&apos;s list of extensions</extracomment>
+        <translation>Entrega as transferências ao gestor de transferências Kovalo.</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <extracomment>Button and link</extracomment>
+        <translation>Opções</translation>
+    </message>
+    <message>
+        <source>Help and problems</source>
+        <extracomment>Button and link to the page that explains the extension and checks it</extracomment>
+        <translation>Ajuda e problemas</translation>
+    </message>
+    <message>
+        <source>Why?</source>
+        <extracomment>Button beside a text on a problem; opens the page that finds the cause</extracomment>
+        <translation>Porquê?</translation>
+    </message>
+    <message>
+        <source>Try again</source>
+        <extracomment>Button</extracomment>
+        <translation>Tentar novamente</translation>
+    </message>
+    <message>
+        <source>Dismiss</source>
+        <extracomment>Button that takes away a text on a problem</extracomment>
+        <translation>Ocultar</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <extracomment>Button that copies a command</extracomment>
+        <translation>Copiar</translation>
+    </message>
+    <message>
+        <source>Copied</source>
+        <extracomment>The same button for a moment afterwards</extracomment>
+        <translation>Copiado</translation>
+    </message>
+    <message>
+        <source>Downloads go to Kovalo.</source>
+        <extracomment>State, below the switch for catching downloads</extracomment>
+        <translation>As transferências vão para o Kovalo.</translation>
+    </message>
+    <message>
+        <source>Downloads stay in the browser.</source>
+        <extracomment>State, below the switch for catching downloads</extracomment>
+        <translation>As transferências ficam no navegador.</translation>
+    </message>
+    <message>
+        <source>Kovalo is not connected, so downloads stay in the browser.</source>
+        <extracomment>State, below the switch for catching downloads</extracomment>
+        <translation>O Kovalo não está ligado, por isso as transferências ficam no navegador.</translation>
+    </message>
+    <message>
+        <source>Catch downloads</source>
+        <extracomment>Switch: downloads that begin in the browser are handed over</extracomment>
+        <translation>Capturar transferências</translation>
+    </message>
+    <message>
+        <source>Not on $HOST$</source>
+        <extracomment>Switch: downloads from this server stay in the browser</extracomment>
+        <translation>Não em $HOST$</translation>
+    </message>
+    <message>
+        <source>Keep the next download in the browser</source>
+        <extracomment>Button that stays pressed until the next download</extracomment>
+        <translation>Deixar a próxima transferência no navegador</translation>
+    </message>
+    <message>
+        <source>Or hold $KEY$ while you click a link.</source>
+        <extracomment>After a text on keeping one download in the browser</extracomment>
+        <translation>Ou mantenha $KEY$ premida ao clicar numa ligação.</translation>
+    </message>
+    <message>
+        <source>Shortcut for the next one: $KEYS$.</source>
+        <extracomment>After a text on keeping one download in the browser</extracomment>
+        <translation>Atalho para a próxima: $KEYS$.</translation>
+    </message>
+    <message>
+        <source>No key</source>
+        <extracomment>Choice among keys</extracomment>
+        <translation>Nenhuma tecla</translation>
+    </message>
+    <message>
+        <source>Last downloads</source>
+        <extracomment>Heading of a list</extracomment>
+        <translation>Últimas transferências</translation>
+    </message>
+    <message>
+        <source>No download has been caught yet.</source>
+        <extracomment>In place of an empty list</extracomment>
+        <translation>Ainda não foi capturada nenhuma transferência.</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <extracomment>In place of a file&apos;s name that is not known</extracomment>
+        <translation>Transferência</translation>
+    </message>
+    <message>
+        <source>Handed over to Kovalo</source>
+        <extracomment>State of a download</extracomment>
+        <translation>Entregue ao Kovalo</translation>
+    </message>
+    <message>
+        <source>Declined in Kovalo</source>
+        <extracomment>State of a download</extracomment>
+        <translation>Recusada no Kovalo</translation>
+    </message>
+    <message>
+        <source>Kept in the browser</source>
+        <extracomment>State of a download that was not handed over because the user or an option said so</extracomment>
+        <translation>Ficou no navegador</translation>
+    </message>
+    <message>
+        <source>Stays in the browser: $REASON$</source>
+        <extracomment>State of a download that could not be handed over; the reason is a sentence</extracomment>
+        <translation>Fica no navegador: $REASON$</translation>
+    </message>
+    <message>
+        <source>Saved twice: by the browser and by Kovalo</source>
+        <extracomment>State of a download</extracomment>
+        <translation>Guardada duas vezes: pelo navegador e pelo Kovalo</translation>
+    </message>
+    <message>
+        <source>There are two copies of $NAME$: the browser had finished when Kovalo took it.</source>
+        <extracomment>Problem; the name of a file</extracomment>
+        <translation>Há duas cópias de $NAME$: o navegador já tinha terminado quando o Kovalo o recebeu.</translation>
+    </message>
+    <message>
+        <source>The browser goes on with $NAME$. Kovalo was asked to take it and has not answered, so it may have it, too.</source>
+        <extracomment>Problem; the name of a file</extracomment>
+        <translation>O navegador continua com $NAME$. O Kovalo foi consultado e não respondeu, por isso talvez também o tenha.</translation>
+    </message>
+    <message>
+        <source>The download of $NAME$ broke off. Begin it again on its page.</source>
+        <extracomment>Problem; the name of a file</extracomment>
+        <translation>A transferência de $NAME$ foi interrompida. Inicie-a de novo na respetiva página.</translation>
+    </message>
+    <message>
+        <source>In the browser, perhaps in Kovalo, too</source>
+        <extracomment>State of a download</extracomment>
+        <translation>No navegador, talvez também no Kovalo</translation>
+    </message>
+    <message>
+        <source>Broke off; begin it again on its page</source>
+        <extracomment>State of a download</extracomment>
+        <translation>Interrompida; inicie-a de novo na respetiva página</translation>
+    </message>
+    <message>
+        <source>On this page</source>
+        <extracomment>Heading of a list of videos and sounds</extracomment>
+        <translation>Nesta página</translation>
+    </message>
+    <message>
+        <source>No video has been seen on this page yet. Play it, or load the page again.</source>
+        <extracomment>In place of an empty list</extracomment>
+        <translation>Ainda não foi visto nenhum vídeo nesta página. Reproduza-o ou recarregue a página.</translation>
+    </message>
+    <message>
+        <source>Handed over to Kovalo.</source>
+        <extracomment>After a click on a video</extracomment>
+        <translation>Entregue ao Kovalo.</translation>
+    </message>
+    <message>
+        <source>Handing over…</source>
+        <extracomment>While Kovalo has not answered yet</extracomment>
+        <translation>A entregar…</translation>
+    </message>
+    <message>
+        <source>Video</source>
+        <extracomment>Kind of media</extracomment>
+        <translation>Vídeo</translation>
+    </message>
+    <message>
+        <source>Sound</source>
+        <extracomment>Kind of media</extracomment>
+        <translation>Som</translation>
+    </message>
+    <message>
+        <source>Stream</source>
+        <extracomment>Kind of media: a video that is sent in pieces</extracomment>
+        <translation>Transmissão</translation>
+    </message>
+    <message>
+        <source>Choose among the links of this page…</source>
+        <extracomment>Button; opens a page with a list of links</extracomment>
+        <translation>Escolher entre as ligações desta página…</translation>
+    </message>
+    <message>
+        <source>Download links</source>
+        <extracomment>Title of the page with a list of links</extracomment>
+        <translation>Transferir ligações</translation>
+    </message>
+    <message>
+        <source>Filter by name or address</source>
+        <extracomment>Hint in a search field</extracomment>
+        <translation>Filtrar por nome ou endereço</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <extracomment>Heading of a column, and name of a list to choose from</extracomment>
+        <translation>Tipo</translation>
+    </message>
+    <message>
+        <source>Every kind</source>
+        <extracomment>Choice among kinds of files: no filter</extracomment>
+        <translation>Todos os tipos</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <extracomment>Heading of a column</extracomment>
+        <translation>Nome</translation>
+    </message>
+    <message>
+        <source>Server</source>
+        <extracomment>Heading of a column</extracomment>
+        <translation>Servidor</translation>
+    </message>
+    <message>
+        <source>All</source>
+        <extracomment>Button: selects all links that are shown</extracomment>
+        <translation>Todas</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <extracomment>Button: selects none of the links that are shown</extracomment>
+        <translation>Nenhuma</translation>
+    </message>
+    <message>
+        <source>Download ($COUNT$)</source>
+        <extracomment>Button; the count of selected links</extracomment>
+        <translation>Transferir ($COUNT$)</translation>
+    </message>
+    <message>
+        <source>Handed over to Kovalo: $COUNT$</source>
+        <extracomment>The count of links</extracomment>
+        <translation>Entregues ao Kovalo: $COUNT$</translation>
+    </message>
+    <message>
+        <source>This page has no links that can be downloaded.</source>
+        <extracomment>In place of an empty list</extracomment>
+        <translation>Esta página não tem ligações que possam ser transferidas.</translation>
+    </message>
+    <message>
+        <source>Image</source>
+        <extracomment>Kind of file</extracomment>
+        <translation>Imagem</translation>
+    </message>
+    <message>
+        <source>Document</source>
+        <extracomment>Kind of file</extracomment>
+        <translation>Documento</translation>
+    </message>
+    <message>
+        <source>Archive</source>
+        <extracomment>Kind of file (zip and the like)</extracomment>
+        <translation>Arquivo comprimido</translation>
+    </message>
+    <message>
+        <source>Program</source>
+        <extracomment>Kind of file</extracomment>
+        <translation>Programa</translation>
+    </message>
+    <message>
+        <source>Other file</source>
+        <extracomment>Kind of file</extracomment>
+        <translation>Outro ficheiro</translation>
+    </message>
+    <message>
+        <source>Page</source>
+        <extracomment>Kind of link: leads to a page, not to a file</extracomment>
+        <translation>Página</translation>
+    </message>
+    <message>
+        <source>The options are kept by Kovalo, which has not answered yet.</source>
+        <extracomment>While the options cannot be shown</extracomment>
+        <translation>As opções são guardadas pelo Kovalo, que ainda não respondeu.</translation>
+    </message>
+    <message>
+        <source>Saved</source>
+        <extracomment>Shown for a moment after a change</extracomment>
+        <translation>Guardado</translation>
+    </message>
+    <message>
+        <source>Another program is using Kovalo&apos;s settings. Your changes hold, and are stored when it is done.</source>
+        <extracomment>State, on the page of options</extracomment>
+        <translation>Outro programa está a usar as definições do Kovalo. As suas alterações valem e serão guardadas quando ele terminar.</translation>
+    </message>
+    <message>
+        <source>Kovalo&apos;s settings cannot be stored on this computer. Your changes hold until the browser ends.</source>
+        <extracomment>State, on the page of options</extracomment>
+        <translation>As definições do Kovalo não podem ser guardadas neste computador. As suas alterações valem até o navegador ser fechado.</translation>
+    </message>
+    <message>
+        <source>Downloads that begin in the browser</source>
+        <extracomment>Heading of a group of options</extracomment>
+        <translation>Transferências que começam no navegador</translation>
+    </message>
+    <message>
+        <source>Hand them over to Kovalo</source>
+        <extracomment>Option, below &quot;Downloads that begin in the browser&quot;</extracomment>
+        <translation>Entregá-las ao Kovalo</translation>
+    </message>
+    <message>
+        <source>Whatever cannot be handed over goes on in the browser.</source>
+        <extracomment>Below that option</extracomment>
+        <translation>O que não pode ser entregue continua no navegador.</translation>
+    </message>
+    <message>
+        <source>Let the browser go on when a download is declined in Kovalo</source>
+        <extracomment>Option</extracomment>
+        <translation>Deixar o navegador continuar quando uma transferência é recusada no Kovalo</translation>
+    </message>
+    <message>
+        <source>Key that keeps a download in the browser</source>
+        <extracomment>Option, a choice among keys</extracomment>
+        <translation>Tecla que deixa uma transferência no navegador</translation>
+    </message>
+    <message>
+        <source>Hold it while you click a link.</source>
+        <extracomment>Below that option</extracomment>
+        <translation>Mantenha-a premida ao clicar numa ligação.</translation>
+    </message>
+    <message>
+        <source>What stays in the browser</source>
+        <extracomment>Heading of a group of options</extracomment>
+        <translation>O que fica no navegador</translation>
+    </message>
+    <message>
+        <source>Files smaller than</source>
+        <extracomment>Option; a size follows</extracomment>
+        <translation>Ficheiros menores do que</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <extracomment>Name of the choice among units of size</extracomment>
+        <translation>Unidade</translation>
+    </message>
+    <message>
+        <source>Files whose names end in</source>
+        <extracomment>Option; a list of endings such as zip follows</extracomment>
+        <translation>Ficheiros cujos nomes terminam em</translation>
+    </message>
+    <message>
+        <source>For example: jpg, png, tmp*</source>
+        <extracomment>Below that option</extracomment>
+        <translation>Por exemplo: jpg, png, tmp*</translation>
+    </message>
+    <message>
+        <source>Files from these servers</source>
+        <extracomment>Option; a list of servers follows</extracomment>
+        <translation>Ficheiros destes servidores</translation>
+    </message>
+    <message>
+        <source>Servers</source>
+        <extracomment>Name of a list</extracomment>
+        <translation>Servidores</translation>
+    </message>
+    <message>
+        <source>One a line. A server covers those below it: example.com also means www.example.com.</source>
+        <extracomment>Below that list</extracomment>
+        <translation>Um por linha. Um servidor inclui os que estão abaixo dele: example.com também vale para www.example.com.</translation>
+    </message>
+    <message>
+        <source>this would match everything</source>
+        <extracomment>Why an entry of a list is not taken; follows the entry and a colon</extracomment>
+        <translation>isto corresponderia a tudo</translation>
+    </message>
+    <message>
+        <source>only what stands after the last dot is compared</source>
+        <extracomment>Why an ending is not taken; follows the entry and a colon</extracomment>
+        <translation>só é comparado o que vem depois do último ponto</translation>
+    </message>
+    <message>
+        <source>no name of a file ends like this</source>
+        <extracomment>Why an ending is not taken; follows the entry and a colon</extracomment>
+        <translation>nenhum nome de ficheiro termina assim</translation>
+    </message>
+    <message>
+        <source>no server is called this</source>
+        <extracomment>Why a server is not taken; follows the entry and a colon</extracomment>
+        <translation>nenhum servidor tem este nome</translation>
+    </message>
+    <message>
+        <source>addresses with colons cannot be compared</source>
+        <extracomment>Why a server is not taken; follows the entry and a colon</extracomment>
+        <translation>os endereços com dois pontos não podem ser comparados</translation>
+    </message>
+    <message>
+        <source>What you are told</source>
+        <extracomment>Heading of a group of options</extracomment>
+        <translation>O que lhe é comunicado</translation>
+    </message>
+    <message>
+        <source>Show on the button what became of a download</source>
+        <extracomment>Option</extracomment>
+        <translation>Mostrar no botão o que foi feito de uma transferência</translation>
+    </message>
+    <message>
+        <source>Notify me when a download could not be handed over</source>
+        <extracomment>Option</extracomment>
+        <translation>Notificar quando uma transferência não puder ser entregue</translation>
+    </message>
+    <message>
+        <source>Notify me when a download was handed over</source>
+        <extracomment>Option</extracomment>
+        <translation>Notificar quando uma transferência for entregue</translation>
+    </message>
+    <message>
+        <source>Context menu</source>
+        <extracomment>Heading of a group of options: entries of the menu of the right mouse button</extracomment>
+        <translation>Menu de contexto</translation>
+    </message>
+    <message>
+        <source>Download a link</source>
+        <extracomment>Option: an entry of the context menu</extracomment>
+        <translation>Transferir uma ligação</translation>
+    </message>
+    <message>
+        <source>Download the selected links</source>
+        <extracomment>Option: an entry of the context menu</extracomment>
+        <translation>Transferir as ligações selecionadas</translation>
+    </message>
+    <message>
+        <source>Download all links of a page</source>
+        <extracomment>Option: an entry of the context menu</extracomment>
+        <translation>Transferir todas as ligações de uma página</translation>
+    </message>
+    <message>
+        <source>Download a video</source>
+        <extracomment>Option: an entry of the context menu</extracomment>
+        <translation>Transferir um vídeo</translation>
+    </message>
+    <message>
+        <source>Videos</source>
+        <extracomment>Heading of a group of options</extracomment>
+        <translation>Vídeos</translation>
+    </message>
+    <message>
+        <source>Look for videos and sound on all pages</source>
+        <extracomment>Option</extracomment>
+        <translation>Procurar vídeos e sons em todas as páginas</translation>
+    </message>
+    <message>
+        <source>Otherwise only on pages where you open this extension or use its menu.</source>
+        <extracomment>Below that option</extracomment>
+        <translation>Caso contrário, só nas páginas em que abre esta extensão ou usa o seu menu.</translation>
+    </message>
+    <message>
+        <source>Connected to the Kovalo host $VERSION$.</source>
+        <extracomment>State; the host is the program between browser and application</extracomment>
+        <translation>Ligado ao anfitrião do Kovalo $VERSION$.</translation>
+    </message>
+    <message>
+        <source>Connecting…</source>
+        <extracomment>State</extracomment>
+        <translation>A ligar…</translation>
+    </message>
+    <message>
+        <source>Kovalo for your browser</source>
+        <extracomment>Title of the page that explains and checks the extension</extracomment>
+        <translation>Kovalo para o seu navegador</translation>
+    </message>
+    <message>
+        <source>What it does</source>
+        <extracomment>Heading</extracomment>
+        <translation>O que faz</translation>
+    </message>
+    <message>
+        <source>Downloads that begin in the browser are handed over to Kovalo. What Kovalo does not take goes on in the browser; nothing is lost.</source>
+        <extracomment>Explanation</extracomment>
+        <translation>As transferências que começam no navegador são entregues ao Kovalo. O que o Kovalo não recebe continua no navegador; nada se perde.</translation>
+    </message>
+    <message>
+        <source>To keep one download in the browser, press “Keep the next download in the browser” behind the extension&apos;s button.</source>
+        <extracomment>Explanation; the words in quotes are the text of a button, see there</extracomment>
+        <translation>Para deixar uma transferência no navegador, prima «Deixar a próxima transferência no navegador» no botão da extensão.</translation>
+    </message>
+    <message>
+        <source>Right-click a link, a selection or a video to hand it over yourself.</source>
+        <extracomment>Explanation</extracomment>
+        <translation>Clique com o botão direito numa ligação, numa seleção ou num vídeo para o entregar.</translation>
+    </message>
+    <message>
+        <source>Videos of a page are listed behind the extension&apos;s button.</source>
+        <extracomment>Explanation</extracomment>
+        <translation>Os vídeos de uma página são listados no botão da extensão.</translation>
+    </message>
+    <message>
+        <source>To keep the button in sight: click the puzzle piece in the toolbar, then the pin beside Kovalo.</source>
+        <extracomment>Explanation for Chromium and its kin</extracomment>
+        <translation>Para manter o botão à vista: clique na peça de puzzle da barra de ferramentas e depois no alfinete ao lado do Kovalo.</translation>
+    </message>
+    <message>
+        <source>To keep the button in sight: click the puzzle piece in the toolbar, then the wheel beside Kovalo, then “Pin to Toolbar”.</source>
+        <extracomment>Explanation for Firefox; the words in quotes are Firefox&apos;s own</extracomment>
+        <translation>Para manter o botão à vista: clique na peça de puzzle da barra de ferramentas, depois na roda ao lado do Kovalo e depois em «Afixar à barra de ferramentas».</translation>
+    </message>
+    <message>
+        <source>Is everything in place?</source>
+        <extracomment>Heading</extracomment>
+        <translation>Está tudo no lugar?</translation>
+    </message>
+    <message>
+        <source>Check again</source>
+        <extracomment>Button</extracomment>
+        <translation>Verificar de novo</translation>
+    </message>
+    <message>
+        <source>Try a download</source>
+        <extracomment>Button: makes a small test file</extracomment>
+        <translation>Experimentar uma transferência</translation>
+    </message>
+    <message>
+        <source>Everything works.</source>
+        <extracomment>Result of a check</extracomment>
+        <translation>Tudo funciona.</translation>
+    </message>
+    <message>
+        <source>Nothing is known to be broken. Try a download to be sure.</source>
+        <extracomment>Result of a check</extracomment>
+        <translation>Não se conhece nenhum defeito. Experimente uma transferência para ter a certeza.</translation>
+    </message>
+    <message>
+        <source>This link of the chain is broken: $STEP$</source>
+        <extracomment>Result of a check; one of Browser, Access to pages, Kovalo host, Kovalo, Test download</extracomment>
+        <translation>Este elo da corrente está partido: $STEP$</translation>
+    </message>
+    <message>
+        <source>In order</source>
+        <extracomment>Name of a check mark</extracomment>
+        <translation>Em ordem</translation>
+    </message>
+    <message>
+        <source>Broken</source>
+        <extracomment>Name of a cross</extracomment>
+        <translation>Partido</translation>
+    </message>
+    <message>
+        <source>Not checked</source>
+        <extracomment>Name of a mark</extracomment>
+        <translation>Não verificado</translation>
+    </message>
+    <message>
+        <source>Browser</source>
+        <extracomment>A link of the chain</extracomment>
+        <translation>Navegador</translation>
+    </message>
+    <message>
+        <source>Access to pages</source>
+        <extracomment>A link of the chain</extracomment>
+        <translation>Acesso às páginas</translation>
+    </message>
+    <message>
+        <source>Kovalo host</source>
+        <extracomment>A link of the chain: the program between browser and application</extracomment>
+        <translation>Anfitrião do Kovalo</translation>
+    </message>
+    <message>
+        <source>Kovalo</source>
+        <extracomment>A link of the chain: the application</extracomment>
+        <translation>Kovalo</translation>
+    </message>
+    <message>
+        <source>Test download</source>
+        <extracomment>A link of the chain</extracomment>
+        <translation>Transferência de teste</translation>
+    </message>
+    <message>
+        <source>The extension may see which downloads begin on pages.</source>
+        <extracomment>State</extracomment>
+        <translation>A extensão pode ver que transferências começam nas páginas.</translation>
+    </message>
+    <message>
+        <source>The browser withholds access to pages, so no download can be caught.</source>
+        <extracomment>State</extracomment>
+        <translation>O navegador nega o acesso às páginas, por isso nenhuma transferência pode ser capturada.</translation>
+    </message>
+    <message>
+        <source>Allow access</source>
+        <extracomment>Button</extracomment>
+        <translation>Permitir o acesso</translation>
+    </message>
+    <message>
+        <source>Kovalo answered.</source>
+        <extracomment>State</extracomment>
+        <translation>O Kovalo respondeu.</translation>
+    </message>
+    <message>
+        <source>Kovalo is started when there is something to download.</source>
+        <extracomment>State</extracomment>
+        <translation>O Kovalo é iniciado quando há algo para transferir.</translation>
+    </message>
+    <message>
+        <source>The test file is in your downloads folder.</source>
+        <extracomment>State</extracomment>
+        <translation>O ficheiro de teste está na sua pasta de transferências.</translation>
+    </message>
+    <message>
+        <source>Not tried yet.</source>
+        <extracomment>State</extracomment>
+        <translation>Ainda não experimentado.</translation>
+    </message>
+    <message>
+        <source>Nothing happens?</source>
+        <extracomment>Heading</extracomment>
+        <translation>Não acontece nada?</translation>
+    </message>
+    <message>
+        <source>Run this command in a terminal. It looks at every link of the chain and says how to mend it:</source>
+        <extracomment>Explanation; a command follows</extracomment>
+        <translation>Execute este comando num terminal. Examina cada elo da corrente e diz como o reparar:</translation>
+    </message>
+    <message>
+        <source>The Kovalo host is not installed, or not registered for this browser.</source>
+        <extracomment>Problem</extracomment>
+        <translation>O anfitrião do Kovalo não está instalado ou não está registado para este navegador.</translation>
+    </message>
+    <message>
+        <source>This extension is not allowed to use the Kovalo host.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Esta extensão não tem permissão para usar o anfitrião do Kovalo.</translation>
+    </message>
+    <message>
+        <source>The Kovalo host could not be started. $REASON$</source>
+        <extracomment>Problem; the reason is the browser&apos;s own sentence</extracomment>
+        <translation>Não foi possível iniciar o anfitrião do Kovalo. $REASON$</translation>
+    </message>
+    <message>
+        <source>The Kovalo host stopped. $REASON$</source>
+        <extracomment>Problem; the reason is the browser&apos;s own sentence</extracomment>
+        <translation>O anfitrião do Kovalo parou. $REASON$</translation>
+    </message>
+    <message>
+        <source>The Kovalo host was started but does not answer.</source>
+        <extracomment>Problem</extracomment>
+        <translation>O anfitrião do Kovalo foi iniciado, mas não responde.</translation>
+    </message>
+    <message>
+        <source>Kovalo is not installed beside its host, so downloads stay in the browser.</source>
+        <extracomment>Problem</extracomment>
+        <translation>O Kovalo não está instalado junto do seu anfitrião, por isso as transferências ficam no navegador.</translation>
+    </message>
+    <message>
+        <source>Kovalo does not answer.</source>
+        <extracomment>Problem</extracomment>
+        <translation>O Kovalo não responde.</translation>
+    </message>
+    <message>
+        <source>Kovalo did not take the download: $REASON$</source>
+        <extracomment>Problem; the reason comes from Kovalo</extracomment>
+        <translation>O Kovalo não recebeu a transferência: $REASON$</translation>
+    </message>
+    <message>
+        <source>Kovalo did not say whether it took the download.</source>
+        <extracomment>Problem</extracomment>
+        <translation>O Kovalo não disse se recebeu a transferência.</translation>
+    </message>
+    <message>
+        <source>Kovalo cannot download from this address.</source>
+        <extracomment>Problem</extracomment>
+        <translation>O Kovalo não pode transferir deste endereço.</translation>
+    </message>
+    <message>
+        <source>There is nothing to download here.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Não há nada para transferir aqui.</translation>
+    </message>
+    <message>
+        <source>No video was seen here. Play it, or load the page again, and try once more.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Não foi visto aqui nenhum vídeo. Reproduza-o ou recarregue a página e tente de novo.</translation>
+    </message>
+    <message>
+        <source>The options were not stored: $REASON$</source>
+        <extracomment>Problem; the reason comes from Kovalo</extracomment>
+        <translation>As opções não foram guardadas: $REASON$</translation>
+    </message>
+    <message>
+        <source>The browser withholds access to pages, so downloads stay in the browser.</source>
+        <extracomment>Problem</extracomment>
+        <translation>O navegador nega o acesso às páginas, por isso as transferências ficam no navegador.</translation>
+    </message>
+    <message>
+        <source>$NAME$ → Kovalo</source>
+        <extracomment>Notification; the name of a file</extracomment>
+        <translation>$NAME$ → Kovalo</translation>
+    </message>
+</context>
+<context>
     <name>QObject</name>
     <message>
         <source>Download with %1</source>

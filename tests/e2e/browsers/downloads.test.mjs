@@ -148,15 +148,16 @@ for (const name of browserNames) {
 
         test('the options page changes a setting of the application, and follows one', async () => {
             await visit.extension.evaluate(() => {
-                document.querySelector('[name="monitor.skipExtensions"]').value = 'pls m3u';
-                document.getElementById('form').requestSubmit();
+                const field = document.querySelector('[name="monitor.skipExtensions"]');
+                field.value = '*.PLS, .m3u tar.gz';
+                field.dispatchEvent(new Event('change'));
             });
             await visit.until(() => visit.application('get', 'WbDownloadsUnwantedExtensionsList') === 'pls m3u',
                               'the setting to reach the application');
             visit.application('set', 'WbDontInterceptTooSmallDownloads', '1');
             visit.application('set', 'WbDownloadsTooSmallSizeValue', '4096');
             await visit.until(async () => await visit.extension.evaluate(
-                () => document.querySelector('[name="monitor.skipSmallerThan"]').value) === '4096',
+                () => document.querySelector('[name="monitor.skipSmallerThan"]').value) === '4', // KB
             'the options page to show the new value');
         });
 

@@ -47,7 +47,7 @@ const pages = [
         more: '<video id="player" src="/film/plain.mp4" controls></video>',
         at: '#player',
         wants: '/film/plain.mp4',
-        lists: ['plain.mp4, Video, 3.1 MB'],
+        lists: ['plain.mp4, Video · 3 MB'],
     },
     {
         name: 'a file fetched in ranges',
@@ -55,7 +55,7 @@ const pages = [
         script: inRanges('/film/ranges'),
         at: 'h1',
         wants: '/film/ranges',
-        lists: ['ranges, Video, 3.1 MB'],
+        lists: ['ranges, Video · 3 MB'],
     },
     {
         name: 'an HLS stream with its pieces elsewhere',
@@ -75,7 +75,7 @@ const pages = [
                      await get(path);`,
         at: 'h1',
         wants: '/hls/master.m3u8',
-        lists: ['master.m3u8, Stream, 720p'],
+        lists: ['master.m3u8, Stream · 720p'],
     },
     {
         name: 'a DASH stream',
@@ -96,7 +96,7 @@ const pages = [
         more: '<iframe id="frame" src="/player/inner"></iframe>',
         at: '#frame',
         wants: '/film/inner.mp4',
-        lists: ['inner.mp4, Video, 3.1 MB', 'trailer.mp4, Video, 5 MB'],
+        lists: ['inner.mp4, Video · 3 MB', 'trailer.mp4, Video · 4.8 MB'],
     },
     {
         name: 'a page that changes its address',
@@ -104,7 +104,7 @@ const pages = [
         script: `${inRanges('/film/app.mp4')} history.pushState({}, '', '/another/address');`,
         at: 'h1',
         wants: '/film/app.mp4',
-        lists: ['app.mp4, Video, 3.1 MB'],
+        lists: ['app.mp4, Video · 3 MB'],
     },
 ];
 
@@ -135,7 +135,8 @@ for (const name of browserNames) {
             await visit.until(async () => await visit.page.title() === 'played', 'the page to play');
         }
         const listed = () => popup.evaluate(() => document.getElementById('page').hidden ? null
-            : [...document.querySelectorAll('#media button')].map(button => button.textContent).sort());
+            : [...document.querySelectorAll('#media button')]
+                .map(button => [...button.children].map(part => part.textContent).join(', ')).sort());
         /** Shows the popup anew, as if it were opened over the page. */
         async function showPopup(address = visit.page.url()) {
             const tabId = await visit.tabId(address);
@@ -167,8 +168,7 @@ for (const name of browserNames) {
 
         test('the options page has videos looked for everywhere', async () => {
             await visit.extension.evaluate(() => {
-                document.querySelector('[name="monitor.video.enable"]').checked = true;
-                document.getElementById('form').requestSubmit();
+                document.querySelector('[name="monitor.video.enable"]').click();
             });
             await visit.until(async () => (await visit.ask('settings')).browser.monitor.video.enable, 'the option to hold');
             await visit.page.close(); // its tab would be observed anyway

@@ -1,0 +1,53 @@
+// What the addresses of a page's links tell of what is behind them, without asking a server.
+
+import { lastSegment } from './addresses.js';
+
+/** Endings of names, by kind; whatever else has an ending is "other", and the rest are pages. */
+const endings = {
+    video: 'avi mkv mov mp4 m4v mpeg mpg ogv webm wmv flv 3gp ts m3u8 mpd',
+    audio: 'aac aiff flac m4a mp3 oga ogg opus wav wma mid midi',
+    image: 'avif bmp gif heic ico jpeg jpg png svg tif tiff webp psd',
+    document: 'pdf doc docx odt rtf txt epub mobi xls xlsx ods csv ppt pptx odp ps djvu md tex',
+    archive: '7z bz2 cab gz iso lz4 rar tar tgz xz zip zst img dmg',
+    program: 'apk appimage bin deb exe jar msi rpm run sh snap flatpak xpi crx',
+};
+const kindByEnding = new Map(Object.entries(endings).flatMap(
+    ([kind, list]) => list.split(' ').map(ending => [ending, kind])));
+const pageEndings = /^(html?|xhtml|php\d?|aspx?|jsp|cgi|do|action)$/;
+
+/** The kinds, in the order in which they are offered. */
+export const kinds = [...Object.keys(endings), 'other', 'page'];
+
+const nameInAddress = url => lastSegment(url);
+const endingOf = name => /\.([a-z0-9]{1,8})$/i.exec(name)?.[1].toLowerCase() ?? '';
+
+/** @param {{url: string, download: string|null}} link download: the attribute, null where there is none */
+export function kindOf({ url, download }) {
+    const ending = endingOf(download || '') || endingOf(nameInAddress(url));
+    if (kindByEnding.has(ending))
+        return kindByEnding.get(ending);
+    return (ending === '' || pageEndings.test(ending)) && download === null ? 'page' : 'other';
+}
+
+/** What the file will probably be called; else the text of the link, else its address. */
+export function nameOf({ url, download, text }) {
+    return download || nameInAddress(url) || text || url;
+}
+
+/** Words of links that are followed to do something, not to get something. */
+const acts = /\b(log ?(out|off)|sign ?(out|off)|delete|remove|unsubscribe|destroy|cancel|deactivate|disconnect|revoke|trash|abmelden|ausloggen|löschen|entfernen|déconnexion|supprimer|cerrar sesión|eliminar|esci|elimina|sair|excluir|выйти|удалить)\b/iu;
+
+/** Whether following the link may change something, so that it is not picked unless the user says so. */
+export function seemsToAct({ url, text }) {
+    const { pathname, search } = new URL(url);
+    const words = decodeLoosely(pathname + search).replace(/[^\p{L}\p{N}]+/gu, ' ');
+    return acts.test(words) || acts.test(text ?? '');
+}
+
+function decodeLoosely(part) {
+    try {
+        return decodeURIComponent(part);
+    } catch {
+        return part;
+    }
+}

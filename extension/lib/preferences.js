@@ -1,0 +1,33 @@
+// The options that only the extension has; the application knows nothing of them.
+
+const kept = 'preferences';
+const defaults = {
+    'keeping.modifier': 'alt',
+    'signs.badge': true,
+    'signs.failures': true,
+    'signs.successes': false,
+};
+
+export function isPreference(path) { return Object.hasOwn(defaults, path); }
+
+export class Preferences {
+    /** Called with all of them, by their paths. */
+    onChanged = _values => {};
+
+    #values = { ...defaults };
+    #restored = null;
+
+    /** Resolves with all of them, by their paths. */
+    async all() {
+        this.#restored ??= chrome.storage.local.get(kept).then(stored => Object.assign(this.#values, stored[kept]));
+        await this.#restored;
+        return this.#values;
+    }
+
+    /** @param {object} changes values by paths, such as "signs.badge" */
+    async change(changes) {
+        Object.assign(await this.all(), changes);
+        await chrome.storage.local.set({ [kept]: this.#values });
+        this.onChanged(this.#values);
+    }
+}

@@ -1,0 +1,47 @@
+// The signs of what became of a download, where the user looks: the button, and the browser's
+// notifications, as the options say.
+
+import { place } from './outcomes.js';
+import { inWords } from './status.js';
+
+const helpPage = 'help.html';
+
+export class Signs {
+    #preferences;
+    #status;
+
+    constructor({ preferences, status }) {
+        this.#preferences = preferences;
+        this.#status = status;
+    }
+
+    /** To be called at once when the script starts. */
+    listen() {
+        chrome.notifications.onClicked.addListener(id => {
+            chrome.notifications.clear(id);
+            if (id.startsWith('problem'))
+                chrome.tabs.create({ url: chrome.runtime.getURL(helpPage) });
+        });
+    }
+
+    /** @param {import('./outcomes.js').Outcome} outcome with the error that tells of it, if any */
+    async show(outcome, error) {
+        const preferences = await this.#preferences.all();
+        const isSuccess = !error && outcome.state === place.application;
+        if (isSuccess && preferences['signs.badge'])
+            this.#status.flashSuccess();
+        if (error && preferences['signs.failures'])
+            notify(`problem ${outcome.id}`, inWords(error));
+        else if (isSuccess && preferences['signs.successes'])
+            notify(`success ${outcome.id}`, chrome.i18n.getMessage('notifyHandedOver', outcome.name));
+    }
+}
+
+function notify(id, message) {
+    chrome.notifications.create(id, {
+        type: 'basic',
+        iconUrl: chrome.runtime.getURL('icons/128.png'),
+        title: chrome.i18n.getMessage('extensionName'),
+        message,
+    });
+}

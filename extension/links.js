@@ -1,0 +1,79 @@
+// The links of a page, from which the user picks what to download. No server is asked before that.
+
+import { ask } from './lib/background.js';
+import { kindOf, kinds, nameOf, seemsToAct } from './lib/links.js';
+import { element, localize, make, numberInWords, text } from './lib/ui.js';
+
+localize(text('linksTitle'));
+const key = location.hash.slice(1);
+const { links = [], documentUrl = '', title = '' } = await ask('links', { key }) ?? {};
+
+const rows = links.map((link, index) => {
+    const kind = kindOf(link);
+    const name = nameOf(link);
+    const { host } = new URL(link.url);
+    const box = make('input', { type: 'checkbox', id: `link-${index}`, checked: !seemsToAct(link) });
+    const label = make('label', { htmlFor: box.id, title: link.url }, name);
+    if (link.text && link.text !== name)
+        label.append(make('br'), make('small', { textContent: link.text }));
+    const line = make('tr', {},
+        make('td.check', {}, box), make('td', {}, label),
+        make('td', { textContent: text(`linkKind_${kind}`) }),
+        make('td.optional', { textContent: host }));
+    return { index, kind, box, line, searched: `${name}\n${link.text}\n${link.url}`.toLowerCase() };
+});
+
+const isShown = row => !row.line.hidden;
+const chosen = () => rows.filter(row => isShown(row) && row.box.checked);
+
+function showCount() {
+    const count = chosen().length;
+    element('download').textContent = text('linksDownload', numberInWords(count));
+    element('download').disabled = count === 0;
+}
+
+function applyFilter() {
+    const words = element('filter').value.toLowerCase().split(/\s+/).filter(Boolean);
+    const kind = element('kind').value;
+    for (const row of rows)
+        row.line.hidden = (kind !== '' && row.kind !== kind) || !words.every(word => row.searched.includes(word));
+    showCount();
+}
+
+function choose(isChosen) {
+    for (const row of rows.filter(isShown))
+        row.box.checked = isChosen;
+    showCount();
+}
+
+element('from').textContent = title || documentUrl;
+element('table').hidden = rows.length === 0;
+element('empty').hidden = rows.length > 0;
+element('links').replaceChildren(...rows.map(row => row.line));
+element('kind').append(
+    make('option', { value: '', textContent: text('linksEveryKind') }),
+    ...kinds.filter(kind => rows.some(row => row.kind === kind))
+        .map(kind => make('option', { value: kind, textContent: text(`linkKind_${kind}`) })));
+element('filter').addEventListener('input', applyFilter);
+element('kind').addEventListener('change', applyFilter);
+element('all').addEventListener('click', () => choose(true));
+element('none').addEventListener('click', () => choose(false));
+element('links').addEventListener('change', showCount);
+element('form').addEventListener('submit', async event => {
+    event.preventDefault();
+    const picked = chosen();
+    element('download').disabled = true;
+    element('said').textContent = text('handingOver');
+    try {
+        const { problem } = await ask('downloadLinks', { key, indexes: picked.map(row => row.index) });
+        element('said').textContent = problem ?? text('linksHandedOver', numberInWords(picked.length));
+        element('said').classList.toggle('bad', problem !== null);
+        if (!problem)
+            picked.forEach(row => { row.box.checked = false; });
+    } catch (error) {
+        element('said').textContent = error.message;
+        element('said').classList.add('bad');
+    }
+    showCount();
+});
+showCount();
