@@ -1,52 +1,36 @@
 #!/usr/bin/env bash
-# Packs a release build: a .tar.gz that a user unpacks and registers, and a .deb for everybody.
+# Packs a release build: packages for Debian, an archive that a user unpacks anywhere, and the extension
+# for the stores. The same build makes the same bytes, whoever makes them.
 #
 #   pack.sh BUILD_FOLDER OUTPUT_FOLDER
 set -euo pipefail
-
+umask 022
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 build=$(cd "$1" && pwd)
+rm -rf "$2"
 mkdir -p "$2"
 output=$(cd "$2" && pwd)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
+SOURCE_DATE_EPOCH=$(date --date "$(sed -n '/^ -- /{s/.*>  //p;q}' "$here/debian/changelog")" +%s)
+export SOURCE_DATE_EPOCH TZ=UTC LC_ALL=C.UTF-8
 
-# The host itself tells its version.
-task='{"id":"1","type":"handshake","handshake":{}}'
-version=$(printf '%s %s' "${#task}" "$task" |
-    HOME=$work XDG_RUNTIME_DIR=$work TMPDIR=$work KOVALO_LOG_LEVEL=0 \
-        "$build/bin/wenativehost" --buggybrowser | sed -nE 's/.*"version":"([0-9.]+)".*/\1/p')
-architecture=$(dpkg --print-architecture)
-name=kovalo-native-host-$version-$architecture
+quietly() { "$@" >"$work/log" 2>&1 || { cat "$work/log" >&2 && exit 1; }; }
 
-# install_host FOLDER: the host, and the translations that it looks for beside itself.
-install_host() {
-    install -D -s -m 755 "$build/bin/wenativehost" "$1/wenativehost"
-    (cd "$build/bin" && find translations -name '*.qm' -exec install -D -m 644 {} "$1/{}" \;)
-}
+quietly cpack --config "$build/CPackConfig.cmake" -B "$work/cpack"
+mv "$work"/cpack/*.deb "$output"
 
-tree=$work/$name
-install_host "$tree/bin"
-install -s -m 755 "$build/bin/kovalo-host" "$tree/bin"
-tar -C "$work" --owner=0 --group=0 -czf "$output/$name.tar.gz" "$name"
+version=$(dpkg-deb -f "$output"/kovalo_*.deb Version)
+archive=kovalo-$version-$(dpkg --print-architecture)
+quietly cmake --install "$build" --component archive --strip --prefix "$work/$archive"
+tar -C "$work" --owner=0 --group=0 --numeric-owner --sort=name --mtime="@$SOURCE_DATE_EPOCH" \
+    -cf - "$archive" | gzip -9n >"$output/$archive.tar.gz"
 
-package=$work/deb
-install_host "$package/usr/lib/kovalo"
-"$build/bin/kovalo-host" register --everybody --root "$package" --host /usr/lib/kovalo/wenativehost
-mkdir "$package/DEBIAN"
-find "$package/etc" -type f -printf '/etc/%P\n' >"$package/DEBIAN/conffiles"
-cat >"$package/DEBIAN/control" <<EOF
-Package: kovalo-native-host
-Version: $version
-Architecture: $architecture
-Maintainer: Tessmark <support@tessmark.com>
-Section: net
-Priority: optional
-Installed-Size: $(du -sk "$package/usr" | cut -f 1)
-Depends: libc6, libstdc++6, libqt6core6 (>= 6.4), libqt6network6 (>= 6.4), libqt6sql6-sqlite (>= 6.4)
-Description: Native messaging host of the Kovalo download manager
- Lets the Kovalo extension of Chromium, Chrome and Firefox hand downloads
- over to the Kovalo download manager.
-EOF
-dpkg-deb --root-owner-group -Zgzip --build "$package" "$output/$name.deb" >/dev/null
+extension=$work/$archive/extension
+find "$extension" -exec touch -d "@$SOURCE_DATE_EPOCH" {} +
+(cd "$extension" && find . -type f -printf '%P\n' | sort) >"$work/files"
+version=$(sed -nE 's/.*"version": "([0-9.]+)".*/\1/p' "$extension/manifest.json")
+(cd "$extension" && cmake -E tar cf "$output/kovalo-browser-extension-$version.zip" --format=zip \
+    --files-from="$work/files")
 
-ls -l "$output/$name".*
+ls -l "$output"

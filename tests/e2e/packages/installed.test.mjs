@@ -1,0 +1,123 @@
+// The packages as a user has them: installed while the browsers have been used already, a download in
+// each browser, and removed without a trace. KOVALO_PACKAGES names their folder. The machine is changed.
+
+import { deepStrictEqual, ok } from 'node:assert';
+import { execFileSync } from 'node:child_process';
+import { existsSync, mkdirSync, readFileSync, readdirSync, readlinkSync, rmSync, writeFileSync } from 'node:fs';
+import { join } from 'node:path';
+import { after, before, test } from 'node:test';
+import puppeteer from 'puppeteer-core';
+import { until } from '../../../tools/drivers/hostprocess.mjs';
+import { Sandbox } from '../../../tools/drivers/sandbox.mjs';
+import { WebServer } from '../../../tools/drivers/webserver.mjs';
+
+const sandbox = new Sandbox();
+const environment = sandbox.environment();
+const browsersOwn = sandbox.folder;
+let server;
+
+const say = (program, ...args) => execFileSync(program, args, {
+    env: { ...environment, DEBIAN_FRONTEND: 'noninteractive' }, encoding: 'utf8', stdio: ['ignore', 'pipe', 'pipe'],
+    maxBuffer: 2 ** 28,
+});
+const installedHosts = () => readdirSync('/proc').filter(each => {
+    try {
+        return readlinkSync(`/proc/${each}/exe`) === '/usr/lib/kovalo/wenativehost';
+    } catch {
+        return false; // no process, or one that has just ended
+    }
+});
+/** All that packages may leave, but what dpkg and apt keep for themselves. */
+const files = () => say('find', '/etc', '/usr', '/var', '(', '-path', '/var/lib/dpkg', '-o', '-path', '/var/lib/apt',
+                        '-o', '-path', '/var/cache', '-o', '-path', '/var/log', ')', '-prune', '-o', '-print')
+    .split('\n');
+
+const differences = (some, others) => {
+    const known = new Set(others);
+    return some.filter(each => !known.has(each));
+};
+
+const launchers = {
+    chromium() {
+        const userDataDir = join(sandbox.home, '.config/chromium');
+        if (!existsSync(userDataDir)) {
+            mkdirSync(join(userDataDir, 'Default'), { recursive: true });
+            writeFileSync(join(userDataDir, 'Default/Preferences'), JSON.stringify({
+                download: { default_directory: browsersOwn, prompt_for_download: false },
+            }));
+        }
+        return puppeteer.launch({
+            executablePath: '/usr/bin/chromium', // the wrapper, which loads the extensions for everybody
+            enableExtensions: true,
+            pipe: true,
+            userDataDir,
+            env: environment,
+            args: ['--no-sandbox', '--disable-gpu', '--no-first-run', '--disable-background-networking'],
+        });
+    },
+    firefox() {
+        const userDataDir = join(sandbox.home, '.mozilla/firefox/profile');
+        mkdirSync(userDataDir, { recursive: true });
+        return puppeteer.launch({
+            browser: 'firefox',
+            executablePath: '/usr/bin/firefox-esr',
+            userDataDir,
+            env: environment,
+            extraPrefsFirefox: {
+                'browser.download.dir': browsersOwn,
+                'browser.download.folderList': 2,
+                // As Firefox has them; under automation it would load no extensions for everybody.
+                'extensions.autoDisableScopes': 3,
+                'extensions.enabledScopes': 15,
+            },
+        });
+    },
+};
+
+let filesBefore;
+before(async () => {
+    server = await WebServer.start();
+    for (const launch of Object.values(launchers))
+        await (await launch()).close();
+    filesBefore = files();
+    const folder = process.env.KOVALO_PACKAGES;
+    say('apt-get', 'install', '-y', '-q', '--no-install-recommends',
+        ...readdirSync(folder).filter(each => each.endsWith('.deb')).map(each => join(folder, each)));
+});
+after(async () => {
+    await server?.stop();
+    sandbox.remove();
+});
+
+for (const [name, launch] of Object.entries(launchers)) {
+    test(`${name} hands its first download over`, async () => {
+        const browser = await launch();
+        try {
+            const page = await browser.newPage();
+            await page.goto(server.pageUrl);
+            await until(() => installedHosts().length > 0, 'the browser to start the host');
+            await page.click('#file');
+            const whole = server.content('/files/data.bin');
+            await until(() => {
+                const names = existsSync(sandbox.downloads) ? readdirSync(sandbox.downloads) : [];
+                const file = names.map(each => join(sandbox.downloads, each)).find(each => readFileSync(each).equals(whole));
+                rmSync(file ?? '', { force: true });
+                return file;
+            }, 'the download to land');
+        } finally {
+            await browser.close();
+        }
+        await until(() => installedHosts().length === 0, 'the host to end with its browser');
+    });
+}
+
+test('the doctor finds nothing, and a purge leaves nothing', () => {
+    ok(say('kovalo-host', 'doctor').includes('A download would arrive.'));
+    say('kov', 'quit');
+    say('man', '--warnings', 'kovalo-host');
+    say('apt-get', 'purge', '-y', '-q', 'kovalo*');
+    const filesAfter = files();
+    deepStrictEqual(differences(filesAfter, filesBefore), []);
+    // dpkg takes away what is empty and no package's.
+    deepStrictEqual(differences(filesBefore, filesAfter).filter(each => each !== '/etc/opt'), []);
+});
