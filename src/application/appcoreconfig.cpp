@@ -10,8 +10,6 @@ AppCoreConfig::AppCoreConfig(QSharedPointer<QtAppConfigBase> config,
 {
 }
 
-AppCoreConfig::~AppCoreConfig() = default;
-
 QDir AppCoreConfig::dataDir() const
 {
     return m_portableVersionManager->isPortableMode() ? m_portableVersionManager->dataDir()

@@ -13,7 +13,6 @@ public:
     /// Neither may be null.
     AppCoreConfig(QSharedPointer<QtAppConfigBase> config,
                   QSharedPointer<PortableVersionManager> portableVersionManager);
-    ~AppCoreConfig() override;
     Q_DISABLE_COPY_MOVE(AppCoreConfig)
 
     QDir dataDir() const override;

@@ -40,8 +40,6 @@ AppSettingsManager::AppSettingsManager(const QSharedPointer<AbstractSqlDatabaseM
     setupDefaults();
 }
 
-AppSettingsManager::~AppSettingsManager() = default;
-
 QStringList AppSettingsManager::forbiddenToChangeByRemote()
 {
     return {toString(DmCoreSettings::AntivirusUid),

@@ -24,7 +24,6 @@ public:
     explicit AppSettingsManager(const QSharedPointer<AbstractSqlDatabaseManager> &db,
                                 QSharedPointer<QtAppPortableModeSupport> portableModeSupport = {},
                                 QObject *parent = nullptr);
-    ~AppSettingsManager() override;
 
     /// The keys of the settings that name programs to run and what to tell them.
     static QStringList forbiddenToChangeByRemote();

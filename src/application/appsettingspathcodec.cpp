@@ -22,8 +22,6 @@ AppSettingsPathCodec::AppSettingsPathCodec(QSharedPointer<QtAppPortableModeSuppo
 {
 }
 
-AppSettingsPathCodec::~AppSettingsPathCodec() = default;
-
 QString AppSettingsPathCodec::encode(const QString &key, const QString &value) const
 {
     return m_pathKeys.contains(key) ? m_support->encodePath(value) : value;

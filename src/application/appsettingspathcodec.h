@@ -15,7 +15,6 @@ public:
     create(const QSharedPointer<QtAppPortableModeSupport> &support);
 
     explicit AppSettingsPathCodec(QSharedPointer<QtAppPortableModeSupport> support);
-    ~AppSettingsPathCodec() override;
     Q_DISABLE_COPY_MOVE(AppSettingsPathCodec)
 
     QString encode(const QString &key, const QString &value) const override;

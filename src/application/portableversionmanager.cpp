@@ -10,8 +10,6 @@ PortableVersionManager::PortableVersionManager(const QString &portableDataPath, 
     initialize(portableDataPath);
 }
 
-PortableVersionManager::~PortableVersionManager() = default;
-
 bool PortableVersionManager::supportsPortableMode()
 {
 #ifdef KOVALO_PORTABLE_MODE

@@ -19,7 +19,6 @@ public:
     /// folder "portabledata" beside the executable.
     explicit PortableVersionManager(const QString &portableDataPath = {},
                                     QObject *parent = nullptr);
-    ~PortableVersionManager() override;
 
     /// Set by the build (option KOVALO_PORTABLE_MODE); off by default.
     static bool supportsPortableMode();

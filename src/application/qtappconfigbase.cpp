@@ -2,8 +2,6 @@
 
 #include <QStandardPaths>
 
-QtAppConfigBase::~QtAppConfigBase() = default;
-
 QDir QtAppConfigBase::dataDir() const
 {
     return QDir(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));

@@ -7,7 +7,7 @@
 class QtAppConfigBase {
 public:
     QtAppConfigBase() = default;
-    virtual ~QtAppConfigBase();
+    virtual ~QtAppConfigBase() = default;
     Q_DISABLE_COPY_MOVE(QtAppConfigBase)
 
     /// QStandardPaths::AppDataLocation.

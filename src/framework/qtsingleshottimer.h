@@ -6,7 +6,7 @@
 class QtSingleShotTimer : public QObject {
     Q_OBJECT
 public:
-    explicit QtSingleShotTimer(QObject *parent = nullptr);
+    explicit QtSingleShotTimer(QObject *parent = nullptr) : QObject(parent) { }
 
     /// Fires "msec" milliseconds (at least 0) from now, with the next turn of the event loop at the
     /// earliest. An active timer starts over.

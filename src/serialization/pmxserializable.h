@@ -19,7 +19,10 @@ public:
      * could not be written; what was read until then stays in the record. Without an override
      * nothing is read or written and the result is false.
      */
-    virtual bool Serialize(pmxSerializationIoStream *stream, unsigned int flags);
+    virtual bool Serialize(pmxSerializationIoStream * /*stream*/, unsigned int /*flags*/)
+    {
+        return false;
+    }
 
     bool isDirty() const { return m_dirty; }
     void setDirty(bool dirty) { m_dirty = dirty; }

@@ -17,4 +17,7 @@ struct AbstractNewDownloadsRequestJob {
 
 /// The request alone: a message about a job carries the id beside it. Read by
 /// toNewDownloadsRequest().
-QVariantHash toVariantHash(const AbstractNewDownloadsRequestJob &job);
+inline QVariantHash toVariantHash(const AbstractNewDownloadsRequestJob &job)
+{
+    return toVariantHash(job.request);
+}

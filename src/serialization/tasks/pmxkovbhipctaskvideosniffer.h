@@ -6,7 +6,10 @@
 /// A sniffing request; its members are those of the message.
 class pmxKovBhIpcTaskVideoSniffer : public pmxSerializable {
 public:
-    bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override;
+    bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override
+    {
+        return task.Serialize(stream, flags);
+    }
 
     pmxFlvSniffCallProcTask task;
 };

@@ -19,8 +19,6 @@ MultiThreadedSqlDatabaseManager::MultiThreadedSqlDatabaseManager(QString filePat
 {
 }
 
-MultiThreadedSqlDatabaseManager::~MultiThreadedSqlDatabaseManager() = default;
-
 QString MultiThreadedSqlDatabaseManager::thisThreadConnectionName() const
 {
     return QStringLiteral("%1_%2").arg(

@@ -22,7 +22,6 @@ public:
     /// with the same one cannot serve different files at the same time.
     MultiThreadedSqlDatabaseManager(QString filePath, QString connectionName,
                                     QObject *parent = nullptr);
-    ~MultiThreadedSqlDatabaseManager() override;
 
     /// "<connection name>_<address of the QThread, decimal>".
     QString thisThreadConnectionName() const;

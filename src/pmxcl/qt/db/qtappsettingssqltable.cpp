@@ -14,8 +14,6 @@ QString notNull(const QString &text) { return text.isNull() ? QLatin1String("") 
 
 } // namespace
 
-QtAppSettingsSqlTable::~QtAppSettingsSqlTable() = default;
-
 QString QtAppSettingsSqlTable::sqlTableName() { return QStringLiteral("Settings"); }
 
 QList<SqlTableManager::table_column> QtAppSettingsSqlTable::sqlTableColumns()

@@ -8,7 +8,6 @@
 class QtAppSettingsSqlTable : public SqlEasyTableManager<QtAppSettingsSqlTable> {
 public:
     using SqlEasyTableManager::SqlEasyTableManager;
-    ~QtAppSettingsSqlTable() override;
 
     static QString sqlTableName();
     static QList<table_column> sqlTableColumns();

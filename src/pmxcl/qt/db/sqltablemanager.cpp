@@ -13,8 +13,6 @@ SqlTableManager::SqlTableManager(QString tableName, QSharedPointer<AbstractSqlDa
 {
 }
 
-SqlTableManager::~SqlTableManager() = default;
-
 QString SqlTableManager::databaseFilePath() const { return m_db->databaseFilePath(); }
 
 QList<SqlTableManager::table_column> SqlTableManager::tableColumns() const { return {}; }

@@ -30,7 +30,7 @@ public:
     };
 
     SqlTableManager(QString tableName, QSharedPointer<AbstractSqlDatabaseManager> db);
-    virtual ~SqlTableManager();
+    virtual ~SqlTableManager() = default;
     Q_DISABLE_COPY_MOVE(SqlTableManager)
 
     QString databaseFilePath() const;

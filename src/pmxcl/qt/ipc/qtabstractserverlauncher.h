@@ -8,7 +8,7 @@
 class QtAbstractServerLauncher : public QObject {
     Q_OBJECT
 public:
-    explicit QtAbstractServerLauncher(QObject *parent = nullptr);
+    explicit QtAbstractServerLauncher(QObject *parent = nullptr) : QObject(parent) { }
 
     virtual void launchServer() = 0;
 

@@ -1,6 +1,0 @@
-#include "abstractnewdownloadsrequestjob.h"
-
-QVariantHash toVariantHash(const AbstractNewDownloadsRequestJob &job)
-{
-    return toVariantHash(job.request);
-}

@@ -1,3 +1,0 @@
-#include "qtsingleshottimer.h"
-
-QtSingleShotTimer::QtSingleShotTimer(QObject *parent) : QObject(parent) { }

@@ -1,3 +1,0 @@
-#include "qtabstractserverlauncher.h"
-
-QtAbstractServerLauncher::QtAbstractServerLauncher(QObject *parent) : QObject(parent) { }

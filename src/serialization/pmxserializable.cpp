@@ -1,3 +1,0 @@
-#include "pmxserializable.h"
-
-bool pmxSerializable::Serialize(pmxSerializationIoStream *, unsigned int) { return false; }
