@@ -159,10 +159,14 @@ QDateTime toHttpDate(const QByteArray &text)
     return time;
 }
 
+bool KovAnswer::isWithin(const QUrl &url) { return url.scheme() == u"data"; }
+
 KovAnswer KovAnswer::of(const QNetworkReply &reply)
 {
     KovAnswer answer;
-    answer.status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    const bool isHere = isWithin(reply.url()) && reply.error() == QNetworkReply::NoError;
+    answer.status =
+        isHere ? ok : reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     answer.url = reply.url();
     answer.validators = {reply.rawHeader("ETag").trimmed(),
                          reply.rawHeader("Last-Modified").trimmed()};

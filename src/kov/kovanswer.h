@@ -64,6 +64,8 @@ struct KovAnswer {
     /// Of a reply whose header is there. When the name of the file says that it is compressed and
     /// so does its type, the encoding is a mistake of the server, and left out.
     static KovAnswer of(const QNetworkReply &reply);
+    /// Whether a URL holds the file itself (RFC 2397): no server is asked for it.
+    static bool isWithin(const QUrl &url);
     /// Whether a later request can go on where this one ends.
     bool isResumable() const;
 };

@@ -47,11 +47,13 @@ bool isSameOrigin(const QUrl &a, const QUrl &b)
     return a.scheme() == b.scheme() && a.host() == b.host() && port(a) == port(b);
 }
 
+bool isHttp(const QUrl &url) { return isValidHttpUrl(url) && !url.host().isEmpty(); }
+
 } // namespace
 
 bool KovHttpExchange::isSupported(const QUrl &url)
 {
-    return (isValidHttpUrl(url) || isValidHttpsUrl(url)) && !url.host().isEmpty();
+    return isHttp(url) || KovAnswer::isWithin(url);
 }
 
 KovHttpExchange::KovHttpExchange(KovDownloadRequest request, QSharedPointer<KovNetworkPool> pool,
@@ -216,7 +218,7 @@ void KovHttpExchange::onReplyFinished()
 void KovHttpExchange::followRedirect(const QUrl &target)
 {
     const bool isLessSafe = isValidHttpsUrl(m_reply->url()) && !isValidHttpsUrl(target);
-    if (!isSupported(target) || isLessSafe) {
+    if (!isHttp(target) || isLessSafe) {
         finish(lastingFailure(QStringLiteral("redirected to where it cannot be followed")));
         return;
     }

@@ -24,7 +24,7 @@ class QNetworkReply;
 class KovHttpExchange : public QObject {
     Q_OBJECT
 public:
-    /// Whether it can be asked for.
+    /// Whether it can be asked for: http and https, and what lies in the URL itself ("data:").
     static bool isSupported(const QUrl &url);
 
     KovHttpExchange(KovDownloadRequest request, QSharedPointer<KovNetworkPool> pool,

@@ -179,8 +179,8 @@ describe('downloads', { concurrency: 4 }, () => {
         const url = server.tell('/long.bin', { size, rate, breaks: [1, 2, 3, 4, 5].map(count => count * mebibyte) });
         const [id] = await home.add(url);
         for (let kill = 0; kill < kills; ++kill) {
-            const before = (await home.jobs())[0];
-            await until(async () => (await home.jobs())[0].receivedBytes >= Math.min(size, before.receivedBytes + mebibyte),
+            const last = (await home.jobs())[0];
+            await until(async () => (await home.jobs())[0].receivedBytes >= Math.min(size, last.receivedBytes + mebibyte),
                         'progress');
             await home.kill();
         }
