@@ -54,7 +54,7 @@ KovDownloadsQueue::KovDownloadsQueue(QSharedPointer<QtAppAbstractSettingsManager
       m_network(QSharedPointer<KovNetworkPool>::create()),
       m_speedLimit(QSharedPointer<KovSpeedLimit>::create(clock)),
       m_offers([this](KovTransfer *transfer) { return take(transfer); },
-               [this](const KovDownloadRequest &request) { add({request}); }, clock),
+               [this](const KovDownloadRequest &request) { keep(request); }, clock),
       m_tickTimer(clock.createTimer()), m_retryTimer(clock.createTimer()),
       m_roomTimer(clock.createTimer())
 {
@@ -140,6 +140,22 @@ QString KovDownloadsQueue::take(KovTransfer *transfer)
         transfer->stop();
     }
     return {};
+}
+
+void KovDownloadsQueue::keep(const KovDownloadRequest &request)
+{
+    if (request.postData.isEmpty()) {
+        add({request});
+        return;
+    }
+    KovJob job = newJob(request.url);
+    job.state = KovJob::State::Failed; // on the disk from the start
+    if (!m_store.add({{job, request}}))
+        return;
+    m_jobs.insert(job.id, job);
+    Q_EMIT jobAdded(job);
+    finish(m_jobs[job.id], KovJob::State::Failed,
+           notSentAgain(QStringLiteral("the file did not come")));
 }
 
 KovTransfer *KovDownloadsQueue::createTransfer(const KovJob &job, const KovDownloadRequest &request)

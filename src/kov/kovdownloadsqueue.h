@@ -99,6 +99,8 @@ Q_SIGNALS:
 private:
     KovTransfer *createTransfer(const KovJob &job, const KovDownloadRequest &request);
     QString take(KovTransfer *transfer);
+    /// Of an offer that came to nothing, when who made it has gone.
+    void keep(const KovDownloadRequest &request);
     void watch(qint64 id, KovTransfer *transfer);
     void startNext();
     void start(qint64 id);

@@ -36,8 +36,11 @@ void KovOffers::giveUp(KovTransfer *transfer, const QString &error)
 void KovOffers::stop()
 {
     m_stopping = true;
-    for (const auto &[transfer, offer] : m_offers)
+    for (const auto &[transfer, offer] : m_offers) {
+        if (!offer.offerer)
+            m_keep(transfer->request());
         giveUp(transfer, QStringLiteral("the service ends"));
+    }
 }
 
 void KovOffers::onAccepted(KovTransfer *transfer)

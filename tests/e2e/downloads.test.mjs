@@ -164,9 +164,17 @@ describe('downloads', { concurrency: 4 }, () => {
             deepStrictEqual(asked(path), ['POST', undefined, undefined, 'a=1&b=%00']);
         deepStrictEqual(asked('/result.txt'), ['GET', undefined, undefined, '']);
         await until(() => home.files().join() === '3.bin,result.txt', 'both files');
+        // Who leaves before the answer does not have a form posted once more.
+        let refuse;
+        const left = server.tell('/left', { status: 503, hold: new Promise(resolve => { refuse = resolve; }) });
+        extension.download({ url: left, httpPostData: 'a=1' }).catch(() => {});
+        await until(() => server.visits('/left').length === 1, 'the form to be posted');
         const database = join(home.sandbox.home, '.local/share/Tessmark/Kovalo/downloads.sqlite');
         strictEqual(statSync(database).mode & 0o777, 0o600);
         await extension.end();
+        refuse();
+        await until(async () => (await home.jobs()).at(-1).state === 'failed', 'the form to be refused');
+        strictEqual(server.visits('/left').length, 1);
         await home.kov('quit');
         await until(() => home.sandbox.running('kov').length === 0, 'the service to end');
         ok(!readFileSync(database).includes('given'), 'cookies of finished downloads are forgotten');
