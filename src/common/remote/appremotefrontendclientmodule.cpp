@@ -162,6 +162,10 @@ void AppRemoteFrontendClientModule::finishTakeDown()
 {
     m_answersTimer->stop();
     m_flushTimer->stop();
+    if (isAnythingUnderWay())
+        logLine(1,
+                QStringLiteral("[AppRemoteFrontendClientModule]: WARNING: the end cuts off the "
+                               "application, which did not read or answer everything in time"));
     m_socket->abort();
     m_isHolding = false;
 

@@ -1,5 +1,6 @@
 #include "vhipcincomingdownloadsclient.h"
 
+#include "qtappdefaultlogger.h"
 #include "remoteincomingdownloadsprocessor.h"
 #include "vhipcincomingdownloadskeys.h"
 #include "vhipckeys.h"
@@ -55,8 +56,13 @@ void VhIpcIncomingDownloadsClient::onConnectChanged(bool connected)
         return;
     // Reentrancy: a slot may start the next job.
     const QSet<qint64> ids = std::exchange(m_sentJobIds, {});
-    for (const qint64 id : ids)
+    for (const qint64 id : ids) {
+        logLine(1,
+                QStringLiteral("[VhIpcIncomingDownloadsClient]: WARNING: job %1 fails: the "
+                               "connection ended before it was answered")
+                    .arg(id));
         failJob(id);
+    }
 }
 
 void VhIpcIncomingDownloadsClient::processVh(const QHash<QString, QVariant> &map)

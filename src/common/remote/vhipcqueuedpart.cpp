@@ -1,7 +1,22 @@
 #include "vhipcqueuedpart.h"
 
+#include "qtappdefaultlogger.h"
+#include "vhipckeys.h"
+
 #include <algorithm>
 #include <utility>
+
+namespace {
+
+void logGivenUp(const QHash<QString, QVariant> &message, const QString &reason)
+{
+    logLine(1,
+            QStringLiteral("[VhIpcQueuedPart]: WARNING: message %1 of \"%2\" is given up: %3")
+                .arg(message.value(VhIpcKeys::id()).toString(),
+                     message.value(VhIpcKeys::name()).toString(), reason));
+}
+
+} // namespace
 
 VhIpcQueuedPart::VhIpcQueuedPart(int longestWaitMs, QObject *parent, QtClock &clock)
     : QtAbstractVhIpcPart(parent), m_longestWaitMs(longestWaitMs), m_clock(clock),
@@ -40,7 +55,11 @@ void VhIpcQueuedPart::dropQueued()
 
 void VhIpcQueuedPart::dropQueuedEndingWithProcess()
 {
-    m_queue.removeIf([](const Entry &entry) { return entry.endsWithProcess; });
+    m_queue.removeIf([](const Entry &entry) {
+        if (entry.endsWithProcess)
+            logGivenUp(entry.message, QStringLiteral("the host ends, and the browser has it"));
+        return entry.endsWithProcess;
+    });
     onQueueShortened();
 }
 
@@ -66,7 +85,7 @@ void VhIpcQueuedPart::onConnectChanged(bool connected)
     for (const Entry &entry : queue) {
         // The timer may be late, after a standby for example.
         if (hasWaitedTooLong(entry, nowMs))
-            onExpired(entry.message);
+            expire(entry.message);
         else
             sendNow(entry.message);
     }
@@ -97,7 +116,13 @@ void VhIpcQueuedPart::onTimeout()
     onQueueShortened();
     // Reentrancy: a slot may send the next message, which starts a new wait.
     for (const Entry &entry : std::as_const(expired))
-        onExpired(entry.message);
+        expire(entry.message);
+}
+
+void VhIpcQueuedPart::expire(const QHash<QString, QVariant> &message)
+{
+    logGivenUp(message, QStringLiteral("the application did not come up in time"));
+    onExpired(message);
 }
 
 bool VhIpcQueuedPart::hasWaitedTooLong(const Entry &entry, qint64 nowMs) const

@@ -63,6 +63,7 @@ private:
     };
 
     void sendNow(const QHash<QString, QVariant> &message);
+    void expire(const QHash<QString, QVariant> &message);
     void startTimer();
     void onQueueShortened();
     void onTimeout();

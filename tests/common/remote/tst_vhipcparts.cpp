@@ -1,5 +1,6 @@
 // The parts that hand the application downloads, JSON texts and small tasks.
 
+#include "logcapture.h"
 #include "remoteincomingdownloadsprocessor.h"
 #include "remotejsonrequestsmanager.h"
 #include "rows.h"
@@ -80,6 +81,7 @@ private Q_SLOTS:
     {
         QFETCH(const bool, isJson);
         QFETCH(const QString, script);
+        const LogCapture lines;
         Setup s;
         QStringList log;
         bool sendAgain = false;
@@ -127,6 +129,7 @@ private Q_SLOTS:
             }
         }
         QTEST(log.join(u' '), "expected");
+        QCOMPARE(lines.texts().size(), log.filter(u"!"_qs).size()); // says why
     }
 
     void answers()
