@@ -5,6 +5,7 @@ import { createHash } from 'node:crypto';
 import { existsSync, mkdirSync, readFileSync, writeFileSync } from 'node:fs';
 import { dirname, join } from 'node:path';
 import puppeteer from 'puppeteer-core';
+import { hostName } from '../../extension/lib/nativehost.js';
 import { inFirefoxItself } from './firefoxwindow.mjs';
 import { until } from './hostprocess.mjs';
 import { ChromiumDialog, FirefoxDialog } from './savedialogs.mjs';
@@ -15,7 +16,6 @@ const extensionFolder = join(dirname(builtHost()), '../webextension');
 const extensionManifest = JSON.parse(readFileSync(join(extensionFolder, 'manifest.json')));
 /** The file name of the host. */
 export const hostProgram = 'wenativehost';
-const hostName = 'com.tessmark.kovalo';
 const geckoId = extensionManifest.browser_specific_settings.gecko.id;
 /** Firefox draws an id for the addresses of an extension's pages, unless it has one already. */
 const firefoxPagesId = '8c5b1c3e-5d1f-4d0c-9a64-6b1d6f0e2a37';
