@@ -23,8 +23,6 @@ namespace {
 
 using Answer = ApplicationProbe::Answer;
 
-constexpr IpcVersion ipcVersion = 0;
-constexpr bool useCbor = false;
 constexpr int pollMs = 20;
 /// The socket's error when the server runs as somebody else.
 constexpr int accessErrorCode = 4;
@@ -60,7 +58,7 @@ Answer ApplicationProbe::ask(int timeoutMs)
     const auto part = QSharedPointer<VhIpcSettings>::create(
         QSharedPointer<QtAppSettingsInMemoryManager>::create(),
         VhIpcSettings::ApplyAll | VhIpcSettings::RequestAll, QSet<QString>());
-    const QtAbstractSocketVhIpc ipc(socket, part, ipcVersion, useCbor);
+    const QtAbstractSocketVhIpc ipc(socket, part, appLinkVersion, appLinkUsesCbor);
     socket->setRequiredServerUser(::getuid());
 
     QEventLoop loop;
