@@ -52,7 +52,8 @@ private:
         Working,
         /// The last message could not be written; that was logged.
         Failing,
-        /// The input has ended, and the output is no longer read.
+        /// Nobody will read the output again: its other end is closed, or it is stuck and the input
+        /// has ended.
         Abandoned,
     };
 

@@ -149,9 +149,10 @@ void WebExtensionSettingsManager::onSettingsInitialized()
     updateSettings(false);
     m_waitTimer->stop();
     m_initialized = true;
-    Q_EMIT initialized();
+    // Posts first: the answer to a query that came after one shows what was posted.
     for (const auto &callback : std::exchange(m_waiting, {}))
         callback();
+    Q_EMIT initialized();
 }
 
 void WebExtensionSettingsManager::onSettingsAllValuesChanged(const QString &origin)

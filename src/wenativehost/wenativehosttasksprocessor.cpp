@@ -33,8 +33,10 @@
 #include <QElapsedTimer>
 
 #include <algorithm>
+#include <iterator>
 #include <new>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace {
@@ -42,18 +44,16 @@ namespace {
 /// The Insert key, as a Windows virtual-key code, which is what the extension uses.
 constexpr int watchedKeyCode = 45;
 
-/// The error as it may be logged: the words of this program, which are plain. The application's own
-/// texts may name files.
+/// The error as it may be logged. Others than these are texts for the user, in the user's language,
+/// and the application's may name files.
 QString loggedError(const std::string &error)
 {
-    constexpr std::size_t longestWord = 40;
-    const bool isWord = error.size() <= longestWord
-        && std::all_of(error.cbegin(), error.cend(), [](char character) {
-                            return (character >= 'a' && character <= 'z')
-                                || (character >= 'A' && character <= 'Z') || character == '_'
-                                || character == ' ';
-                        });
-    return isWord ? QString::fromStdString(error) : QStringLiteral("a text of the application");
+    static constexpr std::string_view plain[] = {
+        "app_not_installed", "failure",        "ignoredDueSettings", "invalid arguments",
+        "invalid_parameter", "no_media_found", "not enough memory",  "unknown_task_type"};
+    return std::find(std::begin(plain), std::end(plain), error) != std::end(plain)
+        ? QString::fromStdString(error)
+        : QStringLiteral("a text for the user");
 }
 
 /// The answer to one message: sent, and logged.

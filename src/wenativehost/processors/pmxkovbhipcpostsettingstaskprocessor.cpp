@@ -12,8 +12,9 @@ pmxKovBhIpcPostSettingsTaskProcessor::pmxKovBhIpcPostSettingsTaskProcessor(
     QSharedPointer<WebExtensionSettingsManager> manager, QWeakPointer<ConsoleMessagesSender> sender)
     : m_manager(std::move(manager)), m_sender(std::move(sender))
 {
+    // Queued: after the answer to the post that it is about.
     connect(m_manager.data(), &WebExtensionSettingsManager::storeOutcomeChanged, this,
-            &pmxKovBhIpcPostSettingsTaskProcessor::onStoreOutcomeChanged);
+            &pmxKovBhIpcPostSettingsTaskProcessor::onStoreOutcomeChanged, Qt::QueuedConnection);
 }
 
 pmxKovBhIpcPostSettingsTaskProcessor::~pmxKovBhIpcPostSettingsTaskProcessor() = default;
