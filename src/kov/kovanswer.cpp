@@ -165,8 +165,7 @@ KovAnswer KovAnswer::of(const QNetworkReply &reply)
 {
     KovAnswer answer;
     const bool isHere = isWithin(reply.url()) && reply.error() == QNetworkReply::NoError;
-    answer.status =
-        isHere ? ok : reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    answer.status = isHere ? ok : reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     answer.url = reply.url();
     answer.validators = {reply.rawHeader("ETag").trimmed(),
                          reply.rawHeader("Last-Modified").trimmed()};
