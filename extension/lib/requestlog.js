@@ -183,7 +183,8 @@ function textOf({ formData, raw }) {
     if (formData) {
         const pairs = Object.entries(formData)
             .flatMap(([name, values]) => values.map(value => [name, value]));
-        return new URLSearchParams(pairs).toString();
+        // Chromium gives bytes for what is no UTF-8, and URLSearchParams would name their type.
+        return pairs.every(([, value]) => typeof value === 'string') ? new URLSearchParams(pairs).toString() : '';
     }
     if (!raw?.every(part => part.bytes))
         return '';
