@@ -125,6 +125,7 @@ export class Downloads {
             await this.#handovers.reach(stage.offered, item, name);
             const answer = await this.#ask([record], { caught: true },
                                            late => this.#settle(item, name, late, true));
+            clearTimeout(timer); // it must not go on while it is discarded
             await this.#settle(item, name, answer, isLate);
         } catch (error) {
             await this.#leave(item, name ?? nameIn(addressOf(item)), error);
