@@ -240,6 +240,7 @@ int main(int argc, char *argv[])
     const long long size = argc > 1 ? std::atoll(argv[1]) : 1024;
 
     std::vector<double> starts;
+    starts.reserve(2 * rounds);
     for (int round = 0; round < 2 * rounds; ++round)
         starts.push_back(Service(program).startMicroseconds);
     std::printf("start to listening %40.1f ms\n", median(starts) / 1000);
@@ -262,7 +263,8 @@ int main(int argc, char *argv[])
             curlComputing.push_back(cost.computing / gibibytes);
         }
     }
-    const auto report = [](const char *what, std::vector<double> own, std::vector<double> other) {
+    const auto report = [](const char *what, const std::vector<double> &own,
+                           const std::vector<double> &other) {
         std::printf("%-32s kov %6.2f s   curl %6.2f s   %5.2f times\n", what, median(own),
                     median(other), median(own) / median(other));
     };

@@ -23,9 +23,8 @@ KovCommandClient::KovCommandClient(QObject *parent, QtClock &clock)
     connect(m_socket.data(), &QtLocalSocket::connectedStateChanged, this, [this](bool connected) {
         if (connected)
             m_part->sendCommand(m_words);
-        else
-            finish(KovCommandLine::failureExitCode,
-                   QStringLiteral("kov: the service ended before it answered\n"));
+        else if (std::exchange(m_running, false))
+            Q_EMIT ended();
     });
     connect(m_socket.data(), &QtLocalSocket::errorOccurred, this, [this] {
         if (!m_socket->isConnected() && std::exchange(m_running, false))

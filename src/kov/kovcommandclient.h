@@ -32,6 +32,8 @@ Q_SIGNALS:
     void finished(int exitCode, const QString &output);
     /// Instead, when the application does not run.
     void notRunning();
+    /// Instead, when it ended before it answered: it may or may not have carried out the command.
+    void ended();
 
 private:
     void finish(int exitCode, const QString &output);

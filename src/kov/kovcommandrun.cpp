@@ -41,6 +41,7 @@ KovCommandRun::KovCommandRun(KovCommandLine line, QString serverName, QObject *p
       m_client(nullptr, clock), m_timer(clock.createTimer())
 {
     connect(&m_client, &KovCommandClient::notRunning, this, &KovCommandRun::onNotRunning);
+    connect(&m_client, &KovCommandClient::ended, this, &KovCommandRun::onServiceEnded);
     connect(&m_client, &KovCommandClient::finished, this, &KovCommandRun::onAnswer);
     connect(m_timer.get(), &QtSingleShotTimer::timeout, this, &KovCommandRun::ask);
 }
@@ -61,9 +62,6 @@ void KovCommandRun::ask() { m_client.run(m_serverName, m_line.words); }
 
 void KovCommandRun::onNotRunning()
 {
-    const auto fail = [this](const QString &text) {
-        Q_EMIT finished(print(KovCommandLine::failureExitCode, text));
-    };
     if (!m_line.needsService) {
         fail(QStringLiteral("kov: the service does not run\n"));
         return;
@@ -84,6 +82,20 @@ void KovCommandRun::onNotRunning()
         m_timer->start(connectRetryMs);
     else
         fail(QStringLiteral("kov: the service does not start\n"));
+}
+
+void KovCommandRun::onServiceEnded()
+{
+    // We may have come at the very moment of its end. All but this can be asked for once more.
+    if (m_line.words.constFirst() == u"add")
+        fail(QStringLiteral("kov: the service ended before it answered: see \"kov jobs\"\n"));
+    else
+        m_timer->start(connectRetryMs);
+}
+
+void KovCommandRun::fail(const QString &text)
+{
+    Q_EMIT finished(print(KovCommandLine::failureExitCode, text));
 }
 
 void KovCommandRun::onAnswer(int exitCode, const QString &output)
@@ -122,7 +134,5 @@ void KovCommandRun::show(const QString &path)
         Q_EMIT finished(0);
         return;
     }
-    Q_EMIT finished(
-        print(KovCommandLine::failureExitCode,
-              QStringLiteral("kov: there is no \"xdg-open\" to open it: %1\n").arg(opened)));
+    fail(QStringLiteral("kov: there is no \"xdg-open\" to open it: %1\n").arg(opened));
 }

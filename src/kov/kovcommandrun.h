@@ -33,6 +33,8 @@ Q_SIGNALS:
 private:
     void ask();
     void onNotRunning();
+    void onServiceEnded();
+    void fail(const QString &text);
     void onAnswer(int exitCode, const QString &output);
     void showJobs(const QString &json);
     void show(const QString &path);

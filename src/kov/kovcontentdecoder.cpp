@@ -14,7 +14,7 @@ constexpr int gzipHeader = 16 + MAX_WBITS;
 constexpr int zlibHeader = MAX_WBITS;
 constexpr int noHeader = -MAX_WBITS;
 
-constexpr size_t pieceBytes = 64 * 1024;
+constexpr size_t pieceBytes = size_t{64} * 1024;
 
 } // namespace
 
