@@ -11,7 +11,7 @@ QStringList texts(const QJsonValue &value)
 {
     QStringList list;
     const QJsonArray array = value.toArray();
-    for (const QJsonValue &each : array)
+    for (const auto &each : array)
         list += each.toString();
     return list;
 }
@@ -58,6 +58,6 @@ BrowserTable::BrowserTable()
     m_hostName = host[u"name"].toString();
     m_hostDescription = host[u"description"].toString();
     const QJsonArray browsers = table[u"browsers"].toArray();
-    for (const QJsonValue &each : browsers)
+    for (const auto &each : browsers)
         m_browsers.append(readBrowser(each.toObject(), table[u"families"].toObject()));
 }

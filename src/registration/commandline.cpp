@@ -207,9 +207,7 @@ int CommandLine::run()
 int CommandLine::runCommand(const Command &command)
 {
     m_command = command.name;
-    m_parser.setApplicationDescription(u'\n' + command.description);
-    m_parser.addPositionalArgument(command.name, command.summary,
-                                   QStringLiteral("%1 %2").arg(command.name, command.arguments));
+    m_parser.setApplicationDescription(u'\n' + Console::wrapped(command.description));
     m_parser.addOptions(command.options);
     const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
                                   QStringLiteral("This text."));
@@ -217,7 +215,13 @@ int CommandLine::runCommand(const Command &command)
     if (!m_parser.parse(QStringList(QStringLiteral("kovalo-host")) + m_arguments))
         return usageError(m_parser.errorText(), m_command);
     if (m_parser.isSet(help)) {
-        Console::print(m_parser.helpText().trimmed());
+        QString text = m_parser.helpText();
+        // The line that Qt makes has the path of the program and knows of no commands.
+        text.replace(0, text.indexOf(u'\n'),
+                     QStringLiteral("Usage: kovalo-host %1 [options] %2")
+                         .arg(command.name, command.arguments)
+                         .trimmed());
+        Console::print(text.trimmed());
         return Success;
     }
     m_browsers = m_parser.positionalArguments().mid(1);

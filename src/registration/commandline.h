@@ -6,6 +6,8 @@
 #include <QCommandLineParser>
 #include <QStringList>
 
+#include <optional>
+
 /// The commands of kovalo-host.
 class CommandLine {
 public:

@@ -26,6 +26,28 @@ void Console::complain(const QString &line)
     std::fputs((QStringLiteral("kovalo-host: ") + line + u'\n').toLocal8Bit().constData(), stderr);
 }
 
+QString Console::wrapped(const QString &text)
+{
+    constexpr qsizetype width = 79;
+    QString result;
+    qsizetype lineStart = 0;
+    const QStringList words = text.split(u' ');
+    for (const QString &word : words) {
+        const qsizetype lineBreak = word.indexOf(u'\n');
+        const qsizetype length = lineBreak < 0 ? word.size() : lineBreak;
+        if (!result.isEmpty() && result.size() - lineStart + 1 + length > width) {
+            result += u'\n';
+            lineStart = result.size();
+        } else if (!result.isEmpty()) {
+            result += u' ';
+        }
+        result += word;
+        if (lineBreak >= 0)
+            lineStart = result.lastIndexOf(u'\n') + 1;
+    }
+    return result;
+}
+
 void Console::printTable(const QList<QStringList> &rows)
 {
     QList<qsizetype> widths;

@@ -10,6 +10,8 @@ namespace Console {
 void print(const QString &line);
 /// A line on stderr, behind the program's name.
 void complain(const QString &line);
+/// The text in lines that fit a terminal, as Qt's lists of options do.
+QString wrapped(const QString &text);
 /// Rows of texts in columns.
 void printTable(const QList<QStringList> &rows);
 

@@ -113,7 +113,7 @@ QJsonObject ManifestInspection::inspectFile()
     if (!isReadable)
         return {};
     QJsonParseError error;
-    const QJsonObject manifest = QJsonDocument::fromJson(file.readAll(), &error).object();
+    QJsonObject manifest = QJsonDocument::fromJson(file.readAll(), &error).object();
     m_links.append(
         {links().at(1), !manifest.isEmpty(),
          !manifest.isEmpty() ? QStringLiteral("it is JSON")

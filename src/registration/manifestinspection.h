@@ -3,6 +3,12 @@
 #include "browserinstallation.h"
 #include "finding.h"
 
+#include <QJsonObject>
+#include <QList>
+#include <QString>
+
+#include <functional>
+
 /// The manifest that a browser goes by, and what is wrong with it.
 class ManifestInspection {
 public:

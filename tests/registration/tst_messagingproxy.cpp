@@ -42,10 +42,10 @@ QByteArray tst_MessagingProxy::run(const QStringList &arguments)
 
 void tst_MessagingProxy::decidesTheWayOfASandboxedFirefox()
 {
-    const QRegularExpression row(
+    static const QRegularExpression row(
         QStringLiteral("^Firefox +org\\.mozilla\\.firefox +Flatpak +yes +(.*)$"),
         QRegularExpression::MultilineOption);
-    const auto registered = [&row] {
+    const auto registered = [] {
         return row.match(QString::fromUtf8(run({QStringLiteral("browsers")}))).captured(1);
     };
     // By the manifest of a Firefox outside, in which one inside finds nothing by itself.
