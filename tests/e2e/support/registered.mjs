@@ -2,7 +2,7 @@
 // where the tests run as root, the program runs as somebody else.
 
 import { spawn } from 'node:child_process';
-import { chownSync, mkdirSync, readFileSync, readdirSync } from 'node:fs';
+import { chownSync, mkdirSync, readFileSync, readdirSync, readlinkSync } from 'node:fs';
 import { join } from 'node:path';
 import { Sandbox } from '../../../tools/drivers/sandbox.mjs';
 
@@ -35,6 +35,17 @@ export class RegisteredSandbox extends Sandbox {
     get system() { return join(this.folder, 'system'); }
 
     inHome(...path) { return join(this.home, ...path); }
+
+    /** Wherever they lie below this folder: the doctor starts the application beside another host, too. */
+    running(program) {
+        return program ? super.running(program) : readdirSync('/proc').filter(pid => {
+            try {
+                return readlinkSync(`/proc/${pid}/exe`).startsWith(`${this.folder}/`);
+            } catch {
+                return false; // no process, or one that has just ended
+            }
+        }).map(Number);
+    }
 
     /** Runs kovalo-host; resolves with its status and what it said. */
     run(args, env = {}) {
