@@ -240,7 +240,7 @@ int main(int argc, char *argv[])
     const long long size = argc > 1 ? std::atoll(argv[1]) : 1024;
 
     std::vector<double> starts;
-    starts.reserve(2 * rounds);
+    starts.reserve(static_cast<size_t>(2) * rounds);
     for (int round = 0; round < 2 * rounds; ++round)
         starts.push_back(Service(program).startMicroseconds);
     std::printf("start to listening %40.1f ms\n", median(starts) / 1000);

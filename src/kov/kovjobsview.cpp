@@ -62,7 +62,7 @@ QString progress(const QJsonObject &job)
 
 QString reason(const QJsonObject &job)
 {
-    const QString error = text(job, Keys::error());
+    QString error = text(job, Keys::error());
     const qint64 wait = number(job, Keys::retryInSeconds());
     if (wait < 0)
         return error;

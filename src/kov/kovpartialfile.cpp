@@ -1,5 +1,6 @@
 #include "kovpartialfile.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QPointer>

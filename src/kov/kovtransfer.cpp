@@ -22,7 +22,7 @@ constexpr int okStatus = 200;
 constexpr int partialContentStatus = 206;
 constexpr int rangeNotSatisfiableStatus = 416;
 
-constexpr qint64 pieceBytes = 256 * 1024;
+constexpr qint64 pieceBytes = qint64{256} * 1024;
 /// A connection of its own is not worth less.
 constexpr qint64 smallestRangeBytes = 1 << 20;
 /// Room that stays for others on a disk.
@@ -30,7 +30,7 @@ constexpr qint64 spareBytes = 16 << 20;
 
 QString fileName(const KovAnswer &answer, const KovDownloadRequest &request)
 {
-    const QString suggested = KovFileName::sanitized(request.suggestedName);
+    QString suggested = KovFileName::sanitized(request.suggestedName);
     if (!suggested.isEmpty())
         return suggested;
     return answer.fileName.isEmpty() ? KovFileName::fromUrl(answer.url) : answer.fileName;
@@ -172,7 +172,7 @@ void KovTransfer::onAnswered(Connection &connection)
 
 KovFailure KovTransfer::takeWholeFile(const KovAnswer &answer)
 {
-    if (const KovFailure failure = checkFirstAnswer(answer, m_request))
+    if (KovFailure failure = checkFirstAnswer(answer, m_request))
         return failure;
     m_decoder.reset();
     if (!answer.contentEncoding.isEmpty()) {

@@ -67,7 +67,7 @@ WbeIncomingDownloadsProcessor::WbeIncomingDownloadsProcessor(
 WbeIncomingDownloadsProcessor::~WbeIncomingDownloadsProcessor() = default;
 
 void WbeIncomingDownloadsProcessor::process(const Downloads &downloads, Owner owner,
-                                            Callback callback)
+                                            const Callback &callback)
 {
     const auto fail = [&callback](const QString &error) { callback({.error = error}); };
     if (!m_appClientModule->isConnected()
@@ -96,7 +96,7 @@ void WbeIncomingDownloadsProcessor::process(const Downloads &downloads, Owner ow
     }
     request.selectedDownloads.fill(true, request.downloads.size());
 
-    m_callbacks.insert(job.id, std::move(callback));
+    m_callbacks.insert(job.id, callback);
     application->process(job);
 }
 

@@ -38,7 +38,7 @@ public:
     /// Downloads without a valid URL are left out. Calls back now or later, or never when the
     /// application never answers. An outcome that failed has for its error "app_not_installed",
     /// "invalid_parameter" (no download had a valid URL) or the application's text.
-    void process(const Downloads &downloads, Owner owner, Callback callback);
+    void process(const Downloads &downloads, Owner owner, const Callback &callback);
     /// The same for a task that is known by its id: the outcome is told by finished(). While it is
     /// under way, another one of the same id takes its place, and its own outcome is told to
     /// nobody.

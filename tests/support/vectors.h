@@ -22,7 +22,7 @@ inline void addVectors(const QString &path, const QString &table)
     QVERIFY2(!rows.isEmpty(), qPrintable(table));
     QTest::addColumn<QJsonArray>("columns");
     int index = 0;
-    for (const QJsonValue &row : rows)
+    for (const auto &row : rows)
         QTest::addRow("%d %.100s", index++, qPrintable(row[0].toString().simplified()))
             << row.toArray();
 }
