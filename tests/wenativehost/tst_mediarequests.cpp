@@ -115,7 +115,7 @@ private Q_SLOTS:
         QVERIFY(file.open(QIODevice::ReadOnly));
         const QJsonArray scenes = QJsonDocument::fromJson(file.readAll()).array();
         QVERIFY(!scenes.isEmpty());
-        for (const QJsonValue &scene : scenes)
+        for (const auto &scene : scenes)
             QTest::newRow(qPrintable(scene[u"name"].toString())) << scene.toObject();
     }
 
@@ -123,7 +123,7 @@ private Q_SLOTS:
     {
         QFETCH(const QJsonObject, scene);
         Sniffer sniffer;
-        for (const QJsonValue &told : scene[u"told"].toArray()) {
+        for (const auto &told : scene[u"told"].toArray()) {
             if (told[u"downloading"].isString())
                 sniffer.monitor->downloadBegan(told[u"downloading"].toString().toStdString());
             else if (told[u"type"].isString())
@@ -134,7 +134,7 @@ private Q_SLOTS:
         QCOMPARE(described(sniffer.media->mediaRequests()), scene[u"finds"].toString());
         QCOMPARE(described(sniffer.media->partsOf("http://page/watch")),
                  scene[u"parts"].toString());
-        for (const QJsonValue &pick : scene[u"picks"].toArray())
+        for (const auto &pick : scene[u"picks"].toArray())
             QCOMPARE(picked(sniffer, pick[u"task"].toObject()), pick[u"gets"].toString());
     }
 
