@@ -92,7 +92,7 @@ QString KovJobsView::durationText(qint64 seconds)
 QString KovJobsView::forTerminal(const QJsonArray &jobs, int columns)
 {
     QString lines;
-    for (const QJsonValue value : jobs) {
+    for (const auto &value : jobs) {
         const QJsonObject job = value.toObject();
         QString line = QStringLiteral("%1  %2  %3")
                            .arg(number(job, Keys::id()), 4)
@@ -109,7 +109,7 @@ QString KovJobsView::forTerminal(const QJsonArray &jobs, int columns)
 QString KovJobsView::forScripts(const QJsonArray &jobs)
 {
     QString lines;
-    for (const QJsonValue value : jobs) {
+    for (const auto &value : jobs) {
         const QJsonObject job = value.toObject();
         lines += QStringList{QString::number(number(job, Keys::id())),
                              text(job, Keys::state()),

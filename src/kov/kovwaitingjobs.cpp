@@ -26,7 +26,7 @@ QHash<qint64, qint64> KovWaitingJobs::retryTimes() const
 
 bool KovWaitingJobs::onRoom(qint64 freeBytes)
 {
-    for (auto waiting = m_roomless.begin(); waiting != m_roomless.end();) {
+    for (auto waiting = m_roomless.constBegin(); waiting != m_roomless.constEnd();) {
         if (*waiting > freeBytes) {
             ++waiting;
             continue;

@@ -18,8 +18,8 @@
 namespace {
 
 constexpr char context[] = "Extension";
-const QString language = QStringLiteral("language");
-const QString direction = QStringLiteral("direction");
+constexpr QStringView language = u"language";
+constexpr QStringView direction = u"direction";
 
 bool isSetByBuild(const QString &key) { return key == language || key == direction; }
 
@@ -80,7 +80,7 @@ QByteArray translated(const QJsonObject &messages, const QString &translationPat
          {std::pair(language, locale.bcp47Name()), std::pair(direction, side)}) {
         QJsonObject message;
         message[u"message"] = value;
-        result[key] = message;
+        result[key.toString()] = message;
     }
     return QJsonDocument(result).toJson();
 }
