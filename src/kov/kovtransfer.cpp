@@ -121,9 +121,11 @@ KovTransfer::Connection &KovTransfer::connectTo(qsizetype range)
     connection.exchange = std::make_unique<KovHttpExchange>(m_request, m_environment.network);
     KovHttpExchange *const exchange = connection.exchange.get();
     connect(exchange, &KovHttpExchange::answered, this,
-            [this, &connection] { onAnswered(connection); });
-    connect(exchange, &KovHttpExchange::readyRead, this, [this, &connection] { pump(connection); });
-    connect(exchange, &KovHttpExchange::finished, this, [this, &connection] { pump(connection); });
+            [this, opened = &connection] { onAnswered(*opened); });
+    connect(exchange, &KovHttpExchange::readyRead, this,
+            [this, opened = &connection] { pump(*opened); });
+    connect(exchange, &KovHttpExchange::finished, this,
+            [this, opened = &connection] { pump(*opened); });
     const KovRange &asked = m_ranges.at(range);
     connection.isPartial = m_acceptsRanges;
     if (connection.isPartial)

@@ -1,5 +1,7 @@
 #include "kovwaitingjobs.h"
 
+#include <utility>
+
 qint64 KovWaitingJobs::takeReady()
 {
     const qint64 id = *m_ready.cbegin();
@@ -26,14 +28,13 @@ QHash<qint64, qint64> KovWaitingJobs::retryTimes() const
 
 bool KovWaitingJobs::onRoom(qint64 freeBytes)
 {
-    for (auto waiting = m_roomless.constBegin(); waiting != m_roomless.constEnd();) {
-        if (*waiting > freeBytes) {
-            ++waiting;
-            continue;
-        }
-        m_ready.insert(waiting.key());
-        waiting = m_roomless.erase(waiting);
-    }
+    m_roomless.removeIf([this, freeBytes](const std::pair<const qint64 &, qint64 &> &waiting) {
+        const auto &[id, bytes] = waiting;
+        if (bytes > freeBytes)
+            return false;
+        m_ready.insert(id);
+        return true;
+    });
     return m_roomless.isEmpty();
 }
 

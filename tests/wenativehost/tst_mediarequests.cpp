@@ -123,7 +123,8 @@ private Q_SLOTS:
     {
         QFETCH(const QJsonObject, scene);
         Sniffer sniffer;
-        for (const auto &told : scene[u"told"].toArray()) {
+        const QJsonArray allTold = scene[u"told"].toArray();
+        for (const auto &told : allTold) {
             if (told[u"downloading"].isString())
                 sniffer.monitor->downloadBegan(told[u"downloading"].toString().toStdString());
             else if (told[u"type"].isString())
@@ -134,7 +135,8 @@ private Q_SLOTS:
         QCOMPARE(described(sniffer.media->mediaRequests()), scene[u"finds"].toString());
         QCOMPARE(described(sniffer.media->partsOf("http://page/watch")),
                  scene[u"parts"].toString());
-        for (const auto &pick : scene[u"picks"].toArray())
+        const QJsonArray picks = scene[u"picks"].toArray();
+        for (const auto &pick : picks)
             QCOMPARE(picked(sniffer, pick[u"task"].toObject()), pick[u"gets"].toString());
     }
 
@@ -260,7 +262,7 @@ private Q_SLOTS:
                                    u"playlist"_qs, u"tab_navigated"_qs, u"tab_url_changed"_qs};
         const auto page = [&random] { return u"http://page/%1"_qs.arg(random() % 3000); };
         for (int i = 0; i < 4'000; ++i) {
-            const QString &type = types[static_cast<qsizetype>(random() % types.size())];
+            const QString &type = types[static_cast<qsizetype>(random()) % types.size()];
             sniffer.tell(type, QString::number(random() % 4000),
                          type.startsWith(u"tab"_qs) ? page() : QString::number(200), page(),
                          QString(static_cast<qsizetype>(random() % 60'000), u'h'));
