@@ -96,7 +96,8 @@ for (const [name, launch] of Object.entries(launchers)) {
             const page = await browser.newPage();
             await page.goto(server.pageUrl);
             await until(() => installedHosts().length > 0, 'the browser to start the host');
-            await page.click('#file');
+            // Not by the mouse: the page on first steps, which the extension opens, may be in front by now.
+            await page.evaluate(() => document.getElementById('file').click());
             const whole = server.content('/files/data.bin');
             await until(() => {
                 const names = existsSync(sandbox.downloads) ? readdirSync(sandbox.downloads) : [];
