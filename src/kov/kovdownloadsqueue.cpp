@@ -1,16 +1,8 @@
 #include "kovdownloadsqueue.h"
 
-#include "dmcoresettings.h"
-#include "kovdownloadfolder.h"
-#include "kovnetworkpool.h"
-#include "kovspeedlimit.h"
-#include "qtappabstractsettingsmanager.h"
 #include "qtappdefaultlogger.h"
-#include "qtappportablemodesupport.h"
-#include "systemdefaultdownloadlocation.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QMetaObject>
 #include <QStorageInfo>
 
@@ -49,10 +41,8 @@ int KovDownloadsQueue::retryDelayMs(int attempts)
 KovDownloadsQueue::KovDownloadsQueue(QSharedPointer<QtAppAbstractSettingsManager> settings,
                                      QSharedPointer<QtAppPortableModeSupport> portableModeSupport,
                                      const QString &storePath, QObject *parent, QtClock &clock)
-    : QObject(parent), m_settings(std::move(settings)),
-      m_portableModeSupport(std::move(portableModeSupport)), m_clock(clock), m_store(storePath),
-      m_network(QSharedPointer<KovNetworkPool>::create()),
-      m_speedLimit(QSharedPointer<KovSpeedLimit>::create(clock)),
+    : QObject(parent), m_clock(clock), m_store(storePath),
+      m_transfers(std::move(settings), std::move(portableModeSupport), clock),
       m_offers([this](KovTransfer *transfer) { return take(transfer); },
                [this](const KovDownloadRequest &request) { keep(request); }, clock),
       m_tickTimer(clock.createTimer()), m_retryTimer(clock.createTimer()),
@@ -120,7 +110,7 @@ void KovDownloadsQueue::offer(const KovDownloadRequest &request, QObject *offere
 {
     KovJob job;
     job.url = request.url;
-    m_offers.begin(createTransfer(job, request), offerer, std::move(answer));
+    m_offers.begin(m_transfers.create(job, request, this), offerer, std::move(answer));
 }
 
 QString KovDownloadsQueue::take(KovTransfer *transfer)
@@ -135,7 +125,8 @@ QString KovDownloadsQueue::take(KovTransfer *transfer)
     watch(id, transfer);
     Q_EMIT jobAdded(job);
     // Over the limit it waits for its turn if it can; a link that serves once cannot.
-    if (m_running.size() > maxRunning() && transfer->isResumable() && !transfer->isEnding()) {
+    if (m_running.size() > m_transfers.maxRunning() && transfer->isResumable()
+        && !transfer->isEnding()) {
         m_jobs[id].state = KovJob::State::Waiting;
         transfer->stop();
     }
@@ -156,20 +147,6 @@ void KovDownloadsQueue::keep(const KovDownloadRequest &request)
     Q_EMIT jobAdded(job);
     finish(m_jobs[job.id], KovJob::State::Failed,
            notSentAgain(QStringLiteral("the file did not come")));
-}
-
-KovTransfer *KovDownloadsQueue::createTransfer(const KovJob &job, const KovDownloadRequest &request)
-{
-    m_speedLimit->setBytesPerSecond(number(toString(DmCoreSettings::MaxDownloadSpeed), 0));
-    const qint64 connections =
-        number(toString(DmCoreSettings::MaxConnectionsPerServer), defaultMaxConnections);
-    return new KovTransfer(
-        job, request,
-        {m_network, m_speedLimit,
-         folder(job.partialPath.isEmpty() ? folderPath() : QFileInfo(job.partialPath).path()),
-         static_cast<int>(std::min<qint64>(connections, KovNetworkPool::maxManagers)),
-         m_settings->value(toString(DmCoreSettings::TakeLastModifiedDateFromServer)) == u"1"},
-        this, m_clock);
 }
 
 void KovDownloadsQueue::watch(qint64 id, KovTransfer *transfer)
@@ -194,7 +171,8 @@ void KovDownloadsQueue::watch(qint64 id, KovTransfer *transfer)
 
 void KovDownloadsQueue::startNext()
 {
-    while (!m_stopping && !m_diskFull && m_waiting.hasReady() && m_running.size() < maxRunning())
+    while (!m_stopping && !m_diskFull && m_waiting.hasReady()
+           && m_running.size() < m_transfers.maxRunning())
         start(m_waiting.takeReady());
 }
 
@@ -211,7 +189,7 @@ void KovDownloadsQueue::start(qint64 id)
     // Nobody must send it a second time, whatever happens from now on.
     if (!request->postData.isEmpty())
         saveOne(job);
-    KovTransfer *const transfer = createTransfer(job, *request);
+    KovTransfer *const transfer = m_transfers.create(job, *request, this);
     watch(id, transfer);
     transfer->start();
 }
@@ -240,7 +218,7 @@ void KovDownloadsQueue::onEnded(qint64 id, const KovFailure &failure)
                || failure.kind == KovFailure::Kind::DiskFull) {
         waitForRoom(job, failure);
     } else if (failure.kind == KovFailure::Kind::Passing && !posts && job.attempts + 1 < maxAttempts
-               && m_settings->value(toString(DmCoreSettings::AutoRetryFailedDownloads)) != u"0") {
+               && m_transfers.triesAgain()) {
         tryLater(job, failure);
     } else {
         finish(job, KovJob::State::Failed,
@@ -291,7 +269,7 @@ void KovDownloadsQueue::waitForRoom(KovJob &job, const KovFailure &failure)
 
 void KovDownloadsQueue::onRoomTime()
 {
-    const qint64 room = QStorageInfo(folderPath()).bytesAvailable();
+    const qint64 room = QStorageInfo(m_transfers.folderPath()).bytesAvailable();
     m_diskFull = m_diskFull && room < leastRoomBytes;
     if (!m_waiting.onRoom(room) || m_diskFull)
         m_roomTimer->start(roomCheckMs);
@@ -313,7 +291,7 @@ void KovDownloadsQueue::finish(KovJob &job, KovJob::State state, const QString &
 
 void KovDownloadsQueue::onTick()
 {
-    m_speedLimit->setBytesPerSecond(number(toString(DmCoreSettings::MaxDownloadSpeed), 0));
+    m_transfers.updateSpeedLimit();
     const QList<KovTransfer *> transfers = m_running.values();
     for (KovTransfer *const transfer : transfers)
         transfer->tick();
@@ -445,32 +423,4 @@ void KovDownloadsQueue::stop()
         transfer->stop();
     if (m_running.isEmpty())
         QMetaObject::invokeMethod(this, &KovDownloadsQueue::stopped, Qt::QueuedConnection);
-}
-
-QString KovDownloadsQueue::folderPath() const
-{
-    QString path = m_settings->value(toString(DmCoreSettings::DefaultDownloadPath));
-    if (m_portableModeSupport)
-        path = m_portableModeSupport->decodePath(path);
-    return path.isEmpty() ? systemDefaultDownloadLocation() : path;
-}
-
-qint64 KovDownloadsQueue::maxRunning() const
-{
-    return number(toString(DmCoreSettings::MaxDownloads), defaultMaxRunning);
-}
-
-std::shared_ptr<KovDownloadFolder> KovDownloadsQueue::folder(const QString &path)
-{
-    const QString suffix = m_settings->value(toString(DmCoreSettings::PartialDownloadFileSuffix));
-    std::shared_ptr<KovDownloadFolder> &folder = m_folders[path];
-    if (!folder || folder->partialSuffix() != suffix)
-        folder = std::make_shared<KovDownloadFolder>(path, suffix);
-    return folder;
-}
-
-qint64 KovDownloadsQueue::number(const QString &setting, qint64 otherwise) const
-{
-    const qint64 value = m_settings->value(setting).toLongLong();
-    return value > 0 ? value : otherwise;
 }

@@ -4,6 +4,7 @@
 #include "kovjobstore.h"
 #include "kovoffers.h"
 #include "kovtransfer.h"
+#include "kovtransferfactory.h"
 #include "kovwaitingjobs.h"
 #include "qtclock.h"
 #include "qtsingleshottimer.h"
@@ -18,9 +19,6 @@
 
 #include <memory>
 
-class KovDownloadFolder;
-class KovNetworkPool;
-class KovSpeedLimit;
 class QtAppAbstractSettingsManager;
 class QtAppPortableModeSupport;
 
@@ -42,18 +40,14 @@ public:
         qint64 retryInMs = -1;
     };
 
-    /// How many run at a time unless the setting "MaxDownloads" says otherwise.
-    static constexpr int defaultMaxRunning = 8;
-    /// To one server for one file, unless the setting "MaxConnectionsPerServer" says otherwise.
-    static constexpr int defaultMaxConnections = 4;
     /// Attempts in a row that bring nothing.
     static constexpr int maxAttempts = 10;
     /// How long to wait before the next attempt after so many in a row that brought nothing:
     /// doubling from 1 s to 5 min.
     static int retryDelayMs(int attempts);
 
-    /// The settings name the download folder, the suffix of partial files and the limits. The
-    /// portable-mode support may be null. Nothing is read or started yet.
+    /// The settings and the portable-mode support are for KovTransferFactory. Nothing is read or
+    /// started yet.
     KovDownloadsQueue(QSharedPointer<QtAppAbstractSettingsManager> settings,
                       QSharedPointer<QtAppPortableModeSupport> portableModeSupport,
                       const QString &storePath, QObject *parent = nullptr,
@@ -73,7 +67,7 @@ public:
     /// The number of the download that was added last; the next one has the next number.
     qint64 lastId() const { return m_lastId; }
     /// Into which downloads go.
-    QString folderPath() const;
+    QString folderPath() const { return m_transfers.folderPath(); }
     /// In the order in which they came.
     QList<Download> downloads() const;
     bool contains(qint64 id) const { return m_jobs.contains(id); }
@@ -97,7 +91,6 @@ Q_SIGNALS:
     void stopped();
 
 private:
-    KovTransfer *createTransfer(const KovJob &job, const KovDownloadRequest &request);
     QString take(KovTransfer *transfer);
     /// Of an offer that came to nothing, when who made it has gone.
     void keep(const KovDownloadRequest &request);
@@ -116,18 +109,10 @@ private:
     void removeFiles(const KovJob &job, bool finishedToo);
     void saveOne(const KovJob &job);
     KovJob newJob(const QUrl &url);
-    /// One object for each folder and suffix.
-    std::shared_ptr<KovDownloadFolder> folder(const QString &path);
-    qint64 maxRunning() const;
-    qint64 number(const QString &setting, qint64 otherwise) const;
 
-    const QSharedPointer<QtAppAbstractSettingsManager> m_settings;
-    const QSharedPointer<QtAppPortableModeSupport> m_portableModeSupport;
     QtClock &m_clock;
     KovJobStore m_store;
-    const QSharedPointer<KovNetworkPool> m_network;
-    const QSharedPointer<KovSpeedLimit> m_speedLimit;
-    QMap<QString, std::shared_ptr<KovDownloadFolder>> m_folders;
+    KovTransferFactory m_transfers;
     QMap<qint64, KovJob> m_jobs;
     qint64 m_lastId = 0;
     QHash<qint64, KovTransfer *> m_running;

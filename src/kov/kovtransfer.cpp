@@ -1,40 +1,12 @@
 #include "kovtransfer.h"
 
-#include "kovcontentdecoder.h"
 #include "kovdownloadfolder.h"
-#include "kovfilename.h"
 #include "kovfilenaming.h"
-#include "kovhttpexchange.h"
 #include "kovpartialfile.h"
-#include "kovspeedlimit.h"
 
 #include <QFileInfo>
-#include <QLocale>
-#include <QStorageInfo>
 
-#include <algorithm>
-#include <array>
 #include <utility>
-
-namespace {
-
-constexpr int okStatus = 200;
-constexpr int partialContentStatus = 206;
-constexpr int rangeNotSatisfiableStatus = 416;
-
-constexpr qint64 pieceBytes = qint64{256} * 1024;
-/// A connection of its own is not worth less.
-constexpr qint64 smallestRangeBytes = 1 << 20;
-/// Room that stays for others on a disk.
-constexpr qint64 spareBytes = 16 << 20;
-
-QString fileName(const KovAnswer &answer, const KovDownloadRequest &request)
-{
-    QString suggested = KovFileName::sanitized(request.suggestedName);
-    if (!suggested.isEmpty())
-        return suggested;
-    return answer.fileName.isEmpty() ? KovFileName::fromUrl(answer.url) : answer.fileName;
-}
 
 KovFailure writeFailure(const KovPartialFile &file, int errorNumber)
 {
@@ -44,377 +16,47 @@ KovFailure writeFailure(const KovPartialFile &file, int errorNumber)
                                    : lastingFailure(text);
 }
 
-/// Whether the whole file fits.
-KovFailure checkRoom(const QString &folder, qint64 totalBytes)
-{
-    const QStorageInfo disk(folder);
-    if (!disk.isValid() || totalBytes + spareBytes <= disk.bytesAvailable())
-        return {};
-    return {KovFailure::Kind::NoRoom,
-            QStringLiteral("there is no room on the disk: the file needs %1 bytes, there are %2")
-                .arg(QString::number(totalBytes), QString::number(disk.bytesAvailable()))};
-}
-
-} // namespace
-
-struct KovTransfer::Connection {
-    std::unique_ptr<KovHttpExchange> exchange;
-    qsizetype range = 0;
-    /// Asks for a range, not for the whole file.
-    bool isPartial = false;
-    bool isGood = false;
-    /// Only asks whether the file goes on after its end.
-    bool isConfirmation = false;
-};
-
 KovTransfer::KovTransfer(KovJob job, KovDownloadRequest request, Environment environment,
                          QObject *parent, QtClock &clock)
     : QObject(parent), m_job(std::move(job)), m_request(std::move(request)),
-      m_environment(std::move(environment)), m_clock(clock), m_ranges(m_job.ranges),
-      m_speed(m_environment.maxConnections)
+      m_environment(std::move(environment)), m_clock(clock), m_speed(m_environment.maxConnections)
 {
-    connect(m_environment.speedLimit.data(), &KovSpeedLimit::refilled, this, &KovTransfer::pumpAll);
 }
 
 KovTransfer::~KovTransfer() = default;
 
-void KovTransfer::start()
-{
-    m_acceptsRanges = !m_job.validators.ifRange().isEmpty() && m_job.totalBytes >= 0;
-    if (isResumable() && m_job.receivedBytes() > 0)
-        resume();
-    else
-        beginAnew();
-    m_speed.start(m_clock.monotonicMs(), receivedBytes());
-}
-
-void KovTransfer::resume()
-{
-    if (m_job.receivedBytes() == m_job.totalBytes && !QFileInfo::exists(m_job.partialPath)
-        && QFileInfo(m_job.path).size() == m_job.totalBytes) {
-        // The end came between the naming of the file and the note that the job is done.
-        m_job.partialPath.clear();
-        m_finished = true;
-        end({});
-        return;
-    }
-    QString error;
-    m_file = KovPartialFile::open(m_job.partialPath, error);
-    if (m_file && QFileInfo(m_job.partialPath).size() >= m_ranges.endOfReceived())
-        fetchRest();
-    else
-        beginAnew();
-}
-
-void KovTransfer::beginAnew()
-{
-    m_decoder.reset();
-    m_acceptsRanges = false;
-    m_ranges = KovRanges(-1);
-    connectTo(0);
-}
-
-KovTransfer::Connection &KovTransfer::connectTo(qsizetype range)
-{
-    Connection &connection = *m_connections.emplace_back(std::make_unique<Connection>());
-    connection.range = range;
-    connection.exchange = std::make_unique<KovHttpExchange>(m_request, m_environment.network);
-    KovHttpExchange *const exchange = connection.exchange.get();
-    connect(exchange, &KovHttpExchange::answered, this,
-            [this, opened = &connection] { onAnswered(*opened); });
-    connect(exchange, &KovHttpExchange::readyRead, this,
-            [this, opened = &connection] { pump(*opened); });
-    connect(exchange, &KovHttpExchange::finished, this,
-            [this, opened = &connection] { pump(*opened); });
-    const KovRange &asked = m_ranges.at(range);
-    connection.isPartial = m_acceptsRanges;
-    if (connection.isPartial)
-        exchange->start(asked.next(), asked.to, m_job.validators.ifRange());
-    else
-        exchange->start();
-    return connection;
-}
-
-void KovTransfer::onAnswered(Connection &connection)
-{
-    const KovAnswer &answer = connection.exchange->answer();
-    if (connection.isConfirmation) {
-        // Anything but more of the file means that nothing better is to be had.
-        connection.isGood = answer.status == partialContentStatus && !answer.failure
-            && answer.from == m_ranges.at(0).next();
-        if (connection.isGood)
-            pump(connection);
-        else
-            complete();
-        return;
-    }
-    const bool isAlone = m_connections.size() == 1;
-    KovFailure failure;
-    if (!connection.isPartial || (answer.status == okStatus && isAlone)) {
-        connection.range = 0;
-        connection.isPartial = false;
-        failure = takeWholeFile(answer);
-    } else if (answer.status == rangeNotSatisfiableStatus && isAlone) {
-        m_connections.clear();
-        beginAnew();
-        return;
-    } else {
-        failure = checkRangeAnswer(answer, m_ranges.at(connection.range).next(), m_job);
-    }
-    if (failure) {
-        drop(connection, failure);
-        return;
-    }
-    const KovDownloadRequest request = connection.exchange->request();
-    m_askedElsewhere = m_askedElsewhere || request.url != m_request.url;
-    m_request = request;
-    connection.isGood = true;
-    pump(connection);
-}
-
-KovFailure KovTransfer::takeWholeFile(const KovAnswer &answer)
-{
-    if (KovFailure failure = checkFirstAnswer(answer, m_request))
-        return failure;
-    m_decoder.reset();
-    if (!answer.contentEncoding.isEmpty()) {
-        m_decoder = KovContentDecoder::create(answer.contentEncoding);
-        if (!m_decoder)
-            return lastingFailure(QStringLiteral("the server sent the file encoded as \"%1\"")
-                                      .arg(QString::fromLatin1(answer.contentEncoding)));
-    }
-    m_acceptsRanges = answer.acceptsRanges && answer.contentEncoding.isEmpty();
-    m_job.totalBytes = answer.totalBytes;
-    m_job.validators = answer.validators;
-    m_ranges = KovRanges(answer.totalBytes);
-    m_job.ranges = m_ranges;
-    return openFile(answer);
-}
-
-KovFailure KovTransfer::openFile(const KovAnswer &answer)
+KovFailure KovTransfer::openFile(const QString &name)
 {
     QString error;
-    const QString name = fileName(answer, m_request);
     if (!m_file && !m_job.partialPath.isEmpty())
         m_file = KovPartialFile::open(m_job.partialPath, error);
-    if (m_file) {
-        if (!m_file->truncate(0))
-            return writeFailure(*m_file, m_file->errorNumber());
-    } else {
-        m_file = m_environment.folder->createFile(name, error);
-        if (!m_file)
-            return lastingFailure(error);
-        m_job.partialPath = m_file->path();
-        m_job.path = m_environment.folder->finalPath(name);
-        Q_EMIT progressStored();
-    }
-    return checkRoom(m_environment.folder->path(), answer.totalBytes);
+    if (m_file)
+        return m_file->truncate(0) ? KovFailure() : writeFailure(*m_file, m_file->errorNumber());
+    m_file = m_environment.folder->createFile(name, error);
+    if (!m_file)
+        return lastingFailure(error);
+    m_job.partialPath = m_file->path();
+    m_job.path = m_environment.folder->finalPath(name);
+    Q_EMIT progressStored();
+    return {};
 }
 
-void KovTransfer::pumpAll()
+void KovTransfer::accept()
 {
-    // Pumping may end connections and begin others.
-    std::vector<Connection *> connections;
-    connections.reserve(m_connections.size());
-    for (const auto &connection : m_connections)
-        connections.push_back(connection.get());
-    for (Connection *const connection : connections) {
-        const bool isThere =
-            std::any_of(m_connections.cbegin(), m_connections.cend(),
-                        [connection](const auto &each) { return each.get() == connection; });
-        if (isThere)
-            pump(*connection);
-    }
-}
-
-void KovTransfer::pump(Connection &connection)
-{
-    KovHttpExchange &exchange = *connection.exchange;
-    static std::array<char, pieceBytes> piece; // only the main thread comes here
-    while (connection.isGood && exchange.bytesAvailable() > 0) {
-        const KovRange &range = m_ranges.at(connection.range);
-        qint64 wanted = std::min(pieceBytes, exchange.bytesAvailable());
-        if (range.to >= 0)
-            wanted = std::min(wanted, range.to - range.next());
-        if (wanted <= 0)
-            break; // more than was asked for, or another connection takes over from here
-        const qint64 allowed = m_environment.speedLimit->take(wanted);
-        if (allowed == 0)
-            return;
-        const qint64 size = exchange.read(piece.data(), allowed);
-        m_environment.speedLimit->giveBack(allowed - std::max<qint64>(0, size));
-        if (size <= 0)
-            break;
-        if (!keep(connection.range, piece.data(), size))
-            return;
-        if (!std::exchange(m_accepted, true))
-            Q_EMIT accepted();
-        if (m_ending)
-            return;
-    }
-    const KovRange &range = m_ranges.at(connection.range);
-    if (exchange.isFinished() || (connection.isGood && range.isComplete()))
-        onBodyEnded(connection);
-}
-
-bool KovTransfer::keep(qsizetype range, const char *bytes, qint64 size)
-{
-    const auto write = [this, range](const char *data, qint64 length) {
-        if (!m_file->write(m_ranges.at(range).next(), data, length))
-            return false;
-        m_ranges.advance(range, length);
-        return true;
-    };
-    const auto result = m_decoder ? m_decoder->decode(bytes, size, write)
-        : write(bytes, size)      ? KovContentDecoder::Result::Ok
-                                  : KovContentDecoder::Result::NotKept;
-    switch (result) {
-    case KovContentDecoder::Result::Ok:
-        return true;
-    case KovContentDecoder::Result::Broken:
-        end(passingFailure(QStringLiteral("the server sent a broken encoding")));
-        return false;
-    case KovContentDecoder::Result::NotKept:
-        end(writeFailure(*m_file, m_file->errorNumber()));
-        return false;
-    }
-    return false;
-}
-
-void KovTransfer::onBodyEnded(Connection &connection)
-{
-    const KovRange &range = m_ranges.at(connection.range);
-    const KovFailure failure = connection.exchange->failure();
-    if (connection.isConfirmation && !connection.isGood) {
-        complete();
-        return;
-    }
-    if (!range.isComplete()) {
-        if (failure || !connection.isGood) {
-            drop(connection, failure ? failure : passingFailure(u"the server did not answer"_qs));
-            return;
-        }
-        if (range.to >= 0 || (m_decoder && !m_decoder->isAtEnd())) {
-            drop(connection, passingFailure(u"the connection ended before the file did"_qs));
-            return;
-        }
-        if (!connection.isConfirmation && confirmEnd(connection))
-            return;
-        m_job.totalBytes = m_ranges.endHere();
-    }
-    close(connection);
-    fetchRest();
-}
-
-bool KovTransfer::confirmEnd(const Connection &connection)
-{
-    // Qt takes a length of a chunk that is no number for the last one, so that a file which came in
-    // chunks may be cut. A server that knows ranges can tell.
-    if (!m_acceptsRanges || m_job.validators.ifRange().isEmpty() || !m_request.postData.isEmpty())
-        return false;
-    const qsizetype range = connection.range;
-    m_connections.clear();
-    connectTo(range).isConfirmation = true;
-    return true;
-}
-
-void KovTransfer::close(const Connection &connection)
-{
-    m_connections.erase(
-        std::find_if(m_connections.begin(), m_connections.end(),
-                     [&connection](const auto &each) { return each.get() == &connection; }));
-}
-
-void KovTransfer::drop(Connection &connection, const KovFailure &failure)
-{
-    if (m_connections.size() == 1) {
-        end(failure);
-        return;
-    }
-    // The server allows no more, or is about to end them all.
-    m_speed.setMaxConnections(static_cast<int>(m_connections.size()) - 1);
-    close(connection);
-}
-
-bool KovTransfer::isFetched(qsizetype range) const
-{
-    return std::any_of(m_connections.cbegin(), m_connections.cend(),
-                       [range](const auto &connection) { return connection->range == range; });
-}
-
-bool KovTransfer::areAllBusy() const
-{
-    return !m_connections.empty()
-        && std::all_of(m_connections.cbegin(), m_connections.cend(),
-                       [](const auto &connection) { return connection->isGood; });
-}
-
-void KovTransfer::fetchRest()
-{
-    for (qsizetype range = 0; range < m_ranges.count(); ++range) {
-        if (m_ranges.at(range).isComplete() || isFetched(range))
-            continue;
-        connectTo(range);
-        return;
-    }
-    if (m_connections.empty())
-        complete();
-    else if (connections() < m_speed.maxConnections())
-        splitLargestRange();
-}
-
-void KovTransfer::splitLargestRange()
-{
-    if (m_ranges.splitLargest(smallestRangeBytes))
-        connectTo(m_ranges.count() - 1);
-}
-
-void KovTransfer::tick()
-{
-    m_speed.measure(m_clock.monotonicMs(), receivedBytes());
-    if (m_ending)
-        return;
-    if (areAllBusy() && isResumable()
-        && m_speed.isAnotherWorthIt(static_cast<int>(connections()),
-                                    m_job.totalBytes - receivedBytes()))
-        splitLargestRange();
-    if (!m_file || m_storing || m_ranges == m_job.ranges)
-        return;
-    m_storing = true;
-    m_file->sync(this, [this, ranges = m_ranges](int error) {
-        m_storing = false;
-        if (m_ending)
-            return;
-        if (error != 0) {
-            end(isDiskFull(error) ? KovFailure{KovFailure::Kind::DiskFull, systemErrorString(error)}
-                                  : lastingFailure(systemErrorString(error)));
-            return;
-        }
-        m_job.ranges = ranges;
-        Q_EMIT progressStored();
-    });
-}
-
-bool KovTransfer::isResumable() const
-{
-    return m_acceptsRanges && m_job.totalBytes >= 0 && !m_job.validators.ifRange().isEmpty()
-        && m_request.postData.isEmpty();
+    if (!std::exchange(m_accepted, true))
+        Q_EMIT accepted();
 }
 
 void KovTransfer::complete()
 {
-    m_connections.clear();
-    if (m_job.totalBytes < 0)
-        m_job.totalBytes = m_ranges.endHere();
     m_ending = true;
     m_file->sync(this, [this](int error) {
         if (error != 0) {
             Q_EMIT ended(writeFailure(*m_file, error));
             return;
         }
-        m_job.ranges = m_ranges;
-        if (!std::exchange(m_accepted, true))
-            Q_EMIT accepted();
+        storeProgress();
+        accept();
         giveFinalName();
     });
 }
@@ -439,14 +81,11 @@ void KovTransfer::giveFinalName()
     m_naming->start();
 }
 
-void KovTransfer::stop() { end({}); }
-
 void KovTransfer::end(const KovFailure &failure)
 {
     if (std::exchange(m_ending, true))
         return;
-    for (const auto &connection : m_connections)
-        connection->exchange->abort();
+    abort();
     if (!m_file) {
         QMetaObject::invokeMethod(
             this, [this, failure] { Q_EMIT ended(failure); }, Qt::QueuedConnection);
@@ -454,7 +93,7 @@ void KovTransfer::end(const KovFailure &failure)
     }
     m_file->sync(this, [this, failure](int error) {
         if (error == 0)
-            m_job.ranges = m_ranges;
+            storeProgress();
         Q_EMIT ended(failure);
     });
 }

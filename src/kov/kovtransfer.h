@@ -9,23 +9,15 @@
 #include <QSharedPointer>
 
 #include <memory>
-#include <vector>
 
-class KovContentDecoder;
 class KovDownloadFolder;
 class KovFileNaming;
-class KovHttpExchange;
 class KovNetworkPool;
 class KovPartialFile;
 class KovSpeedLimit;
 
-/**
- * One attempt at a job: fetches what is missing of the file, and gives it its final name.
- *
- * Goes on where the partial file ends if the server still has the same file, else begins anew. A
- * large file is fetched over several connections while each further one makes it faster. After a
- * failure the partial file stays for the next attempt.
- */
+/// One attempt at a job: fetches what is missing of the file, and gives it its final name. After a
+/// failure the partial file stays for the next attempt.
 class KovTransfer : public QObject {
     Q_OBJECT
 public:
@@ -38,16 +30,13 @@ public:
         bool takesModificationTime = false;
     };
 
-    KovTransfer(KovJob job, KovDownloadRequest request, Environment environment,
-                QObject *parent = nullptr, QtClock &clock = QtClock::system());
     ~KovTransfer() override;
 
-    void start();
+    virtual void start() = 0;
     /// Ends the connections. ended() follows when what has come is on the disk.
-    void stop();
-    /// To be called each second: has the progress put on the disk, and adds a connection where that
-    /// may help.
-    void tick();
+    void stop() { end({}); }
+    /// To be called each second.
+    virtual void tick() = 0;
 
     /// The job with what of it is on the disk.
     const KovJob &job() const { return m_job; }
@@ -56,14 +45,16 @@ public:
     /// Whether that is not as it was at the start.
     bool isAskedElsewhere() const { return m_askedElsewhere; }
     /// Whether another attempt can go on where this one stops.
-    bool isResumable() const;
+    virtual bool isResumable() const = 0;
     /// Whether the file is whole and has its name.
     bool isFinished() const { return m_finished; }
     /// Whether ended() is on its way.
     bool isEnding() const { return m_ending; }
-    qint64 receivedBytes() const { return m_ranges.receivedBytes(); }
+    virtual qint64 receivedBytes() const = 0;
+    /// How much of it is there, from 0 to 1; -1 while unknown.
+    virtual double doneShare() const = 0;
     qint64 bytesPerSecond() const { return m_speed.bytesPerSecond(); }
-    qsizetype connections() const { return static_cast<qsizetype>(m_connections.size()); }
+    virtual qsizetype connections() const = 0;
 
 Q_SIGNALS:
     /// Once, at the first byte of an answer that is the file, or at the end of an empty one.
@@ -76,45 +67,38 @@ Q_SIGNALS:
     /// Once, the last signal. After stop() without a failure although the job may not be finished.
     void ended(const KovFailure &failure);
 
-private:
-    struct Connection;
+protected:
+    KovTransfer(KovJob job, KovDownloadRequest request, Environment environment, QObject *parent,
+                QtClock &clock);
 
-    void resume();
-    void beginAnew();
-    Connection &connectTo(qsizetype range);
-    void onAnswered(Connection &connection);
-    KovFailure takeWholeFile(const KovAnswer &answer);
-    KovFailure openFile(const KovAnswer &answer);
-    void pumpAll();
-    void pump(Connection &connection);
-    bool keep(qsizetype range, const char *bytes, qint64 size);
-    void onBodyEnded(Connection &connection);
-    bool confirmEnd(const Connection &connection);
-    void close(const Connection &connection);
-    void drop(Connection &connection, const KovFailure &failure);
-    void fetchRest();
-    void splitLargestRange();
-    bool isFetched(qsizetype range) const;
-    bool areAllBusy() const;
+    /// Has an empty partial file for a file of that name: the one of the last attempt, or another.
+    KovFailure openFile(const QString &name);
+    /// The file is whole: puts it on the disk and gives it its final name.
     void complete();
-    void giveFinalName();
+    /// Emits accepted() unless it was.
+    void accept();
     void end(const KovFailure &failure);
+    /// Nothing more is to come from the network.
+    virtual void abort() = 0;
+    /// Takes what was written until now into the job.
+    virtual void storeProgress() = 0;
 
     KovJob m_job;
     KovDownloadRequest m_request;
     const Environment m_environment;
     QtClock &m_clock;
     std::unique_ptr<KovPartialFile> m_file;
-    std::unique_ptr<KovContentDecoder> m_decoder;
-    /// As far as they were written.
-    KovRanges m_ranges;
-    std::vector<std::unique_ptr<Connection>> m_connections;
     KovSpeedMeter m_speed;
-    std::unique_ptr<KovFileNaming> m_naming;
-    bool m_acceptsRanges = false;
-    bool m_accepted = false;
     bool m_askedElsewhere = false;
+    bool m_accepted = false;
     bool m_ending = false;
-    bool m_storing = false;
     bool m_finished = false;
+
+private:
+    void giveFinalName();
+
+    std::unique_ptr<KovFileNaming> m_naming;
 };
+
+/// What a failed write to the file means.
+KovFailure writeFailure(const KovPartialFile &file, int errorNumber);

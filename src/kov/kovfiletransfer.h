@@ -1,0 +1,62 @@
+#pragma once
+
+#include "kovtransfer.h"
+
+#include <vector>
+
+class KovContentDecoder;
+class KovHttpExchange;
+
+/**
+ * Fetches a file as it lies on its server.
+ *
+ * Goes on where the partial file ends if the server still has the same file, else begins anew. A
+ * large file is fetched over several connections while each further one makes it faster.
+ */
+class KovFileTransfer : public KovTransfer {
+    Q_OBJECT
+public:
+    KovFileTransfer(KovJob job, KovDownloadRequest request, Environment environment,
+                    QObject *parent = nullptr, QtClock &clock = QtClock::system());
+    ~KovFileTransfer() override;
+
+    void start() override;
+    /// Has the progress put on the disk, and adds a connection where that may help.
+    void tick() override;
+    bool isResumable() const override;
+    qint64 receivedBytes() const override { return m_ranges.receivedBytes(); }
+    double doneShare() const override;
+    qsizetype connections() const override { return static_cast<qsizetype>(m_connections.size()); }
+
+protected:
+    void abort() override;
+    void storeProgress() override { m_job.ranges = m_ranges; }
+
+private:
+    struct Connection;
+
+    void resume();
+    void beginAnew();
+    Connection &connectTo(qsizetype range);
+    void onAnswered(Connection &connection);
+    KovFailure takeWholeFile(const KovAnswer &answer);
+    void pumpAll();
+    void pump(Connection &connection);
+    bool keep(qsizetype range, const char *bytes, qint64 size);
+    void onBodyEnded(Connection &connection);
+    bool confirmEnd(const Connection &connection);
+    void close(const Connection &connection);
+    void drop(Connection &connection, const KovFailure &failure);
+    void fetchRest();
+    void splitLargestRange();
+    bool isFetched(qsizetype range) const;
+    bool areAllBusy() const;
+    void finish();
+
+    std::unique_ptr<KovContentDecoder> m_decoder;
+    /// As far as they were written.
+    KovRanges m_ranges;
+    std::vector<std::unique_ptr<Connection>> m_connections;
+    bool m_acceptsRanges = false;
+    bool m_storing = false;
+};
