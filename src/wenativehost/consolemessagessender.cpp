@@ -9,6 +9,7 @@
 #include <QThread>
 
 #include <poll.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -23,9 +24,6 @@ void logFailedCheck(const QString &expression, int line)
                        line);
 }
 
-/// A pipe that poll(2) calls writable takes so many bytes without a wait (pipe(7)), a length before
-/// them and a line break after them included.
-constexpr qsizetype pieceSize = PIPE_BUF - 16;
 /// How often a write that is stuck looks whether the input has ended, in milliseconds.
 constexpr int lookAgainMs = 100;
 
@@ -41,6 +39,18 @@ ConsoleMessagesSender::~ConsoleMessagesSender() = default;
 void ConsoleMessagesSender::setFlowControl(QSharedPointer<ConsoleFlowControl> flowControl)
 {
     m_flowControl = std::move(flowControl);
+    // The output's own stream would wait within the kernel, where nothing ends the wait.
+    cookie_io_functions_t functions = {};
+    functions.write = [](void *sender, const char *data, size_t size) -> ssize_t {
+        return static_cast<ConsoleMessagesSender *>(sender)->writeOut(data,
+                                                                      static_cast<qint64>(size));
+    };
+    m_pieceByPiece.reset(::fopencookie(this, "w", functions));
+}
+
+std::FILE *ConsoleMessagesSender::stream() const
+{
+    return m_pieceByPiece ? m_pieceByPiece.get() : m_output;
 }
 
 void ConsoleMessagesSender::enableFlags(quint32 flags, bool enable)
@@ -66,48 +76,51 @@ void ConsoleMessagesSender::sendMessage(const QString &message)
     if (m_channel == Channel::Abandoned)
         return;
     const QByteArray content = encoded(message);
-    if (!waitUntilWritable())
-        return;
     writeLength(static_cast<quint32>(content.size()));
-    if (!writeBody(content))
-        return;
+    writeBody(content);
     // The check is inverted, and stays so: the line is known from logs as the mark of this option.
-    if ((m_flags & AddCrLf) && std::fwrite("\r\n", 1, 2, m_output) == 2)
+    if ((m_flags & AddCrLf) && std::fwrite("\r\n", 1, 2, stream()) == 2)
         logFailedCheck(QStringLiteral(R"(2 != fwrite ("\r\n", 1, 2, stdout))"), 88);
-    if (std::fflush(m_output) != 0)
-        onWriteFailed(errno);
-    else
+    const bool isFlushed = std::fflush(stream()) == 0;
+    if (m_channel == Channel::Abandoned)
+        return;
+    if (isFlushed)
         m_channel = Channel::Working;
+    else
+        onWriteFailed(errno);
 }
 
-bool ConsoleMessagesSender::writeBody(const QByteArray &body)
+void ConsoleMessagesSender::writeBody(const QByteArray &body)
 {
-    bool failed = false;
-    for (qsizetype written = 0; written < body.size() && !failed; written += pieceSize) {
-        if (written > 0 && (std::fflush(m_output) != 0 || !waitUntilWritable()))
-            failed = true;
-        if (m_channel == Channel::Abandoned)
-            return false;
-        const auto size = static_cast<size_t>(std::min(pieceSize, body.size() - written));
-        if (failed || std::fwrite(body.constData() + written, 1, size, m_output) != size)
-            failed = true;
-    }
-    if (failed)
+    const auto size = static_cast<size_t>(body.size());
+    if (std::fwrite(body.constData(), 1, size, stream()) != size && m_channel != Channel::Abandoned)
         logFailedCheck(QStringLiteral("size == fwrite (&content.front (), 1, size, stdout)"), 85);
-    return true;
+}
+
+qint64 ConsoleMessagesSender::writeOut(const char *data, qint64 size)
+{
+    qint64 written = 0;
+    while (written < size && m_channel != Channel::Abandoned && waitUntilWritable()) {
+        // A pipe that poll(2) calls writable takes so much without a wait (pipe(7)).
+        const auto piece = static_cast<size_t>(std::min<qint64>(PIPE_BUF, size - written));
+        const ssize_t count = ::write(::fileno(m_output), data + written, piece);
+        if (count >= 0)
+            written += count;
+        else if (errno != EINTR && errno != EAGAIN)
+            break;
+    }
+    return written;
 }
 
 bool ConsoleMessagesSender::waitUntilWritable()
 {
     pollfd target = {::fileno(m_output), POLLOUT, 0};
-    if (target.fd < 0)
-        return true;
     int stuckForMs = 0;
     while (stuckForMs < stuckWithinMs) {
         const int ready = ::poll(&target, 1, lookAgainMs);
         if (ready > 0 || (ready < 0 && errno != EINTR))
             return true;
-        if (ready == 0 && m_flowControl && m_flowControl->isInputEnded())
+        if (ready == 0 && m_flowControl->isInputEnded())
             stuckForMs += lookAgainMs;
     }
     m_channel = Channel::Abandoned;
@@ -141,10 +154,10 @@ void ConsoleMessagesSender::writeLength(quint32 size)
     if (m_flags & TextLength) {
         const QByteArray text = QByteArray::number(size) + ' ';
         const auto length = static_cast<size_t>(text.size());
-        if (std::fwrite(text.constData(), 1, length, m_output) != length)
+        if (std::fwrite(text.constData(), 1, length, stream()) != length)
             logFailedCheck(
                 QStringLiteral("s.length () == fwrite (&s.front (), 1, s.length (), stdout)"), 63);
-    } else if (std::fwrite(&size, 1, sizeof size, m_output) != sizeof size) {
+    } else if (std::fwrite(&size, 1, sizeof size, stream()) != sizeof size) {
         logFailedCheck(QStringLiteral("4 == fwrite (sz, 1, 4, stdout)"), 82);
     }
 }

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <cstdio>
+#include <memory>
 
 class ConsoleFlowControl;
 
@@ -59,13 +60,23 @@ private:
 
     QByteArray encoded(const QString &message) const;
     void writeLength(quint32 size);
-    /// Whether all was written, or at least tried.
-    bool writeBody(const QByteArray &body);
+    void writeBody(const QByteArray &body);
+    std::FILE *stream() const;
+    /// Writes to the output's descriptor, and returns how many bytes; fewer when that failed or was
+    /// given up.
+    qint64 writeOut(const char *data, qint64 size);
     bool waitUntilWritable();
     void onWriteFailed(int error);
+
+    struct Closer {
+        void operator()(std::FILE *file) const { std::fclose(file); }
+    };
 
     std::FILE *const m_output;
     QSharedPointer<ConsoleFlowControl> m_flowControl;
     quint32 m_flags = 0;
     Channel m_channel = Channel::Working;
+    /// With flow control, in place of the output's own stream: its bytes go to writeOut(), which
+    /// needs the members above.
+    std::unique_ptr<std::FILE, Closer> m_pieceByPiece;
 };

@@ -1,10 +1,39 @@
 #include "base64transport.h"
+#include "consoleflowcontrol.h"
 #include "consolemessagessender.h"
 #include "frames.h"
 #include "logcapture.h"
 #include "percenttransport.h"
 
 #include <QTest>
+
+#include <algorithm>
+#include <array>
+#include <dlfcn.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+thread_local int writes = 0;
+thread_local int flushes = 0;
+
+} // namespace
+
+// The C library's own, counted.
+size_t fwrite(const void *data, size_t size, size_t count, FILE *stream)
+{
+    static const auto next = reinterpret_cast<decltype(&fwrite)>(::dlsym(RTLD_NEXT, "fwrite"));
+    ++writes;
+    return next(data, size, count, stream);
+}
+
+int fflush(FILE *stream)
+{
+    static const auto next = reinterpret_cast<decltype(&fflush)>(::dlsym(RTLD_NEXT, "fflush"));
+    ++flushes;
+    return next(stream);
+}
 
 class TestConsoleOutput : public QObject {
     Q_OBJECT
@@ -38,6 +67,47 @@ private Q_SLOTS:
             QCOMPARE(PercentTransport::decode(kept), QByteArray(kept));
         QCOMPARE(PercentTransport::encode("azAZ09/:@[`{-_.~% \xc3"),
                  QByteArray("azAZ09%2F%3A%40%5B%60%7B%2D%5F%2E%7E%25%20%C3"));
+    }
+
+    // Longer than a pipe holds, with and without the means to give up a write that is stuck.
+    void framesAreWrittenAtOnce()
+    {
+        for (const bool hasFlowControl : {false, true}) {
+            std::array<int, 2> ends{};
+            QCOMPARE(::pipe(ends.data()), 0);
+            std::FILE *const output = ::fdopen(ends[1], "w");
+            QByteArray got;
+            std::thread reader([&got, input = ends[0]] {
+                std::array<char, 1000> piece{};
+                ssize_t count = 0;
+                while ((count = ::read(input, piece.data(), piece.size())) > 0)
+                    got.append(piece.data(), count);
+            });
+            ConsoleMessagesSender sender(nullptr, output);
+            if (hasFlowControl)
+                sender.setFlowControl(QSharedPointer<ConsoleFlowControl>::create());
+            sender.enableFlags(ConsoleMessagesSender::AddCrLf | ConsoleMessagesSender::TextLength,
+                               true);
+            QByteArray expected;
+            int mostWrites = 0;
+            int mostFlushes = 0;
+            for (const int size : {0, 1, 4094, 4095, 4096, 4097, 8190, 8192, 65536, 300'000}) {
+                QByteArray body(size, 'x');
+                for (int i = 0; i < size; i += 7)
+                    body[i] = static_cast<char>('a' + i / 7 % 26);
+                writes = flushes = 0;
+                sender.sendMessage(QString::fromLatin1(body));
+                mostWrites = std::max(mostWrites, writes);
+                mostFlushes = std::max(mostFlushes, flushes);
+                expected += QByteArray::number(size) + ' ' + body + "\r\n";
+            }
+            std::fclose(output);
+            reader.join();
+            ::close(ends[0]);
+            QVERIFY(got == expected);
+            QCOMPARE(mostWrites, 3); // the length, the body, the line break
+            QCOMPARE(mostFlushes, 1);
+        }
     }
 
     void outputCannotBeWritten()
