@@ -13,7 +13,7 @@ import { isServerIn } from './lib/masks.js';
 import { showMenus } from './lib/menus.js';
 import { NativeHost } from './lib/nativehost.js';
 import { Observer } from './lib/observer.js';
-import { Outcomes } from './lib/outcomes.js';
+import { Outcomes, place } from './lib/outcomes.js';
 import { pageLink, pageLinks } from './lib/pagelinks.js';
 import { PageRequests } from './lib/pagerequests.js';
 import { Pages } from './lib/pages.js';
@@ -24,6 +24,7 @@ import { RequestNotifications } from './lib/requestnotifications.js';
 import { isSettingName } from './lib/settingnames.js';
 import { Settings } from './lib/settings.js';
 import { Signs } from './lib/signs.js';
+import { followSiteAccess, siteAccess } from './lib/siteaccess.js';
 import { Status, inWords } from './lib/status.js';
 import { Videos } from './lib/videos.js';
 
@@ -156,6 +157,7 @@ requests.listen();
 gestures.listen();
 policies.listen();
 observer.listen();
+followSiteAccess(state => status.siteAccess(state));
 downloads.recover();
 chrome.downloads.onCreated.addListener(item => downloads.onBegun(item));
 signs.listen();
@@ -189,11 +191,14 @@ const named = error => (error ? { key: error.message, words: inWords(error) } : 
 /** @param {Error|null|undefined} test what a test came to: null when it arrived */
 async function facts(test) {
     const latest = (await outcomes.list()).at(-1);
-    const lastError = latest && (latest.reason ? new HostError(latest.reason, latest.detail) : null);
+    const lastError = latest?.reason ? new HostError(latest.reason, latest.detail) : null;
+    const wasAsked = lastError || latest?.state === place.application;
     return {
+        access: await siteAccess(),
         version: host.version,
         hostProblem: named(status.hostError),
-        lastProblem: named(lastError),
+        isCatching: settings.current?.browser.monitor.enable,
+        lastProblem: wasAsked ? named(lastError) : undefined,
         test: named(test),
     };
 }

@@ -3,10 +3,10 @@
 
 import { ask, follow } from './lib/background.js';
 import { check, isWorking } from './lib/diagnosis.js';
+import { requestSiteAccess } from './lib/siteaccess.js';
 import { element, localize, make, text } from './lib/ui.js';
 
 const isFirefox = Boolean(chrome.runtime.getBrowserInfo);
-const siteAccess = { origins: chrome.runtime.getManifest().host_permissions };
 
 localize(text('helpTitle'));
 element('pin').textContent = text(isFirefox ? 'helpPinFirefox' : 'helpPinChromium');
@@ -27,14 +27,12 @@ function command(line) {
 
 /** What the user can do about a step, as elements. */
 const cures = {
-    command: ({ line }) => command(line),
-    grant: () => make('button', {
-        textContent: text('grantAccess'),
-        onclick: async () => {
-            await chrome.permissions.request(siteAccess);
-            await run();
-        },
-    }),
+    command: ({ line, hint }) => [command(line), hint ? make('small', { textContent: hint }) : null],
+    grant: () => [make('button', { textContent: text('grantAccess'), onclick: requestSiteAccess })],
+    options: () => [make('button', {
+        textContent: text('openOptions'),
+        onclick: () => chrome.runtime.openOptionsPage(),
+    })],
 };
 
 const marks = { ok: '✓', broken: '✗', unknown: '…' };
@@ -45,19 +43,37 @@ function showSteps(steps) {
         make('div.grow', {},
             make('strong', { textContent: text(`step_${name}`) }), make('br'),
             make('span', { textContent: words }),
-            cure ? cures[cure.kind](cure) : null))));
+            ...cure ? cures[cure.kind](cure) : []))));
     const broken = steps.find(({ state }) => state === 'broken');
     element('verdict').textContent = broken ? text('verdictBroken', text(`step_${broken.name}`))
         : text(isWorking(steps) ? 'verdictWorks' : 'verdictTest');
 }
 
-async function run(request = 'check') {
-    element('again').disabled = element('test').disabled = true;
+/** What the last test came to, as long as nothing else was asked for. */
+let tested;
+let isBusy = false;
+
+async function run(request) {
+    const facts = await ask(request);
+    tested = request === 'check' ? tested : facts.test;
+    showSteps(check({ ...facts, test: tested, browser: browserName() }));
+}
+
+/** The same for a click: takes as long as the host or the application lets one wait. */
+async function runSlowly(request, words) {
+    isBusy = element('again').disabled = element('test').disabled = true;
+    element('verdict').textContent = words;
     try {
-        showSteps(check({ ...await ask(request), browser: browserName() }, await chrome.permissions.contains(siteAccess)));
+        await run(request);
     } finally {
-        element('again').disabled = element('test').disabled = false;
+        isBusy = element('again').disabled = element('test').disabled = false;
     }
+}
+
+/** Something changed by itself. */
+function onChanged() {
+    if (!isBusy)
+        run('check');
 }
 
 function showKeeping({ shortcut, modifier }) {
@@ -69,9 +85,10 @@ function showKeeping({ shortcut, modifier }) {
 }
 
 element('doctor').append(command('kovalo-host doctor'));
-element('again').addEventListener('click', () => run('checkAgain'));
-element('test').addEventListener('click', () => run('testDownload'));
-follow('status', () => run());
+element('again').addEventListener('click', () => runSlowly('checkAgain', text('statusConnecting')));
+element('test').addEventListener('click', () => runSlowly('testDownload', text('handingOver')));
+follow('status', onChanged);
+follow('settings', onChanged);
 follow('keeping', showKeeping);
 showKeeping(await ask('keeping'));
-await run();
+await run('check');

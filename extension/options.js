@@ -202,9 +202,9 @@ function show(settings) {
         showProblem('');
 }
 
-function showStatus({ version, problem }) {
+function showStatus({ version, problem, needsAccess }) {
     element('version').textContent = version ? text('hostVersion', version) : '';
-    if (!version)
+    if (!version || needsAccess)
         showProblem(problem ?? text('optionsWaiting'));
 }
 

@@ -2,6 +2,7 @@
 
 import { ask, follow } from './lib/background.js';
 import { outcomeInWords } from './lib/outcometexts.js';
+import { requestSiteAccess } from './lib/siteaccess.js';
 import { element, localize, make, sizeInWords, text, timeInWords } from './lib/ui.js';
 
 localize();
@@ -28,20 +29,23 @@ async function attempt(request, members) {
 
 let isConnected = false;
 let isCatching = true;
+let needsAccess = false;
 
 function showProblem(problem) {
     element('problem').hidden = !problem;
     element('problemText').textContent = problem ?? '';
     element('retry').hidden = isConnected; // what is connected cannot be tried again
-    element('dismiss').hidden = !isConnected;
+    element('grant').hidden = !isConnected || !needsAccess;
+    element('dismiss').hidden = !isConnected || needsAccess;
 }
 
 function showState() {
-    element('state').textContent = text(!isConnected ? 'stateWaiting' : isCatching ? 'stateOn' : 'stateOff');
+    element('state').textContent = text(!isConnected ? 'stateWaiting' : isCatching && !needsAccess ? 'stateOn' : 'stateOff');
 }
 
-function showStatus({ version, problem }) {
+function showStatus({ version, problem, ...status }) {
     isConnected = version !== '';
+    ({ needsAccess } = status);
     showProblem(problem);
     showState();
 }
@@ -50,6 +54,7 @@ onClick('why', () => openPage('help.html'));
 onClick('help', () => openPage('help.html'));
 onClick('options', () => chrome.runtime.openOptionsPage());
 onClick('retry', async () => showStatus(await ask('retry')));
+onClick('grant', requestSiteAccess);
 onClick('dismiss', async () => showStatus(await ask('dismissProblem')));
 
 // --- what is caught ------------------------------------------------------------------------------

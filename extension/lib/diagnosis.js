@@ -1,64 +1,94 @@
 // The chain from the browser to a file on the disk, link by link: which one is broken, and the cure.
 
+import { access } from './siteaccess.js';
 import { text } from './ui.js';
 
-/** The cure of each problem with the host, by the key of its text. */
+const doctor = 'kovalo-host doctor';
+const register = 'kovalo-host register';
+
+/** The command that mends each problem with the host, or tells more of it, by the key of its text. */
 const hostCures = {
-    problemHostMissing: 'kovalo-host register',
-    problemHostForbidden: 'kovalo-host register',
-    problemHostNotStarted: 'kovalo-host doctor',
-    problemHostStopped: 'kovalo-host doctor',
-    problemHostSilent: 'kovalo-host doctor',
+    problemHostMissing: register,
+    problemHostForbidden: register,
+    problemHostOther: register,
+    problemHostBlocked: doctor,
+    problemHostNotStarted: doctor,
+    problemHostStopped: doctor,
+    problemHostSilent: doctor,
 };
-const applicationCures = {
-    problemApplicationMissing: 'kovalo-host doctor',
-    problemApplicationSilent: 'kovalo-host doctor',
-    problemApplicationFailed: 'kovalo-host doctor',
-};
+const applicationProblems = new Set(['problemApplicationMissing', 'problemApplicationSilent', 'problemApplicationFailed']);
 
 /**
  * @typedef {object} Step
- * @property {string} name "browser", "access", "host", "application", "download"
+ * @property {string} name "browser", "access", "host", "application", "catching", "download"
  * @property {'ok'|'broken'|'unknown'} state
  * @property {string} words
- * @property {{kind: string}} [cure]
+ * @property {{kind: 'command', line: string, hint?: string}|{kind: 'grant'}|{kind: 'options'}} [cure]
  */
 
 /**
- * @param {object} facts what the background script knows: version of the host, the problem with it
- *     ({key, words} or null), the outcome of the last hand-over and of the test (the same, or undefined)
- * @param {boolean} hasAccess whether the user lets the extension see pages
+ * @typedef {object} Facts what the background script knows. A problem is {key, words}
+ * @property {string} browser its name
+ * @property {string} access one of the words in siteaccess.js
+ * @property {string} version the host's, '' while there is no conversation
+ * @property {object|null} hostProblem
+ * @property {boolean|undefined} isCatching what the options say; undefined while they are not known
+ * @property {object|null|undefined} lastProblem of the last hand-over: null for none, undefined
+ *     when there was none
+ * @property {object|null|undefined} test the same of a test download
+ */
+
+const step = (name, state, words, cure) => ({ name, state, words, cure });
+const broken = (name, { words }, line, hint) => step(name, 'broken', words, { kind: 'command', line, hint });
+
+function accessStep(state) {
+    const cure = { kind: 'grant' };
+    switch (state) {
+    case access.all: return step('access', 'ok', text('accessOk'));
+    case access.some: return step('access', 'ok', text('accessSome'), cure);
+    default: return step('access', 'broken', text('accessBroken'), cure);
+    }
+}
+
+function hostStep({ version, hostProblem }) {
+    if (version)
+        return step('host', 'ok', text('hostVersion', version));
+    if (!hostProblem)
+        return step('host', 'unknown', text('statusConnecting'));
+    const line = hostCures[hostProblem.key] ?? doctor;
+    return broken('host', hostProblem, line, line === register ? text('cureHint') : undefined);
+}
+
+function applicationStep(result) {
+    if (result && applicationProblems.has(result.key))
+        return broken('application', result, doctor);
+    return result === null ? step('application', 'ok', text('applicationOk'))
+        : step('application', 'unknown', text('applicationUnknown'));
+}
+
+function downloadStep(test) {
+    if (test)
+        return broken('download', test, doctor);
+    return test === null ? step('download', 'ok', text('testOk')) : step('download', 'unknown', text('testUnknown'));
+}
+
+/**
+ * @param {Facts} facts
  * @returns {Step[]} in the order of the chain
  */
-export function check({ browser, version, hostProblem, lastProblem, test }, hasAccess) {
-    const broken = (problem, cures) => ({
-        state: 'broken', words: problem.words, cure: { kind: 'command', line: cures[problem.key] ?? 'kovalo-host doctor' },
-    });
-    const host = () => {
-        if (version)
-            return { state: 'ok', words: text('hostVersion', version) };
-        return hostProblem ? broken(hostProblem, hostCures) : { state: 'unknown', words: text('statusConnecting') };
-    };
-    const result = test === undefined ? lastProblem : test;
-    const isApplicationBroken = version && result && result.key in applicationCures;
-    const application = () => {
-        if (isApplicationBroken)
-            return broken(result, applicationCures);
-        return version && result === null ? { state: 'ok', words: text('applicationOk') }
-            : { state: 'unknown', words: text('applicationUnknown') };
-    };
-    const download = () => {
-        if (test === null)
-            return { state: 'ok', words: text('testOk') };
-        return test && !isApplicationBroken ? broken(test, {}) : { state: 'unknown', words: text('testUnknown') };
-    };
+export function check(facts) {
+    const { browser, isCatching, lastProblem, test } = facts;
+    const host = hostStep(facts);
+    const isConnected = host.state === 'ok';
+    const application = applicationStep(isConnected ? test === undefined ? lastProblem : test : undefined);
+    const isReached = isConnected && application.state !== 'broken';
     return [
-        { name: 'browser', state: 'ok', words: browser },
-        hasAccess ? { name: 'access', state: 'ok', words: text('accessOk') }
-            : { name: 'access', state: 'broken', words: text('accessBroken'), cure: { kind: 'grant' } },
-        { name: 'host', ...host() },
-        { name: 'application', ...application() },
-        { name: 'download', ...download() },
+        step('browser', 'ok', browser),
+        accessStep(facts.access),
+        host,
+        application,
+        ...isCatching === false ? [step('catching', 'broken', text('stateOff'), { kind: 'options' })] : [],
+        downloadStep(isReached ? test : undefined),
     ];
 }
 

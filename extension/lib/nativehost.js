@@ -8,6 +8,16 @@ const protocolVersion = '3';
 const firstRetryDelay = 1000;
 const longestRetryDelay = 60_000;
 
+/** Why a port closed, which browsers say in words only, each in its own. */
+const reasons = [
+    ['problemHostMissing', /not found|No such native application/i],
+    ['problemHostBlocked', /system administrator/i],
+    ['problemHostForbidden', /forbidden|not allowed|permission/i],
+    ['problemHostOther', /when communicating|tried to send/i],
+];
+/** Those that say no more than that it ended. */
+const saysNothing = /^$|has exited|failed to start|unexpected error/i;
+
 /** A host that is there answers within some ms. */
 const handshakePatience = 5000;
 
@@ -127,12 +137,11 @@ export class NativeHost {
         this.#retryDelay = Math.min(2 * this.#retryDelay, longestRetryDelay);
     }
 
-    /** Browsers say why a port closed only in words, each in its own. */
     #errorForReason(reason) {
-        if (/not found|No such native application/i.test(reason))
-            return new HostError('problemHostMissing');
-        if (/forbidden|not allowed|permission/i.test(reason))
-            return new HostError('problemHostForbidden');
-        return new HostError(this.#version ? 'problemHostStopped' : 'problemHostNotStarted', reason);
+        const detail = saysNothing.test(reason) ? '' : reason;
+        if (this.#version)
+            return new HostError('problemHostStopped', detail);
+        const [known] = reasons.find(([, words]) => words.test(reason)) ?? [];
+        return known ? new HostError(known) : new HostError('problemHostNotStarted', detail);
     }
 }

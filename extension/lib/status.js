@@ -1,5 +1,8 @@
 // What works and what does not, in words: shown by the popup, and by a mark on the button.
 
+import { HostError } from './hosterror.js';
+import { access } from './siteaccess.js';
+
 const marks = {
     problem: { text: '!', color: '#b3261e' },
     success: { text: '✓', color: '#1a6b2d' },
@@ -13,6 +16,8 @@ export class Status {
     #hostError = null;
     #error = null;
     #version = '';
+    /** Of which sites the user lets the extension see pages, see siteaccess.js. */
+    #access = access.all;
     #isKeeping = false;
 
     onChanged = _status => {};
@@ -26,6 +31,11 @@ export class Status {
     hostDisconnected(error) {
         this.#version = '';
         this.#hostError = error;
+        this.#show();
+    }
+
+    siteAccess(state) {
+        this.#access = state;
         this.#show();
     }
 
@@ -51,8 +61,9 @@ export class Status {
     }
 
     describe() {
-        const error = this.#hostError ?? this.#error;
-        return { version: this.#version, problem: error && inWords(error) };
+        const needsAccess = this.#access === access.none;
+        const error = this.#hostError ?? (needsAccess ? new HostError('problemSiteAccess') : this.#error);
+        return { version: this.#version, problem: error && inWords(error), needsAccess };
     }
 
     get hostError() { return this.#hostError; }
@@ -71,5 +82,5 @@ export class Status {
 
 /** The text of an error whose message is a key of the extension's texts; else the message itself. */
 export function inWords(error) {
-    return chrome.i18n.getMessage(error.message, error.detail) || error.message;
+    return chrome.i18n.getMessage(error.message, error.detail).trim() || error.message;
 }

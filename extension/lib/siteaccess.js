@@ -1,0 +1,26 @@
+// Whether the user lets the extension see what pages ask for, without which no download can be judged.
+// Browsers let him withhold that, of all sites or of some, at any time.
+
+const { host_permissions: sites } = chrome.runtime.getManifest();
+
+/** Of how many sites. */
+export const access = { all: 'all', some: 'some', none: 'none' };
+
+/** How it is now, as one of the words above. */
+export async function siteAccess() {
+    if (await chrome.permissions.contains({ origins: sites }))
+        return access.all;
+    const { origins = [] } = await chrome.permissions.getAll();
+    return origins.length > 0 ? access.some : access.none;
+}
+
+/** Asks the user for all. To be called where he clicked: else browsers do not ask. */
+export function requestSiteAccess() { return chrome.permissions.request({ origins: sites }); }
+
+/** Calls back with how it is, now and after each change. To be called at once when the script starts. */
+export function followSiteAccess(callback) {
+    const tell = () => siteAccess().then(callback);
+    chrome.permissions.onAdded.addListener(tell);
+    chrome.permissions.onRemoved.addListener(tell);
+    tell();
+}
