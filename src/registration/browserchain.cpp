@@ -1,6 +1,7 @@
 #include "browserchain.h"
 
 #include "browserpolicies.h"
+#include "extensioninspection.h"
 #include "flatpaksandbox.h"
 #include "manifestinspection.h"
 #include "messagingproxy.h"
@@ -120,6 +121,7 @@ BrowserChain BrowserChain::examine(const BrowserInstallation &installation)
     checkSandbox(chain, installation, way);
     if (way == Way::None)
         return result;
+    ExtensionInspection(installation).addTo(chain);
     const BrowserPolicies policies = BrowserPolicies::read(installation);
     const ManifestInspection manifest(installation, way,
                                       policies.userManifestsForbiddenBy.isEmpty());

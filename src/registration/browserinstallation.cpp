@@ -144,6 +144,12 @@ QStringList BrowserInstallation::policyFolders() const
     return folders;
 }
 
+QString BrowserInstallation::extensionForEverybody() const
+{
+    const bool loadsIt = m_kind == Kind::Native && !m_browser.extension.isEmpty();
+    return loadsIt ? m_folders.resolved(m_browser.extension) : QString();
+}
+
 QStringList BrowserInstallation::existingProfiles(const UserFolders &seen) const
 {
     QStringList existing;

@@ -44,6 +44,8 @@ public:
     QString title() const;
     QString kindName() const;
 
+    /// The browser's profile folders that exist.
+    const QStringList &profiles() const { return m_profiles; }
     bool found() const { return !m_profiles.isEmpty(); }
     /// Whether it is what the user calls by this name: an id, or a browser's name in any case.
     bool isCalled(const QString &name) const;
@@ -57,6 +59,9 @@ public:
     /// The same for the script, whether or not the browser also goes another way.
     QStringList scriptFolders() const;
     QStringList policyFolders() const;
+    /// Where the extension is found that the browser loads for every user; empty where it loads
+    /// none.
+    QString extensionForEverybody() const;
     const UserFolders &folders() const { return m_folders; }
 
 private:

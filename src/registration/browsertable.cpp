@@ -34,6 +34,7 @@ Browser readBrowser(const QJsonObject &record, const QJsonObject &families)
             .profiles = texts(record[u"profiles"]),
             .everybody = texts(record[u"everybody"]),
             .policies = texts(record[u"policies"]),
+            .extension = record[u"extension"].toString(),
             .flatpaks = texts(record[u"flatpaks"]),
             .flatpakAsksProxy = record[u"flatpakAsksProxy"].toBool(),
             .snap = snap[u"name"].toString(),

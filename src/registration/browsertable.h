@@ -30,6 +30,9 @@ struct Browser {
     QStringList everybody;
     /// Folders of policies; empty where they are not known.
     QStringList policies;
+    /// Where a package puts the extension, for the browser to load it; empty where it looks
+    /// nowhere.
+    QString extension;
     /// The Flatpaks that it comes as.
     QStringList flatpaks;
     /// In a Flatpak it asks a proxy on the session bus for hosts, and finds those outside.

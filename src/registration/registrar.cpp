@@ -35,6 +35,9 @@ Result write(const QString &path, const QByteArray &content, QFile::Permissions 
     const QString folder = QFileInfo(path).path();
     if (!QDir().mkpath(folder))
         return {Result::Done::Failed, path, QStringLiteral("the folder cannot be made")};
+    // QSaveFile replaces no file that may not be written.
+    if (present.exists() && !QFileInfo(path).isWritable())
+        present.setPermissions(permissions);
     QSaveFile file(path);
     if (file.open(QIODevice::WriteOnly) && file.setPermissions(permissions)
         && file.write(content) == content.size() && file.commit())

@@ -18,12 +18,18 @@
 
 namespace {
 
-/// Whether files can be made in a folder that may itself have to be made; if not, "reason" is why.
-bool isUsableFolder(const QString &path, QString &reason)
+/// The folder itself, or that in which it, or those above it, have to be made.
+QFileInfo existingPlaceOf(const QString &path)
 {
     QFileInfo place(path);
     while (!place.exists() && !place.isSymbolicLink() && !place.isRoot())
         place = QFileInfo(place.absolutePath());
+    return place;
+}
+
+/// Whether files can be made there; if not, "reason" is why.
+bool isUsableFolder(const QFileInfo &place, QString &reason)
+{
     if (!place.isDir())
         reason = QStringLiteral("%1 is no folder").arg(place.filePath());
     else if (!place.isWritable() || !place.isExecutable() || !place.isReadable())
@@ -34,16 +40,15 @@ bool isUsableFolder(const QString &path, QString &reason)
 /// Gives the owner back what the owner may do.
 bool makeUsable(const QString &path)
 {
-    if (!QFileInfo(path).isDir())
-        return false;
     const QFile::Permissions needed = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
     return QFile::setPermissions(path, QFile::permissions(path) | needed);
 }
 
 void checkFolder(Chain &chain, const QString &link, const QString &what, const QString &path)
 {
+    const QFileInfo place = existingPlaceOf(path);
     QString reason;
-    if (isUsableFolder(path, reason)) {
+    if (isUsableFolder(place, reason)) {
         chain.ok(link,
                  what
                      + QStringLiteral(" is %1%2")
@@ -53,14 +58,14 @@ void checkFolder(Chain &chain, const QString &link, const QString &what, const Q
                                     : QStringLiteral(", to be made when it is needed")));
         return;
     }
-    const QFileInfo info(path);
-    if (info.exists() && !info.isDir())
+    const QString broken = place.filePath();
+    if (!place.isDir())
         chain.broken(link, what + QStringLiteral(" cannot be used: ") + reason,
-                     QStringLiteral("mv %1 %1.old").arg(shellQuoted(path)));
+                     QStringLiteral("mv %1 %1.old").arg(shellQuoted(broken)));
     else
         chain.broken(link, what + QStringLiteral(" cannot be used: ") + reason,
-                     QStringLiteral("chmod u+rwx %1").arg(shellQuoted(path)),
-                     [path] { return makeUsable(path); });
+                     QStringLiteral("chmod u+rwx %1").arg(shellQuoted(broken)),
+                     [broken] { return makeUsable(broken); });
 }
 
 void checkDatabase(Chain &chain, const QString &path)
@@ -126,9 +131,17 @@ Chain examineStorage(const QString &hostFolder)
     const auto portable =
         QSharedPointer<PortableVersionManager>::create(isPortable ? portableFolder : QString());
     const AppCoreConfig config(QSharedPointer<QtAppConfigBase>::create(), portable);
-    chain.ok(QStringLiteral("portable"),
-             isPortable ? QStringLiteral("it is a portable installation, with its data beside it")
-                        : QStringLiteral("it is no portable installation"));
+    const QString portableLink = QStringLiteral("portable");
+    if (isPortable)
+        chain.ok(portableLink,
+                 QStringLiteral("it is a portable installation, with its data beside it"));
+    else if (QFileInfo::exists(portableFolder))
+        chain.impaired(portableLink,
+                       QStringLiteral("%1 is there, but this build keeps nothing beside itself")
+                           .arg(portableFolder),
+                       QStringLiteral("mv %1 %1.unused").arg(shellQuoted(portableFolder)));
+    else
+        chain.ok(portableLink, QStringLiteral("it is no portable installation"));
 
     const QString driverLink = QStringLiteral("sql-driver");
     const bool hasDriver = QSqlDatabase::isDriverAvailable(QStringLiteral("QSQLITE"));

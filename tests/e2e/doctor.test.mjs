@@ -3,19 +3,21 @@
 import { deepStrictEqual, match, ok, strictEqual } from 'node:assert';
 import { spawn } from 'node:child_process';
 import {
-    chmodSync, copyFileSync, mkdirSync, readFileSync, rmSync, writeFileSync,
+    chmodSync, chownSync, copyFileSync, mkdirSync, readFileSync, rmSync, writeFileSync,
 } from 'node:fs';
 import { once } from 'node:events';
 import { createServer } from 'node:net';
 import { dirname, join } from 'node:path';
 import { describe, test } from 'node:test';
 import { HostProcess, until } from '../../tools/drivers/hostprocess.mjs';
-import { RegisteredSandbox, isRoot, manifestName, user } from './support/registered.mjs';
+import { RegisteredSandbox, isRoot, manifestName, table, user } from './support/registered.mjs';
 
 const profiles = ['.config/chromium', '.mozilla'];
 const chromiumsManifest = sandbox =>
     sandbox.inHome('.config/chromium/NativeMessagingHosts', manifestName);
 const firefoxesManifest = sandbox => sandbox.inHome('.mozilla/native-messaging-hosts', manifestName);
+/** Where the package puts the extension for a browser. */
+const extension = (sandbox, browser) => join(sandbox.system, table.browsers.find(each => each.id === browser).extension);
 const database = sandbox => sandbox.inHome('.local/share/Tessmark/Kovalo/db.sqlite');
 
 /** Puts a file where the program would look for it; a mode of 0 keeps even its owner out. */
@@ -38,6 +40,14 @@ const hostThat = (content, mode = 0o755) => sandbox => {
     rewrite({ path })(sandbox);
 };
 const policy = (path, policies) => sandbox => put(join(sandbox.system, path), JSON.stringify(policies));
+/** What the browsers note of the extension, in the profile of a user. */
+const inChromium = noted => sandbox => put(sandbox.inHome('.config/chromium/Default/Preferences'), JSON.stringify(
+    { extensions: { settings: { [new URL(table.families.chromium.ids[0]).host]: noted } } }));
+const inFirefox = (noted, origins) => sandbox => {
+    const [id] = table.families.firefox.ids;
+    put(sandbox.inHome('.mozilla/firefox/a.default/extensions.json'), JSON.stringify({ addons: [{ id, ...noted }] }));
+    put(sandbox.inHome('.mozilla/firefox/a.default/extension-preferences.json'), JSON.stringify({ [id]: { origins } }));
+};
 const application = (...content) => sandbox => put(join(sandbox.programs, 'kov'), ...content);
 
 /** A server in the place of the application, which takes connections and is silent. */
@@ -72,24 +82,46 @@ async function lockDatabase(sandbox) {
     return () => holder.kill();
 }
 
+async function forbidDatabase(sandbox) {
+    await makeDatabase(sandbox);
+    chmodSync(database(sandbox), 0);
+}
+function forbidApplication(sandbox) {
+    const program = join(sandbox.programs, 'kov');
+    put(program, readFileSync(program));
+    chownSync(program, user, -1);
+}
+function makeReadOnly(folder) {
+    mkdirSync(folder, { recursive: true });
+    chmodSync(folder, 0o500);
+}
+
 async function damageDatabase(sandbox) {
     await makeDatabase(sandbox);
     const bytes = readFileSync(database(sandbox));
     put(database(sandbox), bytes.fill(0xa5, 4096));
 }
 
-/** What is broken, how, and what else the program is given. */
+const isFixed = true;
+/** What is broken, how, and what else the program is given, or has to do. */
 const rows = [
-    ['manifest-found', sandbox => rmSync(chromiumsManifest(sandbox))],
-    ['manifest-found', sandbox => rmSync(firefoxesManifest(sandbox))],
-    ['manifest-readable', sandbox => put(chromiumsManifest(sandbox), '{}', 0)],
-    ['manifest-json', sandbox => put(chromiumsManifest(sandbox), '{"name":')],
-    ['manifest-name', rewrite({ name: 'com.tessmark.other' })],
-    ['manifest-type', rewrite({ type: 'pipe' })],
-    ['manifest-ids', rewrite({ allowed_origins: ['chrome-extension://aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa/'] })],
-    ['manifest-path', rewrite({ path: 'wenativehost' })],
-    ['host-there', rewrite({ path: '/usr/lib/gone/wenativehost' })],
-    ['host-executable', hostThat(() => script('exit'), 0o644)],
+    ['extension-installed', sandbox => rmSync(extension(sandbox, 'firefox'))],
+    ['extension-installed', inChromium({ location: 8, path: '/usr/share/webext/gone' }), { says: /not loaded/ }],
+    ['extension-enabled', inChromium({ disable_reasons: [1] })],
+    ['extension-enabled', inChromium({ disable_reasons: 1, state: 0 })],
+    ['extension-enabled', inFirefox({ active: false })],
+    ['site-access', inChromium({ withholding_permissions: true })],
+    ['site-access', inFirefox({ active: true }, [])],
+    ['manifest-found', sandbox => rmSync(chromiumsManifest(sandbox)), { isFixed }],
+    ['manifest-found', sandbox => rmSync(firefoxesManifest(sandbox)), { isFixed }],
+    ['manifest-readable', sandbox => put(chromiumsManifest(sandbox), '{}', 0), { isFixed }],
+    ['manifest-json', sandbox => put(chromiumsManifest(sandbox), '{"name":'), { isFixed }],
+    ['manifest-name', rewrite({ name: 'com.tessmark.other' }), { isFixed }],
+    ['manifest-type', rewrite({ type: 'pipe' }), { isFixed }],
+    ['manifest-ids', rewrite({ allowed_origins: ['chrome-extension://aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa/'] }), { isFixed }],
+    ['manifest-path', rewrite({ path: 'wenativehost' }), { isFixed }],
+    ['host-there', rewrite({ path: '/usr/lib/gone/wenativehost' }), { isFixed }],
+    ['host-executable', hostThat(() => script('exit'), 0o644), { isFixed }],
     ['policies', policy('etc/chromium/policies/managed/a.json', { NativeMessagingBlocklist: ['*'] })],
     ['policies', policy('etc/firefox/policies/policies.json',
                         { policies: { ExtensionSettings: { '*': { installation_mode: 'blocked' } } } })],
@@ -99,7 +131,7 @@ const rows = [
     ['sandbox', async sandbox => {
         mkdirSync(sandbox.inHome('.var/app/com.google.Chrome/config/google-chrome'), { recursive: true });
         strictEqual((await sandbox.run(['register', '--flatpak', 'com.google.Chrome'])).status, 0);
-    }],
+    }, { also: ['extension-installed'] }],
     ['libraries', hostThat(sandbox => Buffer.from(
         readFileSync(sandbox.host, 'latin1').replace('libQt6Network.so.6', 'libQt6Notwork.so.6'), 'latin1'))],
     ['host-answers', hostThat(() => script('echo out of luck >&2; exit 3')), { says: /status 3.*out of luck/ }],
@@ -107,14 +139,19 @@ const rows = [
     ['host-answers', hostThat(() => script('echo Hello')), { says: /something else/ }],
     ['host-answers', hostThat(() => 'no program'), { says: /cannot be started/ }],
     ['log', () => {}, { env: { KOVALO_LOG_FILE: '/proc/none/kovalo.log' }, arrives: true }],
+    ['portable', sandbox => { mkdirSync(join(sandbox.programs, 'portabledata')); }, { arrives: true }],
     ['sql-driver', sandbox => put(join(sandbox.programs, 'qt.conf'), '[Paths]\nPlugins=/nowhere\n')],
     ['data-folder', sandbox => put(dirname(database(sandbox)), ''), { also: ['application-running'] }],
+    ['data-folder', sandbox => makeReadOnly(dirname(dirname(database(sandbox)))),
+     { also: ['application-running'], isFixed }],
+    ['database-opens', forbidDatabase, { isFixed }],
     ['database-opens', sandbox => put(database(sandbox), 'no database '.repeat(1000))],
     ['database-whole', damageDatabase],
     ['database-unlocked', lockDatabase],
     ['downloads-folder', sandbox => put(sandbox.downloads, '')],
+    ['downloads-folder', sandbox => makeReadOnly(sandbox.downloads), { isFixed }],
     ['application-there', sandbox => rmSync(join(sandbox.programs, 'kov'))],
-    ['application-executable', application('', 0o644)],
+    ['application-executable', forbidApplication, { isFixed }],
     ['application-running', application(script('echo no room >&2; exit 1'), 0o755), { says: /no room/ }],
     ['application-answers', serverOf(user), { timeout: 1 }],
     ['browser-found', () => {}, { browsers: ['brave'] }],
@@ -124,6 +161,8 @@ const rows = [
 
 async function healthySandbox() {
     const sandbox = new RegisteredSandbox(profiles);
+    for (const each of ['chromium', 'firefox'])
+        put(extension(sandbox, each), '');
     strictEqual((await sandbox.run(['register'])).status, 0);
     return sandbox;
 }
@@ -148,6 +187,8 @@ describe('the doctor names', { concurrency: 2 }, () => {
                 if (given.says)
                     match(broken[0].text, given.says);
                 strictEqual(status, given.arrives ? 0 : 1, errors);
+                if (given.isFixed)
+                    match((await doctor(sandbox, given, '--fix')).output, /A download would arrive/);
                 for (const secret of [sandbox.home, sandbox.temporary, String(user)])
                     ok(!output.includes(secret), `${secret} in ${output}`);
             } finally {
@@ -169,8 +210,6 @@ test('a whole chain is told as one, and mended where that needs no decision', as
 
         put(firefoxesManifest(sandbox), '{');
         rmSync(chromiumsManifest(sandbox));
-        mkdirSync(sandbox.downloads);
-        chmodSync(sandbox.downloads, 0o500);
         strictEqual((await doctor(sandbox)).status, 1);
         const mended = await doctor(sandbox, {}, '--fix');
         strictEqual(mended.status, 0, mended.output);
