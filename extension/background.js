@@ -21,7 +21,6 @@ import { Preferences, isPreference } from './lib/preferences.js';
 import { ReferrerPolicies } from './lib/referrer.js';
 import { RequestLog } from './lib/requestlog.js';
 import { RequestNotifications } from './lib/requestnotifications.js';
-import { isSettingName } from './lib/settingnames.js';
 import { Settings } from './lib/settings.js';
 import { Signs } from './lib/signs.js';
 import { followSiteAccess, siteAccess } from './lib/siteaccess.js';
@@ -230,9 +229,6 @@ const answers = {
     store: () => settings.store,
     preferences: () => preferences.all(),
     changeSettings: async ({ changes }) => {
-        const unknown = Object.keys(changes).find(each => !isSettingName(each));
-        if (unknown !== undefined)
-            throw new HostError('problemOptionUnknown', unknown);
         await settings.change(changes);
         return settings.current;
     },

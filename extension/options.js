@@ -3,6 +3,7 @@
 import { ask, follow } from './lib/background.js';
 import { understandEndings, understandServers } from './lib/masks.js';
 import { isPreference } from './lib/preferences.js';
+import { valueAt } from './lib/settings.js';
 import { element, localize, make, text, unitName } from './lib/ui.js';
 
 /**
@@ -190,9 +191,8 @@ function show(settings) {
     for (const { path, needs, field } of rows.values()) {
         if (isPreference(path))
             continue;
-        const valueAt = each => each.split('.').reduce((part, name) => part?.[name], settings?.browser);
-        const value = valueAt(path);
-        field.input.disabled = value === undefined || (needs !== undefined && !valueAt(needs));
+        const value = valueAt(settings?.browser, path);
+        field.input.disabled = value === undefined || (needs !== undefined && !valueAt(settings?.browser, needs));
         if (value !== undefined)
             field.show(value);
     }

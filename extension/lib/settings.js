@@ -58,7 +58,8 @@ export class Settings {
 
     /**
      * Stores changed options.
-     * @param {object} changes values by paths in the record's "browser", such as "monitor.enable"
+     * @param {object} changes values by paths in the record's "browser", such as "monitor.enable"; the
+     *     host's record tells which there are
      */
     change(changes) {
         const mine = this.#lastChange.then(() => this.#post(changes));
@@ -78,6 +79,9 @@ export class Settings {
 
     async #post(changes) {
         await this.#restore(); // or what is stored now would replace what was stored before
+        const unknown = this.current && Object.keys(changes).find(path => valueAt(this.current.browser, path) === undefined);
+        if (unknown)
+            throw new HostError('problemOptionUnknown', unknown);
         const own = Object.entries(changes).filter(([path]) => isOwn(path));
         if (own.length > 0) {
             this.#own = { ...this.#own, ...Object.fromEntries(own) };
@@ -103,6 +107,11 @@ export class Settings {
         this.current = changed(settings, this.#own);
         this.onChanged(this.current);
     }
+}
+
+/** The option at a path in the record's "browser"; undefined when there is none. */
+export function valueAt(browser, path) {
+    return path.split('.').reduce((part, name) => (part && Object.hasOwn(part, name) ? part[name] : undefined), browser);
 }
 
 function changed(settings, changes) {

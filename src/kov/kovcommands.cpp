@@ -93,8 +93,6 @@ KovCommands::KovCommands(QSharedPointer<QtAppAbstractSettingsManager> settings,
 {
 }
 
-KovCommands::~KovCommands() = default;
-
 KovCommandResult KovCommands::run(const QStringList &words)
 {
     const QString command = words.value(0);

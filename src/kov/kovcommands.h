@@ -23,7 +23,6 @@ class KovCommands : public QObject {
 public:
     KovCommands(QSharedPointer<QtAppAbstractSettingsManager> settings,
                 QSharedPointer<KovDownloadsQueue> queue, QObject *parent = nullptr);
-    ~KovCommands() override;
 
     /// The words are those of KovCommandLine::words.
     KovCommandResult run(const QStringList &words);

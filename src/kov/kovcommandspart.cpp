@@ -13,8 +13,6 @@ KovCommandsPart::KovCommandsPart(QSharedPointer<KovCommands> commands, QObject *
 {
 }
 
-KovCommandsPart::~KovCommandsPart() = default;
-
 void KovCommandsPart::processVh(const QHash<QString, QVariant> &map)
 {
     if (map.value(VhIpcKeys::reason()).toString() != KovCommandMessages::runReason())

@@ -11,7 +11,6 @@ class KovCommandsPart : public QtAbstractVhIpcPart {
     Q_OBJECT
 public:
     explicit KovCommandsPart(QSharedPointer<KovCommands> commands, QObject *parent = nullptr);
-    ~KovCommandsPart() override;
 
     void processVh(const QHash<QString, QVariant> &map) override;
 

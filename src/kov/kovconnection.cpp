@@ -69,6 +69,4 @@ KovConnection::KovConnection(const QSharedPointer<QLocalSocket> &socket, const S
     });
 }
 
-KovConnection::~KovConnection() = default;
-
 void KovConnection::disconnectFromClient() { m_socket->disconnectFromHost(); }

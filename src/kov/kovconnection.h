@@ -26,7 +26,6 @@ public:
     /// The socket is connected.
     KovConnection(const QSharedPointer<QLocalSocket> &socket, const Services &services,
                   QObject *parent = nullptr);
-    ~KovConnection() override;
 
     /// Ends when what was written has left.
     void disconnectFromClient();

@@ -83,9 +83,6 @@ public:
     void stop();
 
 Q_SIGNALS:
-    void jobAdded(const KovJob &job);
-    /// A job has finished or failed.
-    void jobEnded(const KovJob &job);
     /// hasWork() may have changed.
     void workChanged();
     void stopped();

@@ -47,8 +47,6 @@ KovIncomingDownloadsPart::KovIncomingDownloadsPart(QSharedPointer<KovDownloadsQu
 {
 }
 
-KovIncomingDownloadsPart::~KovIncomingDownloadsPart() = default;
-
 void KovIncomingDownloadsPart::processVh(const QHash<QString, QVariant> &map)
 {
     if (map.value(VhIpcKeys::reason()).toString() != Keys::addReason())

@@ -19,7 +19,6 @@ class KovIncomingDownloadsPart : public QtAbstractVhIpcPart {
 public:
     explicit KovIncomingDownloadsPart(QSharedPointer<KovDownloadsQueue> queue,
                                       QObject *parent = nullptr);
-    ~KovIncomingDownloadsPart() override;
 
     void processVh(const QHash<QString, QVariant> &map) override;
 

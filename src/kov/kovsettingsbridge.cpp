@@ -24,8 +24,6 @@ KovSettingsBridge::KovSettingsBridge(QSharedPointer<QtAppAbstractSettingsManager
         [this](const QString &source) { Q_EMIT settingsResetToDefaults(sourceForClient(source)); });
 }
 
-KovSettingsBridge::~KovSettingsBridge() = default;
-
 QString KovSettingsBridge::value(const QString &key) const { return m_settings->value(key); }
 
 QString KovSettingsBridge::defaultValue(const QString &key) const

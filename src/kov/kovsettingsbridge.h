@@ -20,7 +20,6 @@ class KovSettingsBridge : public QtAppAbstractSettingsManager {
 public:
     explicit KovSettingsBridge(QSharedPointer<QtAppAbstractSettingsManager> settings,
                                QObject *parent = nullptr);
-    ~KovSettingsBridge() override;
 
     QString value(const QString &key) const override;
     QString defaultValue(const QString &key) const override;

@@ -17,8 +17,6 @@ ConsoleMessagesReceiver::ConsoleMessagesReceiver(QObject *parent, std::FILE *inp
 {
 }
 
-ConsoleMessagesReceiver::~ConsoleMessagesReceiver() = default;
-
 void ConsoleMessagesReceiver::setFlowControl(QSharedPointer<ConsoleFlowControl> flowControl)
 {
     m_flowControl = std::move(flowControl);

@@ -31,7 +31,6 @@ public:
     };
 
     explicit ConsoleMessagesReceiver(QObject *parent = nullptr, std::FILE *input = stdin);
-    ~ConsoleMessagesReceiver() override;
 
     /// Before start(): reading waits while too much is unhandled. Without it, it never does.
     void setFlowControl(QSharedPointer<ConsoleFlowControl> flowControl);

@@ -34,8 +34,6 @@ ConsoleMessagesSender::ConsoleMessagesSender(QObject *parent, std::FILE *output)
 {
 }
 
-ConsoleMessagesSender::~ConsoleMessagesSender() = default;
-
 void ConsoleMessagesSender::setFlowControl(QSharedPointer<ConsoleFlowControl> flowControl)
 {
     m_flowControl = std::move(flowControl);

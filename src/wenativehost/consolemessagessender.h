@@ -33,7 +33,6 @@ public:
     };
 
     explicit ConsoleMessagesSender(QObject *parent = nullptr, std::FILE *output = stdout);
-    ~ConsoleMessagesSender() override;
 
     /// How long a write waits for a reader once the input has ended, in milliseconds. After that
     /// nothing is written any more.

@@ -64,8 +64,6 @@ WbeIncomingDownloadsProcessor::WbeIncomingDownloadsProcessor(
             &WbeIncomingDownloadsProcessor::onFinished);
 }
 
-WbeIncomingDownloadsProcessor::~WbeIncomingDownloadsProcessor() = default;
-
 void WbeIncomingDownloadsProcessor::process(const Downloads &downloads, Owner owner,
                                             const Callback &callback)
 {

@@ -24,7 +24,6 @@ public:
     /// The module must be up as long as this object is used.
     explicit WbeIncomingDownloadsProcessor(QSharedPointer<AppClientModule> appClientModule,
                                            QObject *parent = nullptr);
-    ~WbeIncomingDownloadsProcessor() override;
 
     /// Who sees to the downloads when this process ends before they were handed over.
     enum class Owner {

@@ -20,8 +20,6 @@ WeNativeHostAppModule::WeNativeHostAppModule(
 {
 }
 
-WeNativeHostAppModule::~WeNativeHostAppModule() = default;
-
 void WeNativeHostAppModule::initializeSelfBefore(bool init)
 {
     if (init) {

@@ -20,7 +20,6 @@ public:
                           QSharedPointer<QtAppPortableModeSupport> portableModeSupport,
                           QSharedPointer<QtAppDelayedShutdownManager> delayedShutdownManager,
                           QObject *parent = nullptr);
-    ~WeNativeHostAppModule() override;
 
 protected:
     void initializeSelfBefore(bool init) override;

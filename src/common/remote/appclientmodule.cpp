@@ -34,8 +34,6 @@ AppClientModule::AppClientModule(QSharedPointer<QtAppConfigBase> config,
 {
 }
 
-AppClientModule::~AppClientModule() = default;
-
 void AppClientModule::setHandOver(AppRemoteFrontendClientModule::HandOver handOver)
 {
     m_handOver = std::move(handOver);

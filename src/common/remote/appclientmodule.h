@@ -30,7 +30,6 @@ public:
     AppClientModule(QSharedPointer<QtAppConfigBase> config,
                     QSharedPointer<QtAppPortableModeSupport> portableModeSupport,
                     QObject *parent = nullptr, QtClock &clock = QtClock::system());
-    ~AppClientModule() override;
 
     /// See there; to be called before the module is brought up.
     void setHandOver(AppRemoteFrontendClientModule::HandOver handOver);

@@ -23,8 +23,6 @@ AppClientSettingsInitializer::AppClientSettingsInitializer(
     onVhIpcSettingsReadyStateChanged(settingsPart->isReady());
 }
 
-AppClientSettingsInitializer::~AppClientSettingsInitializer() = default;
-
 void AppClientSettingsInitializer::initializeSettings()
 {
     if (m_settingsInitialized && !m_readingFailed)

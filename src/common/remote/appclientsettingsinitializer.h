@@ -17,7 +17,6 @@ public:
         const QSharedPointer<AppRemoteFrontendClientModule> &remoteFrontendClientModule,
         QSharedPointer<QtAppAbstractSettingsManager> target,
         QSharedPointer<AppDataAccessHelper> dataAccessHelper, QObject *parent = nullptr);
-    ~AppClientSettingsInitializer() override;
 
     /// Never goes back to false.
     bool isSettingsInitialized() const { return m_settingsInitialized; }

@@ -35,8 +35,6 @@ AppRemoteFrontendClientVhIpcProcessor::AppRemoteFrontendClientVhIpcProcessor(
     addPart(VhIpcMiscTasksClient::partName(), m_miscTasksPart, false, false);
 }
 
-AppRemoteFrontendClientVhIpcProcessor::~AppRemoteFrontendClientVhIpcProcessor() = default;
-
 bool AppRemoteFrontendClientVhIpcProcessor::hasQueued() const
 {
     return m_downloadsPart->hasQueued() || m_jsonPart->hasQueued();

@@ -25,7 +25,6 @@ public:
         const QSharedPointer<RemoteIncomingDownloadsProcessor> &incomingDownloadsProcessor,
         const QSharedPointer<RemoteJsonRequestsManager> &jsonRequestsManager,
         QObject *parent = nullptr, QtClock &clock = QtClock::system());
-    ~AppRemoteFrontendClientVhIpcProcessor() override;
 
     QSharedPointer<VhIpcSettings> settingsPart() const { return m_settingsPart; }
     QSharedPointer<VhIpcMiscTasksClient> miscTasksPart() const { return m_miscTasksPart; }

@@ -10,8 +10,6 @@ RemoteIncomingDownloadsProcessor::RemoteIncomingDownloadsProcessor(
 {
 }
 
-RemoteIncomingDownloadsProcessor::~RemoteIncomingDownloadsProcessor() = default;
-
 AbstractNewDownloadsRequestJob RemoteIncomingDownloadsProcessor::createJob()
 {
     AbstractNewDownloadsRequestJob job;

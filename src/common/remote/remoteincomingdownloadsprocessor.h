@@ -14,7 +14,6 @@ class RemoteIncomingDownloadsProcessor : public AbstractIncomingDownloadsProcess
 public:
     explicit RemoteIncomingDownloadsProcessor(QSharedPointer<UniqueInt64IdGen> idGen,
                                               QObject *parent = nullptr);
-    ~RemoteIncomingDownloadsProcessor() override;
 
     /// An empty job with a fresh id.
     AbstractNewDownloadsRequestJob createJob() override;

@@ -10,8 +10,6 @@ RemoteJsonRequestsManager::RemoteJsonRequestsManager(QSharedPointer<UniqueInt64I
 {
 }
 
-RemoteJsonRequestsManager::~RemoteJsonRequestsManager() = default;
-
 qint64 RemoteJsonRequestsManager::nextId() { return m_idGen->nextId(); }
 
 void RemoteJsonRequestsManager::send(qint64 id, const QString &json, bool isRequest)

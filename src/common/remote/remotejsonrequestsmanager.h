@@ -12,7 +12,6 @@ class RemoteJsonRequestsManager : public AbstractJsonRequestsManager {
 public:
     explicit RemoteJsonRequestsManager(QSharedPointer<UniqueInt64IdGen> idGen,
                                        QObject *parent = nullptr);
-    ~RemoteJsonRequestsManager() override;
 
     qint64 nextId() override;
     void send(qint64 id, const QString &json, bool isRequest) override;

@@ -24,8 +24,6 @@ VhIpcIncomingDownloadsClient::VhIpcIncomingDownloadsClient(
             &VhIpcIncomingDownloadsClient::sendJobToServer);
 }
 
-VhIpcIncomingDownloadsClient::~VhIpcIncomingDownloadsClient() = default;
-
 QString VhIpcIncomingDownloadsClient::partName() { return Keys::partName(); }
 
 void VhIpcIncomingDownloadsClient::sendJobToServer(const AbstractNewDownloadsRequestJob &job)

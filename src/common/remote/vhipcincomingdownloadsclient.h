@@ -30,7 +30,6 @@ public:
     explicit VhIpcIncomingDownloadsClient(
         const QSharedPointer<RemoteIncomingDownloadsProcessor> &processor,
         QObject *parent = nullptr, QtClock &clock = QtClock::system());
-    ~VhIpcIncomingDownloadsClient() override;
 
     /// The name that routes messages to this part.
     static QString partName();

@@ -35,8 +35,6 @@ pmxKovBhIpcCreateDownloadsTaskProcessor::pmxKovBhIpcCreateDownloadsTaskProcessor
             &pmxKovBhIpcCreateDownloadsTaskProcessor::onFinished);
 }
 
-pmxKovBhIpcCreateDownloadsTaskProcessor::~pmxKovBhIpcCreateDownloadsTaskProcessor() = default;
-
 void pmxKovBhIpcCreateDownloadsTaskProcessor::process(std::shared_ptr<pmxKovBhIpcTask> task,
                                                       Callback callback)
 {

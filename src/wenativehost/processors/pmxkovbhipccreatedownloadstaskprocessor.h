@@ -26,7 +26,6 @@ public:
         QSharedPointer<WebExtensionSettingsManager> settingsManager,
         QSharedPointer<WbeIncomingDownloadsProcessor> incomingDownloads,
         QSharedPointer<KeyStateWatcher> keyStateWatcher);
-    ~pmxKovBhIpcCreateDownloadsTaskProcessor() override;
 
     void process(std::shared_ptr<pmxKovBhIpcTask> task, Callback callback) override;
 

@@ -17,8 +17,6 @@ pmxKovBhIpcPostSettingsTaskProcessor::pmxKovBhIpcPostSettingsTaskProcessor(
             &pmxKovBhIpcPostSettingsTaskProcessor::onStoreOutcomeChanged, Qt::QueuedConnection);
 }
 
-pmxKovBhIpcPostSettingsTaskProcessor::~pmxKovBhIpcPostSettingsTaskProcessor() = default;
-
 void pmxKovBhIpcPostSettingsTaskProcessor::process(std::shared_ptr<pmxKovBhIpcTask> task,
                                                    Callback callback)
 {

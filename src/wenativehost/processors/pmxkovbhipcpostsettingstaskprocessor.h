@@ -24,7 +24,6 @@ public:
     explicit pmxKovBhIpcPostSettingsTaskProcessor(
         QSharedPointer<WebExtensionSettingsManager> manager,
         QWeakPointer<ConsoleMessagesSender> sender = {});
-    ~pmxKovBhIpcPostSettingsTaskProcessor() override;
 
     void process(std::shared_ptr<pmxKovBhIpcTask> task, Callback callback) override;
 

@@ -14,8 +14,6 @@ pmxKovBhIpcQuerySettingsTaskProcessor::pmxKovBhIpcQuerySettingsTaskProcessor(
             &pmxKovBhIpcQuerySettingsTaskProcessor::onSettingsChanged);
 }
 
-pmxKovBhIpcQuerySettingsTaskProcessor::~pmxKovBhIpcQuerySettingsTaskProcessor() = default;
-
 void pmxKovBhIpcQuerySettingsTaskProcessor::process(std::shared_ptr<pmxKovBhIpcTask> task,
                                                     Callback callback)
 {

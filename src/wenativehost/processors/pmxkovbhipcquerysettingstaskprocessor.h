@@ -19,7 +19,6 @@ class pmxKovBhIpcQuerySettingsTaskProcessor : public pmxKovBhIpcTaskProcessor {
 public:
     pmxKovBhIpcQuerySettingsTaskProcessor(QSharedPointer<WebExtensionSettingsManager> manager,
                                           QWeakPointer<ConsoleMessagesSender> sender);
-    ~pmxKovBhIpcQuerySettingsTaskProcessor() override;
 
     void process(std::shared_ptr<pmxKovBhIpcTask> task, Callback callback) override;
     /// Answers with the options as they are.

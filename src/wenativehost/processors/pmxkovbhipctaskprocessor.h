@@ -16,8 +16,7 @@ public:
     using Callback = std::function<void(std::shared_ptr<pmxKovBhIpcTask>,
                                         std::shared_ptr<pmxKovBhIpcTaskResponse>)>;
 
-    explicit pmxKovBhIpcTaskProcessor(QObject *parent = nullptr);
-    ~pmxKovBhIpcTaskProcessor() override;
+    explicit pmxKovBhIpcTaskProcessor(QObject *parent = nullptr) : QObject(parent) { }
 
     /// Calls back once: before it returns, or later from the event loop.
     virtual void process(std::shared_ptr<pmxKovBhIpcTask> task, Callback callback) = 0;

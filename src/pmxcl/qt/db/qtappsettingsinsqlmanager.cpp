@@ -9,7 +9,6 @@
 #include "sqlfailurelog.h"
 
 #include <QSqlError>
-#include <QThread>
 
 #include <mutex>
 #include <utility>
@@ -78,23 +77,13 @@ bool QtAppSettingsInSqlManager::load()
     return true;
 }
 
-template <typename Function> void QtAppSettingsInSqlManager::onDatabaseThread(Function &&function)
-{
-    if (m_db->canBeUsedInCurrentThread() || thread() == QThread::currentThread())
-        function();
-    else
-        QMetaObject::invokeMethod(this, std::forward<Function>(function), Qt::QueuedConnection);
-}
-
 void QtAppSettingsInSqlManager::onValuesChanged(const QList<std::pair<QString, QString>> &changed,
                                                 const QString & /*source*/)
 {
-    onDatabaseThread([this, changed] {
-        const std::lock_guard locker(*m_db);
-        for (const auto &[key, value] : changed)
-            m_unstoredKeys.insert(key);
-        storePending();
-    });
+    const std::lock_guard locker(*m_db);
+    for (const auto &[key, value] : changed)
+        m_unstoredKeys.insert(key);
+    storePending();
 }
 
 void QtAppSettingsInSqlManager::onAllValuesChanged(const QString & /*source*/)
@@ -108,11 +97,9 @@ void QtAppSettingsInSqlManager::onSettingsResetToDefaults() { storeAllValues(); 
 
 void QtAppSettingsInSqlManager::storeAllValues()
 {
-    onDatabaseThread([this] {
-        const std::lock_guard locker(*m_db);
-        m_allUnstored = true;
-        storePending();
-    });
+    const std::lock_guard locker(*m_db);
+    m_allUnstored = true;
+    storePending();
 }
 
 void QtAppSettingsInSqlManager::storePending()

@@ -16,9 +16,8 @@ class QtAppSettingsSqlTable;
  * Settings in memory that are read from the database's settings table once and write every change
  * through to it.
  *
- * Any thread, when the database manager can be used by any; a change is in the table when the call
- * that made it returns. With a database manager of one thread, changes made on other threads are
- * written when this object's thread comes to it.
+ * Any thread that can use the database manager. A change is in the table when the call that made it
+ * returns.
  *
  * A database that fails costs nothing but the storing: the settings are served from memory, what
  * is wrong is logged once per file, and the next change, or storeUnstored(), stores what could not
@@ -47,8 +46,7 @@ public:
     bool isRead() const;
     /// InStep when the table was read and every change is in it; else what was in the way last.
     StoreState storeState() const;
-    /// Tries again what failed: reads the table, stores the changes. On a thread that can use the
-    /// database.
+    /// Tries again what failed: reads the table, stores the changes.
     void storeUnstored();
 
 private Q_SLOTS:
@@ -59,8 +57,6 @@ private Q_SLOTS:
 private:
     /// Makes the table if need be, and reads it. False when that fails.
     bool load();
-    /// Runs the function on a thread that can use the database: this one or, later, this object's.
-    template <typename Function> void onDatabaseThread(Function &&function);
     void storeAllValues();
     /// Writes what is not stored yet. It and what it calls run under the database's lock.
     void storePending();

@@ -1,5 +1,0 @@
-#include "pmxkovbhipctaskprocessor.h"
-
-pmxKovBhIpcTaskProcessor::pmxKovBhIpcTaskProcessor(QObject *parent) : QObject(parent) { }
-
-pmxKovBhIpcTaskProcessor::~pmxKovBhIpcTaskProcessor() = default;
