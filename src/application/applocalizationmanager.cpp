@@ -125,13 +125,11 @@ void AppLocalizationManager::unload()
 
 Qt::LayoutDirection AppLocalizationManager::layoutDirection()
 {
-    // Text and comment are those of Qt's own translations. Not as literals within the call: lupdate
-    // would take them for ours.
-    constexpr const char *text = "QT_LAYOUT_DIRECTION";
-    constexpr const char *comment =
+    // As in Qt's own translations, which serve where ours lack it.
+    const QString direction = QCoreApplication::translate(
+        "QGuiApplication", "QT_LAYOUT_DIRECTION",
         "Translate this string to the string 'LTR' in left-to-right languages or to 'RTL' in "
-        "right-to-left languages (such as Hebrew and Arabic) to get proper UI layout.";
-    const QString direction = QCoreApplication::translate("QGuiApplication", text, comment);
+        "right-to-left languages (such as Hebrew and Arabic) to get proper UI layout.");
     return direction == u"RTL" ? Qt::RightToLeft : Qt::LeftToRight;
 }
 
