@@ -1,3 +1,3 @@
-// Firefox looks for extensions that were installed for everybody (8) only in new profiles and after its
-// own updates, unless it is told to look whenever it starts.
+// By default Firefox scans for system-wide extensions (scope 8) only in new profiles and after its own
+// updates. This makes it scan at each start.
 pref("extensions.startupScanScopes", 8);

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Prints the manual page of a program, made of what the program itself says when it is asked for help.
+# Prints the manual page of a program, generated from its --help output.
 #
 #   manpage.sh PROGRAM VERSION YYYY-MM-DD PAGE
 #
-# PAGE begins with the line of the section NAME; the rest of it comes last.
+# PAGE begins with the line of the section NAME; its other sections come last.
 set -euo pipefail
 export LC_ALL=C.UTF-8
 program=$1 version=$2 date=$3 page=$4

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Packs a release build: packages for Debian, an archive that a user unpacks anywhere, and the extension
-# for the stores. The same build makes the same bytes, whoever makes them.
+# Packages a release build: Debian packages, a relocatable archive, and the extension for the stores.
+# Reproducible: the same build gives the same bytes.
 #
 #   pack.sh BUILD_FOLDER OUTPUT_FOLDER
 set -euo pipefail

@@ -2,7 +2,7 @@
 
 export function isWebAddress(url) { return /^https?:/i.test(url ?? ''); }
 
-/** In characters. No server takes such an address; pages can make up many of them. */
+/** In characters. Servers refuse longer addresses, and pages could make up many of them. */
 const longest = 16 * 1024;
 
 export function isTooLong(url) { return url.length > longest; }
@@ -19,5 +19,5 @@ export function lastSegment(url) {
     }
 }
 
-/** Where a download of the browser comes from after all redirections, as far as the browser tells. */
+/** The URL of a download after redirects, if the browser reports it. */
 export function addressOf(item) { return item.finalUrl || item.url; }

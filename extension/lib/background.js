@@ -1,6 +1,6 @@
-// How the extension's pages ask its background script.
+// Requests from the extension's pages to its background script.
 
-/** Resolves with the value asked for; rejects with the problem in words. */
+/** Resolves with the answer; rejects with an error message for the user. */
 export async function ask(request, members = {}) {
     const answer = await chrome.runtime.sendMessage({ request, ...members });
     if (answer?.problem)
@@ -8,7 +8,7 @@ export async function ask(request, members = {}) {
     return answer?.value;
 }
 
-/** Calls back with what the background script tells by itself, by the name of the message's member. */
+/** Calls back for each notification of the background script that has this member. */
 export function follow(member, callback) {
     chrome.runtime.onMessage.addListener(message => {
         if (message[member] !== undefined)

@@ -1,4 +1,4 @@
-// The cookies of a request that the browser has not made, or does not show.
+// The cookies of requests that the browser has not made, or whose headers it does not show.
 
 import { isWebAddress } from './addresses.js';
 
@@ -16,7 +16,7 @@ export async function cookiesForLink(url, documentUrl, tab, isInFrame = false) {
     return store ? headerOf(url, documentUrl, store.id, isInFrame && tab.url ? tab.url : url) : '';
 }
 
-/** The same for what the browser has just begun to download, in none of those windows. */
+/** The same for a download that has just begun, in an ordinary window. */
 export function cookiesForDownload(url, documentUrl) { return headerOf(url, documentUrl, undefined, url); }
 
 async function headerOf(url, documentUrl, storeId, topLevelUrl) {
@@ -30,7 +30,7 @@ async function headerOf(url, documentUrl, storeId, topLevelUrl) {
         .map(each => `${each.name}=${each.value}`).join('; ');
 }
 
-/** Whether a cookie is one of those that a site has under another, or has everywhere. */
+/** Whether a cookie is sent below a top-level site: unpartitioned, or in that site's partition. */
 function isInPartition({ partitionKey }, url, topLevelUrl) {
     if (!partitionKey)
         return true;

@@ -1,4 +1,4 @@
-// The chain from the browser to a file on the disk, link by link: which one is broken, and the cure.
+// Checks the chain from the browser to a file on the disk, step by step, and names the cure.
 
 import { access } from './siteaccess.js';
 import { text } from './ui.js';
@@ -92,5 +92,5 @@ export function check(facts) {
     ];
 }
 
-/** Whether a download was seen to arrive. */
+/** Whether a download has arrived. */
 export function isWorking(steps) { return steps.every(({ state }) => state === 'ok'); }

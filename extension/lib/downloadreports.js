@@ -1,15 +1,15 @@
-// Tells the host what the browser downloads by itself, whose requests are no video on a page.
+// Reports the browser's own downloads to the host, which does not treat their requests as media.
 
 import { addressOf, isTooLong, isWebAddress, withoutFragment } from './addresses.js';
 
-/** A browser may tell of a request only after it has told that the download has ended. */
+/** In milliseconds. A browser may report a request after the end of its download. */
 const requestDelay = 3000;
 
 export class DownloadReports {
     #host;
-    /** Addresses by the downloads' ids: when one ends the browser may have forgotten it. */
+    /** URLs by download id: the browser may have removed a download from its list when it ends. */
     #urls = new Map();
-    /** Timers of those that have ended and are not reported yet. */
+    /** Timers of downloads whose end is not reported yet. */
     #ending = new Map();
     #isListening = false;
 
@@ -21,7 +21,7 @@ export class DownloadReports {
 
     constructor(host) { this.#host = host; }
 
-    /** Begins or ends reporting. */
+    /** Starts or stops reporting. */
     setListening(on) {
         this.#isListening = on;
         for (const [event, listener] of this.#events) {
@@ -38,14 +38,14 @@ export class DownloadReports {
         }
     }
 
-    /** A host that was just started knows nothing. */
+    /** Reports the current state to a new host. */
     async announce() {
         for (const item of await chrome.downloads.search({ state: 'in_progress' }))
             this.#begin(item);
     }
 
     #begin(item) {
-        const address = withoutFragment(addressOf(item)); // requests are told of without one
+        const address = withoutFragment(addressOf(item)); // requests are reported without one
         if (!this.#isListening || item.state !== 'in_progress' || item.incognito
             || !isWebAddress(address) || isTooLong(address))
             return;

@@ -1,5 +1,5 @@
-// What the host found on the observed pages: for the popup to show, and to tell another host of,
-// which may be started while a page goes on playing.
+// The media that the host found on the observed pages, for the popup, and for the next host, which may
+// be started while a page is still playing.
 
 import { playlistText } from './playlists.js';
 import { SessionMap } from './sessionmap.js';
@@ -8,7 +8,7 @@ export class FoundMedia {
     #notifications;
     #pages;
     #requests;
-    /** By the pages' addresses: what the host tells of each, best first. */
+    /** The host's lists by page URL, best first. */
     #byPage = new SessionMap('media');
     /** The ids of requests whose playlists are being read. */
     #reading = new Set();
@@ -21,13 +21,13 @@ export class FoundMedia {
 
     restore() { return this.#byPage.restore(); }
 
-    /** Of the page that a tab shows, best first; undefined when that is not observed. */
+    /** The media of a tab's page, best first; undefined when the page is not observed. */
     on(tabId) {
         const page = this.#pages.get(tabId);
         return page && (this.#byPage.get(page.url) ?? []).filter(each => !each.part);
     }
 
-    /** Takes what the host tells of a page. */
+    /** Takes the host's list of a page. */
     accept({ page, media = [] }) {
         if (media.length === 0)
             this.#byPage.delete(page);
@@ -39,17 +39,17 @@ export class FoundMedia {
             this.#read(page, each);
     }
 
-    /** A host that was just started knows of none. */
+    /** Reports all lists to a new host. */
     announce() {
         for (const [page, media] of [...this.#byPage]) {
-            if (this.#pages.tabsOf(page).length === 0) // it was left while there was no host to say so
+            if (this.#pages.tabsOf(page).length === 0) // it was left while there was no host to report that
                 this.#byPage.delete(page);
             else
                 media.forEach(each => this.#notifications.mediaAgain(page, each));
         }
     }
 
-    /** With the frame that has requested it, which the host does not know. */
+    /** Adds the frame that requested it, which the host does not know. */
     #placed(page, media) {
         const known = this.#byPage.get(page)?.find(each => each.requestId === media.requestId);
         const { tabId, frameId } = this.#requests.placeOf(media.requestId) ?? known ?? {};

@@ -1,4 +1,4 @@
-// HTTP headers, as browsers give them to extensions and as the host takes them: as raw text.
+// HTTP headers: from the browsers' lists to the raw text that the host takes.
 
 import { cookiesForLink } from './cookies.js';
 import { referrerFor } from './referrer.js';
@@ -15,13 +15,12 @@ export function headerValue(headers = [], name) {
 }
 
 /**
- * What to ask for besides onSendHeaders: Chromium shows the headers on cookies and the referrer only
- * to who asks for these, too.
+ * Extra options for onSendHeaders: without "extraHeaders" Chromium hides cookies and the referrer.
  */
 export const allSentHeaders
     = ['requestHeaders', chrome.webRequest.OnSendHeadersOptions?.EXTRA_HEADERS].filter(Boolean);
 
-/** What this browser would send for something on a tab's page, had it asked the server just now. */
+/** The headers that this browser would send if it made the request now. */
 export async function assumedHeaders(url, documentUrl, tabId) {
     return headerBlock([
         { name: 'User-Agent', value: navigator.userAgent },

@@ -1,6 +1,6 @@
-// What the host refuses or cannot do, as errors that can be told in words.
+// Errors of the host, with texts for the user.
 
-/** Its message is a key of the extension's texts, into which the detail is put. */
+/** The message is a key of the extension's texts; the detail is its placeholder's value. */
 export class HostError extends Error {
     constructor(key, detail = '') {
         super(key);
@@ -8,7 +8,7 @@ export class HostError extends Error {
     }
 }
 
-/** Errors that the host names, and the texts that tell a user of them. */
+/** The host's error names and the keys of their texts. */
 const knownErrors = {
     'app_not_installed': 'problemApplicationMissing',
     'invalid_parameter': 'problemAddressRefused',
@@ -16,7 +16,7 @@ const knownErrors = {
     'no_media_found': 'problemNoMedia',
 };
 
-/** What an answer says went wrong when downloads were handed over; null when nothing did. */
+/** The error in the answer to a hand-over; null on success. */
 export function errorOf({ error, result }) {
     if (!error)
         return result === '1' || result === '0' ? null : new HostError('problemApplicationUnclear');

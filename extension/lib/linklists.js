@@ -1,11 +1,11 @@
-// The links among which the user chooses on a page of their own, as long as the browser runs.
+// The link lists of open pages for choosing links, kept as long as the browser runs.
 
 const page = 'links.html';
 const prefix = 'links.';
 const mostKept = 5;
 
 export class LinkLists {
-    /** Opens the page with the links of a tab, beside that. */
+    /** Opens the page with the links of a tab, next to that tab. */
     async open(links, { id, url, title, index, incognito }) {
         const keys = (await chrome.storage.session.getKeys?.() ?? Object.keys(await chrome.storage.session.get(null)))
             .filter(each => each.startsWith(prefix)).sort();

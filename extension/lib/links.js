@@ -1,8 +1,8 @@
-// What the addresses of a page's links tell of what is behind them, without asking a server.
+// Guesses the kind and name of a link's file from the link alone, without requests.
 
 import { lastSegment } from './addresses.js';
 
-/** Endings of names, by kind; whatever else has an ending is "other", and the rest are pages. */
+/** File extensions by kind; any other extension is "other", and links without one are pages. */
 const endings = {
     video: 'avi mkv mov mp4 m4v mpeg mpg ogv webm wmv flv 3gp ts m3u8 mpd',
     audio: 'aac aiff flac m4a mp3 oga ogg opus wav wma mid midi',
@@ -15,7 +15,7 @@ const kindByEnding = new Map(Object.entries(endings).flatMap(
     ([kind, list]) => list.split(' ').map(ending => [ending, kind])));
 const pageEndings = /^(html?|xhtml|php\d?|aspx?|jsp|cgi|do|action)$/;
 
-/** The kinds, in the order in which they are offered. */
+/** The kinds in display order. */
 export const kinds = [...Object.keys(endings), 'other', 'page'];
 
 const nameInAddress = url => lastSegment(url);
@@ -29,15 +29,15 @@ export function kindOf({ url, download }) {
     return (ending === '' || pageEndings.test(ending)) && download === null ? 'page' : 'other';
 }
 
-/** What the file will probably be called; else the text of the link, else its address. */
+/** The probable name of the file; else the text of the link, else its URL. */
 export function nameOf({ url, download, text }) {
     return download || nameInAddress(url) || text || url;
 }
 
-/** Words of links that are followed to do something, not to get something. */
+/** Words of links that trigger an action (log out, delete). */
 const acts = /\b(log ?(out|off)|sign ?(out|off)|delete|remove|unsubscribe|destroy|cancel|deactivate|disconnect|revoke|trash|abmelden|ausloggen|löschen|entfernen|déconnexion|supprimer|cerrar sesión|eliminar|esci|elimina|sair|excluir|выйти|удалить)\b/iu;
 
-/** Whether following the link may change something, so that it is not picked unless the user says so. */
+/** Whether requesting the link may have side effects, so that it is not selected by default. */
 export function seemsToAct({ url, text }) {
     const { pathname, search } = new URL(url);
     const words = decodeLoosely(pathname + search).replace(/[^\p{L}\p{N}]+/gu, ' ');

@@ -1,12 +1,12 @@
-// The lists of the options on what is left to the browser, as a user writes them and as the host
-// compares them: masks with one space between, "*" for any characters and "?" for one.
+// Parses the lists of excluded file extensions and servers into the form that the host compares: masks
+// separated by one space, with the wildcards "*" and "?".
 
 const separators = /[\s,;]+/;
 
 /**
  * @typedef {object} Understood
  * @property {string[]} masks as the host compares them, each once
- * @property {{entry: string, reason: string}[]} refused what can never match, and the key of the text why
+ * @property {{entry: string, reason: string}[]} refused entries that can never match, and the key of the reason
  */
 
 /** @returns {Understood} */
@@ -25,26 +25,26 @@ function understand(list, maskOf) {
 
 const isEverything = mask => /^[*?.]*$/.test(mask);
 
-/** Endings of names: "zip", ".zip", "*.zip" and "ZIP" are the same. */
+/** File extensions: "zip", ".zip", "*.zip" and "ZIP" are the same. */
 export function understandEndings(list) {
     return understand(list, entry => {
         const mask = entry.toLowerCase().replace(/^\*?\.+/, '');
         if (isEverything(mask))
             return { reason: 'refusedEverything' };
-        if (mask.includes('.')) // what stands after the last dot of a name is compared
+        if (mask.includes('.')) // only the text after the last dot of a name is compared
             return { reason: 'refusedInnerDot' };
         return /[\\/:"<>|]/.test(mask) ? { reason: 'refusedEnding' } : { mask };
     });
 }
 
-/** Servers: whole addresses count as the server in them, and "*.example.com" as "example.com". */
+/** Servers: of URLs only the host name is used, and "*.example.com" is the same as "example.com". */
 export function understandServers(list) {
     return understand(list, entry => {
         const host = entry.toLowerCase()
             .replace(/^[a-z][a-z0-9+.-]*:\/\//, '')
             .replace(/[/?#].*$/, '')
             .replace(/^.*@/, '');
-        if (/^\[|:.*:/.test(host)) // colons end the name of a server where it is compared
+        if (/^\[|:.*:/.test(host)) // the host compares names up to the first colon
             return { reason: 'refusedServerV6' };
         const mask = host.replace(/:\d*$/, '').replace(/^(\*\.|\.)+/, '').replace(/\.$/, '');
         if (isEverything(mask))
@@ -54,7 +54,7 @@ export function understandServers(list) {
     });
 }
 
-/** The name under which a server with other letters than Latin ones is asked; '' for none. */
+/** The ASCII form (Punycode) of an international host name; '' if it is invalid. */
 function asciiOf(host) {
     try {
         const { hostname } = new URL(`http://${host}/`);
@@ -64,7 +64,7 @@ function asciiOf(host) {
     }
 }
 
-/** Whether a server stands in a list, by itself or below another; as the host decides it. */
+/** Whether a server or a parent domain of it is in a list; the same rule as the host's. */
 export function isServerIn(masks, host) {
     return masks.some(mask => {
         const pattern = mask.replace(/[.+^${}()|[\]\\]/g, '\\$&').replace(/\*/g, '.+').replace(/\?/g, '.');

@@ -1,9 +1,9 @@
-// The entries of the context menus, with the captions that the host gives in the user's language.
+// The entries of the context menu, with the host's captions in the user's language.
 
 const webPages = ['http://*/*', 'https://*/*'];
 
 const entries = [
-    { id: 'dllink', contexts: ['link'], targetUrlPatterns: webPages }, // there is nothing to get from mailto:
+    { id: 'dllink', contexts: ['link'], targetUrlPatterns: webPages }, // not for mailto:
     { id: 'dlselected', contexts: ['selection'] },
     { id: 'dlvideo', contexts: ['video', 'audio', 'frame', 'page'] },
     { id: 'dlall', contexts: ['page', 'link', 'selection'] },
@@ -12,12 +12,12 @@ const entries = [
 const serializer = { last: Promise.resolve() };
 
 /**
- * Shows the entries that the settings allow; all of them while the settings are not known.
+ * Shows the entries that the settings allow; all of them while the settings are unknown.
  * @param {object} captions by the entries' ids
  * @param {object|undefined} allowed the settings' part on menus
  */
 export function showMenus(captions, allowed) {
-    // Two changes at once would each find the other's entries in their way.
+    // Serialized: concurrent changes would create entries twice.
     serializer.last = serializer.last.then(() => rebuild(captions, allowed));
     return serializer.last;
 }

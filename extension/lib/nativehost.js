@@ -1,4 +1,4 @@
-// The conversation with the native host: one port, tasks out, answers in.
+// The connection to the native host: one port, tasks out, answers in.
 
 import { HostError } from './hosterror.js';
 
@@ -18,15 +18,15 @@ const reasons = [
 /** Those that say no more than that it ended. */
 const saysNothing = /^$|has exited|failed to start|unexpected error/i;
 
-/** A host that is there answers within some ms. */
+/** In milliseconds. A working host answers the handshake within some ms. */
 const handshakePatience = 5000;
 
 /** Longer than the host itself waits for the application to come up. */
 const applicationPatience = 60_000;
 
 /**
- * Opens the port when it is needed and again when it broke, and matches answers with their tasks.
- * Messages that answer nothing (the host sends them with an empty id) go to onNotification.
+ * Opens the port when it is needed, reopens it when it broke, and matches answers with tasks.
+ * Notifications (messages with an empty id) go to onNotification.
  */
 export class NativeHost {
     onNotification = _message => {};
@@ -41,7 +41,7 @@ export class NativeHost {
     #retryDelay = firstRetryDelay;
     #retryTimer = 0;
 
-    /** The host's version, empty while there is no conversation. */
+    /** The host's version, empty while not connected. */
     get version() { return this.#version; }
 
     /** Resolves once the host has answered the handshake. */
@@ -50,15 +50,15 @@ export class NativeHost {
         return this.#ready;
     }
 
-    /** Sends a task and resolves with its answer. members are what the task's type asks for. */
+    /** Sends a task and resolves with its answer. members: the record of the task's type. */
     async ask(type, members = {}) {
         await this.open();
         return this.#send(type, members);
     }
 
     /**
-     * The same for a task that the host answers when the application has. Rejects when that takes too
-     * long; the answer may still come, and is given to onLate then.
+     * The same for a task that needs the application. Rejects after a timeout; a later answer is given
+     * to onLate.
      */
     askApplication(type, members, onLate = () => {}) {
         return new Promise((resolve, reject) => {
@@ -68,13 +68,13 @@ export class NativeHost {
                 reject(new HostError('problemApplicationSilent'));
             }, applicationPatience);
             this.open()
-                .then(() => (isLate ? null : this.#send(type, members))) // nobody waits for it any more
+                .then(() => (isLate ? null : this.#send(type, members))) // timed out
                 .then(answer => (isLate ? answer && onLate(answer) : resolve(answer)), reject)
                 .finally(() => clearTimeout(timer));
         });
     }
 
-    /** Sends a task whose answer says nothing. It is dropped while there is no conversation. */
+    /** Sends a task and ignores its answer. Dropped while not connected. */
     tell(type, members) {
         if (this.#version)
             this.#port.postMessage({ id: String(++this.#lastId), type, ...members });

@@ -1,10 +1,10 @@
-// Decides which tabs are observed, for the host to find the videos on their pages: all while videos
-// are looked for everywhere, else those for which the user asked. Private ones only if asked for.
+// Decides which tabs are observed for media: all while the option for it is on, else those for which the
+// user asked. Private tabs only if the user asked.
 
 import { isWebAddress } from './addresses.js';
 import { allSentHeaders } from './headers.js';
 
-/** What may fetch media. */
+/** The types of requests that may fetch media. */
 const filter = {
     urls: ['http://*/*', 'https://*/*'],
     types: ['main_frame', 'sub_frame', 'xmlhttprequest', 'media', 'object', 'other'],
@@ -20,7 +20,7 @@ export class Observer {
     #listening = false;
     /** The ids of private tabs. */
     #private = new Set();
-    /** What the browser tells is worked through in its order, though some of it takes time. */
+    /** Events are handled in order, though handling some of them is asynchronous. */
     #last = Promise.resolve();
     #events;
 
@@ -47,7 +47,7 @@ export class Observer {
         this.#events.push([tabs.onRemoved, tabId => this.#inOrder(() => this.#onTabRemoved(tabId))]);
     }
 
-    /** To be called at once when the script starts: the browser may have started it for an event. */
+    /** To be called synchronously at the start: the browser may have started the script for an event. */
     listen() {
         this.#setListening(true);
         this.#inOrder(async () => {
@@ -56,7 +56,7 @@ export class Observer {
         });
     }
 
-    /** Begins or ends observing the tabs for which the user did not ask. */
+    /** Starts or stops observing the tabs for which the user did not ask. */
     observeEverywhere(on) {
         return this.#inOrder(async () => {
             if (on === this.#everywhere)
@@ -78,7 +78,7 @@ export class Observer {
         });
     }
 
-    /** The user asked for a tab. Resolves once it is observed, if it shows a page of the web. */
+    /** Observes a tab for which the user asked. Resolves once it is observed, if it shows a web page. */
     observe(tabId) {
         return this.#inOrder(async () => {
             const { url } = await chrome.tabs.get(tabId);
@@ -90,7 +90,7 @@ export class Observer {
         });
     }
 
-    /** A host that was just started knows nothing. */
+    /** Reports everything to a new host. */
     announce() {
         return this.#inOrder(() => {
             this.#notifications.wantMedia();

@@ -1,21 +1,21 @@
-// What became of each download that was handed over, or was to be: the one place that tells.
+// The outcomes of hand-overs, for the popup, the button and the notifications.
 
 import { HostError } from './hosterror.js';
 
 const kept = 'outcomes';
 const mostKept = 20;
 
-/** Where a file is afterwards. */
+/** Where the file ended up. */
 export const place = {
     application: 'application',
     browser: 'browser',
     /** Complete in the browser before the application took it. */
     both: 'both',
-    /** The application was asked and never answered; the browser has it. */
+    /** The application did not answer; the browser has it. */
     unclear: 'unclear',
     /** The user declined it. */
     nowhere: 'nowhere',
-    /** It could not be had. */
+    /** It failed. */
     lost: 'lost',
 };
 
@@ -24,20 +24,20 @@ export const place = {
  * @property {string} id
  * @property {string} name of the file
  * @property {string} state one of the places
- * @property {string} reason what went wrong, the key of a text or the application's words; '' for nothing
- * @property {string} detail what is put into that text
+ * @property {string} reason the error, a key of a text or the application's text; '' for none
+ * @property {string} detail the value of that text's placeholder
  * @property {number} time in milliseconds since 1970
  */
 
 export class Outcomes {
-    /** Called with the new outcome, and with the error that tells of it; null when all is as wished. */
+    /** Called with the new outcome and its error, null on success. */
     onTold = (_outcome, _error) => {};
     /** Called with the whole list when it changed. */
     onListed = _outcomes => {};
 
     #last = Promise.resolve();
 
-    /** @param {Error|null} error what kept the file from where the user wanted it */
+    /** @param {Error|null} error why the file is not where the user wanted it */
     tell(name, state, error = null) {
         const told = error ?? this.#word(name, state);
         const outcome = {
@@ -55,7 +55,7 @@ export class Outcomes {
     /** The latest last. @returns {Promise<Outcome[]>} */
     async list() { return (await chrome.storage.session.get(kept))[kept] ?? []; }
 
-    /** The user has seen it. */
+    /** Removes an outcome that the user has seen. */
     dismiss(id) { return this.#change(all => all.filter(each => each.id !== id)); }
 
     #word(name, state) {
@@ -67,7 +67,7 @@ export class Outcomes {
         return words[state] ? new HostError(words[state], name) : null;
     }
 
-    /** One at a time, or one would undo the other. */
+    /** Serialized: read, change and write must not interleave. */
     #change(changed) {
         this.#last = this.#last.then(async () => {
             await chrome.storage.session.set({ [kept]: changed(await this.list()) });

@@ -1,4 +1,4 @@
-// What became of a download, in the words of a list: see outcomes.js.
+// The texts for outcomes (outcomes.js).
 
 import { text } from './ui.js';
 

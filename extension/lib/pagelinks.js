@@ -6,16 +6,16 @@ import { policyIn } from './referrer.js';
  * @typedef {object} Link
  * @property {string} url
  * @property {string} documentUrl the page, or the frame of it, where the link is
- * @property {string} policy what that or the link itself says of referrers; '' when nothing
+ * @property {string} policy the referrer policy of that page or of the link; '' for none
  * @property {number} frameId 0 for the page itself
- * @property {string} text what the page calls it
- * @property {string|null} download the name that the page gives it; null where it has not that attribute
+ * @property {string} text the link's text
+ * @property {string|null} download the value of the attribute; null without it
  */
 
 /**
  * @param {number} tabId
  * @param {{frameId?: number, selectedOnly?: boolean}} where one frame of the page, or all of it
- * @returns {Promise<Link[]>} each address once; none of a page that the browser keeps to itself
+ * @returns {Promise<Link[]>} each URL once; none for pages that extensions cannot access
  */
 export async function pageLinks(tabId, { frameId, selectedOnly = false } = {}) {
     const target = { tabId };
@@ -40,13 +40,13 @@ export async function pageLinks(tabId, { frameId, selectedOnly = false } = {}) {
     return [...new Map(links.reverse().map(each => [each.url, each])).values()].reverse();
 }
 
-/** One link of a page, by its address. It may be gone from there meanwhile. */
+/** The link with this URL in a page, from which it may have been removed meanwhile. */
 export async function pageLink(tabId, url, frameId, documentUrl) {
     const found = (await pageLinks(tabId, { frameId })).find(each => each.url === url);
     return found ?? { url, documentUrl, policy: '', frameId, text: '', download: null };
 }
 
-/** Runs in the page, so it can use nothing from here. */
+/** Runs in the page, so it must be self-contained. */
 function linksHere(selectedOnly) {
     const selection = document.getSelection();
     const links = [...document.links]

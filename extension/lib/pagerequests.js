@@ -1,11 +1,11 @@
-// The requests of observed pages, as the host is told of them.
+// Reports the requests of observed pages to the host.
 
 import { isTooLong, withoutFragment } from './addresses.js';
 import { headerBlock } from './headers.js';
 
 const mostRequests = 1000;
 
-/** How the browsers call it when a player has enough of an answer, which says nothing against it. */
+/** The browsers' errors when a player stops reading a response early, which is normal. */
 const brokenOff = new Set([
     'net::ERR_ABORTED', 'net::ERR_FAILED', 'NS_BINDING_ABORTED', 'NS_ERROR_PARSED_DATA_CACHED',
 ]);
@@ -13,9 +13,9 @@ const brokenOff = new Set([
 export class PageRequests {
     #notifications;
     #pages;
-    /** The latest, by their ids, and whether they are under way: no texts but the addresses. */
+    /** The latest requests by id: URLs, and whether they are pending. */
     #requests = new Map();
-    /** Addresses whose next requests are not told of. */
+    /** URLs whose next requests are not reported. */
     #hidden = new Set();
 
     constructor(notifications, pages) {
@@ -23,10 +23,10 @@ export class PageRequests {
         this.#pages = pages;
     }
 
-    /** Where a request was made; undefined when that is not known any more. */
+    /** The place of a request; undefined when it was forgotten. */
     placeOf(requestId) { return this.#requests.get(requestId); }
 
-    /** Passes over what is asked of an address while something is done that asks it. */
+    /** Hides the requests for a URL while an action runs that makes them. */
     async hiding(url, work) {
         this.#hidden.add(url);
         try {
@@ -38,7 +38,7 @@ export class PageRequests {
 
     forgetAll() { this.#requests.clear(); }
 
-    /** This comes for what the browser has in its cache, too, and after each redirect. */
+    /** Also fired for cached responses, and after each redirect. */
     onRequest(details) {
         const { requestId, tabId, frameId, type, url, method, requestHeaders } = details;
         const address = withoutFragment(url);
@@ -49,7 +49,7 @@ export class PageRequests {
             tabId,
             frameId,
             url: address,
-            // What is opened in a tab of its own is requested while that shows another page.
+            // A main frame is requested while the tab still shows the previous page.
             pageUrl: type === 'main_frame' ? address : this.#pages.urlAt(details),
             hasAnswer: false,
             isUnderWay: true,

@@ -1,21 +1,20 @@
-// The pages that are observed, by their tabs.
+// The observed pages by tab.
 
 import { isWebAddress, isTooLong, withoutFragment } from './addresses.js';
 import { SessionMap } from './sessionmap.js';
 
-/** Of a page that has more than these rendered ahead, the first are forgotten. */
+/** The limit of prerendered pages per tab; the oldest are dropped. */
 const mostAhead = 20;
 
 /**
  * @typedef {object} Page
- * @property {string} url without fragment; '' when it is none of the web
+ * @property {string} url without fragment; '' unless http(s)
  * @property {boolean} asked whether the user asked for this tab
- * @property {object} ahead the addresses of pages that the browser renders before the user goes
- *     there, by the ids of their frames
+ * @property {object} ahead the URLs of prerendered pages, by the ids of their frames
  */
 
 export class Pages {
-    /** Called with a tab's id when it shows another page, or is observed no more. */
+    /** Called with a tab's id when it shows another page, or is no longer observed. */
     onChanged = _tabId => {};
 
     #notifications;
@@ -29,14 +28,14 @@ export class Pages {
     /** @returns {Page|undefined} */
     get(tabId) { return this.#byTab.get(tabId); }
     [Symbol.iterator]() { return this.#byTab[Symbol.iterator](); }
-    /** The ids of the tabs that show a page, or have it ready. */
+    /** The ids of the tabs that show a page, or have it prerendered. */
     tabsOf(url) {
         return [...this.#byTab]
             .filter(([, page]) => page.url === url || Object.values(page.ahead).includes(url))
             .map(([tabId]) => tabId);
     }
 
-    /** Begins to observe a tab. */
+    /** Starts to observe a tab. */
     begin(tabId, address = '') {
         const url = pageUrlOf(address);
         if (this.#byTab.get(tabId)?.url)
@@ -56,7 +55,7 @@ export class Pages {
             this.onChanged(tabId);
     }
 
-    /** A host that was just started knows of none. */
+    /** Reports all pages to a new host. */
     announce() {
         for (const [, { url }] of this.#byTab) {
             if (url)
@@ -98,7 +97,7 @@ export class Pages {
     }
 }
 
-/** How a page is called; '' for one that is none of the web. */
+/** The page's URL without fragment; '' unless http(s). */
 function pageUrlOf(address) {
     return isWebAddress(address) && !isTooLong(address) ? withoutFragment(address) : '';
 }

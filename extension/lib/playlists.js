@@ -1,9 +1,9 @@
-// The text of a playlist that a page has fetched. A browser does not show an extension what a page
-// is answered, but the page can have it again, usually without asking the server.
+// The text of a playlist that a page has fetched. Extensions do not see response bodies, but a script in
+// the page can fetch it again, usually from the cache.
 
 const longest = 1024 * 1024;
 
-/** In milliseconds. Until a playlist is read, what the page asks of its address is passed over. */
+/** In milliseconds. While a playlist is read, the page's requests for its URL are ignored. */
 const patience = 10_000;
 
 /** Resolves with '' when it cannot be fetched. */
@@ -22,7 +22,7 @@ export async function playlistText({ tabId, frameId, url }) {
     }
 }
 
-/** Runs in the page, so it can use nothing from here. */
+/** Runs in the page, so it must be self-contained. */
 async function fetchHere(url, most) {
     const response = await fetch(url, { cache: 'force-cache' }).catch(() => null);
     return response?.ok ? (await response.text()).slice(0, most) : '';

@@ -1,11 +1,11 @@
-// The referrer of what the user picks from a page: what the page would have the browser send.
+// The referrer of picked links, by the page's referrer policy.
 // https://www.w3.org/TR/referrer-policy/
 
 import { isWebAddress, withoutFragment } from './addresses.js';
 
 const usual = 'strict-origin-when-cross-origin';
 
-/** How much a policy sends: to the same origin, to another, and from https: to http:. */
+/** What each policy sends: to the same origin, cross-origin, and on a downgrade to http. */
 const policies = {
     'no-referrer': ['', '', ''],
     'no-referrer-when-downgrade': ['url', 'url', ''],
@@ -24,12 +24,12 @@ const policies = {
 
 const isPolicy = name => Object.hasOwn(policies, name);
 
-/** The policy that a header's list, a <meta> or an attribute means: the last that is known; '' for none. */
+/** The policy in a header's list, a <meta> or an attribute: the last known one; '' for none. */
 export function policyIn(text) {
     return text.toLowerCase().split(',').map(each => each.trim()).findLast(isPolicy) ?? '';
 }
 
-/** @param {string} policy as policyIn() tells; the usual one if none */
+/** @param {string} policy from policyIn(); the default one if empty */
 export function referrerFor(url, documentUrl, policy = '') {
     if (!isWebAddress(documentUrl))
         return '';
@@ -47,7 +47,7 @@ export function referrerFor(url, documentUrl, policy = '') {
 const kept = 'referrerPolicies';
 const mostKept = 200;
 
-/** The policies that pages were delivered with, which nothing in a page tells. */
+/** The policies in the pages' response headers, which scripts in a page cannot read. */
 export class ReferrerPolicies {
     #byUrl = new Map();
     #restored = null;

@@ -1,11 +1,11 @@
-// Tells the host what pages request, and which pages the tabs show.
+// Sends network_request_notification tasks: the pages' requests, and the pages that tabs show.
 
 export class RequestNotifications {
     #host;
 
     constructor(host) { this.#host = host; }
 
-    /** From now on the host tells what it finds. */
+    /** Asks the host to report the media that it finds. */
     wantMedia() { this.#tell('media_wanted', {}); }
 
     tabNavigated(srcTabUrl, url) { this.#tell('tab_navigated', { srcTabUrl, data: url }); }
@@ -13,16 +13,16 @@ export class RequestNotifications {
     tabClosed(srcTabUrl) { this.#tell('tab_closed', { srcTabUrl }); }
 
     /**
-     * What happened to a request.
+     * Reports an event of a request.
      * @param {'request'|'redirect'|'response'|'playlist'|'part'|'completed'|'failed'} type
      * @param {{requestId: string, url: string, pageUrl: string}} request
-     * @param {object} members what belongs to the type
+     * @param {object} members further members of that type
      */
     requestTold(type, { requestId, url, pageUrl }, members = {}) {
         this.#tell(type, { requestId, url, srcTabUrl: pageUrl, ...members });
     }
 
-    /** Tells a host that was just started of media that another one had found. */
+    /** Reports media to a new host that a previous host had found. */
     mediaAgain(pageUrl, { requestId, url, originalUrl, method, requestHeaders, status, responseHeaders, part }) {
         const request = { requestId, url: originalUrl, pageUrl };
         this.requestTold('request', request, { requestHeaders, data: method });

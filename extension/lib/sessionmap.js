@@ -1,13 +1,13 @@
-// A Map that a script which is started anew finds again, as long as the browser runs.
+// A Map that survives restarts of the background script, as long as the browser runs.
 
-/** In milliseconds. Changes come in groups; those of one are stored at once. */
+/** In milliseconds. Changes within this time are stored together. */
 const saveDelay = 200;
 
 export class SessionMap extends Map {
     #key;
     #isSaving = false;
 
-    /** @param {string} key its name in the store */
+    /** @param {string} key its key in chrome.storage.session */
     constructor(key) {
         super();
         this.#key = key;
@@ -38,7 +38,7 @@ export class SessionMap extends Map {
         this.#isSaving = true;
         setTimeout(() => {
             this.#isSaving = false;
-            // Where there is no room for it, a script that is started anew has to look again.
+            // Without storage space, a restarted script begins with an older state.
             chrome.storage.session.set({ [this.#key]: [...this] }).catch(() => {});
         }, saveDelay);
     }

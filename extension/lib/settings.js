@@ -1,5 +1,5 @@
-// The options. Those on what is caught belong to the application, which tells of its changes and is
-// told of the user's. The others only this extension has: it keeps them, and tells each new host.
+// The options of the host's settings record. Those on capturing belong to the application and are synced
+// with it. The others belong to this extension, which stores them and posts them to each new host.
 
 import { HostError } from './hosterror.js';
 
@@ -9,26 +9,26 @@ const isOwn = path => /^(menu|monitor\.video)\./.test(path);
 export class Settings {
     /** The record of all options, null until the host has answered. */
     current = null;
-    /** What keeps the host from storing the options: 'busy', 'failure', or '' when nothing does. */
+    /** Why the host cannot store the options: 'busy', 'failure', or '' when it can. */
     store = '';
     onChanged = _settings => {};
-    /** The host has told the record, asked or not. */
+    /** Called whenever the host has sent the record. */
     onTold = () => {};
     onStoreChanged = _store => {};
 
     #host;
-    /** The extension's own options that were changed, by their paths. */
+    /** The extension's own options that the user changed, by path. */
     #own = {};
     #restored = null;
-    /** Counts what the host told. */
+    /** Counts the records that the host has sent. */
     #told = 0;
     #lastChange = Promise.resolve();
 
     constructor(host) { this.#host = host; }
 
     /**
-     * What the user changed of the extension's own options: the record's "browser" with nothing else
-     * in it. It holds before the application has answered, too.
+     * The extension's own options that the user changed, as the record's "browser" with nothing else in
+     * it. Available before the application has answered.
      */
     async own() {
         await this.#restore();
@@ -43,14 +43,14 @@ export class Settings {
             await this.change({});
     }
 
-    /** Takes the record of an answer, or of a message that the host sent by itself. */
+    /** Takes the record of an answer or a notification. */
     accept(message) {
         ++this.#told;
         this.#hold(message.settings);
         this.onTold();
     }
 
-    /** Takes a message of the host on whether it can store the options. */
+    /** Takes a notification on whether the host can store the options. */
     acceptStore({ error }) {
         this.store = error;
         this.onStoreChanged(error);
@@ -78,7 +78,7 @@ export class Settings {
     }
 
     async #post(changes) {
-        await this.#restore(); // or what is stored now would replace what was stored before
+        await this.#restore(); // first, or the stored options would be overwritten
         const unknown = this.current && Object.keys(changes).find(path => valueAt(this.current.browser, path) === undefined);
         if (unknown)
             throw new HostError('problemOptionUnknown', unknown);
@@ -93,12 +93,12 @@ export class Settings {
             if (!this.current)
                 throw new HostError('optionsWaiting');
             told = this.#told;
-            // The host takes defaults for what a record leaves out, so it gets the whole.
+            // The host takes defaults for missing members, so it gets the whole record.
             settings = changed(this.current, { ...this.#own, ...changes });
             const answer = await this.#host.ask('post_settings', { post_settings: settings });
             if (answer.error)
                 throw new HostError('problemOptionsRefused', answer.error);
-            // What the host told before this answer was undone by what it read then.
+            // A change that the host sent before this answer was overwritten by this post.
         } while (told !== this.#told);
         this.#hold(settings);
     }

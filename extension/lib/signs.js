@@ -1,5 +1,4 @@
-// The signs of what became of a download, where the user looks: the button, and the browser's
-// notifications, as the options say.
+// Shows the outcome of downloads on the button's badge and as notifications, by the options.
 
 import { place } from './outcomes.js';
 import { inWords } from './status.js';
@@ -24,7 +23,7 @@ export class Signs {
         });
     }
 
-    /** @param {import('./outcomes.js').Outcome} outcome with the error that tells of it, if any */
+    /** @param {import('./outcomes.js').Outcome} outcome with its error, if any */
     async show(outcome, error) {
         const preferences = await this.#preferences.all();
         const isSuccess = !error && outcome.state === place.application;

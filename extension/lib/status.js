@@ -1,4 +1,4 @@
-// What works and what does not, in words: shown by the popup, and by a mark on the button.
+// The connection's status and the last error, shown in the popup and as the button's badge.
 
 import { HostError } from './hosterror.js';
 import { access } from './siteaccess.js';
@@ -12,7 +12,7 @@ const marks = {
 const successShown = 4000;
 
 export class Status {
-    /** What is wrong with the host, and with what was done last. */
+    /** The error of the host, and of the last action. */
     #hostError = null;
     #error = null;
     #version = '';
@@ -39,13 +39,13 @@ export class Status {
         this.#show();
     }
 
-    /** Something the user asked for could not be done. */
+    /** The user's last action failed. */
     failed(error) {
         this.#error = error;
         this.#show();
     }
 
-    /** What the user asked for was done, so whatever was wrong is no longer. */
+    /** The user's last action succeeded, so earlier errors are cleared. */
     succeeded() { this.failed(null); }
 
     /** Shows for some seconds that a download was handed over. */
@@ -80,7 +80,7 @@ export class Status {
     }
 }
 
-/** The text of an error whose message is a key of the extension's texts; else the message itself. */
+/** The text for an error, whose message is a key of the extension's texts, or else the text itself. */
 export function inWords(error) {
     return chrome.i18n.getMessage(error.message, error.detail).trim() || error.message;
 }

@@ -1,13 +1,13 @@
-// What the extension's pages share: texts in the user's language, elements, and values in words.
+// Helpers of the extension's pages: localized texts, elements, formatted values.
 
 export const text = chrome.i18n.getMessage;
 
-/** The language in which the texts really are, which may be another than the browser's own. */
+/** The language of the texts, which may differ from the browser's. */
 const language = text('language');
 
 /**
- * Puts the texts into a page: data-text is an element's text, data-label its accessible name and
- * tooltip, data-hint the placeholder of a field.
+ * Localizes a page: data-text is an element's text, data-label its accessible name and tooltip,
+ * data-hint the placeholder of a field.
  */
 export function localize(title) {
     document.documentElement.lang = language;
@@ -26,7 +26,7 @@ export function localize(title) {
 export const element = id => document.getElementById(id);
 
 /**
- * Makes an element. Members that the element has not got as properties become attributes.
+ * Creates an element. Members that are not properties of the element become attributes.
  * @param {string} name with its classes: "button.main"
  */
 export function make(name, members = {}, ...children) {
@@ -47,7 +47,7 @@ export function make(name, members = {}, ...children) {
 
 const units = ['byte', 'kilobyte', 'megabyte', 'gigabyte', 'terabyte'];
 
-/** A size in the unit that suits it, as browsers count: 1 KB is 1,024 bytes. '' when not known. */
+/** A size in a suitable unit (as in browsers, 1 KB is 1,024 bytes); '' when unknown. */
 export function sizeInWords(bytes) {
     if (!(bytes >= 0))
         return '';

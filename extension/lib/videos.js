@@ -1,23 +1,23 @@
-// Asks the host for the video or the sound that the user means.
+// Downloads the video or audio that the user chose, through the host.
 
 import { isWebAddress, withoutFragment } from './addresses.js';
 import { assumedHeaders } from './headers.js';
 import { HostError, errorOf } from './hosterror.js';
 
 export class Videos {
-    /** Called with what went wrong, and with null when the application has been asked. */
+    /** Called with the error, or null once the application has been asked. */
     onOutcome = _error => {};
 
     #host;
 
     constructor(host) { this.#host = host; }
 
-    /** What was clicked in a page: an element that plays something, else a frame, else the page. */
+    /** For the context menu: the clicked media element, else the frame, else the page. */
     async pick(info, tab) {
         const pageUrl = withoutFragment(tab.url ?? info.pageUrl);
         const frameUrl = info.frameId ? withoutFragment(info.frameUrl ?? '') : '';
         const task = { webPageUrl: pageUrl, srcTabUrl: pageUrl, frameUrl };
-        // Players that put a video together from pieces give it an address of their own.
+        // Media Source Extensions: the element's blob: URL is not the video's.
         if (isWebAddress(info.srcUrl)) {
             task.url = withoutFragment(info.srcUrl);
             task.requestHeaders = await assumedHeaders(task.url, frameUrl || pageUrl, tab.id);
@@ -26,8 +26,8 @@ export class Videos {
     }
 
     /**
-     * One of what was found on a page; undefined when the page has been left meanwhile. All that is
-     * known of it is named, since the host may have forgotten it.
+     * For an entry of the page's list; undefined when the page was left meanwhile. All known members are
+     * sent, since the host may have forgotten the entry.
      */
     async download(media, pageUrl) {
         if (!media) {

@@ -25,7 +25,7 @@ constexpr int httpVersionNotSupported = 505;
 constexpr int lastServerError = 599;
 
 constexpr qint64 millisecondsPerSecond = 1000;
-/// Longer than a server can keep us waiting.
+/// The longest wait that a server can ask for (Retry-After).
 constexpr qint64 longestRetryAfterMs = 3600 * millisecondsPerSecond;
 
 /// Decimal digits and nothing else; -1 for anything else, and for what does not fit.
@@ -44,7 +44,7 @@ qint64 retryAfter(const QNetworkReply &reply)
     if (const qint64 seconds = toLength(value); seconds >= 0)
         return std::min(seconds, longestRetryAfterMs / millisecondsPerSecond)
             * millisecondsPerSecond;
-    // By the server's own clock: ours may be wrong.
+    // Relative to the Date header, since the local clock may be wrong.
     const QDateTime now = toHttpDate(reply.rawHeader("Date").trimmed());
     const QDateTime then = toHttpDate(value);
     return now.isValid() && then.isValid()
@@ -95,19 +95,19 @@ bool isHtml(const QByteArray &contentType)
     return contentType == "text/html" || contentType == "application/xhtml+xml";
 }
 
-/// Whether the name promises something else than a web page.
+/// Whether the file extension says that the file is no web page.
 bool promisesFile(const QString &name)
 {
     static const QStringList pages{u"htm"_qs, u"html"_qs, u"xhtml"_qs, u"shtml"_qs,
                                    u"xht"_qs, u"php"_qs,  u"asp"_qs,   u"aspx"_qs,
                                    u"jsp"_qs, u"cgi"_qs,  u"mht"_qs,   u"mhtml"_qs};
-    // Not every dot begins the ending of a file: "release-2.10".
+    // Not every dot begins a file extension: "release-2.10".
     const QString ending = QFileInfo(name).suffix().toLower();
     return std::any_of(ending.cbegin(), ending.cend(), [](QChar c) { return c.isLetter(); })
         && !pages.contains(ending);
 }
 
-/// A compressed file that the server calls an encoding of something else, as many do.
+/// A compressed file that the server declares as a Content-Encoding, a common misconfiguration.
 bool isCompressedFile(const KovAnswer &answer)
 {
     static const QByteArrayList types{"application/gzip", "application/x-gzip",

@@ -9,24 +9,24 @@
 
 class QNetworkReply;
 
-/// Why an attempt came to nothing, and what to do about it.
+/// Why an attempt failed, and whether to retry.
 struct KovFailure {
     enum class Kind {
         None,
-        /// May pass by itself: a timeout, a broken connection, a busy server.
+        /// Transient: a timeout, a broken connection, a busy server.
         Passing,
-        /// Will be the same next time.
+        /// Permanent: a retry would fail, too.
         Lasting,
         /// The file does not fit on the disk.
         NoRoom,
-        /// Nothing fits on the disk any more.
+        /// The disk is full.
         DiskFull,
     };
 
     Kind kind = Kind::None;
     /// Free of control characters.
     QString text = {};
-    /// How long the server asks to be left alone; -1 if it does not.
+    /// The server's Retry-After; -1 if it sent none.
     qint64 retryAfterMs = -1;
 
     explicit operator bool() const { return kind != Kind::None; }

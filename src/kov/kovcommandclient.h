@@ -14,11 +14,11 @@ class KovCommandClientPart;
 class QtAbstractSocketVhIpc;
 class QtLocalSocket;
 
-/// Has the running application carry out command lines, one after another.
+/// Sends command lines to the running application, one after another.
 class KovCommandClient : public QObject {
     Q_OBJECT
 public:
-    /// For an application that does not answer.
+    /// The timeout for an application that does not answer.
     static constexpr int answerWithinMs = 30'000;
 
     explicit KovCommandClient(QObject *parent = nullptr, QtClock &clock = QtClock::system());
@@ -28,7 +28,7 @@ public:
     void run(const QString &serverName, const QStringList &words);
 
 Q_SIGNALS:
-    /// Once after each run(). As KovCommandResult; a failure to reach the application is one, too.
+    /// Once after each run(), see KovCommandResult; also when the application cannot be reached.
     void finished(int exitCode, const QString &output);
     /// Instead, when the application does not run.
     void notRunning();

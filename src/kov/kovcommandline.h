@@ -3,24 +3,24 @@
 #include <QString>
 #include <QStringList>
 
-/// What a command line asks for.
+/// A parsed command line.
 struct KovCommandLine {
     enum class Action {
         /// Print "output" and exit with "exitCode".
         Print,
         /// Be the service.
         Serve,
-        /// Have the service carry out "words", and print what it answers.
+        /// Send "words" to the service, and print its answer.
         Ask,
-        /// Show the downloads, which "words" ask for, in one of the ways below.
+        /// Show the downloads, which "words" query, in one of the formats below.
         ShowJobs,
-        /// Open the path that the service answers.
+        /// Open the path in the service's answer.
         Open,
         /// Open the folder of that path.
         OpenFolder,
     };
 
-    /// What kov exits with: a command that was not carried out, and one that makes no sense.
+    /// Exit codes: for a command that failed, and for wrong usage.
     static constexpr int failureExitCode = 1;
     static constexpr int usageErrorExitCode = 2;
 
@@ -33,6 +33,6 @@ struct KovCommandLine {
     bool asJson = false;
     bool watches = false;
 
-    /// The arguments without the name of the program.
+    /// The arguments without the program's name.
     static KovCommandLine parse(const QStringList &arguments);
 };

@@ -10,12 +10,12 @@
 
 #include <memory>
 
-/// Carries out one command line at the terminal: asks the service, which it starts when need be,
-/// and shows what that answers.
+/// Runs one command line at the terminal: sends it to the service, which is started if necessary,
+/// and prints the answer.
 class KovCommandRun : public QObject {
     Q_OBJECT
 public:
-    /// For a service that was just started.
+    /// The timeout for a service that was just started.
     static constexpr int serviceStartsWithinMs = 10'000;
 
     KovCommandRun(KovCommandLine line, QString serverName, QObject *parent = nullptr,
@@ -24,7 +24,7 @@ public:
 
     void start();
 
-    /// Lines for the standard output, or after a failure for the standard error. Returns the code.
+    /// Prints lines to stdout, or after a failure to stderr. Returns the exit code.
     static int print(int exitCode, const QString &output);
 
 Q_SIGNALS:
@@ -46,6 +46,6 @@ private:
     const std::unique_ptr<QtSingleShotTimer> m_timer;
     bool m_serviceStarted = false;
     qint64 m_startedAtMs = 0;
-    /// What stands on the terminal and is to be replaced.
+    /// The lines on the terminal that the next ones replace.
     QString m_shown;
 };

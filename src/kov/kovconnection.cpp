@@ -22,7 +22,7 @@
 
 namespace {
 
-/// The clients follow these settings: they are told of everything, and what they change is taken.
+/// Clients are sent all changes, and their own changes are accepted.
 constexpr quint32 settingsFlags = VhIpcSettings::ApplyChanged | VhIpcSettings::ApplyReset
     | VhIpcSettings::SendChanged | VhIpcSettings::SendAllOnAllValuesChanged
     | VhIpcSettings::SendReset;

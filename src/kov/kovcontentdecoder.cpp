@@ -9,7 +9,7 @@
 
 namespace {
 
-// See inflateInit2() in zlib.h: which header to expect is added to the size of the window.
+// See inflateInit2() in zlib.h: the format is encoded in the window size.
 constexpr int gzipHeader = 16 + MAX_WBITS;
 constexpr int zlibHeader = MAX_WBITS;
 constexpr int noHeader = -MAX_WBITS;

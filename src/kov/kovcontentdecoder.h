@@ -7,21 +7,21 @@
 
 struct z_stream_s;
 
-/// Undoes what a server has done to a file on the way although nobody asked for it (RFC 9110,
-/// 8.4.1): "gzip" and "deflate", the latter also without its header, as some send it.
+/// Decodes a Content-Encoding that was not requested (RFC 9110, 8.4.1): "gzip" and "deflate", the
+/// latter also without the zlib header, as some servers send it.
 class KovContentDecoder {
 public:
-    /// Takes decoded bytes; false when they cannot be kept.
+    /// Receives decoded bytes; returns false when they cannot be written.
     using Sink = std::function<bool(const char *bytes, qint64 size)>;
 
-    /// Null for an encoding that is not known.
+    /// Null for an unknown encoding.
     static std::unique_ptr<KovContentDecoder> create(const QByteArray &encoding);
     ~KovContentDecoder();
     Q_DISABLE_COPY_MOVE(KovContentDecoder)
 
     enum class Result { Ok, Broken, NotKept };
     Result decode(const char *bytes, qint64 size, const Sink &sink);
-    /// Whether what was decoded is whole.
+    /// Whether the end of the compressed data was reached.
     bool isAtEnd() const { return m_atEnd; }
 
 private:

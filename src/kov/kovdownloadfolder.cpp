@@ -40,7 +40,7 @@ std::unique_ptr<KovPartialFile> KovDownloadFolder::createFile(const QString &nam
     for (;;) {
         const QString path = nextFreePath(name, m_partialEnding);
         auto file = KovPartialFile::create(path, error);
-        // Somebody else may have made that file at this very moment.
+        // Another process may have created that file just now.
         if (file || !exists(path))
             return file;
     }

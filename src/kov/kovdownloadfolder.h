@@ -7,10 +7,10 @@
 
 class KovPartialFile;
 
-/// Where downloads go: gives each partial file, and each finished one, a name of its own.
+/// The download folder: chooses unused names for partial and finished files.
 class KovDownloadFolder {
 public:
-    /// The folder is made when the first file is. An empty suffix makes partial files bear their
+    /// The folder is created with the first file. With an empty suffix partial files have their
     /// final names.
     KovDownloadFolder(QString path, QString partialSuffix);
 
@@ -20,24 +20,24 @@ public:
     /// An empty partial file for a safe name (see KovFileName), numbered where there is one
     /// already. Null on failure, with the reason in "error".
     std::unique_ptr<KovPartialFile> createFile(const QString &name, QString &error);
-    /// Where a file of this name would go if nothing were in its way.
+    /// The path for this name, whether or not it is taken.
     QString finalPath(const QString &name) const { return m_path + u'/' + name; }
-    /// Whether the name seems to be held by a browser for a download of its own, which it may be
-    /// about to give up: an empty file.
+    /// Whether the name is taken by an empty file: probably the placeholder of a browser's own
+    /// download, which the browser may be about to remove.
     bool isHeldByBrowser(const QString &name) const;
-    /// The first path for the name at which there is nothing just now.
+    /// The first unused path for the name.
     QString freePath(const QString &name) { return nextFreePath(name, {}); }
     /// Partial files have their final names already.
     bool namesAtOnce() const { return m_partialEnding.isEmpty(); }
 
 private:
-    /// The path of the next name in the row at which there is nothing.
+    /// The next unused path for the name.
     QString nextFreePath(const QString &name, const QString &ending);
 
     const QString m_path;
     const QString m_partialSuffix;
-    /// The same, made safe and with its dot; or empty.
+    /// The suffix, sanitized and with its dot; or empty.
     const QString m_partialEnding;
-    /// By name with ending, the last number that was tried: thousands may have the same name.
+    /// The last number tried, by file name: thousands of files may have the same name.
     QHash<QString, int> m_lastNumbers;
 };

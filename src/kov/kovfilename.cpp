@@ -6,9 +6,9 @@
 
 namespace {
 
-/// A longer text after the last dot is no file extension that would have to survive shortening.
+/// A longer text after the last dot is not treated as a file extension when a name is shortened.
 constexpr int maxExtensionLength = 20;
-/// Endings that belong together with the extension that follows them.
+/// Extensions that belong together with the one that follows ("tar.gz").
 constexpr QStringView compoundEnding = u".tar";
 
 bool isUnsafe(char32_t c)
@@ -18,7 +18,7 @@ bool isUnsafe(char32_t c)
         return true;
     switch (QChar::category(c)) {
     case QChar::Other_Control:
-    case QChar::Other_Format: // among them those that turn the direction of writing
+    case QChar::Other_Format: // among them those that change the writing direction
     case QChar::Other_Surrogate:
     case QChar::Separator_Line:
     case QChar::Separator_Paragraph:

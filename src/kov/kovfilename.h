@@ -4,16 +4,16 @@
 #include <QUrl>
 
 /**
- * Makes names of files out of what others suggest. A result is one path component that any file
- * system takes: no folder, no control or formatting character, nothing that begins with a dot or
- * ends with a dot or space, at most maxBytes bytes of UTF-8, never empty.
+ * Sanitizes suggested file names. A result is one path component that is valid on any file system:
+ * no separator, no control or formatting character, no leading dot, no trailing dot or space, at
+ * most maxBytes bytes of UTF-8, never empty.
  */
 namespace KovFileName {
 
-/// File systems allow 255; the rest is for a number and for the suffix of a partial file.
+/// File systems allow 255; the rest is left for a number and the suffix of partial files.
 constexpr int maxBytes = 200;
 
-/// Nothing when no name is left of the suggestion.
+/// Nothing when the suggestion has no usable character.
 QString sanitized(const QString &suggestion);
 /// The last path segment of the URL, else "download".
 QString fromUrl(const QUrl &url);

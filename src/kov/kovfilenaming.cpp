@@ -37,7 +37,7 @@ void KovFileNaming::giveName()
 {
     do {
         const QString freePath = m_folder.freePath(m_name);
-        // Without a suffix it has a name already; only the first one is better.
+        // Without a suffix it already has a name; only the unnumbered one is better.
         const bool isBetter = !m_folder.namesAtOnce() || freePath == m_folder.finalPath(m_name);
         const QString path = isBetter ? freePath : m_file.path();
         Q_EMIT naming(path);
@@ -45,7 +45,7 @@ void KovFileNaming::giveName()
             Q_EMIT named({});
             return;
         }
-        // Something may have come into its way just now.
+        // The name may have been taken just now.
     } while (m_file.errorNumber() == 0);
     Q_EMIT named(
         QStringLiteral("cannot rename \"%1\": %2").arg(m_file.path(), m_file.errorString()));

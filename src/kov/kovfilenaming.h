@@ -11,12 +11,12 @@
 class KovDownloadFolder;
 class KovPartialFile;
 
-/// Gives a file that is whole its final name, as soon as a browser does not hold that any more.
+/// Gives a complete file its final name, once no browser's placeholder has that name any more.
 class KovFileNaming : public QObject {
     Q_OBJECT
 public:
-    /// A browser that has just been told to give up its own download removes its placeholder; one
-    /// that has not done so by then keeps it.
+    /// A browser whose download was cancelled removes its placeholder; if it has not done so by
+    /// then, the file gets another name.
     static constexpr int browserLetsGoWithinMs = 5000;
 
     /// The file and the folder outlive this.
@@ -27,7 +27,7 @@ public:
     void start();
 
 Q_SIGNALS:
-    /// When this returns, the file is moved there, unless something comes into its way.
+    /// The file is moved to this path after the slots return, unless the path is taken meanwhile.
     void naming(const QString &path);
     /// Once, the last signal; the error is empty on success.
     void named(const QString &error);

@@ -16,25 +16,25 @@ class KovRequestsTable;
 /**
  * The list of downloads on the disk, in a database that only its user can read.
  *
- * Two tables: "Jobs", whose small rows are written again each second, and "Requests", which holds
- * cookies and posted bodies and loses a job's row when the job has its file. What an operation
- * wrote is on the disk when it returns true. Belongs to one thread.
+ * Two tables: "Jobs", whose small rows are updated each second, and "Requests", which holds cookies
+ * and posted bodies; a job's row there is deleted when its file is complete. Changes are durable
+ * when an operation returns true. Belongs to one thread.
  */
 class KovJobStore {
 public:
-    /// The file is made with its folder when it does not exist.
+    /// Creates the file and its folder if necessary.
     explicit KovJobStore(const QString &filePath);
     ~KovJobStore();
     Q_DISABLE_COPY_MOVE(KovJobStore)
 
     /// In the order of their ids.
     QList<KovJob> load();
-    /// All or none.
+    /// In one transaction.
     bool add(const QList<std::pair<KovJob, KovDownloadRequest>> &jobs);
-    /// Forgets the requests of those that are finished.
+    /// Deletes the requests of finished jobs.
     bool save(const QList<KovJob> &jobs);
     bool saveRequest(qint64 id, const KovDownloadRequest &request);
-    /// Nothing when it was forgotten or could not be read.
+    /// Nothing when it was deleted or cannot be read.
     std::optional<KovDownloadRequest> request(qint64 id);
     bool remove(qint64 id);
 

@@ -3,13 +3,13 @@
 #include <QJsonArray>
 #include <QString>
 
-/// Shows the downloads, as the service tells of them, to people and to scripts. Nothing that a
-/// server said reaches a terminal as anything but text.
+/// Formats the list of downloads for people and for scripts. Text from servers cannot control the
+/// terminal.
 namespace KovJobsView {
 
-/// Each job on a line that is no wider than so many columns.
+/// One line per job, at most so many columns wide.
 QString forTerminal(const QJsonArray &jobs, int columns);
-/// Each job on a line with tabs between: number, state, bytes received, bytes in all, path, URL,
+/// One line per job, separated by tabs: id, state, bytes received, bytes in total, path, URL,
 /// error.
 QString forScripts(const QJsonArray &jobs);
 QString asJson(const QJsonArray &jobs);

@@ -2,6 +2,6 @@
 
 #include <QString>
 
-/// The answer to a JSON request: a JSON object that says that it is an echo, with the text of the
-/// request in it as a string, so that nothing of it is lost whether it is JSON or not.
+/// The answer to a JSON request: a JSON object that contains the text of the request as a string,
+/// so that it is preserved whether or not it is valid JSON.
 QString kovJsonEcho(const QString &request);

@@ -2,7 +2,7 @@
 
 #include "qtabstractvhipcpart.h"
 
-/// The application's end of "miscTasks". There is no window to activate, which the log is told.
+/// The application's end of "miscTasks". The service has no window to activate; it only logs this.
 class KovMiscTasksPart : public QtAbstractVhIpcPart {
     Q_OBJECT
 public:

@@ -5,13 +5,13 @@
 #include <QSharedPointer>
 
 /**
- * Network access managers to use in turn. One opens no more than six connections to a server, so
- * that a seventh request would wait without a word; yet connections are worth keeping for the next
- * request. So each exchange takes a manager to itself, the last one that was given back first.
+ * A pool of network access managers. A manager opens at most six connections to a server and queues
+ * further requests silently, but keeps connections alive for the next request. So each exchange
+ * takes a manager for itself, the most recently used one first.
  */
 class KovNetworkPool {
 public:
-    /// Each manager is a thread. Beyond these, the requests share.
+    /// Each manager has a thread. Above this number, requests share.
     static constexpr qsizetype maxManagers = 32;
 
     QSharedPointer<QNetworkAccessManager> take()

@@ -15,34 +15,32 @@
 
 class KovTransfer;
 
-/// Downloads that somebody else may have as well, and that are ours only when the file comes.
+/// Offered downloads, which the browser may still have; each becomes a job when its file arrives.
 class KovOffers : public QObject {
     Q_OBJECT
 public:
-    /// A server that has not begun to send the file by then is too slow to wait for: who offers
-    /// waits for 60 s.
+    /// For the first byte of the file; the host that offers it waits for 60 s.
     static constexpr int answeredWithinMs = 20'000;
 
-    /// Empty when it has been taken, else why not.
+    /// Takes an empty text when it was accepted, else the reason.
     using Answer = std::function<void(const QString &error)>;
-    /// Makes a job of a transfer that brings the file, and puts it on the disk; returns why it
-    /// cannot.
+    /// Makes a job of a transfer that receives the file, and stores it; returns the error, if any.
     using Take = std::function<QString(KovTransfer *transfer)>;
-    /// Makes a job of a request that came to nothing, when nobody listens for the answer any more:
-    /// nobody else may have the download.
+    /// Makes a job of a request that failed after its offerer has gone: the browser may not have
+    /// the download any more.
     using Keep = std::function<void(const KovDownloadRequest &request)>;
 
     KovOffers(Take take, Keep keep, QtClock &clock, QObject *parent = nullptr);
     ~KovOffers() override;
 
-    /// Starts the transfer and answers once. The offerer may go before that.
+    /// Starts the transfer and answers once. The offerer may be destroyed before that.
     void begin(KovTransfer *transfer, QObject *offerer, Answer answer);
     bool isEmpty() const { return m_offers.empty(); }
-    /// Gives them all up.
+    /// Cancels them all.
     void stop();
 
 Q_SIGNALS:
-    /// There is one more, or one less.
+    /// The number of offers has changed.
     void changed();
 
 private:
@@ -50,7 +48,7 @@ private:
         QPointer<QObject> offerer;
         Answer answer;
         std::unique_ptr<QtSingleShotTimer> timer;
-        /// Why it was given up here.
+        /// Why it was cancelled.
         QString error;
     };
 

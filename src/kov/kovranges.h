@@ -3,8 +3,8 @@
 #include <QList>
 #include <QString>
 
-/// A piece of a file: of the bytes from "from" up to but not including "to", "done" are there,
-/// counted from the beginning of the range.
+/// A range of a file, from "from" up to but not including "to", of which the first "done" bytes are
+/// there.
 struct KovRange {
     qint64 from = 0;
     /// -1 while the size of the file is unknown; then there is one range only.
@@ -16,8 +16,8 @@ struct KovRange {
     bool operator==(const KovRange &) const = default;
 };
 
-/// What there is of a file: ranges that together are the whole file, in no order. A range keeps its
-/// index; a new one gets the next index.
+/// The progress of a file: ranges that together cover it, in no order. A range keeps its index; a
+/// new one gets the next index.
 class KovRanges {
 public:
     KovRanges() = default;
@@ -29,16 +29,16 @@ public:
 
     qsizetype count() const { return m_ranges.size(); }
     const KovRange &at(qsizetype index) const { return m_ranges.at(index); }
-    /// So many bytes more are there.
+    /// Adds so many bytes to a range.
     void advance(qsizetype index, qint64 bytes) { m_ranges[index].done += bytes; }
-    /// Ends a range of unknown size where it is; returns the size of the file.
+    /// Ends a range of unknown size at its current end; returns the size of the file.
     qint64 endHere();
-    /// Gives the second half of what is missing of the range that misses most to a new one, unless
-    /// the halves would be smaller than that. Returns whether it did.
+    /// Splits the range with the most missing bytes in the middle of them, unless the halves would
+    /// be smaller than that. Returns whether it did.
     bool splitLargest(qint64 smallestHalf);
 
     qint64 receivedBytes() const;
-    /// The file must reach so far to hold what is there.
+    /// The minimum size of a file that contains all bytes that are there.
     qint64 endOfReceived() const;
 
     bool operator==(const KovRanges &) const = default;

@@ -21,11 +21,11 @@
 namespace {
 
 constexpr int millisecondsPerMinute = 60'000;
-/// A week; a timer takes no more than a month.
+/// A week; QTimer's limit is 24 days.
 constexpr int longestIdleMinutes = 7 * 24 * 60;
 constexpr int connectWithinMs = 1000;
 constexpr int lockRetryMs = 50;
-/// Who does not find a place in this queue tries again, in a loop that leaves others no time.
+/// The listen backlog. Clients that find it full retry in a busy loop.
 constexpr int waitingConnections = 256;
 
 QString lockPath(const QtAppConfigBase &config)

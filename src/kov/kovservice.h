@@ -20,9 +20,9 @@ class QtAppPortableModeSupport;
 /**
  * The application in service mode: serves the clients of one local socket.
  *
- * One at a time serves a user: a lock in the data folder decides, so that a socket file that a
- * killed service left behind can be told from a live one and be replaced. It ends by itself when
- * for a while it had neither work nor clients (see KovSettings).
+ * A lock in the data folder allows one instance per user, so that a stale socket file of a killed
+ * service can be recognised and replaced. The service ends by itself when it had neither work nor
+ * clients for a while (see KovSettings).
  */
 class KovService : public QObject {
     Q_OBJECT
@@ -34,15 +34,14 @@ public:
     ~KovService() override;
 
     enum class StartResult { Serving, AnotherServes, Failed };
-    /// When another holds the lock, waits until that one accepts connections or has ended, for up
-    /// to otherInstanceWithinMs.
+    /// When another instance holds the lock, waits until that one accepts connections or has ended,
+    /// for up to otherInstanceWithinMs.
     StartResult start();
     /// Why it failed.
     QString errorString() const { return m_error; }
 
-    /// Accepts no more clients, lets what was written to the others go out, and puts the state of
-    /// the downloads on the disk. stopped() follows from the event loop, after flushWithinMs at the
-    /// latest.
+    /// Accepts no more clients, flushes what was written to the others, and stores the downloads.
+    /// stopped() follows from the event loop, after flushWithinMs at the latest.
     void stop();
 
     static constexpr int otherInstanceWithinMs = 10'000;

@@ -3,10 +3,10 @@
 #include <QString>
 #include <QStringList>
 
-/// The settings that only the service has, beside those of the application's catalogue.
+/// The settings of the service that are not in the application's catalogue.
 namespace KovSettings {
 
-/// After so many minutes without work and without clients the service ends; 0: never.
+/// The idle time in minutes, without work or clients, after which the service ends; 0: never.
 inline QString endsWhenIdleMinutes() { return QStringLiteral("KovEndsWhenIdleMinutes"); }
 inline QString defaultEndsWhenIdleMinutes() { return QStringLiteral("5"); }
 

@@ -94,7 +94,7 @@ void KovSettingsBridge::resetToDefaults(const QString &source)
             kept.emplace_back(key, *value);
     }
     makeChange(source, [this] { m_settings->resetToDefaults(m_ownSource); });
-    // Told to the client as well, who has reset them.
+    // Also sent to the client that has reset them.
     if (!kept.isEmpty())
         m_settings->setValues(kept, refusalSource());
 }

@@ -6,14 +6,14 @@
 #include <QString>
 
 /**
- * The application's settings as one connected client sees and changes them. Any number of clients
- * share the settings through a bridge each:
+ * The application's settings as one connected client sees and changes them; each client has a
+ * bridge of its own.
  *
- * What the client changes comes back from its own bridge under the source with which it made the
- * change, so that it is not told of it, and from the others under another one, so that they are.
+ * A change by the client is reported by its own bridge with the client's source, so that it is not
+ * echoed, and by the other bridges with another source, so that their clients are notified.
  *
- * A client cannot change the settings that name programs to run. It is told their true values when
- * it tries.
+ * A client cannot change the settings that name programs to run. When it tries, it is sent their
+ * true values.
  */
 class KovSettingsBridge : public QtAppAbstractSettingsManager {
     Q_OBJECT
@@ -33,7 +33,7 @@ public:
     void resetToDefaults(const QString &source) override;
 
 private:
-    /// The source that the client is told of a change.
+    /// The source to report for a change.
     QString sourceForClient(const QString &source) const;
     QString refusalSource() const { return QStringLiteral("KovSettingsBridge"); }
     template <typename Change> void makeChange(const QString &source, Change change);
@@ -41,6 +41,6 @@ private:
     const QSharedPointer<QtAppAbstractSettingsManager> m_settings;
     /// Tells this client's changes from those of the others.
     const QString m_ownSource;
-    /// Under which source the client is making a change just now.
+    /// The source of the change that the client is making at the moment.
     QString m_clientSource;
 };

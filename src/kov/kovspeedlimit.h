@@ -7,7 +7,7 @@
 
 #include <memory>
 
-/// How much all transfers together may still read. What is not used of a moment is not saved up.
+/// A speed limit for all transfers together, a token bucket without burst.
 class KovSpeedLimit : public QObject {
     Q_OBJECT
 public:
@@ -15,9 +15,9 @@ public:
 
     /// 0 for no limit.
     void setBytesPerSecond(qint64 limit);
-    /// How much of so many bytes may be read now. When it is less, refilled() follows.
+    /// Takes up to so many bytes; returns how many may be read now. If fewer, refilled() follows.
     qint64 take(qint64 wanted);
-    /// Returns what was taken and not used.
+    /// Gives back what was taken and not used.
     void giveBack(qint64 bytes) { m_left += bytes; }
 
 Q_SIGNALS:

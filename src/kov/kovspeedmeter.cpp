@@ -7,7 +7,7 @@ namespace {
 constexpr qint64 millisecondsPerSecond = 1000;
 constexpr int measurementsToJudge = 2;
 constexpr qint64 worthwhileShare = 10;
-/// What is done sooner needs no other connection.
+/// A file that will be complete sooner needs no further connection.
 constexpr qint64 worthwhileSeconds = 3;
 
 } // namespace

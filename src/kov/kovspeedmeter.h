@@ -2,19 +2,19 @@
 
 #include <QtGlobal>
 
-/// How fast a transfer is, and whether another connection is likely to make it faster. Measured
-/// once a second.
+/// The speed of a transfer, and whether another connection is likely to increase it. Measured once
+/// a second.
 class KovSpeedMeter {
 public:
     explicit KovSpeedMeter(int maxConnections) : m_maxConnections(maxConnections) { }
 
-    /// Begins to measure: at that time of a monotonic clock so much is there.
+    /// Begins to measure with so many bytes at that time of a monotonic clock.
     void start(qint64 nowMs, qint64 receivedBytes);
     void measure(qint64 nowMs, qint64 receivedBytes);
     qint64 bytesPerSecond() const { return m_bytesPerSecond; }
 
-    /// After a measurement, while all connections are busy. Each that was added has some seconds to
-    /// show that it brings a tenth more; else there are no further ones.
+    /// To be asked after a measurement, while all connections are busy. Each one that was added has
+    /// some seconds to make the transfer a tenth faster; else no further ones are added.
     bool isAnotherWorthIt(int connections, qint64 missingBytes);
     int maxConnections() const { return m_maxConnections; }
     /// The server does not allow more.

@@ -5,31 +5,31 @@
 #include <map>
 #include <set>
 
-/// The jobs that do not run yet, and what each of them waits for.
+/// The jobs that do not run yet: ready, waiting for a retry, or for disk space.
 class KovWaitingJobs {
 public:
-    /// Whoever is ready waits for nothing but its turn, in the order of the ids.
+    /// Ready jobs wait for their turn only, in the order of their ids.
     void addReady(qint64 id) { m_ready.insert(id); }
     bool hasReady() const { return !m_ready.empty(); }
     /// There must be one.
     qint64 takeReady();
 
-    /// For its next attempt, at that time of the monotonic clock.
+    /// Waits for its next attempt, at that time of the monotonic clock.
     void addRetry(qint64 id, qint64 timeMs) { m_retries.emplace(timeMs, id); }
-    /// Those whose time has come are ready. Returns in how many milliseconds the next one is; -1
-    /// for none.
+    /// Makes those ready whose time has come. Returns the milliseconds until the next one; -1 for
+    /// none.
     qint64 onRetryTime(qint64 nowMs);
     /// By id, when the next attempt is.
     QHash<qint64, qint64> retryTimes() const;
 
-    /// For so many free bytes on the disk.
+    /// Waits for so many free bytes on the disk.
     void addRoomless(qint64 id, qint64 bytes) { m_roomless.insert(id, bytes); }
-    /// Those that fit are ready. Returns whether all do.
+    /// Makes those ready that fit. Returns whether all do.
     bool onRoom(qint64 freeBytes);
 
     bool isEmpty() const { return m_ready.empty() && m_retries.empty() && m_roomless.isEmpty(); }
     void remove(qint64 id);
-    /// Makes ready what waits for its next attempt or for room; returns whether it did.
+    /// Makes a job ready that waits for its next attempt or for disk space; returns whether it did.
     bool hurry(qint64 id);
 
 private:

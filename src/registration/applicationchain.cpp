@@ -15,7 +15,7 @@ QString runningLink() { return QStringLiteral("application-running"); }
 QString socketLink() { return QStringLiteral("application-socket"); }
 QString answersLink() { return QStringLiteral("application-answers"); }
 
-/// One that does not run is no fault: a download starts it.
+/// Not running is no fault: a download starts the application.
 bool isExecutable(Chain &chain, const QString &program)
 {
     const QFileInfo info(program);

@@ -4,5 +4,5 @@
 
 #include <QString>
 
-/// The links of the application that lies beside a host.
+/// Checks the application that is installed beside a host.
 Chain examineApplication(const QString &hostFolder, int timeoutMs);

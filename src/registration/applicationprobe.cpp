@@ -34,7 +34,7 @@ bool isServing()
     return socket.waitForConnected(pollMs);
 }
 
-/// Of a process that has ended but was not waited for yet, too.
+/// Also for a zombie process.
 bool hasEnded(qint64 pid)
 {
     return QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(pid)).isEmpty();

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// The application, asked over its socket as the host asks it.
+/// Queries the application over its socket, as the host does.
 class ApplicationProbe {
 public:
     struct Answer {
@@ -10,19 +10,19 @@ public:
             Answered,
             /// No server listens on the socket.
             NotRunning,
-            /// Somebody else's program serves there.
+            /// The server runs as another user.
             OfAnotherUser,
-            /// It took the connection, and that was all.
+            /// It accepted the connection, but did not answer.
             Silent,
         };
         Outcome outcome = Outcome::NotRunning;
-        /// Where the socket is.
+        /// The path of the socket.
         QString socketPath;
         qint64 milliseconds = 0;
         QString error;
     };
 
-    /// Asks for the settings. Waits for the answer, in an event loop.
+    /// Requests the settings. Waits for the answer in a nested event loop.
     static Answer ask(int timeoutMs);
 
     struct Start {
@@ -30,6 +30,6 @@ public:
         QString failure;
         qint64 milliseconds = 0;
     };
-    /// Starts it as the host does, and waits until it serves. It stays.
+    /// Starts it as the host does, and waits until it answers. It keeps running.
     static Start start(const QString &program, int timeoutMs);
 };

@@ -111,7 +111,7 @@ QStringList BrowserInstallation::manifestFolders() const
         return {};
     if (m_kind == Kind::Native || way() == Way::Script)
         return inFolders(m_profiles);
-    // Whoever looks for the browser in a sandbox looks where the same browser outside would.
+    // A sandboxed browser has the same profile folders, in its own home folder.
     const QStringList outside = existingProfiles(m_folders);
     return inFolders(outside.isEmpty()
                          ? QStringList(m_folders.resolved(m_browser.profiles.constFirst()))
@@ -136,7 +136,7 @@ QStringList BrowserInstallation::scriptFolders() const
 QStringList BrowserInstallation::policyFolders() const
 {
     QStringList folders;
-    // A Flatpak has folders of its own in the place of the system's.
+    // A Flatpak does not see the system's folders.
     if (m_kind != Kind::Flatpak) {
         for (const QString &each : m_browser.policies)
             folders += m_folders.resolved(each);

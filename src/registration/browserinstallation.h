@@ -5,35 +5,34 @@
 #include <QString>
 #include <QStringList>
 
-/// Where the folders that browsers look into are on this machine, for this user.
+/// The base folders of this machine and user below which browsers look for manifests.
 struct UserFolders {
     QString home;
     /// $XDG_CONFIG_HOME, else ".config" in the home folder.
     QString config;
-    /// What stands before the paths that hold for everybody: empty, or the folder of a system that
-    /// is being put together.
+    /// The prefix of the system-wide paths: empty, or the staging folder of a package (DESTDIR).
     QString systemRoot;
 
     static UserFolders ofThisUser(const QString &systemRoot = {});
-    /// A path of the table.
+    /// Expands a path of the table.
     QString resolved(const QString &path) const;
 };
 
-/// A browser as the user may have it: one of the table, in one of the ways in which it comes.
+/// A browser of the table in one of the kinds in which it can be installed.
 class BrowserInstallation {
 public:
     enum class Kind { Native, Flatpak, Snap };
-    /// How the browser comes to a host.
+    /// How the browser finds and starts a host.
     enum class Way {
-        /// By the manifests of the user and of everybody.
+        /// By the user's and the system-wide manifests.
         Ordinary,
-        /// By a script in its folder that starts the host outside of the sandbox.
+        /// By a script in its folder that starts the host outside the sandbox.
         Script,
-        /// Not at all.
+        /// It cannot start hosts.
         None,
     };
 
-    /// Every browser of the table in every kind; found() tells which of them are there.
+    /// Every browser of the table in every kind; found() tells which of them are installed.
     static QList<BrowserInstallation> all(const UserFolders &folders);
 
     const Browser &browser() const { return m_browser; }
@@ -47,16 +46,16 @@ public:
     /// The browser's profile folders that exist.
     const QStringList &profiles() const { return m_profiles; }
     bool found() const { return !m_profiles.isEmpty(); }
-    /// Whether it is what the user calls by this name: an id, or a browser's name in any case.
+    /// Whether the name matches: an id, or the browser's name, case-insensitively.
     bool isCalled(const QString &name) const;
 
     Way way() const;
-    /// The user's folders of manifests that are to hold one. Empty for the way None, and for a
-    /// browser that is not found.
+    /// The user's folders in which to write manifests. Empty for the way None, and when the browser
+    /// is not found.
     QStringList manifestFolders() const;
-    /// Those that hold for everybody, in which the browser looks as well.
+    /// The system-wide folders of manifests, which the browser reads, too.
     QStringList everybodyFolders() const;
-    /// The same for the script, whether or not the browser also goes another way.
+    /// The folders for the script, whether or not the browser also has another way.
     QStringList scriptFolders() const;
     QStringList policyFolders() const;
     /// Where the extension is found that the browser loads for every user; empty where it loads

@@ -17,7 +17,7 @@ QString askFor(const QString &what)
     return QStringLiteral("ask whoever administers this machine to ") + what;
 }
 
-/// Chromium's lists of hosts, of all files together.
+/// Chromium's lists of hosts, merged from all files.
 void readHostLists(const QString &path, const QJsonObject &policies, BrowserPolicies &result,
                    bool &isAllowed)
 {

@@ -5,14 +5,14 @@
 #include <QString>
 #include <QStringList>
 
-/// What those who administer the machine have forbidden a browser.
+/// The administrator's policies for a browser.
 struct BrowserPolicies {
-    /// The policies that keep the host or the extension out; empty when nothing does.
+    /// The policies that block the host or the extension; empty when none does.
     QString blockedText;
     QString blockedCure;
-    /// Only manifests for everybody count, by the policy in this file; empty when the user's do.
+    /// The file with the policy that only system-wide manifests are valid; empty without one.
     QString userManifestsForbiddenBy;
-    /// Files of policies that cannot be read, or are no JSON.
+    /// Policy files that cannot be read, or are not JSON.
     QStringList unreadable;
 
     static BrowserPolicies read(const BrowserInstallation &installation);

@@ -5,50 +5,50 @@
 #include <QString>
 #include <QStringList>
 
-/// What browsers of one origin have in common: the form of a manifest.
+/// The manifest format that browsers of one origin share.
 struct BrowserFamily {
     QString name;
-    /// The manifest's list of the extensions that may start the host, and what is in it.
+    /// The manifest's key for the extensions that may start the host, and its value.
     QString idsKey;
     QStringList ids;
-    /// The name of the folder of manifests in a profile folder.
+    /// The name of the folder for manifests in a profile folder.
     QString manifestFolder;
 
     bool isFirefox() const { return name == u"firefox"; }
 };
 
-/// A browser that can be told of the host. Paths begin with "~C/", the user's configuration folder,
-/// "~/", the home folder, or "/".
+/// A supported browser. Paths begin with "~C/", the user's configuration folder, "~/", the home
+/// folder, or "/".
 struct Browser {
-    /// For command lines.
+    /// As on command lines.
     QString id;
     QString name;
     BrowserFamily family;
-    /// Folders that exist when the browser does.
+    /// Folders that exist when the browser is installed.
     QStringList profiles;
-    /// Folders of manifests that hold for every user.
+    /// Folders for system-wide manifests.
     QStringList everybody;
-    /// Folders of policies; empty where they are not known.
+    /// Policy folders; empty when unknown.
     QStringList policies;
     /// Where a package puts the extension, for the browser to load it; empty where it looks
     /// nowhere.
     QString extension;
-    /// The Flatpaks that it comes as.
+    /// The ids of its Flatpaks.
     QStringList flatpaks;
-    /// In a Flatpak it asks a proxy on the session bus for hosts, and finds those outside.
+    /// In a Flatpak it starts hosts through a proxy on the session bus, outside the sandbox.
     bool flatpakAsksProxy = false;
-    /// The Snap that it comes as; may be empty.
+    /// The name of its Snap; may be empty.
     QString snap;
-    /// In a Snap it finds the hosts outside. Otherwise it can start none of them.
+    /// Whether the Snap can start hosts outside its sandbox.
     bool snapStartsHosts = false;
 };
 
-/// The browsers that are known, from the resource "browsers.json".
+/// The supported browsers, from the resource "browsers.json".
 class BrowserTable {
 public:
     static const BrowserTable &instance();
 
-    /// The name under which extensions ask for the host, and that of its manifests.
+    /// The host's name for extensions (chrome.runtime.connectNative()) and manifests.
     QString hostName() const { return m_hostName; }
     QString manifestFileName() const { return m_hostName + QStringLiteral(".json"); }
     QString hostDescription() const { return m_hostDescription; }

@@ -47,7 +47,7 @@ QString ordinaryWayText()
     return QStringLiteral("starts hosts outside of its sandbox; the ordinary manifest does");
 }
 
-/// Says what was done; returns whether all of it could be.
+/// Prints the results; returns whether all succeeded.
 bool tell(const QString &title, const QList<Registrar::Result> &results)
 {
     using Done = Registrar::Result::Done;
@@ -216,7 +216,7 @@ int CommandLine::runCommand(const Command &command)
         return usageError(m_parser.errorText(), m_command);
     if (m_parser.isSet(help)) {
         QString text = m_parser.helpText();
-        // The line that Qt makes has the path of the program and knows of no commands.
+        // Qt's usage line would show the program's path and no commands.
         text.replace(0, text.indexOf(u'\n'),
                      QStringLiteral("Usage: kovalo-host %1 [options] %2")
                          .arg(command.name, command.arguments)
@@ -378,7 +378,7 @@ std::optional<QString> CommandLine::chosenHost()
     const QString named = m_parser.value(QStringLiteral("host"));
     const QString path =
         named.isEmpty() ? ProgramPaths::host() : QFileInfo(named).absoluteFilePath();
-    // A package is put together in a folder of its own, and its host is not in its place yet.
+    // In a package's staging folder the host is not at its final path yet.
     if (m_parser.isSet(QStringLiteral("root")))
         return path;
     if (QFileInfo info(path); info.isFile() && info.isExecutable())

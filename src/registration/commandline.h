@@ -13,21 +13,21 @@ class CommandLine {
 public:
     enum ExitStatus {
         Success = 0,
-        /// It could not be done, or (doctor) a download would not arrive.
+        /// The command failed, or (doctor) a download would not arrive.
         Failure = 1,
         UsageError = 2,
     };
 
-    /// Without the program's name.
+    /// The arguments without the program's name.
     explicit CommandLine(QStringList arguments);
 
-    /// Carries the command out; returns the process's exit status.
+    /// Runs the command; returns the process's exit status.
     int run();
 
 private:
     struct Command {
         QString name;
-        /// What stands behind it on the command line.
+        /// Its arguments in the usage line.
         QString arguments;
         QString summary;
         QString description;
@@ -44,9 +44,9 @@ private:
     int listBrowsers();
     int runDoctor();
 
-    /// Those that were named, or all that are found. Nothing when a name is unknown, which is said.
+    /// The named browsers, or all that are found. Nothing after an unknown name, which is reported.
     std::optional<QList<BrowserInstallation>> chosenBrowsers();
-    /// The host to register, or nothing when it is not there, which is said.
+    /// The host to register, or nothing when it does not exist, which is reported.
     std::optional<QString> chosenHost();
     UserFolders folders() const;
 

@@ -8,14 +8,14 @@
 namespace Console {
 /// A line on stdout.
 void print(const QString &line);
-/// A line on stderr, behind the program's name.
+/// A line on stderr, prefixed with the program's name.
 void complain(const QString &line);
-/// The text in lines that fit a terminal, as Qt's lists of options do.
+/// Wraps the text to the width that Qt uses for lists of options.
 QString wrapped(const QString &text);
-/// Rows of texts in columns.
+/// Formats rows as aligned columns.
 void printTable(const QList<QStringList> &rows);
 
 enum class Colour { Green, Red, Yellow };
-/// The text in this colour, where stdout is a terminal that shows colours.
+/// Colours the text if stdout is a terminal with colours.
 QString coloured(const QString &text, Colour colour);
 } // namespace Console

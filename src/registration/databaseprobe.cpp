@@ -21,7 +21,7 @@ bool isBusy(const QSqlError &error)
 
 void examine(QSqlDatabase &database, DatabaseProbe &probe)
 {
-    // A writer that works lets go within milliseconds.
+    // A healthy writer releases the lock within milliseconds.
     database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=1000"));
     if (!database.open()) {
         probe.openFailure = database.lastError().text();
@@ -46,7 +46,7 @@ void examine(QSqlDatabase &database, DatabaseProbe &probe)
 
 DatabaseProbe::DatabaseProbe(const QString &path)
 {
-    // SQLite opens what it may not write for reading.
+    // SQLite would silently open it read-only.
     if (QFile file(path); !file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly)) {
         openFailure = file.errorString();
         return;

@@ -2,14 +2,14 @@
 
 #include <QString>
 
-/// A database file that exists, tried without changing it.
+/// Checks an existing database file without changing it.
 struct DatabaseProbe {
     explicit DatabaseProbe(const QString &path);
 
-    /// Why it cannot be opened for reading and writing, or is no database; else empty.
+    /// Why it cannot be opened for reading and writing, or is not a database; else empty.
     QString openFailure;
-    /// Somebody else keeps it from being written.
+    /// Another process holds a lock on it.
     bool isLocked = false;
-    /// What SQLite finds wrong with it; else empty.
+    /// The corruption that SQLite found; else empty.
     QString damage;
 };

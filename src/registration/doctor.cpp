@@ -15,7 +15,7 @@
 
 namespace {
 
-/// What the browser calls the host with.
+/// The arguments that the browser passes to the host.
 QStringList argumentsOf(const BrowserChain &browser)
 {
     return browser.family.isFirefox() ? QStringList{browser.manifestPath} + browser.family.ids
@@ -32,7 +32,7 @@ Doctor::Doctor(QList<BrowserInstallation> browsers, int timeoutMs)
 void Doctor::examine()
 {
     m_chains.clear();
-    // By the path of each host that a browser would start, the arguments of one that does.
+    // Maps the path of each host to the arguments of a browser that starts it.
     QMap<QString, QStringList> hosts;
     for (const BrowserInstallation &each : m_browsers) {
         const BrowserChain browser = BrowserChain::examine(each);
@@ -71,7 +71,7 @@ bool Doctor::mend() const
 {
     bool mended = false;
     for (const Chain &chain : m_chains) {
-        // Links of one chain are often mended together.
+        // One repair often fixes several links of a chain.
         for (const Finding &finding : chain.findings) {
             if (finding.mend && finding.mend())
                 mended = true;

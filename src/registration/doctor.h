@@ -5,16 +5,16 @@
 
 #include <QList>
 
-/// Walks all the links between browsers and a finished download, and stops at none.
+/// Checks every link of the chain from the browsers to a finished download.
 class Doctor {
 public:
-    /// "timeoutMs" is how long the host and the application may take to answer.
+    /// "timeoutMs" limits each wait for an answer of the host or the application.
     Doctor(QList<BrowserInstallation> browsers, int timeoutMs);
 
     /// Takes a second or so; needs the application object.
     void examine();
-    /// Mends what was found broken and needs no decision of the user's; returns whether anything
-    /// could be mended. What is so then has to be examined again.
+    /// Repairs the broken links that need no decision by the user; returns whether any could be
+    /// repaired. Then examine() has to run again.
     bool mend() const;
 
     const QList<Chain> &chains() const { return m_chains; }

@@ -46,12 +46,12 @@ Console::Colour colour(Finding::State state)
     return Console::Colour::Yellow;
 }
 
-/// Takes out of texts what tells who the user is.
+/// Removes the user's name and folders from texts.
 class Anonymizer {
 public:
     Anonymizer()
     {
-        // Folders first, the longest first: names may be parts of them.
+        // Longest folders first; names last, as they may be parts of folders.
         replace(qEnvironmentVariable("KOVALO_LOG_FILE"), QStringLiteral("$KOVALO_LOG_FILE"));
         replace(qEnvironmentVariable("XDG_CONFIG_HOME"), QStringLiteral("$XDG_CONFIG_HOME"));
         replace(qEnvironmentVariable("XDG_DATA_HOME"), QStringLiteral("$XDG_DATA_HOME"));

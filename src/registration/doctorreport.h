@@ -4,7 +4,7 @@
 
 #include <QString>
 
-/// What the doctor found, in words.
+/// Formats the doctor's findings.
 class DoctorReport {
 public:
     explicit DoctorReport(const Doctor &doctor) : m_doctor(doctor) { }
@@ -14,7 +14,7 @@ public:
     /**
      * {"version": text, "downloadWouldArrive": bool, "chains": [{"subject", "browser", "title",
      * "links": [{"link", "state", "text", "cure"}]}]}; the states are "ok", "broken" and "not
-     * checked". To be shown to strangers: the user's name and folders are left out.
+     * checked". Safe to share: the user's name and folders are left out.
      */
     QString json() const;
 

@@ -8,20 +8,20 @@
 #include <functional>
 #include <utility>
 
-/// What was found of one link of the chain from a browser to a finished download.
+/// The result for one link of the chain from a browser to a finished download.
 struct Finding {
     enum class State { Ok, Broken, NotChecked };
 
-    /// A name that stays: scripts and the extension's pages go by it.
+    /// A stable name, for scripts.
     QString link;
     State state = State::Ok;
-    /// What is so, in a sentence.
+    /// The result in a sentence.
     QString text;
-    /// What mends it, a command where there is one. For broken links only.
+    /// How to repair it, a command if possible. For broken links only.
     QString cure;
-    /// Mends it without a decision of the user's; returns whether it could. May be null.
+    /// Repairs it if that needs no decision by the user; returns whether it could. May be null.
     std::function<bool()> mend = {};
-    /// Whether a broken link keeps downloads from arriving.
+    /// Whether this broken link prevents downloads.
     bool stopsDownloads = true;
 };
 
@@ -29,7 +29,7 @@ struct Finding {
 struct Chain {
     /// "browser", "host", "storage" or "application".
     QString subject;
-    /// For a browser's chain, what it is called on command lines.
+    /// For a browser's chain, the browser's id on command lines.
     QString browser;
     QString title;
     QList<Finding> findings;
@@ -43,7 +43,7 @@ struct Chain {
     {
         findings.append({link, Finding::State::Broken, text, cure, std::move(mend)});
     }
-    /// The same for what goes wrong without harm to downloads.
+    /// The same for a fault that does not affect downloads.
     void impaired(const QString &link, const QString &text, const QString &cure)
     {
         broken(link, text, cure);
@@ -54,7 +54,7 @@ struct Chain {
         findings.append(
             {.link = link, .state = Finding::State::NotChecked, .text = text, .cure = {}});
     }
-    /// Links that cannot be looked at because one before them is broken.
+    /// Links that cannot be checked because an earlier one is broken.
     void notReached(const QStringList &links, const QString &because)
     {
         for (const QString &link : links)

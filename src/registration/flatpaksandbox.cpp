@@ -10,13 +10,13 @@
 
 namespace {
 
-/// The D-Bus name of the service that starts programs outside of a sandbox.
+/// The D-Bus name of the service that starts programs outside a sandbox.
 QString serviceName() { return QStringLiteral("org.freedesktop.Flatpak"); }
 
 QByteArray startingLine() { return "exec flatpak-spawn --host "; }
 QByteArray endingOfLine() { return " \"$@\"\n"; }
 
-/// What the file of permissions says of the service, if anything.
+/// The service's entry in the permissions file, if any.
 std::optional<bool> grantIn(const QString &filePath)
 {
     const QSettings permissions(filePath, QSettings::IniFormat);

@@ -5,16 +5,16 @@
 #include <QByteArray>
 #include <QString>
 
-/// How a browser in a Flatpak starts a host outside of it: by a script that is its host.
+/// The script that a browser in a Flatpak starts as its host; it starts the real one outside.
 namespace FlatpakSandbox {
 /// The script lies beside the manifest that names it.
 QString scriptPath(const QString &manifestFolder);
 QByteArray script(const QString &flatpakId, const QString &hostPath);
-/// The host that a script starts; empty when it is none of ours.
+/// The host that a script starts; empty when the script is not ours.
 QString hostOfScript(const QByteArray &script);
 
-/// The command by which the user lets the browser start programs outside.
+/// The command that gives the browser the permission to start programs outside.
 QString grantCommand(const QString &flatpakId);
-/// Whether the user, or the Flatpak's maker, did.
+/// Whether the user, or the Flatpak's maker, gave that permission.
 bool isGranted(const QString &flatpakId, const UserFolders &folders);
 } // namespace FlatpakSandbox

@@ -4,5 +4,5 @@
 
 #include <QStringList>
 
-/// The links of a host: that it starts and answers.
+/// Checks a host: whether it starts and answers.
 Chain examineHost(const QString &hostPath, const QStringList &arguments, int timeoutMs);

@@ -6,9 +6,9 @@
 #include <QJsonObject>
 #include <QString>
 
-/// The file by which a browser finds the host.
+/// The native-messaging manifest, by which a browser finds the host.
 namespace HostManifest {
-/// What it is to say: that the program at "hostPath" is the host.
+/// The manifest of the host at "hostPath".
 QByteArray content(const BrowserFamily &family, const QString &hostPath);
 /// Whether it names our host, and our extension as one that may start it.
 bool isOurs(const QJsonObject &manifest, const BrowserFamily &family);
@@ -20,6 +20,6 @@ bool allowsExtension(const QJsonObject &manifest, const BrowserFamily &family);
 inline QString nameKey() { return QStringLiteral("name"); }
 inline QString typeKey() { return QStringLiteral("type"); }
 inline QString pathKey() { return QStringLiteral("path"); }
-/// The one type that there is: messages on stdin and stdout.
+/// The only type that browsers define: messages on stdin and stdout.
 inline QString stdioType() { return QStringLiteral("stdio"); }
 } // namespace HostManifest

@@ -8,7 +8,7 @@ int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
     setAppIdentity();
-    // What goes wrong is said in the program's own words.
+    // Errors are reported by the program itself.
     QLoggingCategory::setFilterRules(QStringLiteral("*=false"));
     return CommandLine(QCoreApplication::arguments().mid(1)).run();
 }

@@ -17,7 +17,7 @@ using Way = BrowserInstallation::Way;
 
 QString foundLink() { return QStringLiteral("manifest-found"); }
 
-/// In the order in which a browser comes by them.
+/// In the browser's search order.
 QStringList links()
 {
     return {QStringLiteral("manifest-readable"), QStringLiteral("manifest-json"),
@@ -26,7 +26,7 @@ QStringList links()
             QStringLiteral("host-there"),        QStringLiteral("host-executable")};
 }
 
-/// A link to nowhere is there, too, and the browser stumbles over it.
+/// Includes dangling symbolic links, on which the browser fails.
 bool isThere(const QString &path)
 {
     const QFileInfo info(path);
@@ -44,7 +44,7 @@ ManifestInspection::ManifestInspection(const BrowserInstallation &installation, 
         if (!isThere(candidate.path))
             continue;
         inspect(candidate);
-        // Chromium takes the first that there is; Firefox the first that is right.
+        // Chromium uses the first that exists; Firefox the first that is valid.
         if (isWhole() || !installation.browser().family.isFirefox())
             return;
     }

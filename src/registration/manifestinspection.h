@@ -9,20 +9,20 @@
 
 #include <functional>
 
-/// The manifest that a browser goes by, and what is wrong with it.
+/// The manifest that a browser uses, and its faults.
 class ManifestInspection {
 public:
-    /// Of a browser that goes by "way". "withUsers": whether the user's own manifests count.
+    /// "withUsers": whether the user's own manifests are valid.
     ManifestInspection(const BrowserInstallation &installation, BrowserInstallation::Way way,
                        bool withUsers);
 
     bool found() const { return !m_path.isEmpty(); }
     QString path() const { return m_path; }
     bool isForEverybody() const { return m_forEverybody; }
-    /// The program that the browser starts in the end, where the manifest tells it.
+    /// The host that the browser starts in the end; may be empty.
     QString hostPath() const { return m_hostPath; }
     bool isWhole() const;
-    /// Of what is wrong, the first; else empty.
+    /// The first fault; empty when there is none.
     QString firstFault() const;
 
     /// Adds the links from "manifest-found" on to a chain.
@@ -49,6 +49,6 @@ private:
     QString m_path;
     bool m_forEverybody = false;
     QString m_hostPath;
-    /// Up to the first that the rest hangs on.
+    /// Up to the first broken one that the others depend on.
     QList<Link> m_links;
 };

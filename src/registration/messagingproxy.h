@@ -2,9 +2,9 @@
 
 #include <QString>
 
-/// The service outside that starts hosts for browsers in sandboxes.
+/// The portal service that starts hosts for sandboxed browsers.
 namespace MessagingProxy {
 QString serviceName();
-/// Whether somebody has that name on the session bus, or would be started for it.
+/// Whether the name is owned, or can be activated, on the session bus.
 bool isReachable();
 } // namespace MessagingProxy

@@ -2,10 +2,10 @@
 
 #include <QString>
 
-/// Where the programs of this installation are.
+/// The paths of this installation's programs.
 namespace ProgramPaths {
 /// The host beside this program.
 QString host();
-/// How a user calls this program: by its name where that is enough.
+/// How to run this program: its name if it is on the PATH, else its path.
 QString ownCommand();
 } // namespace ProgramPaths

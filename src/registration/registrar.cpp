@@ -20,7 +20,7 @@ constexpr QFile::Permissions readableByAll =
 constexpr QFile::Permissions executableByAll =
     readableByAll | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther;
 
-/// Their bits for the owner, which alone mean the same for every way of reading them.
+/// QFile also reports the bits for the current user, so only the owner's are comparable.
 QFile::Permissions ownersBits(QFile::Permissions permissions)
 {
     return permissions & (QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
@@ -68,7 +68,7 @@ QList<Result> removeManifest(const QString &folder, const BrowserFamily &family)
     return {remove(path)};
 }
 
-/// The script goes only when nothing names it any more.
+/// Removes the script once no manifest names it any more.
 QList<Result> removeScript(const QString &folder)
 {
     const QString path = FlatpakSandbox::scriptPath(folder);
@@ -80,7 +80,7 @@ QList<Result> removeScript(const QString &folder)
     return {remove(path)};
 }
 
-/// By folder, the family of the browsers that look there. Several browsers share one.
+/// Maps the system-wide folders, which browsers may share, to the browsers' family.
 QMap<QString, BrowserFamily> foldersForEverybody(const UserFolders &folders)
 {
     QMap<QString, BrowserFamily> all;
@@ -110,7 +110,7 @@ QList<Result> Registrar::registerScript(const BrowserInstallation &installation)
     const QStringList folders = installation.scriptFolders();
     for (const QString &folder : folders) {
         const QString script = FlatpakSandbox::scriptPath(folder);
-        // The script first: a manifest never names what is not there yet.
+        // The script first, so that no manifest names a missing file.
         results +=
             write(script, FlatpakSandbox::script(installation.id(), m_hostPath), executableByAll);
         if (results.constLast().done != Result::Done::Failed)

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// The text as one word of a shell's command line, quoted only where it must be.
+/// Quotes the text as one word of a shell command, if necessary.
 QString shellQuoted(const QString &text);
-/// The text of a word that was quoted by shellQuoted().
+/// The inverse of shellQuoted().
 QString shellUnquoted(const QString &word);

@@ -18,7 +18,7 @@
 
 namespace {
 
-/// The folder itself, or that in which it, or those above it, have to be made.
+/// The folder itself, or its nearest existing ancestor, in which it would be created.
 QFileInfo existingPlaceOf(const QString &path)
 {
     QFileInfo place(path);
@@ -27,7 +27,7 @@ QFileInfo existingPlaceOf(const QString &path)
     return place;
 }
 
-/// Whether files can be made there; if not, "reason" is why.
+/// Whether files can be created there; if not, "reason" is set.
 bool isUsableFolder(const QFileInfo &place, QString &reason)
 {
     if (!place.isDir())
@@ -37,7 +37,7 @@ bool isUsableFolder(const QFileInfo &place, QString &reason)
     return reason.isEmpty();
 }
 
-/// Gives the owner back what the owner may do.
+/// Restores the owner's permissions.
 bool makeUsable(const QString &path)
 {
     const QFile::Permissions needed = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
@@ -108,7 +108,7 @@ void checkDatabase(Chain &chain, const QString &path)
     chain.ok(unlocked, QStringLiteral("no program keeps it locked"));
 }
 
-/// The user may have chosen another folder than the system's.
+/// The download folder is a setting.
 QString downloadsFolder(const AppDataAccessHelper &store, bool isStoreUsable)
 {
     QString chosen;

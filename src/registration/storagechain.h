@@ -4,6 +4,6 @@
 
 #include <QString>
 
-/// The links of what the host and the application keep: settings, and the folder of downloads.
-/// "hostFolder" is where the host lies: a portable installation keeps them there.
+/// Checks the settings database and the download folder. "hostFolder" is the host's folder, where a
+/// portable installation keeps them.
 Chain examineStorage(const QString &hostFolder);

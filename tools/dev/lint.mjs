@@ -3,9 +3,8 @@
 // Most of their time goes into the headers of Qt, so sources are read together, a few at a time, as
 // one translation unit; one by one only when they do not compile so.
 //
-// What was found clean is remembered by content (sources, the project's headers they reach, flags,
-// configuration, versions of the tools), so another clone profits from it. With --all
-// everything is read again.
+// Clean results are cached by content (sources, the project headers that they include, flags,
+// configuration, versions of the tools), and shared by all clones. --all ignores the cache.
 
 import { execFile, execFileSync } from 'node:child_process';
 import { createHash } from 'node:crypto';
@@ -45,7 +44,7 @@ function compiledSources() {
     return [...kinds.values()].sort((a, b) => (a.file < b.file ? -1 : 1));
 }
 
-/** The text of a source and of every header of the project that it reaches, each once. */
+/** The text of a source and of every project header that it includes, each once. */
 class IncludeReader {
     #headers = new Map();
     #contents = new Map();
@@ -111,7 +110,7 @@ const isShareable = flag => /^(-I|-DQT_\w+_LIB|-isystem$|\/usr\/)/.test(flag);
 const ownFlags = source => source.flags.filter(flag => !isShareable(flag));
 const fuzzFunction = 'LLVMFuzzerTestOneInput';
 
-/** Has moc write its output, which some sources include, without building what they link. */
+/** Runs moc, whose output some sources include, without building anything else. */
 async function generateMocOutput(sources) {
     // Not every AutogenInfo.json: those of targets that are no more stay in the build folder.
     const folders = new Set(sources.flatMap(source => source.flags.filter(isMocFolder))
@@ -144,7 +143,7 @@ async function readBatch(tool, batch) {
     const together = await tool(name, flags, true);
     if (!/: (fatal )?error: (?!.*-warnings-as-errors\])/.test(together.text))
         return together;
-    const results = []; // names of two sources got in each other's way
+    const results = []; // names of two sources clashed
     for (const source of batch)
         results.push(await tool(source.file, source.flags, false));
     return {

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs a command, as root, on a system of its own: what it changes below /etc, /usr and /var is not
-# changed for others, and is gone with it. Ends with status 77 where that cannot be had.
+# Runs a command as root with overlays on /etc, /usr and /var, which are discarded afterwards. Exits with
+# 77 where overlay mounts are not possible.
 set -euo pipefail
 
 if [ "${1:-}" != --inside ]; then

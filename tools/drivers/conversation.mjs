@@ -1,5 +1,5 @@
-// What an extension says to the host, and what the host must answer, word for word. The
-// demonstration shows it; the tests hold it with each browser.
+// A sample conversation: an extension's tasks and the host's exact answers. Shown by the demonstration,
+// checked by the tests in each browser.
 
 import { deepStrictEqual } from 'node:assert';
 import { handshakeTask } from './hostprocess.mjs';
@@ -59,8 +59,8 @@ export const conversation = [
 export const farewell = { id: '7', type: 'shutdown' };
 
 /**
- * Holds the conversation up to the farewell. ask(task) resolves with the answer; onTurn(turn,
- * answer) hears each before it is compared.
+ * Holds the conversation, except for "shutdown". ask(task) resolves with the answer; onTurn(turn,
+ * answer) is called before each comparison.
  */
 export async function converse(ask, onTurn = () => {}) {
     for (const turn of conversation) {

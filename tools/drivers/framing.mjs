@@ -1,10 +1,10 @@
-// The frames of the browser channel, seen from the browser's side: a length, a body, and what the
-// handshake's options make of both.
+// The frames of the native-messaging channel from the browser's side, in all encodings that the
+// handshake's options select.
 
 const littleEndianLength = 4;
 
 /**
- * A frame as the host is to read it.
+ * Encodes a frame for the host.
  * @param {string|Buffer} body text, or bytes that are no text
  * @param {{textLength?: boolean, base64?: boolean, percent?: boolean}} options
  */
@@ -32,7 +32,7 @@ function percentEncodedByte(byte) {
         : '%' + byte.toString(16).toUpperCase().padStart(2, '0');
 }
 
-/** Cuts what the host writes into frames. A frame that is not as the options say throws. */
+/** Splits the host's output into frames. Throws on a frame that does not match the options. */
 export class FrameReader {
     /** @type {{crlf?: boolean, textLength?: boolean, base64?: boolean, percent?: boolean}} */
     options = {};
@@ -45,10 +45,10 @@ export class FrameReader {
         this.#size += chunk.length;
     }
 
-    /** How many bytes have come that belong to no frame yet. */
+    /** The number of bytes received that belong to no complete frame yet. */
     get pending() { return this.#size; }
 
-    /** The text of the next whole frame, undefined while there is none. */
+    /** The text of the next complete frame, undefined while there is none. */
     next() {
         if (this.#size < this.#needed)
             return undefined;

@@ -1,5 +1,5 @@
-// A home for what a test starts: its own folders, its own temporary folder (the local socket to the
-// application lies there), its own copy of the program. Nothing of the user's is read or written.
+// An isolated environment for tests: home folder, temporary folder (with the application's local socket),
+// and a copy of the program. The user's files are neither read nor written.
 
 import {
     copyFileSync, existsSync, linkSync, mkdirSync, mkdtempSync, readdirSync, readlinkSync, rmSync,
@@ -18,7 +18,7 @@ export function builtHost() {
     return path;
 }
 
-/** Those that were not removed yet. No program outlives the test, not even one that was cut off. */
+/** Sandboxes not removed yet. Their programs are killed even when the test is aborted. */
 const sandboxes = new Set();
 process.on('exit', () => sandboxes.forEach(each => each.remove()));
 for (const signal of ['SIGINT', 'SIGTERM'])
@@ -34,7 +34,7 @@ function endIfThere(pid) {
 }
 
 export class Sandbox {
-    /** @param {string[]} beside names of programs that lie beside the host, and are to do so here */
+    /** @param {string[]} beside names of other programs to copy from the host's folder */
     constructor(beside = []) {
         const host = builtHost();
         this.folder = mkdtempSync(join(tmpdir(), 'kov-'));
@@ -50,7 +50,7 @@ export class Sandbox {
         sandboxes.add(this);
     }
 
-    /** The environment for a process that lives here. */
+    /** The environment variables for a process in the sandbox. */
     environment(extra = {}) {
         const environment = {
             HOME: this.home,
@@ -69,10 +69,10 @@ export class Sandbox {
         return environment;
     }
 
-    /** Where the application puts what it downloads. */
+    /** The application's download folder. */
     get downloads() { return join(this.home, 'Downloads'); }
 
-    /** Process ids of the programs that were started from here and still run. */
+    /** The ids of running processes whose program is in the sandbox. */
     running(program) {
         return readdirSync('/proc').filter(name => /^\d+$/.test(name)).filter(pid => {
             try {
@@ -84,10 +84,10 @@ export class Sandbox {
         }).map(Number);
     }
 
-    /** Ends whatever still runs, and removes the folders. */
+    /** Kills the remaining processes, and removes the folders. */
     remove() {
         sandboxes.delete(this);
-        // A host that still lives when its application is killed starts another one.
+        // Hosts first: one that is running when its application is killed starts another one.
         for (let pids = this.running(); pids.length > 0; pids = this.running()) {
             for (const pid of pids)
                 endIfThere(pid);

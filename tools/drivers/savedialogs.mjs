@@ -20,7 +20,7 @@ export class ChromiumDialog {
             this.screen.press('ctrl+s');
         } else {
             await element.click({ button: 'right' });
-            // Keys go to the menu once it is there, which nothing tells.
+            // There is no event for an open menu, so keys are sent until it reacts.
             await until(() => {
                 if (this.isOpen())
                     return true;
@@ -40,7 +40,7 @@ export class ChromiumDialog {
     }
 }
 
-/** The same in Firefox, which shows no such dialog to who drives it: one that is not seen takes its place. */
+/** The same in Firefox, where automation has no native dialogs: a mock replaces the file picker. */
 export class FirefoxDialog {
     static #commands = { link: 'context-savelink', image: 'context-saveimage', page: 'Browser:SavePage' };
 

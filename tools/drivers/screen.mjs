@@ -1,4 +1,4 @@
-// A screen of its own for a browser that is to show windows, menus and dialogs, and hands for it.
+// A virtual screen (Xvfb) for a browser with windows, menus and dialogs, and keyboard input for it (xdotool).
 
 import { execFileSync, spawn } from 'node:child_process';
 
@@ -19,13 +19,13 @@ export class Screen {
         this.display = display;
     }
 
-    /** Presses keys, each by its name or with others ("ctrl+s"), where the focus is. */
+    /** Sends keys ("Return", "ctrl+s") to the focused window. */
     press(...keys) { this.#do('key', '--delay', '60', ...keys); }
 
-    /** The id of a window that is shown, by a part of its title; undefined when there is none. */
+    /** The id of a visible window by a part of its title; undefined when there is none. */
     window(title) { return this.#do('search', '--onlyvisible', '--name', title).split('\n').find(Boolean); }
 
-    /** Without a window manager, nothing else gives a window the focus. */
+    /** Focuses a window; there is no window manager to do it. */
     focus(id) { this.#do('windowfocus', '--sync', id); }
 
     stop() { this.server.kill(); }

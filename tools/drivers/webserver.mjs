@@ -1,11 +1,10 @@
-// A web site with files that are given only to who comes as its visitor does: with the cookie, the
-// referrer and the user agent of the visit.
+// A web site whose files require the cookie, the referrer and the user agent of the visit.
 
 import { createHash, randomBytes } from 'node:crypto';
 import { createServer } from 'node:http';
 
 const fileSize = 3 * 1024 * 1024;
-/** Files begin to come at once and end this much later: time to catch a download on its way. */
+/** In milliseconds: how long a file takes, so that its download can be caught meanwhile. */
 const fileDelay = 1500;
 
 const filesPage = `<title>Files</title>
@@ -20,7 +19,7 @@ const filesPage = `<title>Files</title>
       <button>Report</button></form>`;
 
 export class WebServer {
-    /** What was asked for, as { method, path, allowed }. */
+    /** The requests, as { method, path, allowed }. */
     requests = [];
     #server;
     #session = randomBytes(8).toString('hex');

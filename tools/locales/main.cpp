@@ -1,10 +1,10 @@
-// Turns translations between the two forms in which they are kept. Translators have one place, Qt's
-// .ts files; a browser reads the messages.json of the user's language.
+// Converts the extension's texts between messages.json and Qt's .ts files, so that translators have
+// one place for all texts.
 //
-//   kov_locales source EN_JSON OUT_CPP          what lupdate reads the extension's texts from
+//   kov_locales source EN_JSON OUT_CPP          the extension's texts as lupdate reads them
 //   kov_locales messages EN_JSON QM LOCALE OUT  the messages.json of one language
 //
-// What is not translated is left out: browsers take the default language's text then.
+// Untranslated texts are left out: browsers fall back to the default language.
 
 #include <QCoreApplication>
 #include <QFile>
