@@ -4,6 +4,7 @@
 
 #include "qtvariantstreamscanner.h"
 #include "qtvhbodycodec.h"
+#include "require.h"
 
 #include <QByteArray>
 #include <QDataStream>
@@ -11,15 +12,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 
 namespace {
-
-void require(bool ok)
-{
-    if (!ok)
-        std::abort();
-}
 
 void checkDataStream(const QByteArray &body, const QHash<QString, QVariant> &map)
 {

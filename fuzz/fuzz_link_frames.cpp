@@ -3,6 +3,7 @@
 
 #include "qtabstractsocket.h"
 #include "qtabstractsocketbasicipc.h"
+#include "require.h"
 
 #include <QByteArrayList>
 #include <QSharedPointer>
@@ -11,7 +12,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 
 namespace {
 
@@ -109,12 +109,6 @@ Outcome meaningOfFrames(const QByteArray &bytes)
         rest = rest.sliced(4 + length);
     }
     return outcome;
-}
-
-void require(bool ok)
-{
-    if (!ok)
-        std::abort();
 }
 
 } // namespace

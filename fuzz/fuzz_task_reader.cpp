@@ -3,10 +3,10 @@
 
 #include "pmxjsonserializeobject.h"
 #include "pmxkovbhipctask.h"
+#include "require.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -15,12 +15,6 @@ namespace {
 
 const char *const TypeMismatch =
     R"x("type mismatch! call is<type>() before get<type>()" && is<object>())x";
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 std::string written(pmxKovBhIpcTask &task)
 {

@@ -4,9 +4,9 @@
 #include "kovcommandclient.h"
 #include "kovservice.h"
 #include "qtabstractsocketvhipc.h"
-#include "qtappconfigbase.h"
 #include "qtappsettingsinmemorymanager.h"
 #include "qtlocalsocket.h"
+#include "temporaryconfig.h"
 #include "turnedclock.h"
 #include "uniqueint64idgen.h"
 #include "vhipcmisctasksclient.h"
@@ -21,15 +21,6 @@
 #include <memory>
 
 namespace {
-
-class TemporaryConfig : public QtAppConfigBase {
-public:
-    explicit TemporaryConfig(const QString &path) : m_path(path) { }
-    QDir dataDir() const override { return QDir(m_path); }
-
-private:
-    const QString m_path;
-};
 
 /// A host's end of the link, with its copy of the settings.
 struct Host {

@@ -9,14 +9,13 @@
 #include "consolemessagessender.h"
 #include "frames.h"
 #include "qtappabstractsettingsmanager.h"
-#include "qtappconfigbase.h"
 #include "qtappdelayedshutdownmanager.h"
 #include "remoteincomingdownloadsprocessor.h"
+#include "temporaryconfig.h"
 #include "vhipcsettings.h"
 #include "webextensionsettingsmanager.h"
 #include "wenativehosttasksprocessor.h"
 
-#include <QDir>
 #include <QList>
 #include <QLocalServer>
 #include <QLocalSocket>
@@ -37,7 +36,7 @@ public:
     {
         qputenv("TMPDIR", QFile::encodeName(m_dir.path()));
         client = QSharedPointer<AppClientModule>::create(
-            QSharedPointer<Config>::create(QDir(m_dir.path())), nullptr);
+            QSharedPointer<TemporaryConfig>::create(m_dir.path()), nullptr);
         client->initialize(true);
         if (settingsAreKnown)
             makeSettingsKnown();
@@ -121,15 +120,6 @@ public:
     }
 
 private:
-    class Config : public QtAppConfigBase {
-    public:
-        explicit Config(const QDir &dir) : m_dir(dir) { }
-        QDir dataDir() const override { return m_dir; }
-
-    private:
-        const QDir m_dir;
-    };
-
     const QByteArray m_formerTmpDir = qgetenv("TMPDIR");
     const QTemporaryDir m_dir;
     QLocalServer m_server;

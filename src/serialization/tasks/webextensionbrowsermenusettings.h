@@ -14,7 +14,10 @@ public:
         return pmxEqualMembers(*this, other);
     }
 
-    bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override;
+    bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override
+    {
+        return pmxSerializeMembers(stream, *this, flags);
+    }
 
     bool dllink = true;
     bool dlall = true;

@@ -16,7 +16,10 @@ public:
         return pmxEqualMembers(*this, other);
     }
 
-    bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override;
+    bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override
+    {
+        return pmxSerializeMembers(stream, *this, flags);
+    }
 
     WebExtensionVideoMonitoringSettings video;
     bool enable = true;

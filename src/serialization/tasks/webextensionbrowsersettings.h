@@ -15,7 +15,10 @@ public:
         return pmxEqualMembers(*this, other);
     }
 
-    bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override;
+    bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override
+    {
+        return pmxSerializeMembers(stream, *this, flags);
+    }
 
     WebExtensionBrowserMenuSettings menu;
     WebExtensionBrowserMonitorSettings monitor;

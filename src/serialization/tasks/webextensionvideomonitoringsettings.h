@@ -13,7 +13,10 @@ public:
         return pmxEqualMembers(*this, other);
     }
 
-    bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override;
+    bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override
+    {
+        return pmxSerializeMembers(stream, *this, flags);
+    }
 
     bool enable = false;
     bool enableSnifferDll = false;

@@ -9,10 +9,10 @@
 #include "appremotefrontendclientvhipcprocessor.h"
 #include "appservername.h"
 #include "qtappabstractsettingsmanager.h"
-#include "qtappconfigbase.h"
 #include "qtobjectfactory.h"
 #include "qtvhbodycodec.h"
 #include "rows.h"
+#include "temporaryconfig.h"
 #include "turnedclock.h"
 
 #include <QLocalServer>
@@ -22,15 +22,6 @@
 #include <memory>
 
 namespace {
-
-class TemporaryConfig : public QtAppConfigBase {
-public:
-    explicit TemporaryConfig(const QString &path) : m_path(path) { }
-    QDir dataDir() const override { return QDir(m_path); }
-
-private:
-    const QString m_path;
-};
 
 const QString interceptDownloads = u"WbInterceptDownloads"_qs;
 const QString localeName = u"LocaleName"_qs;
