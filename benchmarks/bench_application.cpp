@@ -85,7 +85,7 @@ void runConversation(const QString &program, const QStringList &arguments, Appli
     samples.trip.push_back(trips(roundTrips, false));
     samples.spacedTrip.push_back(trips(spacedRoundTrips, true));
 
-    // Who has never asked is not told.
+    // Settings are sent only after a query.
     child.write(framed(R"({"id":"2","type":"query_settings"})"));
     child.takeAnswer();
     std::vector<double> pushes;

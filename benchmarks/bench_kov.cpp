@@ -91,7 +91,7 @@ void serve(int connection)
     ::close(connection);
 }
 
-/// A process of its own, so that its work is nobody else's. Returns the port.
+/// A process of its own, so that its CPU time is separate. Returns the port.
 int startServer()
 {
     const int listening = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);

@@ -1,5 +1,5 @@
-// What a notification of a browser's request costs beside a task of the same size that nobody
-// serves, the two taking turns in one host; and the memory of a host that is told of very many.
+// What a notification of a browser's request costs compared with an unknown task of the same
+// size, the two taking turns in one host; and the memory of a host that is told of very many.
 
 #include "childprocess.h"
 #include "frame.h"

@@ -13,8 +13,8 @@ struct ChildUsage {
     long peakMemory = 0;
 };
 
-/// A native messaging host that was just started, with pipes to its stdin and stdout; nobody reads
-/// its stderr. The process ends when its input ends. Every failure ends the benchmark.
+/// A native messaging host that was just started, with pipes to its stdin and stdout; its stderr
+/// is not read. The process ends when its input ends. Every failure ends the benchmark.
 class ChildProcess {
 public:
     explicit ChildProcess(const QString &program, const QStringList &arguments = {});

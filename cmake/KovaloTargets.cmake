@@ -11,7 +11,7 @@ add_compile_definitions(
     QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
     $<$<NOT:$<CONFIG:Debug>>:QT_NO_DEBUG>)
 
-# As Debian hardens what it builds (`DEB_BUILD_MAINT_OPTIONS=hardening=+all dpkg-buildflags`); the
+# Debian's hardening flags (`DEB_BUILD_MAINT_OPTIONS=hardening=+all dpkg-buildflags`); the
 # sanitizers and debug builds look closer by themselves.
 if(NOT KOVALO_SANITIZE AND NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
     add_compile_options(-fstack-protector-strong -Wformat -Werror=format-security)

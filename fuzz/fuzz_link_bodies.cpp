@@ -1,4 +1,4 @@
-// The body of a message that came over the link, from anybody: the first byte chooses the encoding,
+// The body of a message on the link, from an untrusted peer: the first byte chooses the encoding,
 // the rest is the body. Data streams are scanned as far as QDataStream reads them, and written byte
 // for byte as it does.
 

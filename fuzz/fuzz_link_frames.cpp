@@ -1,5 +1,6 @@
-// The bytes of a connection, from anybody: the first byte chooses encoding, handshake and the size
-// of the pieces in which the rest arrives. In whatever pieces they come, the messages are the same.
+// The bytes of a connection, from an untrusted peer: the first byte chooses encoding, handshake and
+// the size of the pieces in which the rest arrives. In whatever pieces they come, the messages are
+// the same.
 
 #include "qtabstractsocket.h"
 #include "qtabstractsocketbasicipc.h"

@@ -1,5 +1,5 @@
 // Whether the user lets the extension see what pages ask for, without which no download can be judged.
-// Browsers let him withhold that, of all sites or of some, at any time.
+// Browsers let the user withhold that, for all sites or some, at any time.
 
 const { host_permissions: sites } = chrome.runtime.getManifest();
 
@@ -14,7 +14,7 @@ export async function siteAccess() {
     return origins.length > 0 ? access.some : access.none;
 }
 
-/** Asks the user for all. To be called where he clicked: else browsers do not ask. */
+/** Asks the user for all. Must be called in a click handler (user activation). */
 export function requestSiteAccess() { return chrome.permissions.request({ origins: sites }); }
 
 /** Calls back with how it is, now and after each change. To be called at once when the script starts. */

@@ -29,8 +29,8 @@ QString localeOfAppFile(const QString &fileName)
     return fileName.sliced(begin, fileName.size() - begin - appFileSuffix.size());
 }
 
-/// The language of the translations that a reader of the locale's language is served with. Who
-/// reads Nynorsk reads Bokmål; translations into Nynorsk would be found before as the same locale.
+/// The language of the translations to use for a locale: Bokmål for Nynorsk. (A translation into
+/// Nynorsk would be found before, as the same locale.)
 QLocale::Language languageFor(const QLocale &locale)
 {
     return locale.language() == QLocale::NorwegianNynorsk ? QLocale::NorwegianBokmal

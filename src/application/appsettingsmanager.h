@@ -13,7 +13,7 @@ class QtAppPortableModeSupport;
  *
  * With a portable-mode support, paths are stored in the form that survives moving the installation
  * and read back as this machine's paths. The default of DefaultDownloadPath, which is the same for
- * all machines, is in the form to store, too. Who uses a path therefore decodes it with
+ * all machines, is in the form to store, too. Users of a path therefore decode it with
  * QtAppPortableModeSupport::decodePath(), which leaves an absolute path as it is. Without a support
  * paths are stored and read as they are.
  */

@@ -76,7 +76,7 @@ Q_ENUM_NS(Setting)
  * enumerator.
  *
  * Two numbers have two names: those limits of the traffic modes that begin and end the range. The
- * key is the name that is declared first, as with everyone who asks the meta-object: so 4 has the
+ * key is the name that is declared first, as QMetaEnum::valueToKey() has it: so 4 has the
  * key "TumSettingsFirstValue", not "MaxDownloadSpeed", and 9 has "MaxURatio". The main application
  * derives its keys in the same way; another name would split the setting in two.
  */

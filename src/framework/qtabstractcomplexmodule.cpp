@@ -181,7 +181,7 @@ void QtAbstractComplexModule::onStepFinished(Step step, bool init)
     if (!isPassing() || m_step != step || isGoingUp() != init)
         return;
     // A step that ends inside its own call is followed up when that call returns. A later end is
-    // followed up from the event loop: who reports it may be let go of by what comes next.
+    // followed up from the event loop, since the next step may destroy the object that reports it.
     if (isInsideStep()) {
         m_stepState = StepState::CalledAndFinished;
         return;

@@ -30,8 +30,7 @@ public:
     virtual Values allDefaultValues() const = 0;
     virtual void setAllValues(const Values &values, const QString &source) = 0;
     virtual void setAllDefaultValues(const Values &values) = 0;
-    /// Replaces values and defaults. A manager that can lets nobody see the ones without the
-    /// others.
+    /// Replaces values and defaults, atomically for listeners where the manager supports it.
     virtual void setAll(const Values &values, const Values &defaultValues, const QString &source);
     /// The same as setValues() with this one pair and an empty source.
     virtual void setValue(const QString &key, const QString &value);

@@ -14,7 +14,7 @@ QString installedLink() { return QStringLiteral("extension-installed"); }
 QString enabledLink() { return QStringLiteral("extension-enabled"); }
 QString accessLink() { return QStringLiteral("site-access"); }
 
-/// What Chromium notes of an extension that somebody removed whom it was given from outside.
+/// Chromium's mark of an externally installed extension that the user has removed.
 constexpr int removedState = 2;
 
 /// The folders in a browser's own that hold one of these files; a browser may keep a profile there

@@ -18,7 +18,7 @@ public:
     /// With update, samples the key first.
     bool isPressed(bool update);
     /// Samples the key. A platform that can read the keyboard overrides it and tells setPressed()
-    /// what it found; there is nothing to sample here.
+    /// what it found; the default samples nothing.
     virtual void update();
 
 Q_SIGNALS:

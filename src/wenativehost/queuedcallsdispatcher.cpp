@@ -8,8 +8,8 @@ QueuedCallsDispatcher::QueuedCallsDispatcher(QObject *parent) : QAbstractEventDi
 
 bool QueuedCallsDispatcher::processEvents(QEventLoop::ProcessEventsFlags flags)
 {
-    // Waiting comes first: who looks at something between two calls, and is woken up after the
-    // look, gets to look again.
+    // Waiting comes first, so that a wake-up between a caller's check and this call is not lost:
+    // the caller checks again.
     if (flags & QEventLoop::WaitForMoreEvents)
         m_wokenUp.wait(0);
     const bool wokenUp = m_wokenUp.exchange(0) != 0;

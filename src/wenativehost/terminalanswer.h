@@ -5,7 +5,7 @@
 #include <optional>
 
 /**
- * What a person at a terminal who asks with "--help" or "--version" is told; nothing for anybody
- * else. A browser, which gives its own arguments and no terminal, is never taken for a person.
+ * The text for "--help" or "--version" on a terminal; nothing otherwise. Browsers pass other
+ * arguments and no terminal.
  */
 std::optional<QString> terminalAnswer(int argc, char *argv[]);

@@ -10,8 +10,8 @@ template <typename Fold> bool matches(std::string_view text, std::string_view ma
     constexpr std::size_t None = std::string_view::npos;
     std::size_t t = 0;
     std::size_t m = 0;
-    // Only the last "*" is ever tried again: what stands between it and the one before matched as
-    // early as it could, which leaves the most text for the rest.
+    // Backtracks to the last "*" only: the piece before it matched as early as possible, which
+    // leaves the most text for the rest.
     std::size_t lastStar = None;
     std::size_t textAtLastStar = 0;
     while (t < text.size()) {

@@ -1,5 +1,4 @@
-// What befalls the programs around the host, and the moments at which it does: killed, hung, missing,
-// too many, too much. Seeded by KOVALO_SEED; KOVALO_FAULTS_SHARE is how much of the rounds to play.
+// Faults of the programs around the host, at random moments: killed, hung, missing, too many, too much. Seeded by KOVALO_SEED; KOVALO_FAULTS_SHARE is how much of the rounds to play.
 
 import { deepStrictEqual, doesNotMatch, match, notStrictEqual, ok, strictEqual } from 'node:assert';
 import { createHash } from 'node:crypto';
@@ -37,7 +36,7 @@ function scene(what, beside, play) {
     });
 }
 
-/** Plays the rounds, several at a time, each player in a scene of his own. */
+/** Runs the rounds, several at a time, each runner in a scene of its own. */
 async function playRounds(count, play) {
     let next = 0;
     await Promise.all(Array.from({ length: 4 }, async () => {
@@ -225,7 +224,7 @@ describe('faults', { concurrency: 4 }, () => {
         await here.kov('quit');
         await until(() => here.sandbox.running('kov').length === 0, 'its end');
 
-        // With nobody serving, the settings come from the file.
+        // Without a running application, the settings come from the file.
         const last = here.extension();
         await last.querySettings();
         ok(last.hasSettings(values), JSON.stringify(last.settings.current));

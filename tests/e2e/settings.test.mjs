@@ -32,7 +32,7 @@ test('captions follow the language of the application, and rules hold before any
         deepStrictEqual(new Set(extension.told.map(({ id, type, error }) => id + type + error)), new Set(['ui_strings']));
         await extension.end();
 
-        // Without the application, the same from the local store, and nobody launches it.
+        // Without the application, the same from the local store, without launching it.
         await here.kov('quit');
         await until(() => here.sandbox.running('kov').length === 0, 'the application to end');
         const alone = await start();

@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Lets everything happen that is to happen later.
+/// Delivers all queued calls.
 void settle()
 {
     for (int i = 0; i < 30; ++i)
@@ -31,7 +31,7 @@ struct Play {
     QtAbstractModule *top = nullptr;
     std::vector<std::function<void()>> unfinished;
 
-    /// Whoever is "later" waits in the owner's event queue.
+    /// A step that is "later" waits in the owner's event queue.
     void step(QObject *owner, const QString &name, const std::function<void(const QString &)> &end)
     {
         journal.append(name);

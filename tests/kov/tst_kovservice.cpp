@@ -48,7 +48,7 @@ struct Host {
 
     QSharedPointer<QtAppSettingsInMemoryManager> settings =
         QSharedPointer<QtAppSettingsInMemoryManager>::create();
-    /// The changes that the application told of.
+    /// The changes that the application sent.
     QtAppAbstractSettingsManager::ValuesList told;
     AppRemoteFrontendClientModule module;
 };
@@ -167,7 +167,7 @@ private Q_SLOTS:
         QTRY_COMPARE(other->value(locale), u"fr"_qs);
         QCOMPARE(author->told, (QtAppAbstractSettingsManager::ValuesList{{locale, u"fr"_qs}}));
 
-        // At the same moment, the same and others.
+        // Concurrently, the same settings and others.
         author->change(intercept, u"1"_qs);
         author->change(u"HideDockIcon"_qs, u"1"_qs);
         other->change(intercept, u"x"_qs);
@@ -179,7 +179,7 @@ private Q_SLOTS:
         }
     }
 
-    /// Hosts cannot name programs to run, and a reset by one of them leaves those in place.
+    /// Hosts cannot change the programs to run, not even by a reset.
     void someSettingsAreNotForHosts()
     {
         // A client that may reset, as a front-end of the application may.

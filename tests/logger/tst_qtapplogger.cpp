@@ -93,8 +93,8 @@ private Q_SLOTS:
 
     void linesOfManyStayWhole()
     {
-        // Full about half-way: rotated exactly once, whoever finds it full, and nothing is lost.
-        // Loggers share no more than those of several processes do.
+        // Full about half-way: rotated exactly once, whichever process finds it full, and nothing
+        // is lost. Loggers share no more than those of several processes do.
         constexpr int loggers = 8;
         constexpr int linesOfEach = 300;
         const QString text(200, u'x');
@@ -154,7 +154,7 @@ private Q_SLOTS:
         QVERIFY(make(kept, own) && QFile::link(kept, m_path + u"link"_qs));
         QVERIFY(make(m_path + u"open"_qs, own | QFile::ReadOther));
         QVERIFY(make(m_path + u"other"_qs, own));
-        // Only root can give a file away; for anybody else, root's own will do.
+        // Only root can change a file's owner; other users take a file of root's.
         const bool isRoot = ::geteuid() == 0;
         const QString foreign = isRoot ? m_path + u"other"_qs : u"/dev/null"_qs;
         if (isRoot)

@@ -79,7 +79,7 @@ private Q_SLOTS:
             WebExtensionSettings changed;
             QVERIFY(pmxJsonSerializeObject(
                 changed, QByteArray(text).replace(member, other).toStdString(), 0));
-            // Nobody is told of a change of "dlvideo" alone.
+            // A change of "dlvideo" alone is not reported.
             QVERIFY2((changed == defaults) == member.startsWith("\"dlvideo"), member);
         }
     }

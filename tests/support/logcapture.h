@@ -7,7 +7,7 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-/// Makes a logger the process's default one while it lives, and shows the texts it was given.
+/// Installs a default logger for its lifetime, and returns the logged texts.
 class LogCapture {
 public:
     explicit LogCapture(int verbosityLevel = 1)

@@ -4,7 +4,7 @@
 
 #include <QList>
 
-/// A part that keeps what it is given.
+/// A part that records the messages it receives.
 class RecordingPart : public QtAbstractVhIpcPart {
 public:
     void processVh(const QHash<QString, QVariant> &map) override { m_maps += map; }

@@ -10,10 +10,10 @@
 #include <limits>
 
 /**
- * A clock that stands still until a test turns it.
+ * A fake clock that a test advances.
  *
- * advance() walks from timer to timer in the order in which they are due; each sees the time for
- * which it was set. Queued signals and calls are delivered before and after each of them.
+ * advance() fires the timers in the order in which they are due; each sees the time for which it
+ * was set. Queued signals and calls are delivered before and after each of them.
  */
 class TurnedClock : public QtClock {
 public:
@@ -39,7 +39,7 @@ public:
         }
         m_nowMs = target;
     }
-    /// The calendar time jumps; timers and the monotonic time do not notice.
+    /// Changes the calendar time, but not timers and the monotonic time.
     void setWallTime(std::time_t wallTime) { m_wallStart = wallTime - m_nowMs / 1000; }
 
     /// Milliseconds until the next timer is due, -1 when none is active.

@@ -26,9 +26,9 @@
 #include <memory>
 
 /**
- * The dispatcher with all that it needs, between messages and a file of answers. Its data and its
- * application's socket lie in a temporary folder, so that it meets no application but the one that
- * the test stands in for. Quotes in messages and answers are written as "'".
+ * The dispatcher with its dependencies; answers are written to a file. Its data and the
+ * application's socket are in a temporary folder, so that only the test's fake application is
+ * reachable. Quotes in messages and answers are written as "'".
  */
 class IsolatedHost {
 public:
@@ -64,13 +64,13 @@ public:
             shutdownManager, QWeakPointer<ConsoleMessagesReceiver>(), sender, extensionSettings,
             client);
     }
-    /// Takes a message, and returns what has been sent since this was last asked for.
+    /// Handles a message, and returns what has been sent since the last call.
     QString tell(const QString &message)
     {
         dispatcher->onConsoleGotMessage(QString(message).replace(u'\'', u'"'));
         return sent();
     }
-    /// The messages sent since this was last asked for, with "|" between them.
+    /// The messages sent since the last call, separated by "|".
     QString sent()
     {
         QByteArray bytes = m_output.written().mid(m_seen);
@@ -83,7 +83,7 @@ public:
         }
         return messages.join(u'|');
     }
-    /// From now on the application accepts connections, and says nothing.
+    /// From now on the application accepts connections, but sends nothing.
     bool connectToApplication()
     {
         return m_server.listen(appServerName())

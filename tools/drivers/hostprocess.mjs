@@ -1,10 +1,10 @@
-// The built host as a browser has it: a child process with three pipes.
+// The built host as a browser starts it: a child process with three pipes.
 
 import { spawn } from 'node:child_process';
 import { readFileSync } from 'node:fs';
 import { FrameReader, encodeFrame } from './framing.mjs';
 
-/** Long enough for a host under the sanitizers on a busy machine; only a hang reaches it. */
+/** In milliseconds. Long enough for a sanitized host on a busy machine; only a hang reaches it. */
 const patience = 120_000;
 
 const handshakeOptions = {
@@ -25,7 +25,7 @@ export function handshakeTask(id, ...options) {
 }
 
 export class HostProcess {
-    /** How frames are written for the host, as encodeFrame() takes it. */
+    /** The options of frames to the host, see encodeFrame(). */
     writing = {};
     log = '';
     #reader = new FrameReader();
@@ -49,7 +49,7 @@ export class HostProcess {
         });
         this.child.stdout.on('data', chunk => this.#onOutput(chunk));
         this.child.stderr.setEncoding('utf8').on('data', text => { this.log += text; });
-        // The host may be gone before all is written; how it ended is what tests look at.
+        // EPIPE: the host may end before all is written; tests check its exit status.
         this.child.stdin.on('error', () => {});
         this.ended = new Promise((resolve, reject) => {
             this.child.on('error', reject);
@@ -61,7 +61,7 @@ export class HostProcess {
 
     get pid() { return this.child.pid; }
 
-    /** Writes bytes as they are; resolves when the pipe has taken them. */
+    /** Writes raw bytes; resolves when the pipe has accepted them. */
     write(bytes) {
         return new Promise(resolve => { this.child.stdin.write(bytes, () => resolve()); });
     }
@@ -89,13 +89,13 @@ export class HostProcess {
         return this.receive();
     }
 
-    /** Messages that have come and were not asked for. */
+    /** Messages that were received and not yet consumed. */
     get unread() { return this.#answers.length; }
 
-    /** Bytes that have come and make no whole message. */
+    /** The number of bytes received that make no complete message. */
     get unreadBytes() { return this.#reader.pending; }
 
-    /** Switches options by a handshake, from whose answer on they hold. Returns that answer. */
+    /** Switches options by a handshake; they apply from its answer on. Returns that answer. */
     async handshake(...options) {
         this.#reader.options = {
             crlf: options.includes('crlf'),
@@ -119,13 +119,13 @@ export class HostProcess {
     /** How the process ended, as { code, signal }. */
     end() { return withPatience(this.ended, () => `the host does not end\n${this.log}`); }
 
-    /** A number of the process's status that is given in kB, such as VmHWM (its peak memory). */
+    /** A value in kB from /proc/PID/status, such as VmHWM (peak memory). */
     statusKilobytes(name) {
         const status = readFileSync(`/proc/${this.pid}/status`, 'utf8');
         return Number(status.match(new RegExp(`^${name}:\\s+(\\d+) kB`, 'm'))[1]);
     }
 
-    /** Bytes that the process has read from anywhere so far. */
+    /** The bytes that the process has read so far (rchar). */
     bytesRead() {
         return Number(readFileSync(`/proc/${this.pid}/io`, 'utf8').match(/^rchar: (\d+)/m)[1]);
     }
@@ -160,7 +160,7 @@ function withPatience(promise, describe) {
     return Promise.race([promise, limit]).finally(() => clearTimeout(timer));
 }
 
-/** Resolves once the condition holds; looks every few milliseconds. */
+/** Polls until the condition is true. */
 export async function until(condition, what) {
     const end = Date.now() + patience;
     while (!await condition()) {

@@ -6,11 +6,11 @@
 #include <QString>
 
 /**
- * A second process of this program, which delivers what still waits for the application when the
- * browser ends the first one. It is in no browser's hands: it waits as long as the messages may.
+ * A second, detached process of this program, which delivers the messages that still wait for the
+ * application when the browser ends the first one. It waits as long as the messages may.
  *
- * They come on its standard input, from memory, as the link itself encodes them: neither command
- * line nor environment nor disk get to see anything of them.
+ * They are passed on its standard input, from memory, in the link's encoding, and so appear neither
+ * on a command line or in the environment nor on the disk.
  */
 namespace LinkSuccessor {
 

@@ -16,9 +16,8 @@ class QSocketNotifier;
  * process's open files. It outlives this object and this process; as long as both live, its end is
  * noticed.
  *
- * Nobody has to read what it writes to stderr: the first stderrBytes are kept in memory, the rest
- * is refused to it (EPERM). QProcess can do neither for a program that is to outlive it. Belongs to
- * one thread.
+ * Its stderr is a file in memory that keeps the first stderrBytes; further writes fail with EPERM.
+ * QProcess can do neither for a program that is to outlive it. Belongs to one thread.
  */
 class ServerProcess : public QObject {
     Q_OBJECT

@@ -17,7 +17,7 @@ struct VhIpcQueuedMessage {
     QHash<QString, QVariant> message;
     /// How long it has been waiting, in milliseconds.
     qint64 waitedMs = 0;
-    /// Somebody else sees to it when this process ends: it is not to be delivered after that.
+    /// Not to be delivered after the end of this process: the browser keeps the download.
     bool endsWithProcess = false;
 };
 
@@ -38,9 +38,9 @@ public:
     /// order of their age.
     void sendOrQueue(const VhIpcQueuedMessage &queued);
     bool hasQueued() const { return !m_queue.isEmpty(); }
-    /// What waits, in order.
+    /// The waiting messages, in order.
     QList<VhIpcQueuedMessage> queued() const;
-    /// Forgets what waits, all of it or what ends with the process; nobody is told.
+    /// Drops the waiting messages, all or those that end with the process, without a notification.
     void dropQueued();
     void dropQueuedEndingWithProcess();
 

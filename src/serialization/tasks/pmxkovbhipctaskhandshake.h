@@ -6,7 +6,7 @@
 #include <string>
 
 /**
- * What the extension asks of the channel, and who it is.
+ * The options of the channel that the extension requests, and the extension's identity.
  * A flag that cannot be read stays false.
  */
 class pmxKovBhIpcTaskHandshake : public pmxSerializable {

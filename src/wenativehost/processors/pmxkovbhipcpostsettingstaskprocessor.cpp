@@ -20,7 +20,7 @@ pmxKovBhIpcPostSettingsTaskProcessor::pmxKovBhIpcPostSettingsTaskProcessor(
 void pmxKovBhIpcPostSettingsTaskProcessor::process(std::shared_ptr<pmxKovBhIpcTask> task,
                                                    Callback callback)
 {
-    // Without options in the message the task holds the defaults, which nobody chose.
+    // Without options in the message the task holds defaults that the user did not choose.
     if (task->readFailed()) {
         const auto response = pmxResponseTo(*task);
         response->error = "invalid arguments";

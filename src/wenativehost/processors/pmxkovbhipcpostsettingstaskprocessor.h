@@ -10,8 +10,8 @@ class ConsoleMessagesSender;
 class WebExtensionSettingsManager;
 
 /**
- * "post_settings": takes over the options that the extension sends, as soon as those are known that
- * they are to be compared with. A message without options changes nothing and is answered with the
+ * "post_settings": takes over the extension's options, once the current ones are known for
+ * comparison. A message without options changes nothing and is answered with the
  * error "invalid arguments".
  *
  * The answer says nothing of the local store. When that cannot be written, and when it can be

@@ -10,7 +10,7 @@
 class MediaRequestsCollector;
 class pmxFlvSniffCallProcTask;
 
-/// Finds what a user who asks for "the video" on a page means.
+/// Ranks the media of a page, to choose the one that "Download video" means.
 class MediaRequestsAnalyzer : public QObject {
     Q_OBJECT
 public:

@@ -28,7 +28,7 @@ public:
     std::vector<QUrl> takeFound() { return std::move(m_found); }
 
 private:
-    /// What stands between the separators, where it is not empty.
+    /// The non-empty pieces between separators.
     template <typename Function>
     static void forEachPart(QByteArrayView text, std::string_view separators, Function function)
     {

@@ -15,7 +15,7 @@ class MediaRequestsCollector;
 /**
  * Tells the extension what was found on its pages, in messages with an empty id: from start() on,
  * each time that it changes. The list is in the order in which the analyzer ranks the page's media,
- * so that what is shown first is what a user gets who asks for "the video". Belongs to one thread.
+ * so that the first entry is the one that "Download video" gets. Belongs to one thread.
  */
 class PageMediaNotifier : public QObject {
     Q_OBJECT

@@ -58,7 +58,7 @@ private Q_SLOTS:
         QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), path));
         QVERIFY(AppServerLauncher::serverBinaryExists());
 
-        // As in a browser: standard streams that are pipes, and one more that nobody marked.
+        // As in a browser: standard streams that are pipes, and one more without FD_CLOEXEC.
         int pipe[2];
         QCOMPARE(::pipe(pipe), 0);
         ::signal(SIGPIPE, SIG_IGN);

@@ -1,4 +1,4 @@
-// The parts that hand the application downloads, JSON texts and small tasks.
+// The parts for downloads, JSON texts and miscellaneous tasks.
 
 #include "logcapture.h"
 #include "remoteincomingdownloadsprocessor.h"

@@ -73,7 +73,7 @@ struct Link {
         to.part.processVh(from.sent.takeFirst().at(0).value<Message>());
         return true;
     }
-    /// Returns how many messages it took until both ends were silent; gives up at some time.
+    /// Returns how many messages it took until both ends were silent; gives up after a limit.
     int deliverAll()
     {
         int count = 0;
@@ -105,7 +105,7 @@ private Q_SLOTS:
                 end.manager->setValues({{u"A"_qs, u"old"_qs}}, VhIpcSettings::changesSource());
                 end.part.processVh(message);
                 QCOMPARE(end.value(u"A"_qs), allowed ? expected : u"old"_qs);
-                // Whatever it took is not told back.
+                // Changes from the peer are not echoed.
                 QCOMPARE(end.sent.count(), 0);
             }
         }
@@ -206,7 +206,7 @@ private Q_SLOTS:
         delivered += link.deliverAll();
         QCOMPARE(link.client.value(u"S"_qs), expected);
         QCOMPARE(link.application.value(u"S"_qs), expected);
-        // No more is said than it takes to agree.
+        // No more messages than it takes to agree.
         QTEST(delivered, "deliveries");
     }
 
@@ -238,7 +238,7 @@ private Q_SLOTS:
             QVERIFY2(link.deliverAll() < 1000, qPrintable(QString::number(seed)));
             for (const QString &each : names)
                 QCOMPARE(link.client.value(each), link.application.value(each));
-            // Peace has come: a change takes one message.
+            // Settled: a change takes one message.
             link.client.change(u"A"_qs, u"client's"_qs);
             QCOMPARE(link.deliverAll(), 1);
         }

@@ -1,5 +1,5 @@
-// What the tests of faults play with: an application that can be killed, an extension that counts
-// its answers, and a web site that counts its visits.
+// The scene of the fault tests: an application that can be killed, an extension that counts answers,
+// and a web site that counts visits.
 
 import { deepStrictEqual } from 'node:assert';
 import { execFile, spawn } from 'node:child_process';
@@ -19,7 +19,7 @@ const { Settings } = await import(`data:text/javascript,${encodeURIComponent(sou
 // Nothing is kept: none of the options that only the extension has is changed here.
 globalThis.chrome = { storage: { local: { get: () => Promise.resolve({}) } } };
 
-/** The extension's end of a host: matches answers with their tasks and notes any that are too many. */
+/** The extension's end of a host: matches answers with tasks, and detects surplus answers. */
 export class Extension {
     settings = new Settings(this);
     /** What the host told by itself of other things than settings. */

@@ -1,5 +1,5 @@
 // kovalo-host in a home of its own, with browsers that it finds there. Root may do everything, so
-// where the tests run as root, the program runs as somebody else.
+// where the tests run as root, the program runs as another user.
 
 import { spawn } from 'node:child_process';
 import { chownSync, mkdirSync, readFileSync, readdirSync, readlinkSync } from 'node:fs';
@@ -31,7 +31,7 @@ export class RegisteredSandbox extends Sandbox {
             mkdirSync(join(this.home, each), { recursive: true });
     }
 
-    /** Where the folders for everybody and the policies are looked for. */
+    /** The root of the system-wide folders and of the policies. */
     get system() { return join(this.folder, 'system'); }
 
     inHome(...path) { return join(this.home, ...path); }

@@ -1,4 +1,4 @@
-// A host whose application behaves as the address of a download wishes, by its parameter "answer".
+// A fake host whose answers the URL of a download selects, by its parameter "answer".
 
 import { FrameReader, encodeFrame } from '../../../tools/drivers/framing.mjs';
 

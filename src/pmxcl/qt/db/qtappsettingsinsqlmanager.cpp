@@ -149,7 +149,7 @@ QSet<QString> QtAppSettingsInSqlManager::writeUnstoredKeys()
         const std::optional<QString> value = ownValue(key);
         if (!value)
             continue;
-        // Another process that was waited for in vain is not waited for again with every value.
+        // After one timeout the other process is not waited for again with every value.
         if (busy || !checkStored(write(key, *value), "m_table->write(p.first, p.second)")) {
             busy = busy || isBusyError(m_table->lastError());
             failed.insert(key);

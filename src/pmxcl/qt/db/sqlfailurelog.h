@@ -8,10 +8,10 @@ class QSqlError;
 QString sqlFailureText(const QSqlError &error);
 
 /**
- * What the process has logged about database files that fail.
+ * The failures of database files that this process has logged.
  *
- * A store is opened anew for each change when nobody keeps it, and would tell of the same trouble
- * each time. Any thread.
+ * A store is opened again for each change unless it is kept, and would log the same failure each
+ * time. Any thread.
  */
 class SqlFailureLog {
 public:

@@ -24,7 +24,7 @@ QtSocketConnectionKeeper::QtSocketConnectionKeeper(QSharedPointer<QtAbstractSock
     : QObject(parent), m_socket(std::move(socket)), m_clock(clock),
       m_serverAddress(QHostAddress(), 0), m_reconnectTimer(clock.createTimer())
 {
-    // Queued, so that the socket has told everybody of its state before it is made to change again.
+    // Queued, so that all slots have seen the socket's state before it changes again.
     QObject::connect(m_socket.data(), &QtAbstractSocket::stateChanged, this,
                      &QtSocketConnectionKeeper::onSocketStateChanged, Qt::QueuedConnection);
     QObject::connect(m_reconnectTimer.get(), &QtSingleShotTimer::timeout, this,

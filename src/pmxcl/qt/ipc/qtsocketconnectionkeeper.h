@@ -39,7 +39,7 @@ public:
 public Q_SLOTS:
     void onSocketStateChanged();
     void onScheduledReconnect();
-    /// Somebody provided what the proxy asked for; no attempt was made since it asked.
+    /// The proxy's credentials were provided; no attempt was made since it asked for them.
     void onGotProxyAuth();
 
 private:

@@ -23,7 +23,7 @@ public:
     void setDefaultValue(const QString &key, const QString &value) override;
     Values allValues() const override;
     Values allDefaultValues() const override;
-    /// The defaults first: who hears of the values finds both in place.
+    /// Replaces the defaults first, so that slots for allValuesChanged() see both.
     void setAll(const Values &values, const Values &defaultValues, const QString &source) override;
     /// Emits allValuesChanged(), whether anything differs or not.
     void setAllValues(const Values &values, const QString &source) override;

@@ -10,7 +10,7 @@ class QLocalSocket;
  * The user as which the process at the other end of a connection ran when it began to listen
  * (SO_PEERCRED, see unix(7)); nothing when that cannot be told.
  *
- * Anybody can make a socket of an expected name in a shared folder: who connects asks for it before
- * anything is read or written.
+ * Any user can create a socket of an expected name in a shared folder, so clients check the peer
+ * before anything is read or written.
  */
 std::optional<uid_t> localPeerUser(const QLocalSocket &socket);

@@ -1,5 +1,5 @@
-// What keeps a client connected: the keeper's attempts, the launches of a server that is missing,
-// and the helper that brings both together. Time is turned by hand.
+// Keeping a client connected: the keeper's attempts, the launches of a missing server, and the
+// helper that combines both. With a fake clock.
 
 #include "qtabstractserverlauncher.h"
 #include "qtabstractsocketvhipc.h"

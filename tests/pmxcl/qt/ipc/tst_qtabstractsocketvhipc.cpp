@@ -1,5 +1,4 @@
-// The framing of the link and what is made of it, at one end of a local socket whose other end says
-// and hears bytes.
+// The framing of the link, over a local socket whose other end is raw bytes.
 
 #include "logcapture.h"
 #include "processmemory.h"
@@ -166,7 +165,7 @@ private Q_SLOTS:
         m_peer.reset();
         QTRY_VERIFY(!m_socket->isConnected());
         QCOMPARE(m_socket->ioDevice()->bytesToWrite(), 0);
-        // The next peer hears nothing of what was meant for the last one.
+        // The next peer receives nothing that was meant for the last one.
         connectPeer();
         link->send(flagMap());
         hear(flagFrame());

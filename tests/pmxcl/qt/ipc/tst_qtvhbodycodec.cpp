@@ -1,5 +1,5 @@
-// What is and what is not let in by the decoders of message bodies, beside what the fuzz target
-// fuzz_link_bodies compares with Qt. The tables are in bodies.json, their bytes in hexadecimal.
+// Which message bodies the decoders accept and reject, beyond what the fuzz target fuzz_link_bodies
+// compares with Qt. The tables are in bodies.json, their bytes in hexadecimal.
 
 #include "processmemory.h"
 #include "qtvhbodycodec.h"

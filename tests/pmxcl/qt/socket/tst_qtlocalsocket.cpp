@@ -79,7 +79,7 @@ private Q_SLOTS:
                     == 0);
         }
         const QString tooLong = m_dir.filePath(QString(120, u'x'));
-        // Nobody listens, and what else may be the reason.
+        // No listener, and other reasons.
         const std::pair<QString, QString> cases[] = {
             {name("no"), {}},
             {name("left"), {}},
@@ -109,7 +109,7 @@ private Q_SLOTS:
     void givesUpAServerWhoseQueueIsFull()
     {
         const LogCapture log;
-        // A server that accepts nobody, in whose queue there is room for one.
+        // A server that does not accept, with a backlog of one.
         m_server.reset();
         const int server = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
         sockaddr_un address = {};
@@ -188,7 +188,7 @@ private Q_SLOTS:
         for (const bool aborted : {false, false, true}) {
             connectTo(socket, m_path);
             QVERIFY(socket.isConnecting() && !socket.isConnected());
-            // What the server says is not listened to, and another attempt is not begun.
+            // The server's bytes are ignored, and no further attempt is started.
             const auto peer = accepted();
             peer->write("hello");
             peer->flush();
