@@ -1,0 +1,67 @@
+// Checks the extension as a build has put it together: node lintextension.mjs FOLDER.
+//
+// What Mozilla's linter finds fault with, texts that no page uses or that do not exist, and (as a warning
+// only) texts without a translation.
+
+import { spawnSync } from 'node:child_process';
+import { readFileSync, readdirSync } from 'node:fs';
+import { join } from 'node:path';
+import { fileURLToPath } from 'node:url';
+
+const linter = fileURLToPath(new URL('../../node_modules/.bin/addons-linter', import.meta.url));
+const folder = process.argv[2];
+const english = join(folder, '_locales/en/messages.json');
+
+/** Findings that are as they must be: the place in the manifest, and why it is there. */
+const explained = {
+    '/background/service_worker': 'Chromium knows no other background; Firefox takes the scripts beside it',
+};
+
+function lint() {
+    // It ends with 1 when it has found errors.
+    const { stdout, stderr } = spawnSync(linter, ['--output', 'json', folder], { encoding: 'utf8' });
+    if (!stdout)
+        return [`addons-linter: ${stderr}`];
+    const { errors, warnings, notices } = JSON.parse(stdout);
+    return [...errors, ...warnings, ...notices]
+        .filter(({ message }) => !Object.keys(explained).some(place => message.includes(place)))
+        .map(({ code, message, file, line }) => `${file ?? folder}${line ? `:${line}` : ''}: ${message} [${code}]`);
+}
+
+/** Words in the sources that may be keys of texts, and the starts of those that are put together. */
+function literals() {
+    const files = readdirSync(folder, { recursive: true }).filter(file => /\.(js|html)$|^manifest\.json$/.test(file));
+    const source = files.map(file => readFileSync(join(folder, file), 'utf8')).join('\n');
+    const found = pattern => new Set([...source.matchAll(pattern)].map(match => match[1]));
+    return {
+        whole: found(/(?:['"]|__MSG_)([A-Za-z]\w*?)(?:['"]|__)/g),
+        starts: found(/['"`]([a-z][A-Za-z]*_)(?:['"]|\$\{)/g),
+        asked: found(/(?:\b(?:text|getMessage|HostError)\(|data-(?:text|label|hint)=|\b(?:text|hint|title|reason): |__MSG_)['"]?([a-z]\w*?)(?:['"]|__)/g),
+    };
+}
+
+function checkKeys(keys) {
+    const setByBuild = ['language', 'direction'];
+    const { whole, starts, asked } = literals();
+    const isUsed = key => whole.has(key) || [...starts].some(start => key.startsWith(start));
+    return [
+        ...keys.filter(key => !isUsed(key) && !setByBuild.includes(key)).map(key => `${english}: no page uses "${key}"`),
+        ...[...asked].filter(key => !keys.includes(key)).map(key => `${english}: there is no "${key}"`),
+    ];
+}
+
+/** Browsers show the English text in place of one that is missing. */
+function warnOfUntranslated(keys) {
+    for (const locale of readdirSync(join(folder, '_locales'))) {
+        const translated = JSON.parse(readFileSync(join(folder, '_locales', locale, 'messages.json')));
+        const missing = keys.filter(key => !Object.hasOwn(translated, key));
+        if (missing.length > 0)
+            console.log(`warning: no translation in kov_${locale}.ts: ${missing.join(', ')}`);
+    }
+}
+
+const keys = Object.keys(JSON.parse(readFileSync(english)));
+warnOfUntranslated(keys);
+const faults = [...lint(), ...checkKeys(keys)];
+faults.forEach(each => console.log(each));
+process.exitCode = faults.length > 0 ? 1 : 0;
