@@ -10,6 +10,12 @@ const isFirefox = Boolean(chrome.runtime.getBrowserInfo);
 
 localize(text('helpTitle'));
 element('pin').textContent = text(isFirefox ? 'helpPinFirefox' : 'helpPinChromium');
+element(isFirefox ? 'pinMark' : 'wheelMark').remove();
+
+/** How to bring the button into sight, while it is not. */
+async function showPinning() { element('pinning').hidden = (await chrome.action.getUserSettings?.())?.isOnToolbar === true; }
+addEventListener('focus', showPinning);
+showPinning();
 
 function browserName() {
     const [name] = /(Firefox|Edg|OPR|Vivaldi|Chrome|Chromium)\/[\d.]+/.exec(navigator.userAgent) ?? [''];

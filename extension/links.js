@@ -6,7 +6,8 @@ import { element, localize, make, numberInWords, text } from './lib/ui.js';
 
 localize(text('linksTitle'));
 const key = location.hash.slice(1);
-const { links = [], documentUrl = '', title = '' } = await ask('links', { key }) ?? {};
+const list = await ask('links', { key });
+const { links = [], documentUrl = '', title = '' } = list ?? {};
 
 const rows = links.map((link, index) => {
     const kind = kindOf(link);
@@ -18,10 +19,13 @@ const rows = links.map((link, index) => {
         label.append(make('br'), make('small', { textContent: link.text }));
     const line = make('tr', {},
         make('td.check', {}, box), make('td', {}, label),
-        make('td', { textContent: text(`linkKind_${kind}`) }),
-        make('td.optional', { textContent: host }));
+        make('td.kind', { textContent: text(`linkKind_${kind}`) }),
+        make('td.host', { textContent: host }));
     return { index, kind, box, line, searched: `${name}\n${link.text}\n${link.url}`.toLowerCase() };
 });
+
+/** In the list of kinds: all but pages. */
+const everyFile = 'files';
 
 const isShown = row => !row.line.hidden;
 const chosen = () => rows.filter(row => isShown(row) && row.box.checked);
@@ -35,8 +39,10 @@ function showCount() {
 function applyFilter() {
     const words = element('filter').value.toLowerCase().split(/\s+/).filter(Boolean);
     const kind = element('kind').value;
+    const isOfKind = row => kind === '' || (kind === everyFile ? row.kind !== 'page' : row.kind === kind);
     for (const row of rows)
-        row.line.hidden = (kind !== '' && row.kind !== kind) || !words.every(word => row.searched.includes(word));
+        row.line.hidden = !isOfKind(row) || !words.every(word => row.searched.includes(word));
+    element('noMatch').hidden = rows.some(isShown);
     showCount();
 }
 
@@ -47,11 +53,13 @@ function choose(isChosen) {
 }
 
 element('from').textContent = title || documentUrl;
-element('table').hidden = rows.length === 0;
+element('list').hidden = rows.length === 0;
 element('empty').hidden = rows.length > 0;
+element('empty').textContent = text(list ? 'linksEmpty' : 'linksGone');
 element('links').replaceChildren(...rows.map(row => row.line));
 element('kind').append(
     make('option', { value: '', textContent: text('linksEveryKind') }),
+    make('option', { value: everyFile, textContent: text('linksEveryFile') }),
     ...kinds.filter(kind => rows.some(row => row.kind === kind))
         .map(kind => make('option', { value: kind, textContent: text(`linkKind_${kind}`) })));
 element('filter').addEventListener('input', applyFilter);
@@ -59,8 +67,7 @@ element('kind').addEventListener('change', applyFilter);
 element('all').addEventListener('click', () => choose(true));
 element('none').addEventListener('click', () => choose(false));
 element('links').addEventListener('change', showCount);
-element('form').addEventListener('submit', async event => {
-    event.preventDefault();
+element('download').addEventListener('click', async () => {
     const picked = chosen();
     element('download').disabled = true;
     element('said').textContent = text('handingOver');

@@ -76,8 +76,9 @@ async function save(changes) {
         if (!unstored)
             saySaved('optionsSaved');
     } catch (error) {
-        showProblem(error.message);
         show(await ask('settings'));
+        showProblem(error.message);
+        element('problem').scrollIntoView({ block: 'nearest' });
     }
 }
 
@@ -101,11 +102,11 @@ const fields = {
 
     /** Bytes in the record, a number and its unit in the page. */
     size({ path }, id) {
-        const input = make('input', { id, type: 'number', min: '0', step: 'any' });
+        const input = make('input', { id, type: 'number', min: '0', step: 'any', required: true });
         const unit = make('select', { ariaLabel: text('unit') }, ...byteUnits.map(
             ([name, factor]) => make('option', { value: factor, textContent: unitName(name) })));
         const saveSize = () => {
-            if (input.value !== '' && input.checkValidity())
+            if (input.reportValidity())
                 save({ [path]: Math.round(Number(input.value) * Number(unit.value)) });
         };
         input.addEventListener('change', saveSize);
@@ -127,14 +128,16 @@ const fields = {
     /** Masks, shown as they are understood; what can never match is not stored. */
     list({ path, understand, separator }, id) {
         const describedBy = `${id}-understood`;
-        const input = make('textarea', { id, rows: separator === '\n' ? 4 : 1, spellcheck: false,
+        const input = make('textarea', { id, rows: 1, spellcheck: false,
                                          'aria-describedby': describedBy });
         const chips = make('ul.chips', { id: describedBy, 'aria-live': 'polite' });
         const check = () => {
             const { masks, refused } = understand(input.value);
             input.ariaInvalid = String(refused.length > 0);
+            // What is understood as it stands need not be said twice.
+            const isPlain = input.value.split(/\s+/).filter(Boolean).join(' ') === masks.join(' ');
             chips.replaceChildren(
-                ...masks.map(mask => make('li', { textContent: mask })),
+                ...(isPlain ? [] : masks).map(mask => make('li', { textContent: mask })),
                 ...refused.map(({ entry, reason }) =>
                     make('li.bad', { textContent: `${entry}: ${text(reason)}` })));
             return { masks, refused };
@@ -151,6 +154,8 @@ const fields = {
                 const isSame = understand(input.value).masks.join(' ') === value;
                 if (!isSame) // what was refused stays in the field, to be mended
                     input.value = value.split(' ').filter(Boolean).join(separator);
+                if (separator === '\n')
+                    input.rows = Math.min(Math.max(4, input.value.split('\n').length), 12);
                 check();
             },
         };
@@ -173,7 +178,7 @@ function makeRow(row) {
         return make('label.switch', {},
             make('span', {}, text(row.text), hint ? make('br') : null, hint), field.input);
     }
-    return make('div', {},
+    return make('div.field', {},
         make('label', { htmlFor: id, textContent: text(row.text) }),
         make('div.row', {}, field.input, ...field.more ?? []),
         ...field.below ?? [], hint);

@@ -30,6 +30,9 @@ async function attempt(request, members) {
 let isConnected = false;
 let isCatching = true;
 let needsAccess = false;
+let isNextKept = false;
+/** The server that is left to the browser, if the page comes from one; else ''. */
+let leftSite = '';
 
 function showProblem(problem) {
     element('problem').hidden = !problem;
@@ -40,7 +43,11 @@ function showProblem(problem) {
 }
 
 function showState() {
-    element('state').textContent = text(!isConnected ? 'stateWaiting' : isCatching && !needsAccess ? 'stateOn' : 'stateOff');
+    const isOff = !isCatching || needsAccess;
+    const states = [[!isConnected, 'stateWaiting'], [isOff, 'stateOff'], [isNextKept, 'stateNext'],
+                    [leftSite, 'stateSite'], [true, 'stateOn']];
+    element('state').textContent = text(states.find(([holds]) => holds)[1], leftSite);
+    element('keepNext').disabled = element('site').disabled = !isConnected || isOff;
 }
 
 function showStatus({ version, problem, ...status }) {
@@ -61,12 +68,10 @@ onClick('dismiss', async () => showStatus(await ask('dismissProblem')));
 
 function showSettings(settings) {
     element('catch').disabled = !settings;
-    element('site').disabled = !settings;
     if (!settings)
         return;
     isCatching = settings.browser.monitor.enable;
     element('catch').checked = isCatching;
-    element('keepNext').disabled = !isCatching;
     showState();
     ask('site', { url: tabUrl }).then(showSite);
 }
@@ -75,10 +80,14 @@ function showSite({ host, isLeft }) {
     element('siteRow').hidden = !host;
     element('siteText').textContent = text('leaveSite', host);
     element('site').checked = isLeft;
+    leftSite = isLeft ? host : '';
+    showState();
 }
 
 function showKeeping({ next, shortcut, modifier }) {
+    isNextKept = next;
     element('keepNext').ariaPressed = String(next);
+    showState();
     const ways = [modifier && text('keepByKey', text(`key_${modifier}`)), shortcut && text('keepByShortcut', shortcut)];
     element('keepHint').textContent = ways.filter(Boolean).join(' ');
 }
@@ -97,14 +106,21 @@ onClick('keepNext', async event => {
 
 // --- the last downloads --------------------------------------------------------------------------
 
+/** Beside the words, for who looks for one among many. */
+const marks = { application: '✓', browser: '↓' };
+
 function showDownloads(downloads) {
     element('noDownloads').hidden = downloads.length > 0;
     element('downloads').replaceChildren(...downloads.map(download => {
         const { words, isProblem } = outcomeInWords(download);
-        return make('li', {}, make('div.entry', {},
+        const mark = isProblem ? '!' : marks[download.state] ?? '–';
+        const look = isProblem ? '.broken' : download.state === 'application' ? '.ok' : '';
+        return make('li', {}, make(`div.entry${look}`, {},
+            make('span.mark', { ariaHidden: 'true', textContent: mark }),
             make('div.grow', {},
-                make('span.name', { textContent: download.name || text('nameless') }),
-                make(isProblem ? 'small.bad' : 'small', {}, `${words} · ${timeInWords(download.time)}`)),
+                make('span.name', {}, make('bdi', { textContent: download.name || text('nameless') })),
+                make(isProblem ? 'small.bad' : 'small', {}, words, ' ',
+                    make('span.nowrap', { textContent: `· ${timeInWords(download.time)}` }))),
             isProblem ? make('button.icon', {
                 textContent: '×',
                 ariaLabel: text('dismiss'),
@@ -112,6 +128,7 @@ function showDownloads(downloads) {
                 onclick: async () => showDownloads(await ask('dismissOutcome', { id: download.id })),
             }) : null));
     }));
+    element('downloads').tabIndex = element('downloads').scrollHeight > element('downloads').clientHeight ? 0 : -1;
 }
 
 // --- the page's media ----------------------------------------------------------------------------

@@ -1,5 +1,6 @@
 // Takes pictures of the extension's pages as a user finds them, into docs/screenshots:
-// node screenshots.mjs [PAGE]. In light and dark, narrow and wide, in German and in Arabic.
+// node screenshots.mjs [PAGE [FOLDER]]. In light and dark, narrow and wide, in German and in Arabic, and
+// when there is nothing to show or something is wrong.
 
 import { mkdirSync } from 'node:fs';
 import { join } from 'node:path';
@@ -8,11 +9,11 @@ import { ExtendedBrowser } from './drivers/browsers.mjs';
 import { until } from './drivers/hostprocess.mjs';
 import { Sandbox } from './drivers/sandbox.mjs';
 
-const folder = fileURLToPath(new URL('../docs/screenshots', import.meta.url));
 const wanted = process.argv[2] ?? '';
+const folder = process.argv[3] ?? fileURLToPath(new URL('../docs/screenshots', import.meta.url));
 
 const looks = [
-    { name: 'light', scheme: 'light', widths: [280, 1200], language: 'en' },
+    { name: 'light', scheme: 'light', widths: [280, 1200], language: 'en', withStates: true },
     { name: 'dark', scheme: 'dark', widths: [340], language: 'en' },
     { name: 'de', scheme: 'light', widths: [400], language: 'de' },
     { name: 'ar', scheme: 'dark', widths: [400], language: 'ar' },
@@ -35,34 +36,75 @@ const links = [
     ['https://example.org/account/logout', 'Log out'],
 ].map(([url, text]) => ({ url, text, download: null, documentUrl: 'https://example.org/', policy: '', frameId: 0 }));
 
-/** What has been going on, as the background script keeps it. */
-function fill({ outcomes: told, links: found }) {
-    return chrome.storage.session.set({
-        'outcomes': told.toReversed(),
-        'links.1': { links: found, title: 'Example downloads', documentUrl: 'https://example.org/', tab: { id: 1 } },
-    });
+const media = [
+    { requestId: '1', title: 'Introduction', kind: 'stream', size: -1, quality: '1080p' },
+    { requestId: '2', title: 'Introduction (trailer)', kind: 'video', size: 48_300_000, quality: '720p' },
+];
+const tab = { id: 1, index: 0, url: 'https://example.org/', title: 'Example downloads' };
+const waiting = { version: '', problem: null };
+
+/** What a page is told when it asks, in place of what the background script would say. */
+const told = {
+    outcomes,
+    media,
+    site: { host: 'example.org', isLeft: false },
+    links: { links, title: tab.title, documentUrl: tab.url, tab },
+};
+const missing = '__MSG_problemHostMissing__';
+const pages = [
+    { name: 'popup', address: 'popup.html', told },
+    { name: 'options', address: 'options.html', told },
+    { name: 'links', address: 'links.html', told },
+    { name: 'help', address: 'help.html', told },
+];
+const states = [
+    { name: 'popup-empty', address: 'popup.html', told: { ...told, outcomes: [], media: [] } },
+    { name: 'popup-problem', address: 'popup.html', told: { ...told, status: { ...waiting, problem: missing }, settings: null } },
+    { name: 'options-waiting', address: 'options.html', told: { ...told, status: waiting, settings: null } },
+    { name: 'links-empty', address: 'links.html', told: { ...told, links: { ...told.links, links: [] } } },
+    { name: 'help-broken', address: 'help.html',
+      told: { ...told, check: { version: '', hostProblem: { key: 'problemHostMissing', words: missing }, lastProblem: null } } },
+];
+
+/** Runs in a page before its scripts. Texts are named as in a manifest. */
+function answer({ told: answers, tab: shown }) {
+    const inWords = (_name, value) => (typeof value === 'string'
+        ? value.replace(/^__MSG_(.*)__$/, (_all, key) => chrome.i18n.getMessage(key)) : value);
+    const send = chrome.runtime.sendMessage;
+    chrome.runtime.sendMessage = async message => (message.request in answers
+        ? { value: JSON.parse(JSON.stringify(answers[message.request]), inWords) } : send(message));
+    chrome.tabs.query = async () => [shown];
 }
 
-const pages = { popup: 'popup.html', options: 'options.html', links: 'links.html#links.1', help: 'help.html' };
+/** The picture of a whole page, or of as much as its popup shows. */
+async function takePicture(page, width, path) {
+    await page.setViewport({ width, height: 400 });
+    // Beyond what the window shows, pages from right to left are not drawn where they are.
+    const height = await page.evaluate(() => Math.ceil(document.body.getBoundingClientRect().bottom));
+    await page.setViewport({ width, height });
+    await page.evaluate(() => new Promise(resolve => { globalThis.requestAnimationFrame(resolve); }));
+    await page.screenshot({ path });
+}
 
 mkdirSync(folder, { recursive: true });
-for (const { name, scheme, widths, language } of looks) {
+for (const { name, scheme, widths, language, withStates } of looks) {
     const sandbox = new Sandbox(['kov']);
     const browser = await ExtendedBrowser.launch('chromium', sandbox, { language });
     try {
         const first = await browser.openExtensionPage('options.html');
         await until(async () => (await first.evaluate(
             () => chrome.runtime.sendMessage({ request: 'settings' }))).value, 'the settings');
-        await first.evaluate(fill, { outcomes, links });
-        for (const [page, address] of Object.entries(pages).filter(([each]) => each.includes(wanted))) {
-            const { page: tab } = await browser.openExtensionPage(address);
-            await tab.emulateMediaFeatures([{ name: 'prefers-color-scheme', value: scheme }]);
-            for (const width of page === 'popup' ? [340] : widths) {
-                await tab.setViewport({ width, height: 600 });
-                await new Promise(resolve => { setTimeout(resolve, 300); });
-                await tab.screenshot({ path: join(folder, `${page}-${name}-${width}.png`), fullPage: true });
-            }
-            await tab.close();
+        for (const { name: title, address, told: answers } of [...pages, ...withStates ? states : []]) {
+            if (!title.includes(wanted))
+                continue;
+            const page = await browser.browser.newPage();
+            await page.evaluateOnNewDocument(answer, { told: answers, tab });
+            await page.emulateMediaFeatures([{ name: 'prefers-color-scheme', value: scheme }]);
+            await page.goto(browser.address(address));
+            await page.waitForNetworkIdle();
+            for (const width of address === 'popup.html' || title.includes('-') ? [340] : widths)
+                await takePicture(page, width, join(folder, `${title}-${name}-${width}.png`));
+            await page.close();
         }
     } finally {
         await browser.close();
