@@ -116,9 +116,9 @@ const fields = {
             more: [unit],
             show: value => {
                 const bytes = Number(value);
+                if (input.value !== '' && Number(input.value) * Number(unit.value) === bytes)
+                    return; // in the unit that the user has chosen
                 const [, factor] = byteUnits.findLast(each => bytes >= each[1]) ?? byteUnits[0];
-                if (document.activeElement === input && Number(input.value) * Number(unit.value) === bytes)
-                    return;
                 unit.value = factor;
                 input.value = bytes / factor;
             },

@@ -1,56 +1,132 @@
 // The extension's pages as a user uses them, and whether everybody can.
 
-import { deepStrictEqual, strictEqual } from 'node:assert';
+import { deepStrictEqual, ok, strictEqual } from 'node:assert';
+import { existsSync } from 'node:fs';
+import { join } from 'node:path';
 import { after, before, describe, test } from 'node:test';
 import axe from 'axe-core';
 import { browserNames } from '../../../tools/drivers/browsers.mjs';
 import { Visit } from '../support/visit.mjs';
 
-const pages = ['popup.html', 'options.html', 'links.html', 'help.html'];
+/** In milliseconds: what hangs ends here, so that the browser is closed all the same. */
+const patience = 150_000;
 
 for (const name of browserNames) {
-    describe(`pages in ${name}`, { timeout: 240_000 }, () => {
+    describe(`pages in ${name}`, () => {
         let visit;
-        let popup;
+        const pages = {};
         before(async () => {
             visit = await Visit.start(name, ['kov']);
-            popup = await visit.browser.openExtensionPage('popup.html');
+            for (const each of ['popup', 'help', 'options'])
+                pages[each] = await visit.browser.openExtensionPage(`${each}.html`);
             await visit.until(async () => (await visit.ask('settings')) !== null, 'the settings');
-        });
-        after(() => visit?.end());
+        }, { timeout: patience });
+        after(() => visit?.end(), { timeout: patience });
 
-        const click = (page, selector) => page.evaluate(each => document.querySelector(each).click(), selector);
-        const shown = () => popup.evaluate(() => [...document.querySelectorAll('#downloads li')].map(
-            each => [...each.querySelectorAll('.name, small')].map(part => part.textContent.split(' · ')[0])));
+        const evaluate = (page, ...rest) => pages[page].evaluate(...rest);
+        const textOf = (page, selector) => evaluate(page, each => document.querySelector(each)?.innerText ?? '', selector);
+        const says = (page, selector, words) => visit.until(
+            async () => await textOf(page, selector) === words, `${selector} to say "${words}"`);
+        /** As a user does: what cannot be clicked yet is waited for. */
+        const click = (page, selector) => visit.until(() => evaluate(page, each => {
+            const found = document.querySelector(each);
+            const isReady = found !== null && !found.disabled && found.checkVisibility();
+            if (isReady)
+                found.click();
+            return isReady;
+        }, selector), `${selector} to be ready`);
+        const enter = (page, selector, value) => evaluate(page, (each, entered) => {
+            const field = document.querySelector(each);
+            field.value = entered;
+            for (const type of ['input', 'change'])
+                field.dispatchEvent(new Event(type, { bubbles: true }));
+        }, selector, value);
+        const outcomes = () => evaluate('popup', () => [...document.querySelectorAll('#downloads small')].map(
+            each => each.textContent.split(' · ')[0]));
+        const outcomesAre = (...words) => visit.until(
+            async () => JSON.stringify(await outcomes()) === JSON.stringify(words), `the popup to list ${words}`);
         async function download() {
             await visit.page.bringToFront();
             await visit.page.click('#file');
         }
 
-        test('assistive technology finds its way', async () => {
-            for (const address of pages) {
-                const page = await visit.browser.openExtensionPage(address);
-                await page.evaluate(new Function(axe.source));
-                deepStrictEqual(await page.evaluate(async () => (await globalThis.axe.run()).violations.map(
-                    ({ id, nodes }) => `${id}: ${nodes.map(node => node.target).join(' ')}`)), [], address);
-            }
-        });
-
-        test('the next download is kept, the one after it is not, and one from a page of a kept server is', async () => {
-            await click(popup, '#keepNext');
-            await visit.until(async () => (await visit.ask('keeping')).next, 'the button to hold');
+        test('the next download is kept, the one after it is not, and one from a page of a kept server is', { timeout: patience }, async () => {
+            await click('popup', '#keepNext');
+            await says('popup', '#state', 'The next download stays in the browser.');
             await download();
-            await visit.until(async () => (await shown())[0]?.[1] === 'Kept in the browser', 'the popup to say so');
+            await outcomesAre('Kept in the browser');
             strictEqual((await visit.ask('keeping')).next, false);
             await download();
-            await visit.until(async () => (await shown())[0]?.[1] === 'Handed over to Kovalo', 'the popup to say so');
+            await outcomesAre('Handed over to Kovalo', 'Kept in the browser');
             const url = visit.server.pageUrl;
             deepStrictEqual(await visit.ask('leaveSite', { url, leave: true }), { host: new URL(url).hostname, isLeft: true });
             await download();
-            await visit.until(async () => (await shown()).length === 3, 'the third to be listed');
-            deepStrictEqual((await shown()).map(([, words]) => words),
-                            ['Kept in the browser', 'Handed over to Kovalo', 'Kept in the browser']);
+            await outcomesAre('Kept in the browser', 'Handed over to Kovalo', 'Kept in the browser');
             strictEqual((await visit.ask('leaveSite', { url, leave: false })).isLeft, false);
+        });
+
+        test('the user chooses among the links of a page, of which none is asked for before', { timeout: patience }, async () => {
+            await visit.page.evaluate(() => document.body.insertAdjacentHTML('beforeend',
+                '<a href="/account/logout">bye</a> <a href="/read">a page</a>'));
+            const asked = visit.server.requests.length;
+            await visit.ask('chooseLinks', { tabId: await visit.tabId(visit.server.pageUrl) });
+            const address = await visit.untilThere(() => visit.extension.evaluate(async () =>
+                (await chrome.tabs.query({})).find(tab => tab.url?.includes('links.html#'))?.url), Boolean);
+            pages.links = await visit.browser.openExtensionPage(address.slice(address.indexOf('links.html')));
+            const shown = () => evaluate('links', () => [...document.querySelectorAll('#links tr:not([hidden])')].map(
+                row => `${row.querySelector('input').checked ? '+' : '-'} ${new URL(row.querySelector('label').title).pathname}`));
+            const files = ['data.bin', 'list.m3u', 'one.bin', 'two.bin'].map(each => `+ /files/${each}`);
+            deepStrictEqual(await visit.untilThere(shown, found => found.length > 0),
+                            [...files, '+ /moved', '- /account/logout', '+ /read']);
+            await enter('links', '#kind', 'files');
+            deepStrictEqual(await shown(), files);
+            await enter('links', '#filter', 'nowhere');
+            deepStrictEqual([await shown(), await textOf('links', '#noMatch')], [[], 'No link matches the filter.']);
+            await enter('links', '#filter', 'ONE bin');
+            strictEqual(await textOf('links', '#download'), 'Download (1)');
+            strictEqual(visit.server.requests.length, asked);
+            await click('links', '#download');
+            await says('links', '#said', 'Handed over to Kovalo: 1');
+            await visit.until(() => visit.server.requests.length > asked, 'the application to ask for it');
+            deepStrictEqual(visit.server.requests.slice(asked), [{ method: 'GET', path: '/files/one.bin', allowed: true }]);
+        });
+
+        test('the page on problems tries a download', { timeout: patience }, async () => {
+            await click('help', '#test');
+            await says('help', '#verdict', 'Everything works.');
+            await visit.until(() => existsSync(join(visit.sandbox.downloads, 'kovalo-test.txt')), 'the test file');
+        });
+
+        test('options take what a user writes, and say what they cannot take', { timeout: patience }, async () => {
+            const monitor = async () => (await visit.ask('settings')).browser.monitor;
+            const servers = '#option-monitor-skipServers';
+            await enter('options', servers, 'https://Example.com/a/b, *.example.org [::1] .');
+            await says('options', '#saved', 'Saved');
+            strictEqual((await monitor()).skipServers, 'example.com example.org');
+            deepStrictEqual((await textOf('options', `${servers}-understood`)).split('\n'), [
+                'example.com', 'example.org', '[::1]: addresses with colons cannot be compared', '.: this would match everything']);
+            await says('options', '#saved', '');
+            await enter('options', '#option-monitor-skipSmallerThan + select', String(1024 ** 2));
+            await enter('options', '#option-monitor-skipSmallerThan', '1.5');
+            await visit.until(async () => Number((await monitor()).skipSmallerThan) === 1.5 * 1024 ** 2, 'the size to hold');
+            await enter('options', '#option-monitor-skipSmallerThan', '-1');
+            ok(await evaluate('options', () => document.querySelector('#option-monitor-skipSmallerThan:invalid') !== null));
+            strictEqual(Number((await monitor()).skipSmallerThan), 1.5 * 1024 ** 2);
+        });
+
+        test('assistive technology finds its way, and colours have contrast in both schemes', { timeout: patience }, async () => {
+            for (const page of Object.keys(pages)) {
+                await evaluate(page, new Function(axe.source));
+                deepStrictEqual(await evaluate(page, async () => {
+                    const found = [];
+                    for (const [scheme, rules] of [['light', {}], ['dark', { runOnly: ['color-contrast'] }]]) {
+                        document.documentElement.style.colorScheme = scheme;
+                        found.push(...(await globalThis.axe.run(rules)).violations.map(
+                            ({ id, nodes }) => `${scheme}, ${id}: ${nodes.map(node => node.target).join(' ')}`));
+                    }
+                    return found;
+                }), [], page);
+            }
         });
     });
 }
