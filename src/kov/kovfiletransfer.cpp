@@ -46,6 +46,8 @@ KovFailure checkRoom(const QString &folder, qint64 totalBytes)
                 .arg(QString::number(totalBytes), QString::number(disk.bytesAvailable()))};
 }
 
+QString cutText() { return QStringLiteral("the connection ended before the file did"); }
+
 } // namespace
 
 struct KovFileTransfer::Connection {
@@ -267,11 +269,15 @@ void KovFileTransfer::onBodyEnded(Connection &connection)
             return;
         }
         if (range.to >= 0 || (m_decoder && !m_decoder->isAtEnd())) {
-            drop(connection, passingFailure(u"the connection ended before the file did"_qs));
+            drop(connection, passingFailure(cutText()));
             return;
         }
         if (!connection.isConfirmation && confirmEnd(connection))
             return;
+        if (isCut()) {
+            drop(connection, passingFailure(cutText()));
+            return;
+        }
         m_job.totalBytes = m_ranges.endHere();
     }
     close(connection);
@@ -288,6 +294,11 @@ bool KovFileTransfer::confirmEnd(const Connection &connection)
     m_connections.clear();
     connectTo(range).isConfirmation = true;
     return true;
+}
+
+bool KovFileTransfer::isCut() const
+{
+    return m_job.totalBytes < 0 && m_ranges.at(0).next() < m_request.announcedBytes;
 }
 
 void KovFileTransfer::close(const Connection &connection)
@@ -383,6 +394,10 @@ double KovFileTransfer::doneShare() const
 void KovFileTransfer::finish()
 {
     m_connections.clear();
+    if (isCut()) {
+        end(passingFailure(cutText()));
+        return;
+    }
     if (m_job.totalBytes < 0)
         m_job.totalBytes = m_ranges.endHere();
     complete();

@@ -45,6 +45,8 @@ private:
     bool keep(qsizetype range, const char *bytes, qint64 size);
     void onBodyEnded(Connection &connection);
     bool confirmEnd(const Connection &connection);
+    /// Whether less has come than the browser was told, of a file whose server tells no size.
+    bool isCut() const;
     void close(const Connection &connection);
     void drop(Connection &connection, const KovFailure &failure);
     void fetchRest();

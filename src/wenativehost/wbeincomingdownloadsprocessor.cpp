@@ -16,6 +16,15 @@ namespace {
 
 QString fromUtf8(const std::string &text) { return QString::fromStdString(text); }
 
+/// The size that the browser was told, by which the application knows a cut file.
+QList<AbstractDownloadFileInfo> announcedFiles(const pmxKovBhIpcDownloadInfo &info)
+{
+    AbstractDownloadFileInfo file;
+    file.size = static_cast<qint64>(info.fileSize);
+    // A record that says nothing of the size has 0.
+    return file.size > 0 ? QList{file} : QList<AbstractDownloadFileInfo>();
+}
+
 AbstractNewDownloadRequest newDownload(const QUrl &url, const pmxKovBhIpcDownloadInfo &info)
 {
     const auto download = std::make_shared<AbstractDownloadPersistentInfo>();
@@ -85,6 +94,9 @@ void WbeIncomingDownloadsProcessor::process(const Downloads &downloads, Owner ow
         if (!isValid(url))
             continue;
         request.downloads.append(newDownload(url, *info));
+        // What is known of a video's size may be of another part of it.
+        if (owner == Owner::Browser)
+            request.downloads.constLast().info->files = announcedFiles(*info);
         request.preferredDownloadType =
             downloadType(info->mediaKind, request.preferredDownloadType);
     }

@@ -122,6 +122,14 @@ describe('downloads', { concurrency: 4 }, () => {
         await until(() => home.files().includes('held (2).bin'), 'both files');
         strictEqual(home.file('held.bin').length, 5);
 
+        // What the browser was told of the size tells a file that is cut, also where the server tells none.
+        const caught = (path, what) => extension.create({ catchedDownloads: '1' }, {
+            url: server.tell(path, what), fileSize: String(3 * mebibyte) });
+        match((await caught('/half.bin', { size: mebibyte })).error, /another file: 1048576 bytes, not 3145728/);
+        strictEqual((await caught('/cut.bin', { size: 3 * mebibyte, badChunkAt: mebibyte, ranges: false })).result, '1');
+        await until(async () => (await home.jobs()).at(-1).error === 'the connection ended before the file did', 'the cut');
+        await home.kov('remove', String((await home.jobs()).at(-1).id));
+
         // A server that is silent is given up long before the extension gives us up.
         const began = performance.now();
         const silent = await extension.download(server.tell('/silent.bin', { hold: new Promise(() => {}), size: 5 }));
