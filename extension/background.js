@@ -2,6 +2,7 @@
 // the start, since the browser may have woken this script for just that.
 
 import { DownloadReports } from './lib/downloadreports.js';
+import { listen as listenForNames } from './lib/browserdownloads.js';
 import { Downloads } from './lib/downloads.js';
 import { FoundMedia } from './lib/foundmedia.js';
 import { Gestures } from './lib/gestures.js';
@@ -155,6 +156,7 @@ chrome.contextMenus.onClicked.addListener((info, tab) => menuActions[info.menuIt
 requests.listen();
 gestures.listen();
 policies.listen();
+listenForNames();
 observer.listen();
 followSiteAccess(state => status.siteAccess(state));
 downloads.recover();

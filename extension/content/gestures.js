@@ -1,13 +1,13 @@
 // Runs in every page. In Chromium a download by "Save link as" or by a click with Alt looks the same
 // as one by a link that has the attribute "download"; what the user did before tells them apart. And a
 // key that is held while a link is clicked keeps the download in the browser. Whether it was such a
-// gesture, and which of three keys were held, is all that leaves the page.
+// gesture, when, and which of three keys were held, is all that leaves the page.
 
 const tell = (event, saves) => {
     // Pages can make events of their own. A script that outlived its extension has nobody to tell.
     if (event.isTrusted && chrome.runtime?.id) {
         const { altKey: alt, ctrlKey: ctrl, shiftKey: shift } = event;
-        chrome.runtime.sendMessage({ saves, alt, ctrl, shift }).catch(() => {});
+        chrome.runtime.sendMessage({ saves, alt, ctrl, shift, time: Date.now() }).catch(() => {});
     }
 };
 addEventListener('contextmenu', event => tell(event, true), true);

@@ -1,27 +1,32 @@
 // What can be done with a download of the browser. What it allows depends on how far it is, and it goes
 // on meanwhile: a small one is complete before it can be paused. Each of these does what is left to do.
 
-import { askedAfter } from './capture.js';
-
 /**
- * Chromium keeps the connection of a paused download. Firefox drops it and later asks the server
- * again, which fails for what was posted and for servers that cannot resume; there, a download goes
- * on until the application has it. (Only Chromium's downloads have the event named here.)
+ * In milliseconds. A browser that takes longer to choose the path of a file has asked the user, who has
+ * chosen where it is to be. Without a question it took 35 at most on a busy machine; nobody answers a
+ * dialog that has yet to open as fast as this.
  */
-const pausesWithoutLoss = 'onDeterminingFilename' in chrome.downloads;
+export const askedAfter = 300;
+
+/** Only Chromium has that event. */
+export const inChromium = 'onDeterminingFilename' in chrome.downloads;
 
 /** Its present state; undefined when the browser has forgotten it. */
 export async function lookUp(id) { return (await chrome.downloads.search({ id }))[0]; }
 
+/**
+ * Chromium keeps the connection of a paused download. Firefox drops it and later asks the server
+ * again, which fails for what was posted and for servers that cannot resume; there, a download goes
+ * on until the application has it.
+ */
 export async function pause(id) {
-    if (pausesWithoutLoss)
+    if (inChromium)
         await chrome.downloads.pause(id).catch(() => {});
 }
 
 /**
  * Lets it go on in the browser, wherever it stopped. Resolves with whether it does, or is complete.
- * @param {boolean} canRestart whether it may begin anew, though the user or the end of the browser has
- *     ended it, which look the same
+ * @param {boolean} canRestart whether it may begin anew where it broke off
  */
 export async function goOn(id, canRestart = false) {
     const item = await lookUp(id);
@@ -31,7 +36,15 @@ export async function goOn(id, canRestart = false) {
         return chrome.downloads.resume(id).then(() => true, () => false);
     if (item.state !== 'interrupted')
         return true;
-    return canRestart ? restart(item) : item.error === 'USER_CANCELED';
+    return canRestart && restart(item);
+}
+
+/**
+ * Whether the user has cancelled it. Browsers say the same of what broke off as they ended, and Firefox
+ * of what is paused.
+ */
+export function isCancelled(item) {
+    return item?.state === 'interrupted' && item.error === 'USER_CANCELED' && !item.canResume;
 }
 
 /** Begins it anew in the browser, which does not offer it to anybody again. */
@@ -40,11 +53,14 @@ async function restart({ id, url }) {
     return chrome.downloads.download({ url }).then(() => true, () => false);
 }
 
-/** What is left of one that was there when the browser ended. Firefox begins such downloads anew. */
-export async function find({ url, startTime }) {
+/**
+ * One that was begun before.
+ * @param {boolean} hasEnded whether the browser was: Firefox begins then anew what was not complete
+ */
+export async function find({ url, startTime }, hasEnded) {
     const items = await chrome.downloads.search({ url });
-    return items.find(each => each.startTime === startTime)
-        ?? items.find(each => each.startTime > startTime && each.state !== 'complete');
+    const isAnew = each => hasEnded && !inChromium && each.startTime > startTime && each.state !== 'complete';
+    return items.find(each => each.startTime === startTime) ?? items.find(isAnew);
 }
 
 /** Removes it from the browser, with what it has of the file. */
@@ -55,22 +71,43 @@ export async function discard(id) {
     await chrome.downloads.erase({ id }).catch(() => {});
 }
 
+/** What Chromium calls each download, by id, as nameOf() tells it. */
+const paths = new Map();
+const rememberedFor = 10_000;
+
+/** To be called at once when the script starts. */
+export function listen() {
+    // Chromium goes on, and may ask the user, when this has returned. As nothing is suggested, the name
+    // is its own.
+    chrome.downloads.onDeterminingFilename?.addListener(({ id }) => void pathOf(id));
+}
+
 /**
  * The name under which the browser saves a file. Chromium chooses it within some ms, Firefox before it
  * tells of a download.
  * @returns {Promise<string|undefined>} undefined when the user is asked for it
  */
 export async function nameOf(item) {
-    const path = item.filename || await filenameOf(item.id);
+    const path = item.filename || await pathOf(item.id);
     return path && path.split(/[/\\]/).pop();
 }
 
-function filenameOf(id) {
+function pathOf(id) {
+    if (!paths.has(id)) {
+        paths.set(id, chosenPath(id));
+        setTimeout(() => paths.delete(id), rememberedFor);
+    }
+    return paths.get(id);
+}
+
+function chosenPath(id) {
     return new Promise(resolve => {
-        const done = filename => {
+        const began = Date.now();
+        const done = path => {
             clearTimeout(timer);
             chrome.downloads.onChanged.removeListener(onChanged);
-            resolve(filename);
+            // A script that is busy hears of the name before it hears that the time is over.
+            resolve(Date.now() - began > askedAfter ? undefined : path);
         };
         const onChanged = change => {
             if (change.id === id && change.filename?.current)
@@ -78,7 +115,5 @@ function filenameOf(id) {
         };
         const timer = setTimeout(done, askedAfter);
         chrome.downloads.onChanged.addListener(onChanged);
-        // It may have been chosen before anybody listened.
-        lookUp(id).then(found => { if (found?.filename) done(found.filename); });
     });
 }

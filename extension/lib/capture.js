@@ -3,15 +3,8 @@
 // saves with the browser's own dialog must be where he chose.
 
 import { addressOf, isWebAddress, withoutFragment } from './addresses.js';
+import { askedAfter, inChromium } from './browserdownloads.js';
 import { postedText } from './requestlog.js';
-
-/**
- * In milliseconds. What takes a browser longer between the answer and the file's path was asked of the
- * user: he has chosen where it is to be.
- */
-export const askedAfter = 1000;
-
-const inChromium = 'onDeterminingFilename' in chrome.downloads;
 
 /** What can be told of a download when it is created. */
 export function mayBeCaught(item) {
@@ -27,7 +20,7 @@ export function mayBeCaught(item) {
 
 /**
  * @param {import('./requestlog.js').BrowserRequest|undefined} request the one it began with
- * @param {boolean|undefined} savesItself what the user's last gesture in that tab says, see gestures.js
+ * @param {boolean|undefined} savesItself what the user's last gesture before it says, see gestures.js
  */
 export function isToBeCaught(item, request, savesItself) {
     if (!request?.sent || request.tabId < 0 || request.status < 200 || request.status > 299)

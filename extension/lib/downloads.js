@@ -2,7 +2,7 @@
 // user picks from a page. docs/downloads.md lists what becomes of each.
 
 import { addressOf, lastSegment } from './addresses.js';
-import { discard, find, goOn, lookUp, nameOf, pause } from './browserdownloads.js';
+import { discard, find, goOn, isCancelled, lookUp, nameOf, pause } from './browserdownloads.js';
 import { isToBeCaught, mayBeCaught } from './capture.js';
 import { cookiesForDownload, cookiesForLink } from './cookies.js';
 import { stage } from './handovers.js';
@@ -44,10 +44,13 @@ export class Downloads {
     /** To be called at once when the script starts: what one before it left is brought to an end. */
     async recover() {
         for (const left of await this.#handovers.restore()) {
-            const item = await find(left);
+            const hasEnded = this.#handovers.isOfEarlierRun(left);
+            const item = await find(left, hasEnded);
             if (left.stage === stage.taken) {
                 if (item && item.state !== 'complete')
                     await discard(item.id);
+            } else if (isCancelled(item) && !hasEnded) {
+                // It is as the user wanted it.
             } else if (!item || !await goOn(item.id, left.canRestart)) {
                 this.#tell(left.name, place.lost);
             } else if (left.stage === stage.offered) {
@@ -61,7 +64,7 @@ export class Downloads {
     async onBegun(item) {
         const request = await this.#requests.take(addressOf(item)); // whatever becomes of it, it is used
         if (this.#settings.current?.browser.monitor.enable === false || !mayBeCaught(item)
-            || !isToBeCaught(item, request, this.#gestures.savesItself(request?.tabId)))
+            || !isToBeCaught(item, request, request && this.#gestures.savesItself(request)))
             return;
         const now = await lookUp(item.id); // only here does Chromium tell of other extensions
         if (!now || now.byExtensionId || now.state === 'interrupted')
@@ -70,9 +73,12 @@ export class Downloads {
             this.#tell(await nameOf(item) || nameIn(addressOf(item)), place.browser);
             return;
         }
+        const name = await nameOf(item);
+        if (name === undefined)
+            return;
         await this.#handovers.begin(item, request.method === 'GET');
         await pause(item.id);
-        await this.#handOver(item, request);
+        await this.#handOver(item, name, request);
         await this.#handovers.drop(item);
     }
 
@@ -108,19 +114,13 @@ export class Downloads {
         }
     }
 
-    async #handOver(item, request) {
+    async #handOver(item, name, request) {
         let isLate = false;
         const timer = setTimeout(() => {
             isLate = true;
             goOn(item.id);
         }, pausePatience);
-        let name;
         try {
-            name = await nameOf(item);
-            if (name === undefined) {
-                await goOn(item.id);
-                return;
-            }
             const record = await recordOf(item, name, request);
             await this.#handovers.reach(stage.offered, item, name);
             const answer = await this.#ask([record], { caught: true },
@@ -128,7 +128,7 @@ export class Downloads {
             clearTimeout(timer); // it must not go on while it is discarded
             await this.#settle(item, name, answer, isLate);
         } catch (error) {
-            await this.#leave(item, name ?? nameIn(addressOf(item)), error);
+            await this.#leave(item, name, error);
         } finally {
             clearTimeout(timer);
         }
@@ -151,6 +151,8 @@ export class Downloads {
 
     /** The browser goes on with it. */
     async #leave(item, name, error, isByRule = false) {
+        if (isCancelled(await lookUp(item.id)))
+            return; // by the user
         const goesOn = await goOn(item.id);
         if (!goesOn)
             this.#tell(name, place.lost, error);
@@ -197,6 +199,7 @@ async function recordOf(item, name, request) {
     const referrer = item.referrer ?? '';
     // Chromium does not show what it sends for a link with the attribute "download".
     const isShown = type !== 'other';
+    // Neither is known of what comes compressed: the file is larger than the answer says.
     const size = item.fileSize > 0 ? item.fileSize : item.totalBytes;
     return {
         url,

@@ -1,10 +1,15 @@
-// What the user did last in each tab, as the script in its pages says: whether it was something that
-// asks the browser itself to save what it is done to, and which keys were held.
+// What the user did lately in each tab, as the script in its pages says: whether it was something that
+// asks the browser itself to save what it is done to, and which keys were held. A download is told of
+// when its server answers, and the user may have done something else by then.
 
 const modifiers = ['alt', 'ctrl', 'shift'];
 
+/** In a tab. */
+const mostRemembered = 20;
+
 /** Knows nothing of a tab in which no script runs, or did before this one was started. */
 export class Gestures {
+    /** The latest last. */
     #byTab = new Map();
     /** The tabs that were opened from others, by their ids. */
     #openers = new Map();
@@ -26,19 +31,23 @@ export class Gestures {
     take(message, { id, tab }) {
         if (id !== chrome.runtime.id || !tab || typeof message?.saves !== 'boolean')
             return false;
-        this.#byTab.set(tab.id, {
+        const gesture = {
+            time: message.time,
             saves: message.saves,
             held: modifiers.filter(each => message[each] === true),
-        });
+        };
+        this.#byTab.set(tab.id, [...this.#byTab.get(tab.id) ?? [], gesture].slice(-mostRemembered));
         return true;
     }
 
-    /** Whether the browser was asked to save; undefined when that is not known. */
-    savesItself(tabId) { return this.#byTab.get(tabId)?.saves; }
+    /** Whether the browser was asked to save what a request asks for; undefined when that is not known. */
+    savesItself({ tabId, began }) { return this.#before(tabId, began)?.saves; }
 
-    /** Whether a key was held in the tab, or in that from which it was opened. */
-    isHeld(tabId, modifier) {
-        const gesture = this.#byTab.get(tabId) ?? this.#byTab.get(this.#openers.get(tabId));
+    /** Whether a key was held in the tab of a request, or in that from which it was opened. */
+    isHeld({ tabId, began }, modifier) {
+        const gesture = this.#before(tabId, began) ?? this.#before(this.#openers.get(tabId), began);
         return gesture?.held.includes(modifier) ?? false;
     }
+
+    #before(tabId, time) { return this.#byTab.get(tabId)?.findLast(each => each.time <= time); }
 }

@@ -2,6 +2,7 @@
 // browser: whoever starts next finds out what became of them.
 
 const kept = 'handovers';
+const run = 'browserRun';
 
 /** How far one has come. */
 export const stage = {
@@ -16,9 +17,11 @@ export const stage = {
 const keyOf = ({ url, startTime }) => `${startTime} ${url}`;
 
 export class Handovers {
-    /** By key, as { url, startTime, name, canRestart, stage }. */
+    /** By key, as { url, startTime, name, canRestart, stage, run }. */
     #all = new Map();
     #restored = null;
+    /** What this run of the browser is known by. */
+    #run = '';
     #lastWrite = Promise.resolve();
 
     /** To be called at once when the script starts. Resolves with what one before it left. */
@@ -31,7 +34,7 @@ export class Handovers {
     async begin(item, canRestart) {
         await this.#restored;
         const { url, startTime } = item;
-        this.#all.set(keyOf(item), { url, startTime, name: '', canRestart, stage: stage.paused });
+        this.#all.set(keyOf(item), { url, startTime, name: '', canRestart, stage: stage.paused, run: this.#run });
         await this.#write();
     }
 
@@ -43,6 +46,9 @@ export class Handovers {
         }
     }
 
+    /** Whether the browser has ended since one began. */
+    isOfEarlierRun(left) { return left.run !== this.#run; }
+
     async drop(item) {
         await this.#restored;
         if (this.#all.delete(keyOf(item)))
@@ -50,6 +56,8 @@ export class Handovers {
     }
 
     async #read() {
+        this.#run = (await chrome.storage.session.get(run))[run] ?? crypto.randomUUID();
+        await chrome.storage.session.set({ [run]: this.#run });
         const stored = (await chrome.storage.local.get(kept))[kept] ?? [];
         this.#all = new Map(stored.map(each => [keyOf(each), each]));
         return stored;

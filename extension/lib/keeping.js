@@ -46,14 +46,14 @@ export class Keeping {
     async toggleNext() { await this.keepNext(!await this.#isNext()); }
 
     /** Whether a download stays in the browser that would be offered to the application else. */
-    async keeps({ tabId, origin }) {
+    async keeps(request) {
         if (await this.#isNext()) {
             await this.keepNext(false);
             return true;
         }
         const modifier = (await this.#preferences.all())['keeping.modifier'];
-        return (modifier !== '' && this.#gestures.isHeld(tabId, modifier))
-            || isServerIn(leftServers(this.#settings.current), hostOf(origin));
+        return (modifier !== '' && this.#gestures.isHeld(request, modifier))
+            || isServerIn(leftServers(this.#settings.current), hostOf(request.origin));
     }
 
     async #isNext() { return (await chrome.storage.session.get(kept))[kept] === true; }

@@ -2,12 +2,13 @@
 // what that posted, or what was sent along.
 
 import { withoutFragment } from './addresses.js';
+import { inChromium } from './browserdownloads.js';
 import { allSentHeaders, headerValue } from './headers.js';
 
 const mostRemembered = 1000;
 
 /** Only Firefox tells of a download before it tells of the request, by up to 300 ms when idle. */
-const requestPatience = 'onDeterminingFilename' in chrome.downloads ? 0 : 3000;
+const requestPatience = inChromium ? 0 : 3000;
 
 const urls = ['http://*/*', 'https://*/*'];
 
@@ -31,7 +32,8 @@ const formType = 'application/x-www-form-urlencoded';
  * @property {object|null} sent the headers that matter, once they were sent
  * @property {number} status 0 until the answer has come
  * @property {number} answered when the answer came, in milliseconds
- * @property {number} timeStamp when it began
+ * @property {number} began when the chain did
+ * @property {number} timeStamp when its last part did
  */
 
 export class RequestLog {
@@ -98,7 +100,8 @@ export class RequestLog {
     }
 
     #onRequest({ requestId, url, type, tabId, frameId, method, requestBody, originUrl, initiator, timeStamp }) {
-        this.#requests.delete(requestId); // a redirection comes under the same id
+        const before = this.#requests.get(requestId); // a redirection comes under the same id
+        this.#requests.delete(requestId);
         this.#requests.set(requestId, {
             id: requestId,
             url: withoutFragment(url),
@@ -112,6 +115,7 @@ export class RequestLog {
             sent: null,
             status: 0,
             answered: 0,
+            began: before?.began ?? timeStamp,
             timeStamp,
         });
         if (this.#requests.size > mostRemembered)

@@ -79,6 +79,7 @@ const launchers = {
                 'browser.download.dir': sandbox.downloads,
                 'browser.download.folderList': 2,
                 'browser.download.useDownloadDir': !asksWhere,
+                'network.http.phishy-userpass-length': 255, // a link may name the user without a question
                 'extensions.webextensions.uuids': JSON.stringify({ [geckoId]: firefoxPagesId }),
             },
         });

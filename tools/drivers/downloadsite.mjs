@@ -3,6 +3,7 @@
 
 import { createHash } from 'node:crypto';
 import { createServer } from 'node:http';
+import { gzipSync } from 'node:zlib';
 
 const fileSize = 256 * 1024;
 const types = { '.js': 'text/javascript', '.svg': 'image/svg+xml' };
@@ -58,6 +59,10 @@ export class DownloadSite {
         for await (const chunk of request.setEncoding('latin1'))
             body += chunk;
         const { cookie = '', referer = '' } = request.headers;
+        if (wishes.has('auth') && !request.headers.authorization) {
+            response.writeHead(401, { 'WWW-Authenticate': 'Basic realm="files"' }).end();
+            return;
+        }
         const entry = { method: request.method, path, cookie, referer, body, isOpen: true };
         response.on('close', () => { entry.isOpen = false; });
         this.requests.push(entry);
@@ -68,28 +73,33 @@ export class DownloadSite {
         } else if (wishes.has('to')) {
             response.writeHead(Number(wishes.get('by') ?? 302), { Location: wishes.get('to') }).end();
         } else if (path.startsWith('/file/')) {
-            this.#serveFile(path, wishes, response);
+            this.#serveFile(path, wishes, request, response);
         } else {
             response.writeHead(404).end();
         }
     }
 
     /**
-     * wishes: "once" (later requests are refused with this status), "held" (after the first half, the
-     * first who asks gets the rest slowly).
+     * wishes: "auth" (only who names himself is heard at all), "once" (later requests are refused with
+     * this status), "gzip" (comes compressed, if that is accepted), "late" (the first who asks waits for
+     * the release), "held" (after the first half, the first who asks gets the rest slowly).
      */
-    #serveFile(path, wishes, response) {
+    async #serveFile(path, wishes, request, response) {
         const isFirst = this.asked(path).length === 1;
         if (wishes.has('once') && !isFirst) {
             response.writeHead(Number(wishes.get('once'))).end('only once');
             return;
         }
+        if (isFirst && wishes.has('late'))
+            await new Promise(resolve => { this.#held.set(path, resolve); });
+        const isZipped = wishes.has('gzip') && request.headers['accept-encoding'].includes('gzip');
+        const content = isZipped ? gzipSync(this.content(path)) : this.content(path);
         response.writeHead(200, {
             'Content-Type': 'application/octet-stream',
-            'Content-Length': fileSize,
+            'Content-Length': content.length,
             'Content-Disposition': `attachment; filename="${path.split('/').pop()}"`,
+            ...isZipped && { 'Content-Encoding': 'gzip' },
         });
-        const content = this.content(path);
         if (!isFirst || !wishes.has('held')) {
             response.end(content);
             return;

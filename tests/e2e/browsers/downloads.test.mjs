@@ -11,12 +11,15 @@ const cookies = ['strict=1; SameSite=Strict', 'lax=1; SameSite=Lax', 'none=1', '
 
 /** What is clicked on which page, for the file that is named like it; * marks what stays in the browser. */
 const rows = {
-    '/page': ['link', 'tab', 'attribute', 'elsewhere', 'noreferrer', 'get', 'post', 'latin', 'multipart*', 'moved', 'moved-post'],
+    '/page': ['link', 'tab', 'attribute', 'elsewhere', 'noreferrer', 'encoded', 'get', 'post', 'latin', 'multipart*', 'moved',
+              'moved-post', 'password*', 'slow*'],
     '/frame': ['framed'],
     '/foreign': ['foreign-post', 'foreign-link'],
     '/origin': ['origin'],
-    '/worker': ['worker*'],
+    '/scripts': ['worker*', 'blob*', 'data*'],
 };
+/** Those of them that come at once, or when this test has them come. */
+const unheld = ['slow', 'blob', 'data'];
 /** Chromium does not say what a form posted that is no UTF-8. */
 const leftByChromium = 'latin';
 /** What begins without a click. */
@@ -33,7 +36,9 @@ function build(site) {
     site.pages['/page'] = page([
         '<h1>Files</h1>', link('link'), link('tab', undefined, 'target="_blank"'), link('attribute', undefined, 'download'),
         link('elsewhere', `${site.otherOrigin}/file/elsewhere`, 'download'),
-        link('noreferrer', undefined, 'rel="noreferrer"'),
+        link('noreferrer', undefined, 'rel="noreferrer"'), link('encoded', undefined, '', '?gzip'),
+        link('password', `${site.otherOrigin.replace('//', '//user:secret@')}/file/password`, '', '?auth&held'),
+        link('slow', undefined, '', '?late'),
         '<form action="/file/get"><input name="held"><button id="get">get</button></form>',
         form('post', '/file/post?held'), form('latin', '/file/latin?held', 'accept-charset="windows-1252"'),
         form('multipart', '/file/multipart?held', 'enctype="multipart/form-data"'),
@@ -46,8 +51,18 @@ function build(site) {
         + link('foreign-link', `${site.origin}/file/foreign-link`);
     site.pages['/origin'] = { ...page(link('origin')), headers: { 'Referrer-Policy': 'origin' } };
     site.pages['/refresh'] = '<meta http-equiv="refresh" content="0;url=/file/refreshed?held">';
-    site.pages['/worker'] = `${link('worker', '/worker/file')}<script>navigator.serviceWorker.register("/worker.js")
-        .then(() => navigator.serviceWorker.ready).then(() => { document.title = "ready"; });</script>`;
+    site.pages['/scripts'] = `${link('worker', '/worker/file')}<a id="blob" download="b">blob</a> <a id="data" download="d">data</a>
+        <script>
+        const get = async path => (await fetch(path)).blob();
+        async function prepare() {
+            await navigator.serviceWorker.register("/worker.js");
+            await navigator.serviceWorker.ready;
+            blob.href = URL.createObjectURL(await get("/file/blob"));
+            const reader = new FileReader();
+            reader.onload = () => { data.href = reader.result; document.title = "ready"; };
+            reader.readAsDataURL(await get("/file/data"));
+        }
+        prepare();</script>`;
     site.pages['/worker.js'] = `onfetch = event => { if (event.request.url.includes("/worker/file"))
         event.respondWith(fetch("/file/worker?held")); }; onactivate = event => event.waitUntil(clients.claim());`;
     const pick = (name, more, to = '') => link(name, `${to}/file/${name}`, more, '');
@@ -77,22 +92,31 @@ for (const name of browserNames) {
 
         test('a download begins', async () => {
             deepStrictEqual(visit.sandbox.running('kov'), []);
+            await visit.ask('changePreferences', { changes: { 'keeping.modifier': 'ctrl' } });
             const left = [];
             for (const [path, names] of Object.entries(rows)) {
                 const page = path === '/page' ? visit.page
                     : await openTab((path === '/foreign' ? site.otherOrigin : site.origin) + path);
-                if (path === '/worker')
+                if (path === '/scripts')
                     await page.waitForFunction(() => document.title === 'ready');
                 for (const each of names) {
                     const row = each.replace('*', '');
                     if (row !== each || (name === 'chromium' && row === leftByChromium))
                         left.push(`/file/${row}`);
                     files.push(`/file/${row}`);
+                    // What is done in a tab after its request was sent says nothing of it.
+                    const hold = row === 'slow' ? page.keyboard : null;
                     // Firefox cannot while it closes the tab of what has become a download.
                     await visit.until(() => page.bringToFront().then(() => true, () => false), 'the page to be in front');
+                    await hold?.down('Control');
                     await page.click(`#${row}`);
+                    await hold?.up('Control');
                     // A browser holds a few connections to one server.
                     await visit.until(() => site.asked(`/file/${row}`).length > 0, `${row} to begin`);
+                    if (hold) {
+                        await page.click('h1');
+                        site.release(`/file/${row}`);
+                    }
                 }
             }
             for (const [row, address] of [[refreshed, `${site.origin}/refresh`], [typed, `${site.origin}/file/typed?held`]]) {
@@ -100,7 +124,7 @@ for (const name of browserNames) {
                 await type(address);
             }
             await visit.untilBrowserLists(left.length);
-            left.forEach(each => site.release(each));
+            left.filter(each => !unheld.some(row => each.endsWith(row))).forEach(each => site.release(each));
             await visit.untilDownloaded(visit.sandbox.downloads, files);
             for (const path of files) {
                 const [first, ...others] = site.asked(path).map(({ isOpen: _, ...asked }) => asked);

@@ -37,7 +37,7 @@ for (const name of browserNames) {
             () => chrome.downloads.search({}))).find(each => each.url.includes(path(row, state)));
         before(async () => {
             const server = await DownloadSite.start();
-            const all = [...rows, ['silent', 'unclear'], ['silent', 'restarted']];
+            const all = [...rows, ...['unclear', 'cancelled', 'restarted'].map(state => ['silent', state])];
             server.pages['/page'] = all.map(([row, state]) =>
                 `<p><a href="${path(row, state)}?answer=${row}&held">${row} ${state}</a>`).join('');
             visit = await Visit.start(name, [], { server, prepare: useScript });
@@ -45,6 +45,12 @@ for (const name of browserNames) {
         after(() => visit?.end());
         const outcome = async (row, state) => (await visit.ask('outcomes'))
             .find(each => each.name === `${row}-${state}`);
+        const offer = async state => {
+            await click('silent', state);
+            await visit.untilThere(() => browserItem('silent', state), Boolean);
+            await visit.untilThere(() => visit.extension.evaluate(() => chrome.storage.local.get('handovers')),
+                                   ({ handovers }) => handovers?.some(each => each.stage === 'offered'));
+        };
         const lets = async (row, state) => {
             visit.server.release(path(row, state));
             files.push(path(row, state));
@@ -69,23 +75,30 @@ for (const name of browserNames) {
         });
 
         test('the script ends before the answer', async () => {
-            await click('silent', 'unclear');
-            await visit.untilThere(() => browserItem('silent', 'unclear'), Boolean);
-            await visit.untilThere(() => visit.extension.evaluate(() => chrome.storage.local.get('handovers')),
-                                   ({ handovers }) => handovers?.some(each => each.stage === 'offered'));
+            await offer('unclear');
             await visit.browser.stopScript();
             await visit.ask('status'); // whatever happens next starts the script
             await lets('silent', 'unclear');
             await visit.untilDownloaded(visit.sandbox.downloads, files);
             strictEqual((await visit.untilThere(() => outcome('silent', 'unclear'), Boolean)).state, 'unclear');
             match((await visit.ask('status')).problem, /goes on with silent-unclear/);
-            deepStrictEqual(await visit.extension.evaluate(() => chrome.storage.local.get('handovers')), { handovers: [] });
+            const isOver = ({ handovers }) => handovers.length === 0;
+            const left = () => visit.extension.evaluate(() => chrome.storage.local.get('handovers'));
+            await visit.untilThere(left, isOver);
+            // What the user cancels meanwhile stays cancelled.
+            await offer('cancelled');
+            await visit.browser.stopScript();
+            const { id } = await browserItem('silent', 'cancelled');
+            await visit.extension.evaluate(each => chrome.downloads.cancel(each), id);
+            await visit.ask('status');
+            await visit.untilThere(left, isOver);
+            strictEqual((await browserItem('silent', 'cancelled')).state, 'interrupted');
+            strictEqual(await outcome('silent', 'cancelled'), undefined);
+            strictEqual(visit.server.asked(path('silent', 'cancelled')).length, 1);
         });
 
         test('the browser ends before the answer', async () => {
-            await click('silent', 'restarted');
-            await visit.untilThere(() => visit.extension.evaluate(() => chrome.storage.local.get('handovers')),
-                                   ({ handovers }) => handovers?.some(each => each.stage === 'offered'));
+            await offer('restarted');
             await visit.browser.close();
             await visit.launch(name);
             files.push(path('silent', 'restarted'));
