@@ -10,6 +10,8 @@
 
 #include <QCoreApplication>
 
+#include <clocale>
+
 namespace {
 
 int serve()
@@ -49,6 +51,8 @@ int run(const KovCommandLine &line)
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
+    // The C library's error texts go to the log, which hosts show in theirs.
+    std::setlocale(LC_MESSAGES, "C");
     setAppIdentity();
     const QtAppDefaultLogger logger(QtAppLogger::optionsFromEnvironment());
 

@@ -56,7 +56,10 @@ bool pmxJson2SerializationInputStream::HasNode(const std::string &name) const
 
 bool pmxJson2SerializationInputStream::CanHaveNodes() const
 {
-    return m_value && m_value->is<picojson::object>();
+    const bool isObject = m_value && m_value->is<picojson::object>();
+    // Whoever asks knows its name, and tells of it better.
+    m_toldOfNoObject = m_toldOfNoObject || !isObject;
+    return isObject;
 }
 
 bool pmxJson2SerializationInputStream::ReadValue(const std::string &name, std::string &value,

@@ -5,6 +5,7 @@
 #include "consoleflowcontrol.h"
 #include "percenttransport.h"
 #include "qtappdefaultlogger.h"
+#include "systemerrortext.h"
 
 #include <QThread>
 
@@ -133,7 +134,7 @@ void ConsoleMessagesSender::onWriteFailed(int error)
     if (m_channel == Channel::Working)
         logLine(1,
                 QStringLiteral("[ConsoleMessagesSender]: WARNING: a message was not written: %1")
-                    .arg(qt_error_string(error)));
+                    .arg(systemErrorText(error)));
     m_channel = error == EPIPE ? Channel::Abandoned : Channel::Failing;
 }
 

@@ -1,12 +1,12 @@
 // What the host leaves in its log, and where.
 
 import { deepStrictEqual, doesNotMatch, match, ok, strictEqual } from 'node:assert';
-import { execFileSync } from 'node:child_process';
-import { chmodSync, mkdirSync, readFileSync, statSync, writeFileSync } from 'node:fs';
+import { execFileSync, spawn } from 'node:child_process';
+import { chmodSync, existsSync, mkdirSync, readFileSync, rmSync, statSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
 import { after, test } from 'node:test';
 import { converse, farewell } from '../../tools/drivers/conversation.mjs';
-import { HostProcess } from '../../tools/drivers/hostprocess.mjs';
+import { HostProcess, until } from '../../tools/drivers/hostprocess.mjs';
 import { endsInOrder } from './support/hosttest.mjs';
 import { Sandbox } from '../../tools/drivers/sandbox.mjs';
 
@@ -87,10 +87,41 @@ test('the log says why, and nothing private', async () => {
         /task handshake #\d+ answered after \d+ ms: no error/,
         /the extension ends the host\n.*ending: asked to/,
         /\d+ messages were taken/,
-        /what should have the member "response_add_crlf" is no object/,
+        /the record "handshake" is no object\n.*task handshake/,
         /the member "dllink" has the wrong kind/,
     ])
         match(log, words);
+});
+
+test('the log is in English whatever the language', async () => {
+    const here = new Sandbox();
+    let other;
+    try {
+        const env = { LANG: 'de_DE.UTF-8', LANGUAGE: 'de' };
+        const full = new HostProcess(here, { env, limit: '-c 0; exec >/dev/full' });
+        full.send({ id: '1', type: 'key_state' });
+        full.closeInput();
+        await endsInOrder(full);
+        match(full.log, /a message was not written: No space left on device/);
+
+        // The application's address is taken, it cannot be launched, nor can who delivers later.
+        other = spawn('perl', ['-MSocket', '-e', 'socket(S, AF_UNIX, SOCK_DGRAM, 0) && bind(S, sockaddr_un(shift)); <STDIN>',
+                               join(here.temporary, `kov6fs${process.getuid()}`)]);
+        await until(() => existsSync(other.spawnargs.at(-1)), 'the other socket');
+        writeFileSync(join(here.programs, 'kov'), '#!/none', { mode: 0o755 });
+        const host = new HostProcess(here, { env });
+        strictEqual((await host.ask({ type: 'ui_strings' })).strings.dllink, 'Mit KOV herunterladen');
+        host.send({ id: '2', type: 'create_downloads', create_downloads: { downloads: { item: [{ url: 'http://a/' }] } } });
+        rmSync(here.host);
+        host.closeInput();
+        for (const words of [/failed to launch server.*execv: No such file or directory/,
+                             /cannot connect to ".*": UnknownSocketError/,
+                             /no process can be started: FailedToStart/])
+            await until(() => words.test(host.log), `${words}`);
+    } finally {
+        other?.kill();
+        here.remove();
+    }
 });
 
 test('a person at a terminal is told what this is, a browser is not', async () => {

@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QDataStream>
 #include <QFile>
+#include <QMetaEnum>
 #include <QProcess>
 
 #include <linux/close_range.h>
@@ -51,7 +52,11 @@ bool start(const QList<VhIpcQueuedMessage> &messages)
     process.setStandardErrorFile(QProcess::nullDevice());
     (void)::close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
     if (!process.startDetached()) {
-        logLine(1, QStringLiteral("[LinkSuccessor]: WARNING: ") + process.errorString());
+        // Not QProcess::errorString(), which is in the user's language.
+        logLine(1,
+                QStringLiteral("[LinkSuccessor]: WARNING: no process can be started: ")
+                    + QLatin1String(QMetaEnum::fromType<QProcess::ProcessError>().valueToKey(
+                        process.error())));
         return false;
     }
     logLine(1,

@@ -1,5 +1,7 @@
 #include "serverprocess.h"
 
+#include "systemerrortext.h"
+
 #include <QFile>
 #include <QList>
 #include <QSocketNotifier>
@@ -98,7 +100,7 @@ QString ServerProcess::start(const QString &program, const QStringList &argument
     const int error =
         SpawnSettings(m_stderr).spawn(&m_pid, texts.constFirst().constData(), pointers.data());
     if (error != 0)
-        return QStringLiteral("execv: ") + qt_error_string(error);
+        return QStringLiteral("execv: ") + systemErrorText(error);
     watch();
     return {};
 }

@@ -23,7 +23,10 @@ LoggedFailures &loggedFailures()
 
 QString sqlFailureText(const QSqlError &error)
 {
-    return error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
+    // The driver's own text is in the user's language.
+    return error.databaseText().isEmpty()
+        ? QStringLiteral("error %1 of type %2").arg(error.nativeErrorCode()).arg(error.type())
+        : error.databaseText();
 }
 
 bool SqlFailureLog::isNews(const QString &filePath, const QString &failure)

@@ -2,9 +2,12 @@
 
 #include "localpeeruser.h"
 #include "qtappdefaultlogger.h"
+#include "systemerrortext.h"
 
+#include <QAbstractSocket>
 #include <QDir>
 #include <QFile>
+#include <QMetaEnum>
 #include <QMetaObject>
 #include <QPointer>
 #include <QSignalBlocker>
@@ -67,14 +70,14 @@ QString pathOfServer(const QString &name)
 
 /// Why no connection can be made, for the log; empty when there is simply no listener.
 QString obstacleAt(const QString &path, std::optional<uid_t> requiredUser,
-                   const AbstractError &error)
+                   QLocalSocket::LocalSocketError error)
 {
     const QByteArray name = QFile::encodeName(path);
     if (static_cast<size_t>(name.size()) >= sizeof(sockaddr_un::sun_path))
         return QStringLiteral("the path is longer than that of a socket may be");
     struct stat file = {};
     if (::stat(name.constData(), &file) != 0)
-        return errno == ENOENT ? QString() : qt_error_string(errno);
+        return errno == ENOENT ? QString() : systemErrorText(errno);
     if (S_ISDIR(file.st_mode))
         return QStringLiteral("a folder is in its place");
     if (!S_ISSOCK(file.st_mode))
@@ -82,9 +85,10 @@ QString obstacleAt(const QString &path, std::optional<uid_t> requiredUser,
     if (requiredUser && file.st_uid != *requiredUser)
         return QStringLiteral("it belongs to user %1").arg(file.st_uid);
     // What a server leaves behind that could not tidy up.
-    if (error.code() == errorCode(QLocalSocket::ConnectionRefusedError))
+    if (error == QLocalSocket::ConnectionRefusedError)
         return {};
-    return QString::fromStdString(error.description());
+    // By its name: the text is in the user's language.
+    return QLatin1String(QMetaEnum::fromType<QAbstractSocket::SocketError>().valueToKey(error));
 }
 
 /// Between two attempts while the server's queue is full, in milliseconds.
@@ -283,7 +287,7 @@ void QtLocalSocket::onError(QLocalSocket::LocalSocketError error)
     const AbstractError told = localSocketError(error, m_socket->errorString(), __LINE__);
     if (!isConnected() && !m_attempt.serverName.isEmpty()) {
         const QString path = serverPath();
-        if (const QString obstacle = obstacleAt(path, m_requiredServerUser, told);
+        if (const QString obstacle = obstacleAt(path, m_requiredServerUser, error);
             !obstacle.isEmpty())
             logObstacle(QStringLiteral("cannot connect to \"%1\": %2").arg(path, obstacle));
     }
