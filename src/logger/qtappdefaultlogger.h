@@ -24,7 +24,8 @@ private:
 
 /// Logs through the default logger, if there is one. Any thread. Level 1 explains
 /// failures, 2 is what the program does, 3 each message. Whatever the level, a
-/// line holds no cookies, headers, file names, or paths and queries of URLs.
+/// line holds no cookies, headers, file names, or paths and queries of URLs, and
+/// is in English.
 void logLine(int level, const QString &text);
 
 /// Whether logLine() writes lines of that level.

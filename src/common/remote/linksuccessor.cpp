@@ -55,8 +55,8 @@ bool start(const QList<VhIpcQueuedMessage> &messages)
         // Not QProcess::errorString(), which is in the user's language.
         logLine(1,
                 QStringLiteral("[LinkSuccessor]: WARNING: no process can be started: ")
-                    + QLatin1String(QMetaEnum::fromType<QProcess::ProcessError>().valueToKey(
-                        process.error())));
+                    + QLatin1String(
+                        QMetaEnum::fromType<QProcess::ProcessError>().valueToKey(process.error())));
         return false;
     }
     logLine(1,
