@@ -1,5 +1,7 @@
 #include "consoleflowcontrol.h"
 
+#include "enddeadline.h"
+
 #include <QMetaObject>
 
 #include <poll.h>
@@ -37,6 +39,12 @@ void ConsoleFlowControl::posted(qsizetype characters)
     QMetaObject::invokeMethod(
         this, [this, all = std::exchange(m_unannouncedBytes, 0)] { handled(all); },
         Qt::QueuedConnection);
+}
+
+void ConsoleFlowControl::setInputEnded()
+{
+    m_inputEnded = true;
+    EndDeadline::begin();
 }
 
 void ConsoleFlowControl::handled(qint64 bytes)

@@ -29,7 +29,7 @@ public:
     void waitForRoom(int inputDescriptor);
 
     /// The peer has closed its end; what it sent may not all be read yet.
-    void setInputEnded() { m_inputEnded = true; }
+    void setInputEnded();
     bool isInputEnded() const { return m_inputEnded; }
 
 private:

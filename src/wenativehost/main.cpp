@@ -4,6 +4,7 @@
 #include "appidentity.h"
 #include "appremotefrontendclientvhipcprocessor.h"
 #include "appversion.h"
+#include "enddeadline.h"
 #include "linksuccessor.h"
 #include "portableversionmanager.h"
 #include "qtappconfigbase.h"
@@ -42,10 +43,12 @@ int runModules(const QSharedPointer<QtAppConfigBase> &config,
                const QSharedPointer<QtAppPortableModeSupport> &portableModeSupport,
                const QSharedPointer<QtAppDelayedShutdownManager> &shutdownManager)
 {
+    const EndDeadline endDeadline;
     WeNativeHostAppModule appModule(config, portableModeSupport, shutdownManager);
     QObject::connect(
         shutdownManager.data(), &QtAppDelayedShutdownManager::shutdownRequested, &appModule,
         [&appModule, &shutdownManager] {
+            EndDeadline::begin();
             logLine(
                 1,
                 QStringLiteral("[main]: ending: %1").arg(endReason(appModule, *shutdownManager)));

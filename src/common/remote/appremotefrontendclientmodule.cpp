@@ -3,6 +3,7 @@
 #include "appremotefrontendclientvhipcprocessor.h"
 #include "appserverlauncher.h"
 #include "assertionlog.h"
+#include "enddeadline.h"
 #include "qtabstractsocket.h"
 #include "qtabstractsocketvhipc.h"
 #include "qtabstractvhipcclienthelper.h"
@@ -15,6 +16,7 @@
 #include <QMetaObject>
 #include <QThread>
 
+#include <chrono>
 #include <utility>
 
 AppRemoteFrontendClientModule::AppRemoteFrontendClientModule(
@@ -147,9 +149,13 @@ void AppRemoteFrontendClientModule::continueTakeDown()
         return;
     }
     if (!m_flushTimer->isActive()) {
-        const int longer = m_isHolding ? heldLongerMs : 0;
-        m_answersTimer->start(answersWithinMs + longer);
-        m_flushTimer->start(flushWithinMs + longer);
+        const auto limited = [this](int ms) {
+            const std::chrono::milliseconds wait(ms);
+            return m_isHolding ? ms + heldLongerMs
+                               : static_cast<int>(EndDeadline::limited(wait, wait).count());
+        };
+        m_answersTimer->start(limited(answersWithinMs));
+        m_flushTimer->start(limited(flushWithinMs));
     }
     const bool isWaitingForAnswers =
         m_vhIpcProcessor->awaitsAnswers() && m_answersTimer->isActive();

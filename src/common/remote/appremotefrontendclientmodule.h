@@ -41,7 +41,7 @@ class UniqueInt64IdGen;
 class AppRemoteFrontendClientModule : public QtAbstractModule {
     Q_OBJECT
 public:
-    /// A browser kills its host 2 seconds after it has closed the port.
+    /// Both count from the beginning of the program's end, where that is known (EndDeadline).
     static constexpr int flushWithinMs = 1500;
     static constexpr int answersWithinMs = flushWithinMs - 300;
     /// How much longer both are for a process that no browser waits for.

@@ -1,5 +1,7 @@
 #include "sqlbusywait.h"
 
+#include "enddeadline.h"
+
 #include <QMutex>
 #include <QMutexLocker>
 #include <QSet>
@@ -79,7 +81,8 @@ bool SqlBusyWait::pause()
     // Begins with the first step that has to wait.
     if (m_deadline.isForever()) {
         const bool known = !m_filePath.isEmpty() && isHeld(m_filePath);
-        m_deadline.setRemainingTime(known ? std::chrono::milliseconds(0) : sqlBusyWaitTime);
+        m_deadline.setRemainingTime(known ? std::chrono::milliseconds(0)
+                                          : EndDeadline::limited(sqlBusyWaitTime));
     }
     if (m_deadline.hasExpired())
         return false;

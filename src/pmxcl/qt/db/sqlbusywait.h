@@ -15,6 +15,7 @@
  */
 constexpr std::chrono::milliseconds sqlBusyTimeout{10};
 /// For how long an operation waits, all its steps together: the main thread answers nothing then.
+/// At the end of the program it may be less (EndDeadline).
 constexpr std::chrono::milliseconds sqlBusyWaitTime{500};
 
 /// Whether another process has the database, so that the same step may go well later.
