@@ -114,7 +114,6 @@ pages.onChanged = tabId => tell({ page: { tabId, media: mediaOf(tabId) } });
 
 async function showCaptions(strings) {
     captions = strings;
-    tell({ captions });
     apply(settings.current?.browser ?? await settings.own());
 }
 
@@ -212,7 +211,6 @@ const answers = {
         await host.open().catch(() => {});
         return status.describe();
     },
-    captions: () => captions,
     dismissProblem: () => {
         status.succeeded();
         return status.describe();
@@ -223,9 +221,11 @@ const answers = {
     },
     links: ({ key }) => linkLists.get(key),
     downloadLinks: async ({ key, indexes }) => {
-        const { links, tab } = await linkLists.get(key);
-        await downloads.add(indexes.map(index => links[index]), tab);
-        return status.describe();
+        const list = await linkLists.get(key);
+        if (!list)
+            throw new HostError('linksGone');
+        const state = await downloads.add(indexes.map(index => list.links[index]), list.tab);
+        return { ...status.describe(), isDeclined: state === place.nowhere };
     },
     settings: () => settings.current,
     store: () => settings.store,

@@ -72,10 +72,11 @@ element('download').addEventListener('click', async () => {
     element('download').disabled = true;
     element('said').textContent = text('handingOver');
     try {
-        const { problem } = await ask('downloadLinks', { key, indexes: picked.map(row => row.index) });
-        element('said').textContent = problem ?? text('linksHandedOver', numberInWords(picked.length));
+        const { problem, isDeclined } = await ask('downloadLinks', { key, indexes: picked.map(row => row.index) });
+        element('said').textContent = problem
+            ?? (isDeclined ? text('outcomeDeclined') : text('linksHandedOver', numberInWords(picked.length)));
         element('said').classList.toggle('bad', problem !== null);
-        if (!problem)
+        if (!problem && !isDeclined)
             picked.forEach(row => { row.box.checked = false; });
     } catch (error) {
         element('said').textContent = error.message;

@@ -86,17 +86,22 @@ export class Downloads {
      * Links that the user picked.
      * @param {import('./pagelinks.js').Link[]} links
      * @param {{id: number, url?: string}} tab
+     * @returns {Promise<string>} where they are afterwards, one of the places in outcomes.js
      */
     async add(links, tab) {
-        const name = links.length > 0 ? nameIn(links[0].url) : '';
+        const more = links.length > 1 ? ` (+${links.length - 1})` : '';
+        const name = links.length > 0 ? nameIn(links[0].url) + more : '';
         try {
             const answer = await this.#ask(await Promise.all(links.map(each => this.#describe(each, tab))), {
                 caught: false,
             });
+            const error = errorOf(answer);
             const state = answer.result === result.declined ? place.nowhere : place.application;
-            this.#tell(name, errorOf(answer) ? place.lost : state, errorOf(answer));
+            this.#tell(name, error ? place.lost : state, error);
+            return error ? place.lost : state;
         } catch (error) {
             this.#tell(name, place.lost, error);
+            return place.lost;
         }
     }
 

@@ -34,14 +34,24 @@ export function nameOf({ url, download, text }) {
     return download || nameInAddress(url) || text || url;
 }
 
-/** Words of links that trigger an action (log out, delete). */
-const acts = /\b(log ?(out|off)|sign ?(out|off)|delete|remove|unsubscribe|destroy|cancel|deactivate|disconnect|revoke|trash|abmelden|ausloggen|löschen|entfernen|déconnexion|supprimer|cerrar sesión|eliminar|esci|elimina|sair|excluir|выйти|удалить)\b/iu;
+/** Words of links that trigger an action (log out, delete), in the languages that the extension speaks. */
+const acts = [
+    'log ?(out|off)|sign ?(out|off)|delete|remove|unsubscribe|destroy|cancel|deactivate|disconnect|revoke|trash',
+    'abmelden|ausloggen|löschen|entfernen|déconnexion|supprimer|uitloggen|afmelden|verwijderen|logga ut|ta bort|radera',
+    'log(g)? u[dt]|slett?|fjern|kirjaudu ulos|poista|cerrar sesión|eliminar|borrar|esci|elimina|sair|terminar sessão|excluir|apagar',
+    'deconectare|șterge|wyloguj|usuń|odhlásit|smazat|odstranit|kijelentkezés|törlés|çıkış|sil|αποσύνδεση|διαγραφή',
+    'выйти|удалить|вийти|видалити|keluar|hapus|đăng xuất|xóa|تسجيل الخروج|حذف|התנתקות|התנתק|מחיקה|מחק',
+].join('|');
+/** The same in languages that put no space between words. */
+const unspacedActs = '退出|注销|登出|删除|刪除|ログアウト|削除|로그아웃|삭제|ออกจากระบบ|ลบ';
+/** Not \b, which knows ASCII letters only. */
+const actsPattern = new RegExp(`(?<![\\p{L}\\p{N}])(${acts})(?![\\p{L}\\p{N}])|${unspacedActs}`, 'iu');
 
 /** Whether requesting the link may have side effects, so that it is not selected by default. */
 export function seemsToAct({ url, text }) {
     const { pathname, search } = new URL(url);
     const words = decodeLoosely(pathname + search).replace(/[^\p{L}\p{N}]+/gu, ' ');
-    return acts.test(words) || acts.test(text ?? '');
+    return actsPattern.test(words) || actsPattern.test(text ?? '');
 }
 
 function decodeLoosely(part) {

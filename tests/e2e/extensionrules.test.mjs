@@ -1,0 +1,57 @@
+// The extension's own rules, without a browser: how lists of the options are understood, and what the
+// addresses of links tell.
+
+import { deepStrictEqual, strictEqual } from 'node:assert';
+import { test } from 'node:test';
+import { kindOf, nameOf, seemsToAct } from '../../extension/lib/links.js';
+import { isServerIn, understandEndings, understandServers } from '../../extension/lib/masks.js';
+
+const lists = [
+    [understandEndings, 'zip, .ZIP;*.zip\n..rar tmp*', 'zip rar tmp*', []],
+    [understandEndings, '* .? tar.gz a/b z?p', 'z?p',
+     ['*: refusedEverything', '.?: refusedEverything', 'tar.gz: refusedInnerDot', 'a/b: refusedEnding']],
+    [understandServers, 'https://user@Example.com:8080/a?b#c\n*.example.com, www.example.org.', 'example.com www.example.org', []],
+    [understandServers, 'bücher.example, 192.168.0.1 cdn-*.example.net', 'xn--bcher-kva.example 192.168.0.1 cdn-*.example.net', []],
+    [understandServers, '[::1] ::1 *.* a^b', '', ['[::1]: refusedServerV6', '::1: refusedServerV6', '*.*: refusedEverything', 'a^b: refusedServer']],
+];
+
+test('lists are understood as a user writes them, and what can never match is refused', () => {
+    for (const [understand, written, masks, refusals] of lists) {
+        const { masks: found, refused } = understand(written);
+        strictEqual(found.join(' '), masks, written);
+        deepStrictEqual(refused.map(({ entry, reason }) => `${entry}: ${reason}`), refusals);
+    }
+});
+
+test('a server in a list covers those below it, and no others', () => {
+    const masks = ['example.com', 'cdn-*.net', 'a?b.org'];
+    for (const host of ['example.com', 'WWW.Example.com', 'cdn-1.net', 'x.cdn-1.net', 'acb.org'])
+        strictEqual(isServerIn(masks, host), true, host);
+    for (const host of ['notexample.com', 'example.com.evil.net', 'examplexcom', 'cdn-.net', 'ab.org', ''])
+        strictEqual(isServerIn(masks, host), false, host);
+});
+
+/** Address, attribute "download", text of the link; kind, name, whether following it may change something. */
+const links = [
+    ['/a/manual.PDF?x=1', null, 'Manual', 'document', 'manual.PDF', false],
+    ['/get?id=5', 'song.mp3', '', 'audio', 'song.mp3', false],
+    ['/source-2.1.tar.gz', null, '', 'archive', 'source-2.1.tar.gz', false],
+    ['/data.unheard', null, '', 'other', 'data.unheard', false],
+    ['/export', '', 'Export', 'other', 'export', false],
+    ['/index.php', null, '', 'page', 'index.php', false],
+    ['/news/', null, 'News', 'page', 'News', false],
+    ['/', null, '', 'page', 'https://example.org/', false],
+    ['/account/log-out', null, '', 'page', 'log-out', true],
+    ['/item?action=delete&id=1', null, '', 'page', 'item', true],
+    ['/d/1.zip', null, 'Löschen', 'archive', '1.zip', true],
+    ['/u?a=%zz', null, 'Выйти', 'page', 'u', true],
+    ['/item/5', null, 'この項目を削除する', 'page', '5', true],
+    ['/catalogue/signoutput.bin', null, 'Undeleted scenes', 'program', 'signoutput.bin', false],
+];
+
+test('the kind and the name of a link, and whether it does something, are told from it alone', () => {
+    for (const [path, download, text, kind, name, acts] of links) {
+        const link = { url: `https://example.org${path}`, download, text };
+        deepStrictEqual([kindOf(link), nameOf(link), seemsToAct(link)], [kind, name, acts], path);
+    }
+});
