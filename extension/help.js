@@ -67,12 +67,14 @@ async function run(request) {
 
 /** The same for a click: takes as long as the host or the application lets one wait. */
 async function runSlowly(request, words) {
+    const focused = document.activeElement; // would be lost with a disabled button
     isBusy = element('again').disabled = element('test').disabled = true;
     element('verdict').textContent = words;
     try {
         await run(request);
     } finally {
         isBusy = element('again').disabled = element('test').disabled = false;
+        focused?.focus();
     }
 }
 

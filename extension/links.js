@@ -14,9 +14,9 @@ const rows = links.map((link, index) => {
     const name = nameOf(link);
     const { host } = new URL(link.url);
     const box = make('input', { type: 'checkbox', id: `link-${index}`, checked: !seemsToAct(link) });
-    const label = make('label', { htmlFor: box.id, title: link.url }, name);
+    const label = make('label', { htmlFor: box.id, title: link.url }, make('span.clamped', { textContent: name }));
     if (link.text && link.text !== name)
-        label.append(make('br'), make('small', { textContent: link.text }));
+        label.append(make('small.clamped', { textContent: link.text }));
     const line = make('tr', {},
         make('td.check', {}, box), make('td', {}, label),
         make('td.kind', { textContent: text(`linkKind_${kind}`) }),
@@ -52,7 +52,7 @@ function choose(isChosen) {
     showCount();
 }
 
-element('from').textContent = title || documentUrl;
+element('from').textContent = element('from').title = title || documentUrl;
 element('list').hidden = rows.length === 0;
 element('empty').hidden = rows.length > 0;
 element('empty').textContent = text(list ? 'linksEmpty' : 'linksGone');

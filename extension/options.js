@@ -139,7 +139,7 @@ const fields = {
             chips.replaceChildren(
                 ...(isPlain ? [] : masks).map(mask => make('li', { textContent: mask })),
                 ...refused.map(({ entry, reason }) =>
-                    make('li.bad', { textContent: `${entry}: ${text(reason)}` })));
+                    make('li.bad', {}, make('bdi', { textContent: entry }), `: ${text(reason)}`)));
             return { masks, refused };
         };
         input.addEventListener('input', check);

@@ -3,7 +3,7 @@
 import { ask, follow } from './lib/background.js';
 import { outcomeInWords } from './lib/outcometexts.js';
 import { requestSiteAccess } from './lib/siteaccess.js';
-import { element, localize, make, sizeInWords, text, timeInWords } from './lib/ui.js';
+import { element, localize, make, showEntries, sizeInWords, text, timeInWords } from './lib/ui.js';
 
 localize();
 const [{ id: tabId, url: tabUrl = '', title: tabTitle = '' }] = await chrome.tabs.query({ active: true, currentWindow: true });
@@ -111,14 +111,14 @@ const marks = { application: '✓', browser: '↓' };
 
 function showDownloads(downloads) {
     element('noDownloads').hidden = downloads.length > 0;
-    element('downloads').replaceChildren(...downloads.map(download => {
+    showEntries(element('downloads'), downloads.map(download => {
         const { words, isProblem } = outcomeInWords(download);
         const mark = isProblem ? '!' : marks[download.state] ?? '–';
         const look = isProblem ? '.broken' : download.state === 'application' ? '.ok' : '';
-        return make('li', {}, make(`div.entry${look}`, {},
+        return make('li', { 'data-key': download.id }, make(`div.entry${look}`, {},
             make('span.mark', { ariaHidden: 'true', textContent: mark }),
             make('div.grow', {},
-                make('span.name', {}, make('bdi', { textContent: download.name || text('nameless') })),
+                make('span.name', { title: download.name }, make('bdi', { textContent: download.name || text('nameless') })),
                 make(isProblem ? 'small.bad' : 'small', {}, words, ' ',
                     make('span.nowrap', { textContent: `· ${timeInWords(download.time)}` }))),
             isProblem ? make('button.icon', {
@@ -136,10 +136,12 @@ function showDownloads(downloads) {
 const kinds = { video: 'kindVideo', audio: 'kindAudio', stream: 'kindStream' };
 
 async function downloadMedia(button, requestId) {
-    button.disabled = true;
+    if (button.ariaBusy === 'true')
+        return;
+    button.ariaBusy = 'true'; // a disabled one would lose the focus
     element('mediaSaid').textContent = text('handingOver');
     const status = await attempt('downloadMedia', { tabId, requestId });
-    button.disabled = false;
+    button.ariaBusy = 'false';
     element('mediaSaid').textContent = status && !status.problem ? text('mediaHandedOver') : '';
     if (status)
         showStatus(status);
@@ -149,12 +151,12 @@ async function downloadMedia(button, requestId) {
 function showMedia(media) {
     element('page').hidden = !media;
     element('noMedia').hidden = media?.length > 0;
-    element('media').replaceChildren(...(media ?? []).map(({ requestId, title, kind, size, quality }) => {
+    showEntries(element('media'), (media ?? []).map(({ requestId, title, kind, size, quality }) => {
         const details = [text(kinds[kind]), quality, sizeInWords(size)].filter(Boolean);
         const button = make('button.media', { onclick: () => downloadMedia(button, requestId) },
-            make('span.name', { textContent: title }),
+            make('span.name', { textContent: title, title }),
             make('small', { textContent: details.join(' · ') }));
-        return make('li', {}, button);
+        return make('li', { 'data-key': requestId }, button);
     }));
 }
 

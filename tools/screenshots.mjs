@@ -102,7 +102,7 @@ for (const { name, scheme, widths, language, withStates } of looks) {
             await page.emulateMediaFeatures([{ name: 'prefers-color-scheme', value: scheme }]);
             await page.goto(browser.address(address));
             await page.waitForNetworkIdle();
-            for (const width of address === 'popup.html' || title.includes('-') ? [340] : widths)
+            for (const width of address === 'popup.html' || title.includes('-') ? [360] : widths)
                 await takePicture(page, width, join(folder, `${title}-${name}-${width}.png`));
             await page.close();
         }

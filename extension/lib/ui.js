@@ -45,6 +45,18 @@ export function make(name, members = {}, ...children) {
     return made;
 }
 
+/**
+ * Shows a list anew. The focus stays on the entry that has it, or goes to the one in its place.
+ * @param {HTMLElement[]} entries each with its own data-key, and a button at most
+ */
+export function showEntries(list, entries) {
+    const focused = [...list.children].findIndex(each => each.contains(document.activeElement));
+    const key = list.children[focused]?.dataset.key;
+    list.replaceChildren(...entries);
+    if (key !== undefined)
+        (entries.find(each => each.dataset.key === key) ?? entries[focused] ?? entries.at(-1))?.querySelector('button')?.focus();
+}
+
 const units = ['byte', 'kilobyte', 'megabyte', 'gigabyte', 'terabyte'];
 
 /** A size in a suitable unit (as in browsers, 1 KB is 1,024 bytes); '' when unknown. */
