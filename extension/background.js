@@ -208,7 +208,7 @@ async function facts(test) {
 const answers = {
     status: () => status.describe(),
     retry: async () => {
-        await host.open().catch(() => {});
+        await host.openAnew().catch(() => {});
         return status.describe();
     },
     dismissProblem: () => {
@@ -258,7 +258,7 @@ const answers = {
     },
     check: () => facts(),
     checkAgain: async () => {
-        await host.open().catch(() => {});
+        await host.openAnew().catch(() => {});
         return facts();
     },
     testDownload: async () => facts(await downloads.tryOne()),

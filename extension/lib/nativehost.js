@@ -50,6 +50,16 @@ export class NativeHost {
         return this.#ready;
     }
 
+    /** The same, but does not wait for what an attempt that is under way comes to. */
+    openAnew() {
+        const port = this.#port;
+        if (port && !this.#version) {
+            this.#forgetPort(new HostError('problemHostSilent'));
+            port.disconnect();
+        }
+        return this.open();
+    }
+
     /** Sends a task and resolves with its answer. members: the record of the task's type. */
     async ask(type, members = {}) {
         await this.open();
@@ -124,7 +134,7 @@ export class NativeHost {
         }
     }
 
-    #onDisconnect(error) {
+    #forgetPort(error) {
         this.#port = null;
         this.#ready = null;
         this.#version = '';
@@ -132,6 +142,10 @@ export class NativeHost {
         this.#pending.clear();
         for (const each of pending)
             each.reject(error);
+    }
+
+    #onDisconnect(error) {
+        this.#forgetPort(error);
         this.onDisconnected(error);
         this.#retryTimer = setTimeout(() => this.open().catch(() => {}), this.#retryDelay);
         this.#retryDelay = Math.min(2 * this.#retryDelay, longestRetryDelay);

@@ -12,6 +12,7 @@ namespace {
 
 QString librariesLink() { return QStringLiteral("libraries"); }
 QString answersLink() { return QStringLiteral("host-answers"); }
+QString catchingLink() { return QStringLiteral("catching"); }
 QString logLink() { return QStringLiteral("log"); }
 
 /// A manifest may name the host of an installation that has gone bad or away.
@@ -30,6 +31,7 @@ void checkAnswer(Chain &chain, const QString &hostPath, const HostProbe &probe,
     if (!handshake.failure.isEmpty()) {
         chain.broken(answersLink(), QStringLiteral("the host fails: ") + handshake.failure,
                      cureOf(hostPath));
+        chain.notReached({catchingLink()}, QStringLiteral("the host does not answer"));
         return;
     }
     const QString other = handshake.version == appVersion()
@@ -38,6 +40,14 @@ void checkAnswer(Chain &chain, const QString &hostPath, const HostProbe &probe,
     chain.ok(answersLink(),
              QStringLiteral("it answered after %1 ms as version %2%3")
                  .arg(QString::number(handshake.milliseconds), handshake.version, other));
+    if (!handshake.isCatching)
+        chain.notChecked(catchingLink(), QStringLiteral("it did not tell its settings"));
+    else if (*handshake.isCatching)
+        chain.ok(catchingLink(), QStringLiteral("downloads are caught, as the options say"));
+    else
+        chain.broken(catchingLink(),
+                     QStringLiteral("the options leave all downloads to the browser"),
+                     QStringLiteral("turn on \"Catch downloads\" behind the extension's button"));
 }
 
 /// A log that cannot be written disturbs nothing: the host goes on without it.
@@ -76,7 +86,7 @@ Chain examineHost(const QString &hostPath, const QStringList &arguments, int tim
                 .findings = {}};
     const HostProbe probe(hostPath, timeoutMs);
     if (!QFileInfo(hostPath).isExecutable()) {
-        chain.notReached({librariesLink(), answersLink()},
+        chain.notReached({librariesLink(), answersLink(), catchingLink()},
                          QStringLiteral("there is no host that could be started"));
     } else if (const QStringList missing = probe.missingLibraries(); !missing.isEmpty()) {
         chain.broken(librariesLink(),
@@ -84,7 +94,8 @@ Chain examineHost(const QString &hostPath, const QStringList &arguments, int tim
                          + missing.join(QStringLiteral(", ")),
                      QStringLiteral("sudo apt-get install libqt6core6 libqt6network6 libqt6sql6 "
                                     "libqt6sql6-sqlite"));
-        chain.notReached({answersLink()}, QStringLiteral("it cannot start without its libraries"));
+        chain.notReached({answersLink(), catchingLink()},
+                         QStringLiteral("it cannot start without its libraries"));
     } else {
         chain.ok(librariesLink(), QStringLiteral("its libraries are there"));
         checkAnswer(chain, hostPath, probe, arguments);

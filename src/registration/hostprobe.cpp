@@ -1,5 +1,6 @@
 #include "hostprobe.h"
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -25,8 +26,8 @@ QByteArray frame(const QByteArray &body)
     return QByteArray(reinterpret_cast<const char *>(&length), sizeof(length)) + body;
 }
 
-/// The body of the frame at the start of the bytes; nothing while it is not whole.
-std::optional<QByteArray> firstBody(const QByteArray &bytes)
+/// Takes the body of the frame at the start of the bytes; nothing while it is not whole.
+std::optional<QByteArray> takeBody(QByteArray &bytes)
 {
     quint32 length = 0;
     if (bytes.size() < qsizetype{sizeof(length)})
@@ -37,7 +38,36 @@ std::optional<QByteArray> firstBody(const QByteArray &bytes)
         return bytes;
     if (bytes.size() < qsizetype{sizeof(length)} + length)
         return std::nullopt;
-    return bytes.mid(sizeof(length), length);
+    const QByteArray body = bytes.mid(sizeof(length), length);
+    bytes.remove(0, qsizetype{sizeof(length)} + length);
+    return body;
+}
+
+/// The next message; nothing when the process ends or the time is over before it is whole.
+std::optional<QByteArray> receive(QProcess &process, QByteArray &received,
+                                  const QDeadlineTimer &end)
+{
+    std::optional<QByteArray> body = takeBody(received);
+    while (!body && process.state() == QProcess::Running && !end.hasExpired()) {
+        process.waitForReadyRead(std::max(1, static_cast<int>(end.remainingTime())));
+        received += process.readAllStandardOutput();
+        body = takeBody(received);
+    }
+    return body;
+}
+
+/// What the host says of the option that hands downloads over, whatever else it says.
+std::optional<bool> askWhetherCatching(QProcess &process, QByteArray &received, int timeoutMs)
+{
+    process.write(frame(R"({"id":"2","type":"query_settings"})"));
+    const QDeadlineTimer end(timeoutMs);
+    while (const auto body = receive(process, received, end)) {
+        const QJsonObject answer = QJsonDocument::fromJson(*body).object();
+        const QJsonValue isEnabled = answer[u"settings"][u"browser"][u"monitor"][u"enable"];
+        if (answer[u"id"].toString() == u"2")
+            return isEnabled.isBool() ? std::optional<bool>(isEnabled.toBool()) : std::nullopt;
+    }
+    return std::nullopt;
 }
 
 QString lastLine(const QByteArray &text)
@@ -103,12 +133,8 @@ HostProbe::Handshake HostProbe::handshake(const QStringList &arguments) const
     }
     process.write(frame(R"({"id":"1","type":"handshake","handshake":{"api_version":"3"}})"));
     QByteArray received;
-    std::optional<QByteArray> body;
-    while (!body && process.state() == QProcess::Running && !elapsed.hasExpired(m_timeoutMs)) {
-        process.waitForReadyRead(std::max(1, m_timeoutMs - static_cast<int>(elapsed.elapsed())));
-        received += process.readAllStandardOutput();
-        body = firstBody(received);
-    }
+    const auto body = receive(process, received,
+                              QDeadlineTimer(m_timeoutMs - static_cast<int>(elapsed.elapsed())));
     result.milliseconds = elapsed.elapsed();
     const bool isRunning = process.state() == QProcess::Running;
     if (body) {
@@ -116,6 +142,8 @@ HostProbe::Handshake HostProbe::handshake(const QStringList &arguments) const
         result.version = answer[u"version"].toString();
         if (answer[u"type"].toString() != u"handshake" || result.version.isEmpty())
             result.failure = QStringLiteral("it answers something else than this host would");
+        else
+            result.isCatching = askWhetherCatching(process, received, m_timeoutMs);
     } else if (isRunning) {
         result.failure = QStringLiteral("it does not answer within %1 s")
                              .arg(QString::number(m_timeoutMs / 1000.0));

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 /// A host, tried as a browser does.
 class HostProbe {
 public:
@@ -19,8 +21,11 @@ public:
         qint64 milliseconds = 0;
         /// What it told.
         QString version;
+        /// Whether downloads are to be caught; nothing when it did not tell.
+        std::optional<bool> isCatching;
     };
-    /// Starts the host with a browser's arguments, and has it answer a handshake and end.
+    /// Starts the host with a browser's arguments, and has it answer a handshake, tell its settings
+    /// and end.
     Handshake handshake(const QStringList &arguments) const;
 
 private:

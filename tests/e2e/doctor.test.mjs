@@ -65,9 +65,9 @@ const serverOf = owner => async sandbox => {
 };
 
 /** The host keeps its settings in the database. */
-async function makeDatabase(sandbox) {
+async function makeDatabase(sandbox, monitor = { skipServers: 'example.com' }) {
     const host = new HostProcess(sandbox);
-    await host.ask({ type: 'post_settings', post_settings: { browser: { monitor: { enable: false } } } });
+    await host.ask({ type: 'post_settings', post_settings: { browser: { monitor } } });
     host.closeInput();
     await host.end();
 }
@@ -138,6 +138,7 @@ const rows = [
     ['host-answers', hostThat(() => script('sleep 60')), { timeout: 1, says: /not answer within 1 s/ }],
     ['host-answers', hostThat(() => script('echo Hello')), { says: /something else/ }],
     ['host-answers', hostThat(() => 'no program'), { says: /cannot be started/ }],
+    ['catching', sandbox => makeDatabase(sandbox, { enable: false })],
     ['log', () => {}, { env: { KOVALO_LOG_FILE: '/proc/none/kovalo.log' }, arrives: true }],
     ['portable', sandbox => { mkdirSync(join(sandbox.programs, 'portabledata')); }, { arrives: true }],
     ['sql-driver', sandbox => put(join(sandbox.programs, 'qt.conf'), '[Paths]\nPlugins=/nowhere\n')],

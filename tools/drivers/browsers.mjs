@@ -61,6 +61,13 @@ const launchers = {
             chooseMenu: chooseMenuInChromium,
             dialog: new ChromiumDialog(screen),
             stopScript: async () => (await (await workerOf(browser)).worker()).close(),
+            withholdSites: async () => {
+                const page = await browser.newPage();
+                await page.goto('chrome://extensions');
+                await page.evaluate(extensionId => chrome.developerPrivate.updateExtensionConfiguration(
+                    { extensionId, hostAccess: 'ON_CLICK' }), chromiumId());
+                await page.close();
+            },
         };
     },
 
@@ -93,6 +100,10 @@ const launchers = {
                 // eslint-disable-next-line no-undef
                 await WebExtensionPolicy.getByID(id).extension.terminateBackground({ disableResetIdleForTest: true });
             }, geckoId),
+            withholdSites: async () => {
+                const page = await FirefoxExtensionPage.open(browser, `moz-extension://${firefoxPagesId}/options.html`);
+                await page.evaluate(origins => chrome.permissions.remove({ origins }), extensionManifest.host_permissions);
+            },
         };
     },
 };
@@ -217,7 +228,7 @@ export class ExtendedBrowser {
     #pages;
     #chooseMenu;
 
-    constructor(sandbox, { browser, pagesOrigin, ExtensionPage, chooseMenu, dialog, stopScript }) {
+    constructor(sandbox, { browser, pagesOrigin, ExtensionPage, chooseMenu, dialog, stopScript, withholdSites }) {
         this.sandbox = sandbox;
         this.browser = browser;
         this.#pages = { origin: pagesOrigin, Page: ExtensionPage };
@@ -226,6 +237,8 @@ export class ExtendedBrowser {
         this.dialog = dialog;
         /** Ends the extension's background script, as the browser does when it is idle. */
         this.stopScript = stopScript;
+        /** Takes access to pages away from the extension, as the user may on the browser's own page. */
+        this.withholdSites = withholdSites;
     }
 
     /** Right-clicks an element of a page and chooses an entry of the extension, by its id. */

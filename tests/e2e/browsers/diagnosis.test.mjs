@@ -1,0 +1,169 @@
+// Each link between a real browser and a finished download is broken for real. The extension's page
+// must name it in words that are the same in every browser, and the doctor must name it, too.
+
+import { deepStrictEqual, match, ok, strictEqual } from 'node:assert';
+import { execFile } from 'node:child_process';
+import { existsSync, readFileSync, renameSync, rmSync, writeFileSync } from 'node:fs';
+import { join } from 'node:path';
+import { after, before, describe, test } from 'node:test';
+import { promisify } from 'node:util';
+import { browserNames, hostProgram } from '../../../tools/drivers/browsers.mjs';
+import { until } from '../../../tools/drivers/hostprocess.mjs';
+import { manifestName } from '../support/registered.mjs';
+import { Visit } from '../support/visit.mjs';
+
+const manifestFolders = { chromium: '.config/chromium/NativeMessagingHosts', firefox: '.mozilla/native-messaging-hosts' };
+const script = text => `#!/bin/sh\n${text}\n`;
+const missing = /not installed, or not registered/;
+const notStarted = /could not be started, or ended at once\.$/;
+
+/** The manifest with other members. */
+const rewrite = members => ({ manifest }) =>
+    writeFileSync(manifest, JSON.stringify({ ...JSON.parse(readFileSync(manifest)), ...members }));
+/** A host that is another program. */
+const hostThat = text => scene => {
+    writeFileSync(join(scene.visit.sandbox.programs, 'other'), script(text), { mode: 0o755 });
+    rewrite({ path: join(scene.visit.sandbox.programs, 'other') })(scene);
+};
+const application = text => ({ visit }) =>
+    writeFileSync(join(visit.sandbox.programs, 'kov'), script(text), { mode: 0o755 });
+
+/** The link as the doctor names it, how it is broken, what the page says, and what it has one do. */
+const hostRows = [
+    ['manifest-found', ({ manifest }) => rmSync(manifest), missing, 'register'],
+    ['manifest-ids', rewrite({ allowed_origins: ['chrome-extension://aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa/'], allowed_extensions: ['a@b'] }),
+     { chromium: /not allowed to use/, firefox: missing }, 'register'],
+    ['host-there', rewrite({ path: '/usr/lib/gone/wenativehost' }), { chromium: missing, firefox: notStarted }],
+    ['host-answers', hostThat('exit 3'), notStarted, 'doctor'],
+    ['host-answers', hostThat('echo Hello world'), /Another program is in the place/, 'register'],
+    ['host-answers', hostThat('cat >/dev/null'), /started but does not answer/, 'doctor'],
+];
+const applicationRows = [
+    ['application-there', () => {}, /not installed/],
+    ['application-running', application('exit 1'), /did not take the download/],
+];
+
+class Scene {
+    static async start(name) {
+        const self = new Scene();
+        self.name = name;
+        self.visit = await Visit.start(name, ['kov', 'kovalo-host']);
+        self.manifest = join(self.visit.sandbox.home, manifestFolders[name], manifestName);
+        self.page = await self.visit.browser.openExtensionPage('help.html');
+        self.popup = await self.visit.browser.openExtensionPage('popup.html');
+        self.knownToDoctor = await self.brokenLinks(); // Firefox does not show what is loaded for the moment
+        return self;
+    }
+
+    /** Clicks a button of the page, and resolves with the steps when it is done. */
+    async click(button) {
+        await this.page.evaluate(id => document.getElementById(id).click(), button);
+        await until(() => this.page.evaluate(() => !document.getElementById('again').disabled), `${button} to be done`);
+        return this.steps();
+    }
+
+    steps() {
+        return this.page.evaluate(() => Object.fromEntries([...document.querySelectorAll('#steps li')].map(each => [
+            each.dataset.step,
+            { state: each.classList[0], words: each.querySelector('div span').textContent, line: each.querySelector('code')?.textContent },
+        ])));
+    }
+
+    async run(...args) {
+        const { sandbox } = this.visit;
+        return (await promisify(execFile)(join(sandbox.programs, 'kovalo-host'), args, { env: sandbox.environment() })
+            .catch(error => error)).stdout;
+    }
+
+    async brokenLinks() {
+        return JSON.parse(await this.run('doctor', this.name, '--json')).chains
+            .flatMap(each => each.links).filter(each => each.state === 'broken').map(each => each.link)
+            .filter(each => !this.knownToDoctor?.includes(each));
+    }
+
+    /** Has the browser start the host anew. */
+    async endHost() {
+        for (const pid of this.visit.sandbox.running(hostProgram))
+            process.kill(pid, 'SIGKILL');
+        await until(async () => (await this.steps()).host.state !== 'ok', 'the page to notice');
+    }
+
+    async expect(link, step, words, button) {
+        const [steps, links] = await Promise.all([this.click(button), this.brokenLinks()]);
+        deepStrictEqual(links, [link]);
+        const broken = Object.keys(steps).filter(each => steps[each].state === 'broken');
+        deepStrictEqual(broken, [step], JSON.stringify(steps));
+        match(steps[step].words, words[this.name] ?? words);
+        return steps[step].line;
+    }
+}
+
+describe('the page and the doctor', { concurrency: browserNames.length, timeout: 240_000 }, () => {
+    for (const name of browserNames) {
+        describe(`in ${name}`, { concurrency: 1 }, () => {
+            let scene;
+            before(async () => { scene = await Scene.start(name); });
+            after(() => scene?.visit.end());
+
+            test('say that all is well, and a test file lands', async () => {
+                deepStrictEqual(scene.knownToDoctor, name === 'firefox' ? ['extension-installed'] : []);
+                const steps = await scene.click('test');
+                ok(Object.values(steps).every(each => each.state === 'ok'), JSON.stringify(steps));
+                const file = join(scene.visit.sandbox.downloads, 'kovalo-test.txt');
+                await until(() => existsSync(file), 'the file to land');
+                rmSync(file);
+            });
+
+            for (const [link, breakIt, words, command] of hostRows) {
+                test(`name the host: ${link}, ${words.source ?? words[name].source}`, async () => {
+                    const healthy = readFileSync(scene.manifest);
+                    breakIt(scene);
+                    await scene.endHost();
+                    const line = await scene.expect(link, 'host', words, 'again');
+                    if (command)
+                        strictEqual(line, `kovalo-host ${command}`);
+                    if (line === 'kovalo-host register') {
+                        await scene.run('register');
+                        // Newer ones of Firefox have two folders, of which one is enough to be broken here.
+                        rmSync(join(scene.visit.sandbox.home, '.config/mozilla/native-messaging-hosts'), { recursive: true, force: true });
+                    } else {
+                        writeFileSync(scene.manifest, healthy);
+                    }
+                    strictEqual((await scene.click('again')).host.state, 'ok');
+                });
+            }
+
+            test('name what the options leave to the browser', async () => {
+                await scene.visit.ask('changeSettings', { changes: { 'monitor.enable': false } });
+                await until(async () => (await scene.steps()).catching?.state === 'broken', 'the page to say so');
+                deepStrictEqual(await scene.brokenLinks(), ['catching']);
+                await scene.visit.ask('changeSettings', { changes: { 'monitor.enable': true } });
+            });
+
+            for (const [link, breakIt, words] of applicationRows) {
+                test(`name the application: ${link}`, async () => {
+                    const { sandbox } = scene.visit;
+                    const program = join(sandbox.programs, 'kov');
+                    renameSync(program, `${program}-real`);
+                    for (const pid of sandbox.running('kov-real'))
+                        process.kill(pid, 'SIGKILL');
+                    breakIt(scene);
+                    strictEqual(await scene.expect(link, 'application', words, 'test'), 'kovalo-host doctor');
+                    renameSync(`${program}-real`, program);
+                });
+            }
+
+            test('name access to pages, without which downloads go on in the browser', async () => {
+                await scene.visit.browser.withholdSites();
+                await until(async () => (await scene.steps()).access.state === 'broken', 'the page to say so');
+                match((await scene.visit.ask('status')).problem, /withholds access to pages/);
+                strictEqual(await scene.popup.evaluate(() => document.getElementById('grant').hidden), false);
+                await scene.visit.page.bringToFront();
+                await scene.visit.page.click('#file');
+                await scene.visit.untilDownloaded(scene.visit.sandbox.downloads, ['/files/data.bin']);
+                await scene.visit.browser.close(); // Chromium takes its time to write it down
+                deepStrictEqual(await scene.brokenLinks(), name === 'firefox' ? [] : ['site-access']);
+            });
+        });
+    }
+});
