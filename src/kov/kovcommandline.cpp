@@ -100,6 +100,9 @@ void parseArguments(const QStringList &arguments, const Command &command, KovCom
     const QCommandLineOption json(u"json"_qs, u"Print all that is known, as a JSON array."_qs);
     const QCommandLineOption watch({u"w"_qs, u"watch"_qs},
                                    u"Go on until no download is under way."_qs);
+    const QCommandLineOption stream(
+        u"stream"_qs,
+        u"Save what playlists (HLS, DASH) describe, each as one file; takes ffmpeg."_qs);
     const QCommandLineOption file(u"file"_qs, u"Remove finished files as well."_qs);
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("%1%2.%3").arg(
@@ -110,6 +113,8 @@ void parseArguments(const QStringList &arguments, const Command &command, KovCom
         parser.addOptions({json, watch});
     if (command.name == u"remove")
         parser.addOption(file);
+    if (command.name == u"add")
+        parser.addOption(stream);
     const bool understood = parser.parse(QStringList(u"kov"_qs) + arguments);
     if (understood && parser.isSet(help)) {
         QString text = parser.helpText();
@@ -140,6 +145,8 @@ void parseArguments(const QStringList &arguments, const Command &command, KovCom
     line.watches = command.action == Action::ShowJobs && parser.isSet(watch);
     if (command.name == u"remove" && parser.isSet(file))
         line.words.replace(0, QStringLiteral("removeWithFile"));
+    if (command.name == u"add" && parser.isSet(stream))
+        line.words.replace(0, QStringLiteral("addStream"));
 }
 
 } // namespace

@@ -27,6 +27,8 @@ inline QString partialPath() { return QStringLiteral("partialPath"); }
 inline QString receivedBytes() { return QStringLiteral("receivedBytes"); }
 /// -1 while unknown.
 inline QString totalBytes() { return QStringLiteral("totalBytes"); }
+/// Whole percents; -1 while unknown.
+inline QString percent() { return QStringLiteral("percent"); }
 /// In bytes per second; 0 for what is not running.
 inline QString speed() { return QStringLiteral("bytesPerSecond"); }
 /// -1 while unknown.

@@ -16,6 +16,7 @@
 #include <QMetaEnum>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace {
@@ -65,7 +66,9 @@ QJsonObject toJson(const Download &download)
     namespace Keys = KovCommandMessages::JobKeys;
     const KovJob &job = download.job;
     const bool isEndKnown =
-        job.state == State::Running && job.totalBytes >= 0 && download.bytesPerSecond > 0;
+        job.state == State::Running && download.doneShare > 0 && download.bytesPerSecond > 0;
+    const double missing =
+        static_cast<double>(download.receivedBytes) * (1 / download.doneShare - 1);
     return {{Keys::id(), job.id},
             {Keys::state(), stateName(job.state)},
             {Keys::url(), job.url.toString(QUrl::FullyEncoded)},
@@ -74,8 +77,9 @@ QJsonObject toJson(const Download &download)
             {Keys::receivedBytes(), download.receivedBytes},
             {Keys::totalBytes(), job.totalBytes},
             {Keys::speed(), download.bytesPerSecond},
+            {Keys::percent(), download.doneShare < 0 ? -1 : std::floor(download.doneShare * 100)},
             {Keys::secondsLeft(),
-             isEndKnown ? (job.totalBytes - download.receivedBytes) / download.bytesPerSecond : -1},
+             isEndKnown ? std::floor(missing / static_cast<double>(download.bytesPerSecond)) : -1},
             {Keys::connections(), download.connections},
             {Keys::attempts(), job.attempts},
             {Keys::retryInSeconds(),
@@ -98,8 +102,8 @@ KovCommandResult KovCommands::run(const QStringList &words)
     const QString command = words.value(0);
     const QStringList arguments = words.mid(1);
     const qsizetype count = arguments.size();
-    if (command == u"add" && count > 0)
-        return add(arguments);
+    if ((command == u"add" || command == u"addStream") && count > 0)
+        return add(arguments, command == u"addStream");
     if (command == u"jobs" && count == 0)
         return jobs();
     if (command == u"pause" && count > 0)
@@ -128,14 +132,14 @@ KovCommandResult KovCommands::run(const QStringList &words)
             QStringLiteral("kov: the service does not know this command\n")};
 }
 
-KovCommandResult KovCommands::add(const QStringList &urls)
+KovCommandResult KovCommands::add(const QStringList &urls, bool areStreams)
 {
     QList<KovDownloadRequest> requests;
     for (const QString &text : urls) {
         const QUrl url(text, QUrl::TolerantMode);
         if (!KovHttpExchange::isSupported(url))
             return failure(QStringLiteral("this cannot be downloaded: %1").arg(printable(text)));
-        requests.append({.url = url});
+        requests.append({.url = url, .isStream = areStreams});
     }
     const qint64 before = m_queue->lastId();
     if (const QString error = m_queue->add(requests); !error.isEmpty())

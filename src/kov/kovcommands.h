@@ -31,7 +31,7 @@ Q_SIGNALS:
     void quitRequested();
 
 private:
-    KovCommandResult add(const QStringList &urls);
+    KovCommandResult add(const QStringList &urls, bool areStreams);
     KovCommandResult jobs() const;
     /// Does the same with each of the jobs, or with all in that state for "all".
     template <typename Change>

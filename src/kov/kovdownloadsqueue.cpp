@@ -333,10 +333,11 @@ QList<KovDownloadsQueue::Download> KovDownloadsQueue::downloads() const
     QList<Download> downloads;
     downloads.reserve(m_jobs.size());
     for (const KovJob &job : m_jobs) {
-        Download download{job, job.receivedBytes()};
+        Download download{job, job.receivedBytes(), job.doneShare()};
         if (const KovTransfer *const transfer = m_running.value(job.id)) {
             download.job.takeProgress(transfer->job());
             download.receivedBytes = transfer->receivedBytes();
+            download.doneShare = transfer->doneShare();
             download.bytesPerSecond = transfer->bytesPerSecond();
             download.connections = transfer->connections();
         } else if (const auto time = retryTimes.constFind(job.id); time != retryTimes.cend()) {

@@ -83,12 +83,8 @@ void KovFileTransfer::start()
 
 void KovFileTransfer::resume()
 {
-    if (m_job.receivedBytes() == m_job.totalBytes && !QFileInfo::exists(m_job.partialPath)
-        && QFileInfo(m_job.path).size() == m_job.totalBytes) {
-        // The end came between the naming of the file and the note that the job is done.
-        m_job.partialPath.clear();
-        m_finished = true;
-        end({});
+    if (isNamed()) {
+        finishNamed();
         return;
     }
     QString error;
@@ -382,13 +378,6 @@ bool KovFileTransfer::isResumable() const
 {
     return m_acceptsRanges && m_job.totalBytes >= 0 && !m_job.validators.ifRange().isEmpty()
         && m_request.postData.isEmpty();
-}
-
-double KovFileTransfer::doneShare() const
-{
-    return m_job.totalBytes > 0
-        ? static_cast<double>(receivedBytes()) / static_cast<double>(m_job.totalBytes)
-        : -1;
 }
 
 void KovFileTransfer::finish()

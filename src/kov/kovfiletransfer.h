@@ -25,7 +25,7 @@ public:
     void tick() override;
     bool isResumable() const override;
     qint64 receivedBytes() const override { return m_ranges.receivedBytes(); }
-    double doneShare() const override;
+    double doneShare() const override { return m_job.doneShare(receivedBytes()); }
     qsizetype connections() const override { return static_cast<qsizetype>(m_connections.size()); }
 
 protected:

@@ -47,6 +47,21 @@ bool isSameOrigin(const QUrl &a, const QUrl &b)
     return a.scheme() == b.scheme() && a.host() == b.host() && port(a) == port(b);
 }
 
+QSharedPointer<QNetworkCookieJar> ownCookies(const KovDownloadRequest &request)
+{
+    auto jar = QSharedPointer<QNetworkCookieJar>::create();
+    for (QNetworkCookie cookie : request.cookies) {
+        if (hasControls(cookie.name()) || hasControls(cookie.value()))
+            continue;
+        // The browser chose them for this URL; of a page's folder it said nothing.
+        if (cookie.path().isEmpty())
+            cookie.setPath(QStringLiteral("/"));
+        cookie.normalize(request.url);
+        jar->insertCookie(cookie);
+    }
+    return jar;
+}
+
 bool isHttp(const QUrl &url) { return isValidHttpUrl(url) && !url.host().isEmpty(); }
 
 } // namespace
@@ -57,15 +72,15 @@ bool KovHttpExchange::isSupported(const QUrl &url)
 }
 
 KovHttpExchange::KovHttpExchange(KovDownloadRequest request, QSharedPointer<KovNetworkPool> pool,
-                                 QObject *parent)
+                                 const QSharedPointer<QNetworkCookieJar> &cookies, QObject *parent)
     : QObject(parent), m_request(std::move(request)), m_pool(std::move(pool)),
-      m_network(m_pool->take()), m_reply(nullptr, [](QNetworkReply *reply) {
+      m_network(m_pool->take()), m_cookies(cookies ? cookies : ownCookies(m_request)),
+      m_reply(nullptr, [](QNetworkReply *reply) {
           // It may be sending a signal just now.
           reply->abort();
           reply->deleteLater();
       })
 {
-    addCookies();
 }
 
 KovHttpExchange::~KovHttpExchange()
@@ -78,11 +93,18 @@ void KovHttpExchange::start() { sendRequest(m_request.url); }
 
 void KovHttpExchange::start(qint64 from, qint64 to, const QByteArray &ifRange)
 {
+    startAt(m_request.url, from, to, ifRange);
+}
+
+void KovHttpExchange::startAt(const QUrl &url) { sendRequest(url); }
+
+void KovHttpExchange::startAt(const QUrl &url, qint64 from, qint64 to, const QByteArray &ifRange)
+{
     m_range = "bytes=" + QByteArray::number(from) + '-';
     if (to >= 0)
         m_range += QByteArray::number(to - 1);
     m_ifRange = ifRange;
-    start();
+    sendRequest(url);
 }
 
 void KovHttpExchange::abort()
@@ -114,7 +136,7 @@ void KovHttpExchange::sendRequest(const QUrl &url)
 KovDownloadRequest KovHttpExchange::request() const
 {
     KovDownloadRequest request = m_request;
-    request.cookies = m_cookies.cookiesForUrl(request.url);
+    request.cookies = m_cookies->cookiesForUrl(request.url);
     return request;
 }
 
@@ -154,7 +176,7 @@ QNetworkRequest KovHttpExchange::networkRequest(const QUrl &url) const
 QByteArray KovHttpExchange::cookieHeader(const QUrl &url) const
 {
     QByteArrayList pairs;
-    const QList<QNetworkCookie> cookies = m_cookies.cookiesForUrl(url);
+    const QList<QNetworkCookie> cookies = m_cookies->cookiesForUrl(url);
     for (const QNetworkCookie &cookie : cookies)
         pairs += cookie.toRawForm(QNetworkCookie::NameAndValueOnly);
     return pairs.join("; ");
@@ -171,23 +193,17 @@ QByteArray KovHttpExchange::referrerHeader(const QUrl &url) const
     return headerValue(m_request.referrer.section(u'#', 0, 0));
 }
 
-void KovHttpExchange::addCookies()
-{
-    for (QNetworkCookie cookie : m_request.cookies) {
-        if (hasControls(cookie.name()) || hasControls(cookie.value()))
-            continue;
-        // The browser chose them for this URL; of a page's folder it said nothing.
-        if (cookie.path().isEmpty())
-            cookie.setPath(QStringLiteral("/"));
-        cookie.normalize(m_request.url);
-        m_cookies.insertCookie(cookie);
-    }
-}
-
 QUrl KovHttpExchange::redirectTarget() const
 {
     const QUrl target = m_reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
     return target.isEmpty() ? target : m_reply->url().resolved(target);
+}
+
+void KovHttpExchange::keepCookies()
+{
+    m_cookies->setCookiesFromUrl(
+        m_reply->header(QNetworkRequest::SetCookieHeader).value<QList<QNetworkCookie>>(),
+        m_reply->url());
 }
 
 void KovHttpExchange::onMetaDataChanged()
@@ -197,6 +213,7 @@ void KovHttpExchange::onMetaDataChanged()
         return;
     m_answered = true;
     m_answer = KovAnswer::of(*m_reply);
+    keepCookies();
     Q_EMIT answered();
 }
 
@@ -226,9 +243,7 @@ void KovHttpExchange::followRedirect(const QUrl &target)
         finish(lastingFailure(QStringLiteral("redirected too often")));
         return;
     }
-    m_cookies.setCookiesFromUrl(
-        m_reply->header(QNetworkRequest::SetCookieHeader).value<QList<QNetworkCookie>>(),
-        m_reply->url());
+    keepCookies();
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (!m_request.postData.isEmpty() && status != temporaryRedirectStatus
         && status != permanentRedirectStatus) {
@@ -249,6 +264,13 @@ void KovHttpExchange::finish(const KovFailure &failure)
 qint64 KovHttpExchange::read(char *bytes, qint64 size)
 {
     return m_reply ? m_reply->read(bytes, size) : -1;
+}
+
+QByteArray KovHttpExchange::readAll() { return m_reply ? m_reply->readAll() : QByteArray(); }
+
+QByteArray KovHttpExchange::peek(qint64 size) const
+{
+    return m_reply ? m_reply->peek(size) : QByteArray();
 }
 
 qint64 KovHttpExchange::bytesAvailable() const { return m_reply ? m_reply->bytesAvailable() : 0; }

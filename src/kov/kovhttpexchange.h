@@ -27,7 +27,10 @@ public:
     /// Whether it can be asked for: http and https, and what lies in the URL itself ("data:").
     static bool isSupported(const QUrl &url);
 
+    /// Exchanges that belong together share their cookies: those of the request go into a jar of
+    /// their own only.
     KovHttpExchange(KovDownloadRequest request, QSharedPointer<KovNetworkPool> pool,
+                    const QSharedPointer<QNetworkCookieJar> &cookies = {},
                     QObject *parent = nullptr);
     ~KovHttpExchange() override;
 
@@ -36,8 +39,14 @@ public:
     /// The bytes from "from" up to but not including "to", to the end when that is -1, if the file
     /// is still the one that the value of an If-Range field means.
     void start(qint64 from, qint64 to, const QByteArray &ifRange);
+    /// What belongs to the file of the request and lies at another URL: all of it, or a range as
+    /// above. It is given the cookies and the referrer that the file's own site lets it have.
+    void startAt(const QUrl &url);
+    void startAt(const QUrl &url, qint64 from, qint64 to, const QByteArray &ifRange);
     /// Nothing more is told.
     void abort();
+
+    const QSharedPointer<QNetworkCookieJar> &cookies() const { return m_cookies; }
 
     /// After answered().
     const KovAnswer &answer() const { return m_answer; }
@@ -46,6 +55,8 @@ public:
     KovDownloadRequest request() const;
     /// What of the body is there; at most so many bytes. -1 at its end.
     qint64 read(char *bytes, qint64 size);
+    QByteArray readAll();
+    QByteArray peek(qint64 size) const;
     qint64 bytesAvailable() const;
     /// All of the body is there or will never be: see failure().
     bool isFinished() const { return m_finished; }
@@ -60,8 +71,8 @@ Q_SIGNALS:
     void finished();
 
 private:
-    void addCookies();
     void sendRequest(const QUrl &url);
+    void keepCookies();
     QNetworkRequest networkRequest(const QUrl &url) const;
     QByteArray cookieHeader(const QUrl &url) const;
     /// Empty when there is none.
@@ -76,7 +87,7 @@ private:
     KovDownloadRequest m_request;
     const QSharedPointer<KovNetworkPool> m_pool;
     const QSharedPointer<QNetworkAccessManager> m_network;
-    QNetworkCookieJar m_cookies;
+    const QSharedPointer<QNetworkCookieJar> m_cookies;
     std::unique_ptr<QNetworkReply, void (*)(QNetworkReply *)> m_reply;
     QByteArray m_range;
     QByteArray m_ifRange;

@@ -15,7 +15,8 @@ namespace {
 
 namespace Keys = VhIpcIncomingDownloadsKeys;
 
-KovDownloadRequest downloadRequest(const AbstractDownloadPersistentInfo &info)
+KovDownloadRequest downloadRequest(const AbstractDownloadPersistentInfo &info,
+                                   AbstractDownloadType type)
 {
     const bool isSizeKnown = info.files.size() == 1 && info.files.constFirst().size > 0;
     return {.url = info.source.url,
@@ -24,7 +25,8 @@ KovDownloadRequest downloadRequest(const AbstractDownloadPersistentInfo &info)
             .cookies = info.source.cookies,
             .postData = info.source.postData,
             .suggestedName = info.preferredFileTitle,
-            .announcedBytes = isSizeKnown ? info.files.constFirst().size : -1};
+            .announcedBytes = isSizeKnown ? info.files.constFirst().size : -1,
+            .isStream = type == AbstractDownloadType::MediaStream};
 }
 
 QList<KovDownloadRequest> selectedDownloads(const AbstractNewDownloadsRequest &request)
@@ -34,7 +36,7 @@ QList<KovDownloadRequest> selectedDownloads(const AbstractNewDownloadsRequest &r
         const auto &info = request.downloads.at(i).info;
         if (info && request.selectedDownloads.testBit(i)
             && KovHttpExchange::isSupported(info->source.url))
-            selected.append(downloadRequest(*info));
+            selected.append(downloadRequest(*info, request.preferredDownloadType));
     }
     return selected;
 }
@@ -56,7 +58,7 @@ void KovIncomingDownloadsPart::processVh(const QHash<QString, QVariant> &map)
         selectedDownloads(toNewDownloadsRequest(map.value(Keys::request()).toHash()));
     if (downloads.isEmpty())
         answer(id, QStringLiteral("nothing that can be downloaded"));
-    else if (downloads.size() == 1)
+    else if (downloads.size() == 1 && !downloads.constFirst().isStream)
         m_queue->offer(downloads.constFirst(), this,
                        [this, id](const QString &error) { answer(id, error); });
     else

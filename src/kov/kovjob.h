@@ -22,6 +22,8 @@ struct KovDownloadRequest {
     QString suggestedName = {};
     /// The size that the browser was told; -1 if it was not.
     qint64 announcedBytes = -1;
+    /// The URL is that of the playlist of a stream, which is to be saved as one file.
+    bool isStream = false;
 };
 
 /// What identifies the file at its server: an answer with other values is another file.
@@ -81,6 +83,13 @@ struct KovJob {
         ranges = transferred.ranges;
     }
     qint64 receivedBytes() const { return ranges.receivedBytes(); }
+    /// How much of it is there, from 0 to 1; -1 while unknown.
+    double doneShare() const { return doneShare(receivedBytes()); }
+    double doneShare(qint64 received) const
+    {
+        return totalBytes > 0 ? static_cast<double>(received) / static_cast<double>(totalBytes)
+                              : -1;
+    }
     /// Neither finished nor given up.
     bool isUnderWay() const { return state == State::Waiting || state == State::Running; }
 };

@@ -121,7 +121,7 @@ public:
     static QString sqlTableName() { return QStringLiteral("Requests"); }
     static QList<table_column> sqlTableColumns()
     {
-        return columns({u"AnnouncedBytes"_qs},
+        return columns({u"AnnouncedBytes"_qs, u"IsStream"_qs},
                        {u"Url"_qs, u"Referrer"_qs, u"UserAgent"_qs, u"SuggestedName"_qs},
                        {u"Cookies"_qs, u"PostData"_qs});
     }
@@ -130,8 +130,8 @@ public:
     {
         return replaceRecord(
             row(columnNames(sqlTableColumns()),
-                {id, request.announcedBytes, stored(request.url), stored(request.referrer),
-                 stored(request.userAgent), stored(request.suggestedName),
+                {id, request.announcedBytes, request.isStream ? 1 : 0, stored(request.url),
+                 stored(request.referrer), stored(request.userAgent), stored(request.suggestedName),
                  stored(toLines(request.cookies)), stored(request.postData)}));
     }
 
@@ -146,6 +146,7 @@ public:
         const auto next = [&rows, &column] { return rows.value(column++); };
         KovDownloadRequest request;
         request.announcedBytes = next().toLongLong();
+        request.isStream = next().toInt() != 0;
         request.url = QUrl(next().toString());
         request.referrer = next().toString();
         request.userAgent = next().toString();

@@ -32,9 +32,9 @@ QString nameOf(const QJsonObject &job)
     return path.isEmpty() ? text(job, Keys::url()) : QFileInfo(path).fileName();
 }
 
-QString bar(qint64 received, qint64 total)
+QString bar(qint64 percent)
 {
-    const auto full = static_cast<int>(total > 0 ? received * barWidth / total : 0);
+    const auto full = static_cast<int>(percent * barWidth / 100);
     return u'[' + QString(full, u'#') + QString(barWidth - full, u'-') + u']';
 }
 
@@ -48,12 +48,13 @@ QString progress(const QJsonObject &job)
                                             KovJobsView::sizeText(received));
     if (state == u"failed")
         return state.leftJustified(barWidth + 2);
-    QString line = total > 0 ? bar(received, total) : state.leftJustified(barWidth + 2);
-    if (total > 0)
-        line += QStringLiteral(" %1 %").arg(received * 100 / total, 3);
+    const qint64 percent = number(job, Keys::percent());
+    QString line = percent >= 0 ? bar(percent) : state.leftJustified(barWidth + 2);
+    if (percent >= 0)
+        line += QStringLiteral(" %1 %").arg(percent, 3);
     line += QStringLiteral("  %1").arg(KovJobsView::sizeText(total > 0 ? total : received));
     if (state != u"running")
-        return total > 0 ? line + u"  "_qs + state : line;
+        return percent >= 0 ? line + u"  "_qs + state : line;
     line += QStringLiteral("  %1/s").arg(KovJobsView::sizeText(number(job, Keys::speed())));
     if (const qint64 left = number(job, Keys::secondsLeft()); left >= 0)
         line += QStringLiteral("  ") + KovJobsView::durationText(left);

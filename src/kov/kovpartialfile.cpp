@@ -165,4 +165,10 @@ bool KovPartialFile::remove()
     return check(::unlink(QFile::encodeName(m_path).constData()) == 0);
 }
 
+qint64 KovPartialFile::size() const
+{
+    struct stat status = {};
+    return ::fstat(m_descriptor, &status) == 0 ? status.st_size : -1;
+}
+
 QString KovPartialFile::errorString() const { return systemErrorString(m_errorNumber); }

@@ -35,6 +35,10 @@ public:
     bool moveTo(const QString &path);
     bool remove();
 
+    qint64 size() const;
+    /// For a program that is to write the file; closed in it unless it is told otherwise.
+    int descriptor() const { return m_descriptor; }
+
     QString path() const { return m_path; }
     /// Of the last failure; see errno(3).
     int errorNumber() const { return m_errorNumber; }

@@ -25,6 +25,20 @@ KovTransfer::KovTransfer(KovJob job, KovDownloadRequest request, Environment env
 
 KovTransfer::~KovTransfer() = default;
 
+bool KovTransfer::isNamed() const
+{
+    return m_job.totalBytes > 0 && m_job.receivedBytes() == m_job.totalBytes
+        && !QFileInfo::exists(m_job.partialPath)
+        && QFileInfo(m_job.path).size() == m_job.totalBytes;
+}
+
+void KovTransfer::finishNamed()
+{
+    m_job.partialPath.clear();
+    m_finished = true;
+    end({});
+}
+
 KovFailure KovTransfer::openFile(const QString &name)
 {
     QString error;

@@ -71,6 +71,10 @@ protected:
     KovTransfer(KovJob job, KovDownloadRequest request, Environment environment, QObject *parent,
                 QtClock &clock);
 
+    /// Whether the end came between the naming of the file and the note that the job is done.
+    bool isNamed() const;
+    /// Then there is nothing to do.
+    void finishNamed();
     /// Has an empty partial file for a file of that name: the one of the last attempt, or another.
     KovFailure openFile(const QString &name);
     /// The file is whole: puts it on the disk and gives it its final name.

@@ -5,6 +5,7 @@
 #include "kovfiletransfer.h"
 #include "kovnetworkpool.h"
 #include "kovspeedlimit.h"
+#include "kovstreamtransfer.h"
 #include "qtappabstractsettingsmanager.h"
 #include "qtappportablemodesupport.h"
 #include "systemdefaultdownloadlocation.h"
@@ -44,6 +45,8 @@ KovTransfer *KovTransferFactory::create(const KovJob &job, const KovDownloadRequ
         folder(job.partialPath.isEmpty() ? folderPath() : QFileInfo(job.partialPath).path()),
         static_cast<int>(std::min<qint64>(connections, KovNetworkPool::maxManagers)),
         m_settings->value(toString(DmCoreSettings::TakeLastModifiedDateFromServer)) == u"1"};
+    if (request.isStream)
+        return new KovStreamTransfer(job, request, environment, parent, m_clock);
     return new KovFileTransfer(job, request, environment, parent, m_clock);
 }
 

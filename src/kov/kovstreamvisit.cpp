@@ -1,0 +1,231 @@
+#include "kovstreamvisit.h"
+
+#include "kovcontentdecoder.h"
+#include "kovhttpexchange.h"
+#include "kovplaylist.h"
+#include "kovspeedlimit.h"
+#include "urlchecks.h"
+
+#include <QRegularExpression>
+#include <QTcpSocket>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace {
+
+constexpr qsizetype longestHead = 64 * 1024;
+constexpr qint64 pieceBytes = qint64{64} * 1024;
+/// More is not read from the web while so much waits to be taken.
+constexpr qint64 mostWaitingBytes = 1 << 20;
+constexpr int maxAttempts = 4;
+constexpr int firstRetryMs = 1000;
+constexpr int partialContentStatus = 206;
+
+/// What was compressed on the way, as it was before; nothing when that cannot be told.
+std::optional<QByteArray> decoded(const QByteArray &text, const QByteArray &encoding)
+{
+    if (encoding.isEmpty())
+        return text;
+    const auto decoder = KovContentDecoder::create(encoding);
+    QByteArray result;
+    const auto keep = [&result](const char *data, qint64 size) {
+        result.append(data, size);
+        return result.size() <= KovPlaylist::maxBytes;
+    };
+    if (!decoder
+        || decoder->decode(text.constData(), text.size(), keep) != KovContentDecoder::Result::Ok)
+        return std::nullopt;
+    return result;
+}
+
+} // namespace
+
+KovStreamVisit::KovStreamVisit(QTcpSocket *socket, KovStreamOrigin origin, QByteArray relayAddress,
+                               QtClock &clock, QObject *parent)
+    : QObject(parent), m_socket(socket), m_origin(std::move(origin)),
+      m_relayAddress(std::move(relayAddress)), m_retryTimer(clock.createTimer())
+{
+    m_socket->setParent(this);
+    connect(m_socket, &QTcpSocket::readyRead, this, &KovStreamVisit::onReadyRead);
+    connect(m_socket, &QTcpSocket::bytesWritten, this, &KovStreamVisit::pump);
+    connect(m_socket, &QTcpSocket::disconnected, this, &KovStreamVisit::deleteLater);
+    connect(m_origin.speedLimit.data(), &KovSpeedLimit::refilled, this, &KovStreamVisit::pump);
+    connect(m_retryTimer.get(), &QtSingleShotTimer::timeout, this, &KovStreamVisit::ask);
+}
+
+KovStreamVisit::~KovStreamVisit() = default;
+
+void KovStreamVisit::onReadyRead()
+{
+    m_head += m_socket->readAll();
+    if (m_exchange || (!m_head.contains("\r\n\r\n") && m_head.size() < longestHead))
+        return;
+    if (parse())
+        ask();
+    else
+        m_socket->abort();
+}
+
+bool KovStreamVisit::parse()
+{
+    static const QRegularExpression request(QStringLiteral("^GET (\\S+) HTTP/1\\.[01]\r\n"));
+    static const QRegularExpression range(QStringLiteral("\r\nRange: *bytes=(\\d+)-(\\d*)\r\n"),
+                                          QRegularExpression::CaseInsensitiveOption);
+    const QString head = QString::fromUtf8(m_head);
+    const QByteArray target = request.match(head).captured(1).toUtf8();
+    const QByteArray path = QUrl::fromEncoded(m_relayAddress).path().toUtf8();
+    const qsizetype schemeEnd = target.indexOf('/', path.size());
+    if (!target.startsWith(path) || schemeEnd < 0)
+        return false;
+    m_url = QUrl::fromEncoded(target.mid(path.size(), schemeEnd - path.size()) + "://"
+                              + target.mid(schemeEnd + 1));
+    if (const auto match = range.match(head); match.hasMatch()) {
+        m_from = match.captured(1).toLongLong();
+        m_to = match.captured(2).isEmpty() ? -1 : match.captured(2).toLongLong() + 1;
+    }
+    return true;
+}
+
+void KovStreamVisit::ask()
+{
+    const bool isLessSafe = isValidHttpsUrl(m_origin.request.url) && !isValidHttpsUrl(m_url);
+    if (!isValidHttpUrl(m_url) || m_url.host().isEmpty() || isLessSafe) {
+        fail(lastingFailure(QStringLiteral("the playlist refers to where it cannot be followed")));
+        return;
+    }
+    m_isGood = false;
+    m_text.clear();
+    m_exchange =
+        std::make_unique<KovHttpExchange>(m_origin.request, m_origin.network, m_origin.cookies);
+    connect(m_exchange.get(), &KovHttpExchange::answered, this, &KovStreamVisit::onAnswered);
+    connect(m_exchange.get(), &KovHttpExchange::readyRead, this, &KovStreamVisit::pump);
+    connect(m_exchange.get(), &KovHttpExchange::finished, this, &KovStreamVisit::pump);
+    if (m_from == 0 && m_to < 0 && m_handedOn == 0)
+        m_exchange->startAt(m_url);
+    else
+        m_exchange->startAt(m_url, m_from + m_handedOn, m_to, m_validators.ifRange());
+}
+
+void KovStreamVisit::onAnswered()
+{
+    const KovAnswer &answer = m_exchange->answer();
+    if (answer.failure)
+        return; // told when it has finished
+    const bool goesOn = m_handedOn == 0
+        || (answer.status == partialContentStatus && answer.from == m_from + m_handedOn);
+    if (!goesOn) {
+        fail(passingFailure(QStringLiteral("the server sent another part than was asked for")));
+        return;
+    }
+    m_isGood = true;
+    m_validators = answer.validators;
+}
+
+void KovStreamVisit::pump()
+{
+    if (!m_exchange)
+        return;
+    if (m_isGood && !m_isHeadSent && !m_isText) {
+        if (m_exchange->bytesAvailable() < KovPlaylist::beginningBytes && !m_exchange->isFinished())
+            return;
+        m_isText = m_from == 0 && m_to < 0
+            && (KovPlaylist::mayBegin(m_exchange->peek(KovPlaylist::beginningBytes))
+                || !m_exchange->answer().contentEncoding.isEmpty());
+    }
+    if (m_isGood && m_isText)
+        pumpText();
+    else if (m_isGood)
+        handOn();
+    if (!m_exchange || !m_exchange->isFinished() || m_exchange->bytesAvailable() > 0)
+        return;
+    if (const KovFailure failure = m_exchange->failure()) {
+        onBroken(failure);
+        return;
+    }
+    if (m_isText)
+        sendText(m_text);
+    m_exchange.release()->deleteLater();
+    m_socket->disconnectFromHost();
+}
+
+void KovStreamVisit::pumpText()
+{
+    m_text += m_exchange->readAll();
+    if (m_text.size() > KovPlaylist::maxBytes)
+        fail(lastingFailure(QStringLiteral("the playlist is too long")));
+}
+
+void KovStreamVisit::handOn()
+{
+    if (!std::exchange(m_isHeadSent, true)) {
+        const KovAnswer &answer = m_exchange->answer();
+        QByteArray head = "HTTP/1.1 " + QByteArray::number(answer.status) + " OK\r\n";
+        if (answer.bodyBytes >= 0)
+            head += "Content-Length: " + QByteArray::number(answer.bodyBytes) + "\r\n";
+        if (answer.status == partialContentStatus)
+            head += "Content-Range: bytes " + QByteArray::number(answer.from) + '-'
+                + QByteArray::number(answer.from + answer.bodyBytes - 1) + '/'
+                + (answer.totalBytes < 0 ? "*" : QByteArray::number(answer.totalBytes)) + "\r\n";
+        m_socket->write(head + (answer.acceptsRanges ? "Accept-Ranges: bytes\r\n" : "")
+                        + "Content-Type: " + answer.contentType + "\r\nConnection: close\r\n\r\n");
+    }
+    static std::array<char, pieceBytes> piece; // only the main thread comes here
+    while (m_exchange->bytesAvailable() > 0 && m_socket->bytesToWrite() < mostWaitingBytes) {
+        const qint64 wanted = std::min(pieceBytes, m_exchange->bytesAvailable());
+        const qint64 allowed = m_origin.speedLimit->take(wanted);
+        if (allowed == 0)
+            return;
+        const qint64 size = m_exchange->read(piece.data(), allowed);
+        m_origin.speedLimit->giveBack(allowed - std::max<qint64>(0, size));
+        if (size <= 0)
+            return;
+        m_attempts = 0;
+        m_handedOn += size;
+        m_socket->write(piece.data(), size);
+        Q_EMIT received(size);
+    }
+}
+
+void KovStreamVisit::sendText(QByteArray text)
+{
+    const KovAnswer &answer = m_exchange->answer();
+    const auto plain = decoded(text, answer.contentEncoding);
+    if (!plain) {
+        fail(lastingFailure(QStringLiteral("the server sent a broken encoding")));
+        return;
+    }
+    const bool isPlaylist = KovPlaylist::isPlaylist(*plain);
+    if (isPlaylist && answer.url != m_url) {
+        // What is in it is relative to there.
+        m_socket->write(
+            "HTTP/1.1 302 Found\r\nLocation: "
+            + KovPlaylist::relocatedReference(answer.url.toEncoded(), m_url, m_relayAddress)
+            + "\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+        return;
+    }
+    text = isPlaylist ? KovPlaylist::relocated(*plain, m_url, m_relayAddress) : *plain;
+    m_socket->write("HTTP/1.1 200 OK\r\nContent-Type: " + answer.contentType
+                    + "\r\nContent-Length: " + QByteArray::number(text.size())
+                    + "\r\nConnection: close\r\n\r\n" + text);
+    Q_EMIT received(text.size());
+}
+
+void KovStreamVisit::onBroken(const KovFailure &failure)
+{
+    m_exchange.release()->deleteLater();
+    if (failure.kind != KovFailure::Kind::Passing || ++m_attempts >= maxAttempts) {
+        fail(failure);
+        return;
+    }
+    m_retryTimer->start(firstRetryMs << (m_attempts - 1));
+}
+
+void KovStreamVisit::fail(const KovFailure &failure)
+{
+    if (m_exchange)
+        m_exchange.release()->deleteLater();
+    Q_EMIT failed(m_url, failure);
+    m_socket->abort();
+}

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "kovanswer.h"
+#include "kovjob.h"
+#include "qtclock.h"
+#include "qtsingleshottimer.h"
+
+#include <QByteArray>
+#include <QObject>
+#include <QSharedPointer>
+#include <QUrl>
+
+#include <memory>
+
+class KovHttpExchange;
+class KovNetworkPool;
+class KovSpeedLimit;
+class QNetworkCookieJar;
+class QTcpSocket;
+
+/// What all requests for the parts of one stream share.
+struct KovStreamOrigin {
+    KovDownloadRequest request;
+    QSharedPointer<KovNetworkPool> network;
+    QSharedPointer<QNetworkCookieJar> cookies;
+    QSharedPointer<KovSpeedLimit> speedLimit;
+};
+
+/**
+ * One request to the relay: gets from the web what is asked for, and hands it on.
+ *
+ * What breaks off goes on where it was. In playlists, addresses are turned into those of the relay.
+ * Deletes itself when the connection ends.
+ */
+class KovStreamVisit : public QObject {
+    Q_OBJECT
+public:
+    /// The address of the relay, to which URLs are added without their "://"; see KovPlaylist.
+    KovStreamVisit(QTcpSocket *socket, KovStreamOrigin origin, QByteArray relayAddress,
+                   QtClock &clock, QObject *parent);
+    ~KovStreamVisit() override;
+
+Q_SIGNALS:
+    void received(qint64 bytes);
+    /// Not all of it could be had. The connection breaks off.
+    void failed(const QUrl &url, const KovFailure &failure);
+
+private:
+    void onReadyRead();
+    bool parse();
+    void ask();
+    void onAnswered();
+    void pump();
+    void pumpText();
+    void handOn();
+    void sendText(QByteArray text);
+    void onBroken(const KovFailure &failure);
+    void fail(const KovFailure &failure);
+
+    QTcpSocket *const m_socket;
+    const KovStreamOrigin m_origin;
+    const QByteArray m_relayAddress;
+    const std::unique_ptr<QtSingleShotTimer> m_retryTimer;
+    QByteArray m_head;
+    QUrl m_url;
+    qint64 m_from = 0;
+    /// -1 for the end.
+    qint64 m_to = -1;
+    std::unique_ptr<KovHttpExchange> m_exchange;
+    KovValidators m_validators;
+    /// Of a playlist, which is handed on as a whole.
+    QByteArray m_text;
+    qint64 m_handedOn = 0;
+    int m_attempts = 0;
+    bool m_isGood = false;
+    bool m_isHeadSent = false;
+    bool m_isText = false;
+};
