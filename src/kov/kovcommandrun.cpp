@@ -1,5 +1,6 @@
 #include "kovcommandrun.h"
 
+#include "kovdesktop.h"
 #include "kovjobsview.h"
 
 #include <QCoreApplication>
@@ -129,8 +130,7 @@ void KovCommandRun::show(const QString &path)
         m_line.action == KovCommandLine::Action::OpenFolder && !QFileInfo(path).isDir()
         ? QFileInfo(path).path()
         : path;
-    // Shown by the desktop's own choice of program (the freedesktop.org xdg-utils).
-    if (QProcess::startDetached(QStringLiteral("xdg-open"), {opened})) {
+    if (KovDesktop::open(opened)) {
         Q_EMIT finished(0);
         return;
     }

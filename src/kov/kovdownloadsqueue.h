@@ -73,6 +73,8 @@ public:
     /// In the order in which they came.
     QList<Download> downloads() const;
     bool contains(qint64 id) const { return m_jobs.contains(id); }
+    /// As it was stored last; of no job, an empty one.
+    KovJob job(qint64 id) const { return m_jobs.value(id); }
     /// These are for a job that is there, and return whether they changed anything.
     bool pause(qint64 id);
     /// Goes on with what is paused, has failed, or waits for its next attempt.

@@ -2,6 +2,7 @@
 
 #include <QRegularExpression>
 #include <QString>
+#include <QStringList>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
@@ -13,8 +14,6 @@ QByteArray beginning(const QByteArray &text)
     const QByteArray start = text.left(KovPlaylist::beginningBytes + byteOrderMark.size());
     return (start.startsWith(byteOrderMark) ? start.mid(byteOrderMark.size()) : start).trimmed();
 }
-
-bool isHls(const QByteArray &text) { return beginning(text).startsWith("#EXTM3U"); }
 
 QByteArray relocatedHls(const QByteArray &text, const QUrl &url, const QByteArray &prefix)
 {
@@ -73,6 +72,14 @@ QByteArray relocatedDash(const QByteArray &text, const QUrl &url, const QByteArr
 }
 
 } // namespace
+
+bool KovPlaylist::isHls(const QByteArray &text) { return beginning(text).startsWith("#EXTM3U"); }
+
+bool KovPlaylist::isName(const QString &name)
+{
+    static const QStringList endings{u"m3u8"_qs, u"m3u"_qs, u"mpd"_qs};
+    return endings.contains(name.section(u'.', -1).toLower());
+}
 
 bool KovPlaylist::mayBegin(const QByteArray &text)
 {

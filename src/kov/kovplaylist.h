@@ -14,6 +14,9 @@ constexpr qint64 beginningBytes = 16;
 /// Whether a text that begins like this may be one.
 bool mayBegin(const QByteArray &text);
 bool isPlaylist(const QByteArray &text);
+bool isHls(const QByteArray &text);
+/// Whether a file of that name is likely to be one.
+bool isName(const QString &name);
 
 /// The playlist from that URL with all it refers to below the prefix: "https://host/path" becomes
 /// prefix + "https/host/path". What is relative to the playlist stays so.

@@ -3,6 +3,7 @@
 #include "appdataaccesshelper.h"
 #include "kovcommands.h"
 #include "kovdownloadsqueue.h"
+#include "kovnotifications.h"
 #include "kovsettings.h"
 #include "localpeeruser.h"
 #include "qtappabstractsettingsmanager.h"
@@ -65,6 +66,7 @@ KovService::StartResult KovService::start()
                                          KovSettings::defaultEndsWhenIdleMinutes());
     m_services.queue = QSharedPointer<KovDownloadsQueue>::create(
         m_services.settings, m_portableModeSupport, m_storePath, nullptr, m_clock);
+    m_notifications = std::make_unique<KovNotifications>(m_services.settings, m_services.queue);
     m_services.commands =
         QSharedPointer<KovCommands>::create(m_services.settings, m_services.queue);
     connect(m_services.commands.data(), &KovCommands::quitRequested, this, &KovService::stop,

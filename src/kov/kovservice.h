@@ -14,6 +14,7 @@
 #include <memory>
 
 class AppDataAccessHelper;
+class KovNotifications;
 class QtAppConfigBase;
 class QtAppPortableModeSupport;
 
@@ -69,6 +70,7 @@ private:
     const QSharedPointer<QtAppPortableModeSupport> m_portableModeSupport;
     QString m_error;
     KovConnection::Services m_services;
+    std::unique_ptr<KovNotifications> m_notifications;
     QLocalServer m_server;
     QList<KovConnection *> m_connections;
     bool m_stopping = false;

@@ -81,7 +81,7 @@ void KovStreamRelay::onNewConnection()
 void KovStreamRelay::onFailed(const QUrl &url, const KovFailure &failure)
 {
     m_failed.insert(url);
-    if (m_tolerated.contains(url))
+    if (m_tolerated.contains(url) && KovPlaylist::isName(url.path()))
         return;
     m_failure = failure;
     Q_EMIT failed();

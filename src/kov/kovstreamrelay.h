@@ -28,7 +28,7 @@ public:
 
     qint64 receivedBytes() const { return m_receivedBytes; }
     qsizetype connections() const { return findChildren<KovStreamVisit *>().size(); }
-    /// What has failed until now can be done without.
+    /// Playlists that have failed until now, of other qualities, can be done without.
     void tolerateFailures() { m_tolerated = m_failed; }
     /// Why something is missing that cannot be done without.
     const KovFailure &failure() const { return m_failure; }

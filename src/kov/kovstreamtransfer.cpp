@@ -23,7 +23,6 @@
 namespace {
 
 constexpr double microsecondsPerSecond = 1'000'000;
-constexpr qsizetype keptErrorBytes = 8192;
 
 /// Of the playlist, with the ending of the file that it becomes.
 QString fileName(const KovDownloadRequest &request, const QString &extension)
@@ -33,20 +32,12 @@ QString fileName(const KovDownloadRequest &request, const QString &extension)
     const QString suggested = KovFileName::sanitized(request.suggestedName);
     const QString name = suggested.isEmpty() ? KovFileName::fromUrl(request.url) : suggested;
     const QFileInfo info(name);
-    const bool isStem = !endings.contains(info.suffix().toLower());
+    const bool isStem = !KovPlaylist::isName(name) && !endings.contains(info.suffix().toLower());
     return KovFileName::sanitized((isStem ? name : info.completeBaseName()) + u'.' + extension);
 }
 
-/// What both programs are told of what they read: they reach nothing but the relay.
-QStringList readOptions(const QByteArray &address)
-{
-    return {u"-loglevel"_qs,
-            u"error"_qs,
-            u"-protocol_whitelist"_qs,
-            u"http,tcp,crypto,data"_qs,
-            u"-i"_qs,
-            QString::fromLatin1(address)};
-}
+/// With which later versions of FFmpeg take parts of HLS whatever their names are.
+const QString anyNameOption = u"-extension_picky"_qs;
 
 QString missingProgram()
 {
@@ -116,10 +107,10 @@ void KovStreamTransfer::onPlaylist()
     else if (!isEncoded && !KovPlaylist::isPlaylist(m_text))
         end(lastingFailure(QStringLiteral("this is no playlist of a stream")));
     else
-        probe(m_exchange->answer().url);
+        listen(m_exchange->answer().url);
 }
 
-void KovStreamTransfer::probe(const QUrl &playlist)
+void KovStreamTransfer::listen(const QUrl &playlist)
 {
     m_relay = std::make_unique<KovStreamRelay>(KovStreamOrigin{m_request, m_environment.network,
                                                                m_exchange->cookies(),
@@ -130,8 +121,24 @@ void KovStreamTransfer::probe(const QUrl &playlist)
         return;
     }
     m_address = m_relay->addressOf(playlist);
+    m_takesAnyName = KovPlaylist::isHls(m_text);
+    probe();
+}
+
+QStringList KovStreamTransfer::readOptions() const
+{
+    // They reach nothing but the relay.
+    QStringList options{u"-loglevel"_qs, u"error"_qs, u"-protocol_whitelist"_qs,
+                        u"http,tcp,crypto,data"_qs};
+    if (m_takesAnyName)
+        options += {anyNameOption, u"0"_qs};
+    return options + QStringList{u"-i"_qs, QString::fromLatin1(m_address)};
+}
+
+void KovStreamTransfer::probe()
+{
     run(u"ffprobe"_qs,
-        readOptions(m_address)
+        readOptions()
             + QStringList{u"-print_format"_qs, u"json"_qs, u"-show_programs"_qs,
                           u"-show_streams"_qs, u"-show_format"_qs},
         &KovStreamTransfer::onProbed);
@@ -155,7 +162,13 @@ void KovStreamTransfer::onProbed()
 {
     const auto choice = KovStreamChoice::best(m_program.readAllStandardOutput());
     if (m_program.exitCode() != 0 || !choice) {
-        end(programFailure());
+        const QByteArray errors = m_program.readAllStandardError();
+        if (m_takesAnyName && errors.contains(anyNameOption.mid(1).toLatin1())) {
+            m_takesAnyName = false;
+            probe();
+        } else {
+            end(programFailure(errors));
+        }
         return;
     }
     m_choice = *choice;
@@ -172,8 +185,8 @@ void KovStreamTransfer::fetch()
         return;
     }
     accept();
-    QStringList arguments{u"-nostdin"_qs, u"-nostats"_qs, u"-y"_qs};
-    arguments += readOptions(m_address);
+    QStringList arguments{u"-nostdin"_qs, u"-nostats"_qs, u"-stats_period"_qs, u"0.2"_qs, u"-y"_qs};
+    arguments += readOptions();
     for (const int stream : std::as_const(m_choice.streams))
         arguments += {u"-map"_qs, u"0:"_qs + QString::number(stream)};
     arguments += {u"-c"_qs,
@@ -200,7 +213,7 @@ void KovStreamTransfer::onFetched()
 {
     if (m_program.exitStatus() != QProcess::NormalExit || m_program.exitCode() != 0
         || m_file->size() <= 0) {
-        end(programFailure());
+        end(programFailure(m_program.readAllStandardError()));
         return;
     }
     m_isWhole = true;
@@ -208,17 +221,15 @@ void KovStreamTransfer::onFetched()
     complete();
 }
 
-KovFailure KovStreamTransfer::programFailure()
+KovFailure KovStreamTransfer::programFailure(QByteArray errors) const
 {
     if (m_relay->failure())
         return m_relay->failure();
-    // The relay's address is of no use to anybody.
-    const QByteArrayList lines = m_program.readAllStandardError()
-                                     .right(keptErrorBytes)
-                                     .replace(m_relay->address(), "")
-                                     .trimmed()
-                                     .split('\n');
-    const QString text = m_program.program() + u": "_qs + QString::fromUtf8(lines.constLast());
+    // The relay's addresses are of no use to anybody.
+    for (const char *scheme : {"http", "https"})
+        errors.replace(m_relay->address() + scheme + '/', QByteArray(scheme) + "://");
+    const QString text = m_program.program() + u": "_qs
+        + QString::fromUtf8(errors.trimmed().split('\n').constLast());
     if (text.contains(systemErrorString(ENOSPC)))
         return {KovFailure::Kind::DiskFull, printable(text)};
     return lastingFailure(text);

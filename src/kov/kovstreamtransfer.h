@@ -37,7 +37,8 @@ protected:
 
 private:
     void onPlaylist();
-    void probe(const QUrl &playlist);
+    void listen(const QUrl &playlist);
+    void probe();
     void onProbed();
     void fetch();
     void onProgress();
@@ -45,7 +46,9 @@ private:
     void run(const QString &program, const QStringList &arguments,
              void (KovStreamTransfer::*then)());
     /// Why the program has failed.
-    KovFailure programFailure();
+    KovFailure programFailure(QByteArray errors) const;
+    /// What both programs are told of what they read.
+    QStringList readOptions() const;
 
     std::unique_ptr<KovHttpExchange> m_exchange;
     QByteArray m_text;
@@ -55,5 +58,6 @@ private:
     void (KovStreamTransfer::*m_then)() = nullptr;
     KovStreamChoice m_choice;
     double m_savedSeconds = 0;
+    bool m_takesAnyName = false;
     bool m_isWhole = false;
 };

@@ -138,7 +138,7 @@ void KovStreamVisit::pump()
         pumpText();
     else if (m_isGood)
         handOn();
-    if (!m_exchange || !m_exchange->isFinished() || m_exchange->bytesAvailable() > 0)
+    if (!m_exchange || !m_exchange->isFinished() || (m_isGood && m_exchange->bytesAvailable() > 0))
         return;
     if (const KovFailure failure = m_exchange->failure()) {
         onBroken(failure);
@@ -227,5 +227,10 @@ void KovStreamVisit::fail(const KovFailure &failure)
     if (m_exchange)
         m_exchange.release()->deleteLater();
     Q_EMIT failed(m_url, failure);
-    m_socket->abort();
+    if (m_isHeadSent) {
+        m_socket->abort();
+        return;
+    }
+    m_socket->write("HTTP/1.1 502 Bad Gateway\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+    m_socket->disconnectFromHost();
 }

@@ -2,13 +2,12 @@
 // another file the next time, and with a service that is killed at any moment.
 
 import { deepStrictEqual, doesNotMatch, match, ok, strictEqual } from 'node:assert';
-import { createHash } from 'node:crypto';
-import { existsSync, mkdirSync, readFileSync, readdirSync, rmSync, statSync, writeFileSync } from 'node:fs';
+import { mkdirSync, readFileSync, rmSync, statSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
-import { after, before, describe, test } from 'node:test';
+import { after, before, describe } from 'node:test';
 import { gzipSync } from 'node:zlib';
 import { until } from '../../tools/drivers/hostprocess.mjs';
-import { Scene } from './support/faultscene.mjs';
+import { inHome } from './support/home.mjs';
 import { sanitized } from './support/hosttest.mjs';
 import { ToldServer, bytesOf, hashOf } from './support/toldserver.mjs';
 
@@ -18,43 +17,6 @@ const ending = '.kovdownload';
 let server;
 before(async () => { server = await ToldServer.start(); });
 after(() => server.stop());
-
-/** A user's home with the service in it, which shows its downloads and their files. */
-class Home extends Scene {
-    get folder() { return this.sandbox.downloads; }
-    files() { return existsSync(this.folder) ? readdirSync(this.folder).sort() : []; }
-    file(name) { return readFileSync(join(this.folder, name)); }
-    hash(name) { return createHash('sha256').update(this.file(name)).digest('hex'); }
-    async jobs() { return JSON.parse(await this.kov('jobs', '--json')); }
-    async add(...urls) { return (await this.kov('add', ...urls)).split('\n').map(parseFloat).slice(0, -1); }
-
-    /** Waits for a download to come to an end, or into a state. */
-    async job(id, ...states) {
-        let job;
-        await until(async () => {
-            job = (await this.jobs()).find(each => each.id === id);
-            return (states.length > 0 ? states : ['finished', 'failed']).includes(job.state);
-        }, `download ${id} to end; it is ${JSON.stringify(job)}`);
-        return job;
-    }
-
-    async kill() {
-        for (const pid of this.sandbox.running('kov'))
-            process.kill(pid, 'SIGKILL');
-        await until(() => this.sandbox.running('kov').length === 0, 'the service to be gone');
-    }
-}
-
-function inHome(what, play) {
-    test(what, async () => {
-        const home = new Home();
-        try {
-            await play(home);
-        } finally {
-            await home.remove();
-        }
-    });
-}
 
 const answer = (head, body = '') => `HTTP/1.1 ${head}\r\nContent-Length: ${body.length}\r\n\r\n${body}`;
 const bytes = (head, body) => Buffer.concat([Buffer.from(`HTTP/1.1 200 OK\r\n${head}\r\n\r\n`), body]);

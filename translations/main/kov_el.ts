@@ -695,6 +695,44 @@
     </message>
 </context>
 <context>
+    <name>KovNotifications</name>
+    <message>
+        <source>Download added</source>
+        <extracomment>Title of a notification; the file&apos;s name follows</extracomment>
+        <translation>Η λήψη προστέθηκε</translation>
+    </message>
+    <message>
+        <source>Downloads added: %1</source>
+        <extracomment>Title of a notification; %1 is their number</extracomment>
+        <translation>Λήψεις που προστέθηκαν: %1</translation>
+    </message>
+    <message>
+        <source>Download finished</source>
+        <extracomment>Title of a notification; the file&apos;s name follows</extracomment>
+        <translation>Η λήψη ολοκληρώθηκε</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <extracomment>Button of a notification: opens the file</extracomment>
+        <translation>Άνοιγμα</translation>
+    </message>
+    <message>
+        <source>Show in folder</source>
+        <extracomment>Button of a notification: opens the folder in which the file is</extracomment>
+        <translation>Εμφάνιση στον φάκελο</translation>
+    </message>
+    <message>
+        <source>Download failed</source>
+        <extracomment>Title of a notification; the file&apos;s name and the reason follow</extracomment>
+        <translation>Η λήψη απέτυχε</translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <extracomment>Button of a notification: tries the download again</extracomment>
+        <translation>Επανάληψη</translation>
+    </message>
+</context>
+<context>
     <name>QObject</name>
     <message>
         <source>Download with %1</source>

@@ -695,6 +695,44 @@
     </message>
 </context>
 <context>
+    <name>KovNotifications</name>
+    <message>
+        <source>Download added</source>
+        <extracomment>Title of a notification; the file&apos;s name follows</extracomment>
+        <translation>ダウンロードを追加しました</translation>
+    </message>
+    <message>
+        <source>Downloads added: %1</source>
+        <extracomment>Title of a notification; %1 is their number</extracomment>
+        <translation>追加したダウンロード: %1</translation>
+    </message>
+    <message>
+        <source>Download finished</source>
+        <extracomment>Title of a notification; the file&apos;s name follows</extracomment>
+        <translation>ダウンロードが完了しました</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <extracomment>Button of a notification: opens the file</extracomment>
+        <translation>開く</translation>
+    </message>
+    <message>
+        <source>Show in folder</source>
+        <extracomment>Button of a notification: opens the folder in which the file is</extracomment>
+        <translation>フォルダーに表示</translation>
+    </message>
+    <message>
+        <source>Download failed</source>
+        <extracomment>Title of a notification; the file&apos;s name and the reason follow</extracomment>
+        <translation>ダウンロードに失敗しました</translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <extracomment>Button of a notification: tries the download again</extracomment>
+        <translation>再試行</translation>
+    </message>
+</context>
+<context>
     <name>QObject</name>
     <message>
         <source>Download with %1</source>

@@ -695,6 +695,44 @@
     </message>
 </context>
 <context>
+    <name>KovNotifications</name>
+    <message>
+        <source>Download added</source>
+        <extracomment>Title of a notification; the file&apos;s name follows</extracomment>
+        <translation>Hämtning tillagd</translation>
+    </message>
+    <message>
+        <source>Downloads added: %1</source>
+        <extracomment>Title of a notification; %1 is their number</extracomment>
+        <translation>Tillagda hämtningar: %1</translation>
+    </message>
+    <message>
+        <source>Download finished</source>
+        <extracomment>Title of a notification; the file&apos;s name follows</extracomment>
+        <translation>Hämtning slutförd</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <extracomment>Button of a notification: opens the file</extracomment>
+        <translation>Öppna</translation>
+    </message>
+    <message>
+        <source>Show in folder</source>
+        <extracomment>Button of a notification: opens the folder in which the file is</extracomment>
+        <translation>Visa i mapp</translation>
+    </message>
+    <message>
+        <source>Download failed</source>
+        <extracomment>Title of a notification; the file&apos;s name and the reason follow</extracomment>
+        <translation>Hämtningen misslyckades</translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <extracomment>Button of a notification: tries the download again</extracomment>
+        <translation>Försök igen</translation>
+    </message>
+</context>
+<context>
     <name>QObject</name>
     <message>
         <source>Download with %1</source>

@@ -695,6 +695,44 @@
     </message>
 </context>
 <context>
+    <name>KovNotifications</name>
+    <message>
+        <source>Download added</source>
+        <extracomment>Title of a notification; the file&apos;s name follows</extracomment>
+        <translation>Đã thêm mục tải xuống</translation>
+    </message>
+    <message>
+        <source>Downloads added: %1</source>
+        <extracomment>Title of a notification; %1 is their number</extracomment>
+        <translation>Số mục tải xuống đã thêm: %1</translation>
+    </message>
+    <message>
+        <source>Download finished</source>
+        <extracomment>Title of a notification; the file&apos;s name follows</extracomment>
+        <translation>Đã tải xong</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <extracomment>Button of a notification: opens the file</extracomment>
+        <translation>Mở</translation>
+    </message>
+    <message>
+        <source>Show in folder</source>
+        <extracomment>Button of a notification: opens the folder in which the file is</extracomment>
+        <translation>Hiện trong thư mục</translation>
+    </message>
+    <message>
+        <source>Download failed</source>
+        <extracomment>Title of a notification; the file&apos;s name and the reason follow</extracomment>
+        <translation>Tải xuống thất bại</translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <extracomment>Button of a notification: tries the download again</extracomment>
+        <translation>Thử lại</translation>
+    </message>
+</context>
+<context>
     <name>QObject</name>
     <message>
         <source>Download with %1</source>

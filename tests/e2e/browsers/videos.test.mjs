@@ -4,6 +4,7 @@
 import { deepStrictEqual, ok, strictEqual } from 'node:assert';
 import { after, before, describe, test } from 'node:test';
 import { browserNames, hostProgram } from '../../../tools/drivers/browsers.mjs';
+import { makeStream, played, wholeFilm } from '../support/streams.mjs';
 import { Visit } from '../support/visit.mjs';
 
 /** What surrounds a video on a page. None of it may ever be taken for the video. */
@@ -36,6 +37,10 @@ function playerPage(parts, script, more = '') {
 const film = path => ({ [path]: { type: 'video/mp4' } });
 const inRanges = path => `for (const first of [0, 1e6, 2e6]) await get('${path}', first, first + 99_999);`;
 
+const [hls, dash] = ['hls', 'dash'].map(makeStream);
+const pieces = (stream, names, path, type) => Object.fromEntries(Object.entries(stream)
+    .filter(([name]) => names.test(name)).map(([name, content]) => [path + name.replace(names, '$1'), { type, content }]));
+
 /**
  * Pages; the file that "Download video" gets when it is chosen on the element "at", and what the
  * popup lists.
@@ -62,32 +67,31 @@ const pages = [
         parts: {
             '/hls/master.m3u8': {
                 type: 'application/vnd.apple.mpegurl',
-                content: '#EXTM3U\n#EXT-X-STREAM-INF:BANDWIDTH=1000,RESOLUTION=1280x720\n/low/list.m3u8\n',
+                content: '#EXTM3U\n#EXT-X-STREAM-INF:BANDWIDTH=1000,RESOLUTION=320x180\n/low/list.m3u8\n',
             },
             '/low/list.m3u8': {
                 type: 'application/vnd.apple.mpegurl',
-                content: '#EXTM3U\n#EXT-X-MAP:URI="/pieces/start.mp4"\n#EXTINF:9,\n/pieces/1.mp4\n',
+                content: hls['list1.m3u8'].toString().replaceAll('list1.', '/pieces/'),
             },
-            ...film('/pieces/start.mp4'),
-            ...film('/pieces/1.mp4'),
+            ...pieces(hls, /^list1\.(.*ts)$/, '/pieces/', 'video/mp2t'),
         },
-        script: `for (const path of ['/hls/master.m3u8', '/low/list.m3u8', '/pieces/start.mp4', '/pieces/1.mp4'])
-                     await get(path);`,
+        script: "for (const path of ['/hls/master.m3u8', '/low/list.m3u8', '/pieces/0.ts', '/pieces/1.ts']) await get(path);",
         at: 'h1',
         wants: '/hls/master.m3u8',
-        lists: ['master.m3u8, Stream · 720p'],
+        isStream: true,
+        lists: ['master.m3u8, Stream · 180p'],
     },
     {
         name: 'a DASH stream',
         parts: {
-            '/dash/film.mpd': { type: 'application/dash+xml', content: '<MPD/>' },
-            ...film('/dash/video/1.mp4'),
-            ...film('/cdn/2.m4s'),
+            '/dash/film.mpd': { type: 'application/dash+xml', content: dash['film.mpd'] },
+            ...pieces(dash, /^(.*m4s)$/, '/dash/', 'video/mp4'),
         },
-        script: "for (const path of ['/dash/film.mpd', '/dash/video/1.mp4', '/cdn/2.m4s']) await get(path);",
+        script: "for (const path of ['/dash/film.mpd', '/dash/init-stream0.m4s']) await get(path);",
         at: 'h1',
         wants: '/dash/film.mpd',
-        lists: ['film.mpd, Stream'],
+        isStream: true,
+        lists: ['film.mpd, Stream · 180p'],
     },
     {
         name: 'a file in a frame, beside a larger one on the page',
@@ -133,6 +137,20 @@ for (const name of browserNames) {
         async function open(index) {
             await visit.page.goto(`${visit.server.origin}/player/${index}`);
             await visit.until(async () => await visit.page.title() === 'played', 'the page to play');
+        }
+        /** Resolves once what a page is about has arrived: a file as it is, a stream as a film, which is taken away. */
+        async function arrives({ wants, isStream }) {
+            if (isStream) {
+                const { id, state, path } = await visit.untilThere(
+                    () => JSON.parse(visit.application('jobs', '--json')).findLast(each => each.url.endsWith(wants)) ?? {},
+                    job => ['finished', 'failed'].includes(job.state));
+                strictEqual(state, 'finished', visit.application('jobs'));
+                deepStrictEqual(played(path), wholeFilm);
+                visit.application('remove', '--file', String(id));
+            } else {
+                arrived.push(wants);
+            }
+            await visit.untilDownloaded(visit.sandbox.downloads, arrived);
         }
         const listed = () => popup.evaluate(() => document.getElementById('page').hidden ? null
             : [...document.querySelectorAll('#media button')]
@@ -181,8 +199,7 @@ for (const name of browserNames) {
                 await showPopup();
                 await popupLists(page.lists);
                 await visit.chooseMenu(visit.page, page.at, 'dlvideo');
-                arrived.push(page.wants);
-                await visit.untilDownloaded(visit.sandbox.downloads, arrived);
+                await arrives(page);
                 strictEqual((await visit.ask('status')).problem, null);
                 ok(visit.server.requests.every(request => request.allowed), JSON.stringify(visit.server.requests));
             });
@@ -215,20 +232,18 @@ for (const name of browserNames) {
             await visit.browser.stopScript();
             await visit.until(() => !hosts.some(pid => visit.sandbox.running(hostProgram).includes(pid)), 'the host to end');
             await visit.until(async () => (await visit.ask('status')).version !== '', 'another host to answer');
-            await visit.page.evaluate(async () => (await fetch('/pieces/1.mp4')).text());
+            await visit.page.evaluate(async () => (await fetch('/pieces/1.ts')).text());
             await showPopup();
             await popupLists(lists);
             await visit.chooseMenu(visit.page, 'h1', 'dlvideo');
-            arrived.push(wants);
-            await visit.untilDownloaded(visit.sandbox.downloads, arrived);
+            await arrives(pages[2]);
             // The next host begins while the script goes on.
             const killed = visit.sandbox.running(hostProgram);
             for (const pid of killed)
                 process.kill(pid, 'SIGKILL');
             await visit.until(() => visit.sandbox.running(hostProgram).some(pid => !killed.includes(pid)), 'a new host');
             await visit.chooseMenu(visit.page, 'h1', 'dlvideo');
-            arrived.push(wants);
-            await visit.untilDownloaded(visit.sandbox.downloads, arrived);
+            await arrives(pages[2]);
         });
 
         test('what the browser downloads is no video of the page, and that there is none is told', async () => {

@@ -49,7 +49,7 @@ export class ToldServer {
 
     /**
      * Says what is at a path: { raw } for the very bytes of the answer, { status, headers } for one
-     * without a file, else a file: { size, seed, headers }, with these to change how it comes:
+     * without a file, else a file: { size, seed or content, headers }, with these to change how it comes:
      * etag (null: none), ranges (false: the whole file always), rate (bytes a second for each
      * connection), breaks ([bytes, ...]: after so many bytes the connection breaks, each once),
      * connections (how many at a time; 503 for the others), badChunkAt (sends it in chunks, and one
@@ -99,7 +99,7 @@ export class ToldServer {
         const limit = cut ?? file.breaks?.shift() ?? Infinity;
         for (let at = from; at < to && !response.destroyed;) {
             const next = Math.min(to, at + block, from + limit);
-            if (!response.write(bytesOf(seed, at, next)))
+            if (!response.write(file.content?.subarray(at, next) ?? bytesOf(seed, at, next)))
                 await Promise.race([once(response, 'drain'), closed]);
             entry.sent += next - at;
             at = next;

@@ -1,0 +1,126 @@
+// Streams become one file that players play, or none.
+
+import { deepStrictEqual, doesNotMatch, match, ok, strictEqual } from 'node:assert';
+import { spawn } from 'node:child_process';
+import { readFileSync, readdirSync } from 'node:fs';
+import { join } from 'node:path';
+import { after, before, describe } from 'node:test';
+import { until } from '../../tools/drivers/hostprocess.mjs';
+import { inHome } from './support/home.mjs';
+import { makeStream, played, wholeFilm } from './support/streams.mjs';
+import { ToldServer } from './support/toldserver.mjs';
+
+let server;
+before(async () => { server = await ToldServer.start(); });
+after(() => server.stop());
+
+/** Puts a stream below a path. change(name, content) may give another content, or what the server is told. */
+function serve(path, files, change = (_name, content) => content) {
+    for (const [name, content] of Object.entries(files)) {
+        const what = change(name, content);
+        server.tell(path + name, Buffer.isBuffer(what) || typeof what === 'string' ? { status: 200, body: what } : what);
+    }
+}
+
+/** The command lines of ffmpeg where it saves streams. */
+const commandLines = () => readdirSync('/proc').filter(name => /^\d+$/.test(name)).map(pid => {
+    try {
+        return readFileSync(`/proc/${pid}/cmdline`, 'utf8').replaceAll('\0', ' ');
+    } catch {
+        return '';
+    }
+}).filter(line => line.startsWith('ffmpeg ') && line.includes('/dev/fd/'));
+
+describe('streams', { concurrency: 2 }, () => {
+    let hls;
+    before(() => { hls = makeStream('hls'); });
+
+    inHome('the best quality arrives, with what the browser had sent, although the service is killed', async home => {
+        let release;
+        const hold = new Promise(resolve => { release = resolve; });
+        const elsewhere = server.url('/far/list1.0.ts', 'localhost');
+        serve('/far/', hls);
+        serve('/film/', hls, (name, content) => ({
+            'list1.m3u8': content.toString().replace('list1.0.ts', elsewhere).replace('list1.1.ts', '/film/list1.1.ts'),
+            'list1.1.ts': { size: content.length, content, rate: 150_000 },
+            'list1.2.ts': { size: content.length, content, rate: 150_000 },
+            'list1.3.ts': { status: 200, body: content, hold },
+            'master.m3u8': { status: 200, body: content, headers: { 'Set-Cookie': 'ticket=9; Path=/' } },
+        }[name] ?? content));
+        const page = server.url('/page?secret');
+        const extension = home.extension();
+        const { result } = await extension.ask('video_sniffer', { video_sniffer: {
+            url: server.url('/film/master.m3u8'),
+            requestHeaders: `referer: ${page}\r\ncookie: given=1\r\nuser-agent: Browser/1.0\r\n`,
+        } });
+        strictEqual(result, '1');
+        for (const attempt of [1, 2]) {
+            await until(async () => {
+                const [{ state, percent }] = await home.jobs();
+                return state === 'running' && percent >= 10;
+            }, `a part of it to be there, for the ${attempt}. time`);
+            doesNotMatch(commandLines().join(), /given|secret|ticket/);
+            await home.kill();
+            await until(() => commandLines().length === 0, 'ffmpeg to end with the service');
+            if (attempt === 2)
+                release();
+        }
+        const job = await home.job(1);
+        deepStrictEqual([job.state, job.error, home.files()], ['finished', '', ['master.mp4']]);
+        deepStrictEqual(played(join(home.folder, 'master.mp4')), wholeFilm);
+        const asked = path => {
+            const { headers } = server.visits(path)[0];
+            return [headers['user-agent'], headers.referer, headers.cookie?.split('; ').sort().join('; ')];
+        };
+        deepStrictEqual(asked('/film/master.m3u8'), ['Browser/1.0', page, 'given=1']);
+        deepStrictEqual(asked('/film/list1.1.ts'), ['Browser/1.0', page, 'given=1; ticket=9']);
+        deepStrictEqual(asked('/far/list1.0.ts'), ['Browser/1.0', server.url('/'), undefined]);
+        // What is not the best is looked at, no more.
+        strictEqual(server.visits('/film/list0.3.ts').length, 0);
+        await extension.end();
+    });
+
+    inHome('what is no whole film is no file, and the reason is told', async home => {
+        serve('/dash/', makeStream('dash'));
+        const broken = {
+            'gone': [(name, content) => name === 'list1.2.ts' ? { status: 404 } : content, /404/],
+            'local': [(name, content) => name.startsWith('list')
+                ? content.toString().replaceAll(/^list\S+/gm, 'file:///etc/passwd.ts') : content, /cannot be followed|^ffprobe/],
+            'text': [() => 'Film\n', /no playlist/],
+            'empty': [() => '#EXTM3U\n', /^ffprobe: /],
+            // Breaks off, once while it is only looked at, and is gone on with.
+            'cut': [(name, content) => name === 'list1.2.ts'
+                ? { size: content.length, content, breaks: [5000, 5000] } : content],
+        };
+        for (const [name, [change]] of Object.entries(broken))
+            serve(`/${name}/`, hls, change);
+        const ids = await home.add('--stream', ...Object.keys(broken).map(name => server.url(`/${name}/master.m3u8`)),
+                                   server.url('/dash/film.mpd'));
+        const jobs = await Promise.all(ids.map(id => home.job(id)));
+        for (const [index, [, reason]] of Object.values(broken).entries()) {
+            strictEqual(jobs[index].state, reason ? 'failed' : 'finished', JSON.stringify(jobs[index]));
+            match(jobs[index].error, reason ?? /^$/);
+        }
+        ok(server.visits('/cut/list1.2.ts').some(({ headers }) => headers.range === 'bytes=5000-'));
+        for (const job of jobs.slice(-2))
+            deepStrictEqual(played(job.path), wholeFilm);
+        deepStrictEqual(home.files().filter(name => name.endsWith('.mp4')), ['film.mp4', 'master.mp4']);
+        await home.kov('remove', ...ids.map(String));
+        deepStrictEqual(home.files(), ['film.mp4', 'master.mp4']);
+    });
+
+    inHome('without ffmpeg that is said, and with it a stream is tried again', async home => {
+        serve('/later/', hls);
+        const service = spawn(home.program('kov'), ['-service'], {
+            env: { ...home.sandbox.environment(), PATH: '/nowhere' }, stdio: 'ignore',
+        });
+        await until(() => home.kov('list').then(() => true, () => false), 'the service to serve');
+        const [id] = await home.add('--stream', server.url('/later/master.m3u8'));
+        match(await home.job(id).then(job => `${job.state}: ${job.error}`), /^failed: .*install the package "ffmpeg"/);
+        match(await home.kov('jobs'), /install the package "ffmpeg"/);
+        service.kill('SIGKILL');
+        await home.kov('retry', String(id));
+        strictEqual((await home.job(id)).state, 'finished');
+        deepStrictEqual(played(join(home.folder, 'master.mp4')), wholeFilm);
+    });
+});
