@@ -84,10 +84,9 @@ private Q_SLOTS:
     {
         const QString path = QStringLiteral(KOVALO_TRANSLATIONS_DIR);
         const QStringList locales = AppLocalizationManager(path).installedTranslations();
-        QCOMPARE(locales.join(u' '),
-                 u"en_US ar_EG zh_CN zh_TW cs_CZ da_DK nl_NL fi_FI fr_FR de_DE el_GR he_IL hu_HU "
-                 "id_ID it_IT ja_JP ko_KR nb_NO pl_PL pt_BR pt_PT ro_RO ru_RU es_ES sv_SE th_TH "
-                 "tr_TR uk_UA vi_VN"_qs);
+        const QStringList files = QDir(path + u"/main"_qs).entryList({u"*.qm"_qs});
+        QVERIFY(files.contains(u"kov_ar.qm"_qs));
+        QCOMPARE(locales.size(), files.size() + 1); // with English
         AppLocalizationManager manager(path);
         QSet<QString> different;
         for (const QString &locale : locales) {
@@ -103,8 +102,7 @@ private Q_SLOTS:
             const QString failure =
                 QCoreApplication::translate("VhIpcIncomingDownloadsClient", "Connection failure");
             QCOMPARE(failure == u"Connection failure", locale == u"en_US");
-            QCOMPARE(AppLocalizationManager::layoutDirection() == Qt::RightToLeft,
-                     locale == u"ar_EG" || locale == u"he_IL");
+            QCOMPARE(AppLocalizationManager::layoutDirection(), QLocale(locale).textDirection());
         }
     }
 };
