@@ -1,5 +1,5 @@
-// Wires the parts of the extension together. Everything the browser reports is listened to from
-// the start, since the browser may have woken this script for just that.
+// Wires the parts of the extension together. All listeners are added synchronously at the start,
+// since the browser may have started this script for one of these events.
 
 import { DownloadReports } from './lib/downloadreports.js';
 import { listen as listenForNames } from './lib/browserdownloads.js';
@@ -50,7 +50,7 @@ const observer = new Observer(notifications, pages, pageRequests, foundMedia, do
 const videos = new Videos(host);
 let captions = {};
 
-/** So many selected links are handed over without a question. */
+/** More selected links than this are confirmed by the user. */
 const mostAtOnce = 10;
 const helpPage = 'help.html';
 
@@ -65,8 +65,7 @@ host.onConnected = async () => {
     status.hostConnected(host.version);
     observer.announce();
     try {
-        // The captions of the last conversation, if there was one, serve until the settings are there,
-        // which may take a while.
+        // The last known captions are used until the settings arrive, which may take a while.
         apply(await settings.own());
         await settings.query();
     } catch {
@@ -122,7 +121,7 @@ function apply({ menu, monitor }) {
     observer.observeEverywhere(monitor.video.enable === true);
 }
 
-/** What was found on a tab's page, as the popup shows it; null while that is not observed. */
+/** The media of a tab's page, as the popup shows it; null while the page is not observed. */
 function mediaOf(tabId) {
     return foundMedia.on(tabId)?.map(({ requestId, title, kind, size, quality }) =>
         ({ requestId, title, kind, size: Number(size), quality })) ?? null;
@@ -130,7 +129,7 @@ function mediaOf(tabId) {
 
 // --- what the user does --------------------------------------------------------------------------
 
-/** The user chooses among many on a page of their own, and before all links of a page are asked for. */
+/** Many links, or all links of a page, are shown on a page of the extension for the user to choose. */
 async function chooseLinks(tab, where) {
     const links = await pageLinks(tab.id, where);
     if (where && links.length <= mostAtOnce)
@@ -184,11 +183,11 @@ async function leaveSite(name, leave) {
     });
 }
 
-// --- what the page on problems shows --------------------------------------------------------------
+// --- what the help page shows ---------------------------------------------------------------------
 
 const named = error => (error ? { key: error.message, words: inWords(error) } : error);
 
-/** @param {Error|null|undefined} test what a test came to: null when it arrived */
+/** @param {Error|null|undefined} test the result of a test download: null on success */
 async function facts(test) {
     const latest = (await outcomes.list()).at(-1);
     const lastError = latest?.reason ? new HostError(latest.reason, latest.detail) : null;
@@ -203,7 +202,7 @@ async function facts(test) {
     };
 }
 
-// --- what the popup and the options page ask -----------------------------------------------------
+// --- requests of the extension's pages -----------------------------------------------------------
 
 const answers = {
     status: () => status.describe(),
@@ -271,7 +270,7 @@ const answers = {
         return status.describe();
     },
 };
-/** Pages of the web have a script of this extension in them, which may say one thing only. */
+/** Only pages of the extension may send requests; content scripts send gestures and nothing else. */
 const isOwnPage = ({ id, url }) => id === chrome.runtime.id && url?.startsWith(chrome.runtime.getURL(''));
 
 chrome.runtime.onMessage.addListener((message, sender, respond) => {
@@ -283,7 +282,7 @@ chrome.runtime.onMessage.addListener((message, sender, respond) => {
     return true;
 });
 
-// What was left when the browser ended is looked after when it starts, not when something else happens.
+// Starts this script with the browser, so that interrupted hand-overs are completed at once.
 chrome.runtime.onStartup.addListener(() => {});
 chrome.alarms.onAlarm.addListener(() => {});
 

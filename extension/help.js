@@ -1,5 +1,5 @@
-// What the extension does, and whether everything that a download needs is in place: opened when the
-// extension is installed, and from every text on a problem.
+// The help page: what the extension does, and a diagnosis. Opened after the installation, and from every
+// error message.
 
 import { ask, follow } from './lib/background.js';
 import { check, isWorking } from './lib/diagnosis.js';

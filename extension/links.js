@@ -1,4 +1,4 @@
-// The links of a page, from which the user picks what to download. No server is asked before that.
+// The page for choosing among a page's links. No request is made before the user chooses.
 
 import { ask } from './lib/background.js';
 import { kindOf, kinds, nameOf, seemsToAct } from './lib/links.js';

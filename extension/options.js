@@ -1,4 +1,4 @@
-// The options page. One row of the table is one option; what is changed is stored at once.
+// The options page. Each row of the table is one option; changes are stored at once.
 
 import { ask, follow } from './lib/background.js';
 import { understandEndings, understandServers } from './lib/masks.js';
@@ -7,8 +7,8 @@ import { valueAt } from './lib/settings.js';
 import { element, localize, make, text, unitName } from './lib/ui.js';
 
 /**
- * The options, in groups: the place of each in the settings record, the kind of its field, its text.
- * hint: the key of a line below it. needs: the option without which it means nothing.
+ * The options in groups: the path in the settings record or in the preferences, the kind of field, and
+ * the key of the label. hint: the key of a line below. needs: the option that enables it.
  */
 const groups = [
     { title: 'optionsCatching', rows: [
@@ -57,13 +57,13 @@ function showProblem(words) {
     element('problemText').textContent = words ?? '';
 }
 
-/** What was changed holds, but is not stored yet; '' when it is. */
+/** Changes are in effect but not stored yet; '' once they are. */
 function showStore(store) {
     element('store').hidden = !store;
     element('store').textContent = store ? text(storeWords[store]) : '';
 }
 
-/** Stores one change; what the record holds afterwards is shown again. */
+/** Stores a change and shows the resulting record. */
 async function save(changes) {
     try {
         if (Object.keys(changes).some(isPreference))
@@ -82,7 +82,7 @@ async function save(changes) {
     }
 }
 
-// --- the kinds of fields: each makes its elements, and returns how to show a value ----------------
+// --- the kinds of fields: each creates its elements, and returns a function that shows a value ----
 
 const byteUnits = [['kilobyte', 1024], ['megabyte', 1024 ** 2], ['gigabyte', 1024 ** 3]];
 
@@ -100,7 +100,7 @@ const fields = {
         return { input, show: value => { input.value = value; } };
     },
 
-    /** Bytes in the record, a number and its unit in the page. */
+    /** In bytes in the record; a number and a unit in the page. */
     size({ path }, id) {
         const input = make('input', { id, type: 'number', min: '0', step: 'any', required: true });
         const unit = make('select', { ariaLabel: text('unit') }, ...byteUnits.map(
@@ -125,7 +125,7 @@ const fields = {
         };
     },
 
-    /** Masks, shown as they are understood; what can never match is not stored. */
+    /** Masks, shown as parsed; entries that can never match are not stored. */
     list({ path, understand, separator }, id) {
         const describedBy = `${id}-understood`;
         const input = make('textarea', { id, rows: 1, spellcheck: false,
@@ -152,7 +152,7 @@ const fields = {
             below: [chips],
             show: value => {
                 const isSame = understand(input.value).masks.join(' ') === value;
-                if (!isSame) // what was refused stays in the field, to be mended
+                if (!isSame) // refused entries stay in the field, to be corrected
                     input.value = value.split(' ').filter(Boolean).join(separator);
                 if (separator === '\n')
                     input.rows = Math.min(Math.max(4, input.value.split('\n').length), 12);
@@ -191,7 +191,7 @@ function showPreferences(values) {
     }
 }
 
-/** Nothing can be changed that the application has not told yet. */
+/** Fields are disabled until the application has sent their values. */
 function show(settings) {
     for (const { path, needs, field } of rows.values()) {
         if (isPreference(path))

@@ -1,4 +1,4 @@
-// The popup: what is caught and what is not, what became of the last downloads, and the page's media.
+// The popup: switches for capturing, the outcomes of the last downloads, and the page's media.
 
 import { ask, follow } from './lib/background.js';
 import { outcomeInWords } from './lib/outcometexts.js';
@@ -15,7 +15,7 @@ function openPage(path) {
 
 const onClick = (id, action) => element(id).addEventListener('click', action);
 
-/** Shows what a request to the background script came to, where it failed. */
+/** Shows the error of a failed request to the background script. */
 async function attempt(request, members) {
     try {
         return await ask(request, members);
@@ -25,7 +25,7 @@ async function attempt(request, members) {
     }
 }
 
-// --- how things are ------------------------------------------------------------------------------
+// --- status --------------------------------------------------------------------------------------
 
 let isConnected = false;
 let isCatching = true;
@@ -37,7 +37,7 @@ let leftSite = '';
 function showProblem(problem) {
     element('problem').hidden = !problem;
     element('problemText').textContent = problem ?? '';
-    element('retry').hidden = isConnected; // what is connected cannot be tried again
+    element('retry').hidden = isConnected; // no retry while connected
     element('grant').hidden = !isConnected || !needsAccess;
     element('dismiss').hidden = !isConnected || needsAccess;
 }
@@ -64,7 +64,7 @@ onClick('retry', async () => showStatus(await ask('retry')));
 onClick('grant', requestSiteAccess);
 onClick('dismiss', async () => showStatus(await ask('dismissProblem')));
 
-// --- what is caught ------------------------------------------------------------------------------
+// --- capturing -----------------------------------------------------------------------------------
 
 function showSettings(settings) {
     element('catch').disabled = !settings;
@@ -147,7 +147,7 @@ async function downloadMedia(button, requestId) {
         showStatus(status);
 }
 
-/** What was found on the page, best first; media is null where nothing can be. */
+/** The page's media, best first; null for pages that cannot be observed. */
 function showMedia(media) {
     element('page').hidden = !media;
     element('noMedia').hidden = media?.length > 0;

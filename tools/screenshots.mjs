@@ -1,4 +1,4 @@
-// Takes pictures of the extension's pages as a user finds them, into docs/screenshots:
+// Takes screenshots of the extension's pages with sample data, into docs/screenshots:
 // node screenshots.mjs [PAGE [FOLDER]]. In light and dark, narrow and wide, in German and in Arabic, and
 // when there is nothing to show or something is wrong.
 

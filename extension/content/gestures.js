@@ -4,7 +4,7 @@
 // gesture, when, and which of three keys were held, is all that leaves the page.
 
 const tell = (event, saves) => {
-    // Pages can make events of their own. A script that outlived its extension has nobody to tell.
+    // Pages can create untrusted events. After an update of the extension, chrome.runtime is gone.
     if (event.isTrusted && chrome.runtime?.id) {
         const { altKey: alt, ctrlKey: ctrl, shiftKey: shift } = event;
         chrome.runtime.sendMessage({ saves, alt, ctrl, shift, time: Date.now() }).catch(() => {});

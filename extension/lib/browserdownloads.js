@@ -1,5 +1,5 @@
-// What can be done with a download of the browser. What it allows depends on how far it is, and it goes
-// on meanwhile: a small one is complete before it can be paused. Each of these does what is left to do.
+// Operations on the browser's downloads. A download progresses meanwhile (a small one is complete before
+// it can be paused), so each operation does what is still possible.
 
 /**
  * In milliseconds. A browser that takes longer to choose the path of a file has asked the user, who has
@@ -11,7 +11,7 @@ export const askedAfter = 300;
 /** Only Chromium has that event. */
 export const inChromium = 'onDeterminingFilename' in chrome.downloads;
 
-/** Its present state; undefined when the browser has forgotten it. */
+/** Its current state; undefined when it was removed from the browser's list. */
 export async function lookUp(id) { return (await chrome.downloads.search({ id }))[0]; }
 
 /**
@@ -31,7 +31,7 @@ export async function pause(id) {
 export async function goOn(id, canRestart = false) {
     const item = await lookUp(id);
     if (!item)
-        return true; // who removed it from the list knows why
+        return true; // removed from the list on purpose
     if (item.paused || (item.state === 'interrupted' && item.canResume))
         return chrome.downloads.resume(id).then(() => true, () => false);
     if (item.state !== 'interrupted')
@@ -47,7 +47,7 @@ export function isCancelled(item) {
     return item?.state === 'interrupted' && item.error === 'USER_CANCELED' && !item.canResume;
 }
 
-/** Begins it anew in the browser, which does not offer it to anybody again. */
+/** Starts it again in the browser, which then does not offer it to the application. */
 async function restart({ id, url }) {
     await chrome.downloads.erase({ id });
     return chrome.downloads.download({ url }).then(() => true, () => false);
@@ -63,7 +63,7 @@ export async function find({ url, startTime }, hasEnded) {
     return items.find(each => each.startTime === startTime) ?? items.find(isAnew);
 }
 
-/** Removes it from the browser, with what it has of the file. */
+/** Removes it from the browser, with its partial file. */
 export async function discard(id) {
     await chrome.downloads.cancel(id).catch(() => {});
     if ((await lookUp(id))?.state === 'complete')
@@ -84,8 +84,8 @@ export function listen() {
 
 /**
  * The name under which the browser saves a file. Chromium chooses it within some ms, Firefox before it
- * tells of a download.
- * @returns {Promise<string|undefined>} undefined when the user is asked for it
+ * reports the download.
+ * @returns {Promise<string|undefined>} undefined when the browser asks the user
  */
 export async function nameOf(item) {
     const path = item.filename || await pathOf(item.id);

@@ -1,19 +1,19 @@
-// Which of the downloads that begin in the browser are the application's. docs/downloads.md lists how
-// a download can begin, and what tells one from another. In doubt it is the browser's: what a user
-// saves with the browser's own dialog must be where he chose.
+// Decides which of the browser's downloads are offered to the application. docs/downloads.md lists how
+// a download can begin, and how to tell. In doubt it stays in the browser: a file that the user saves
+// with the browser's dialog must be where the user chose.
 
 import { addressOf, isWebAddress, withoutFragment } from './addresses.js';
 import { askedAfter, inChromium } from './browserdownloads.js';
 import { postedText } from './requestlog.js';
 
-/** What can be told of a download when it is created. */
+/** The rules that apply when a download is created. */
 export function mayBeCaught(item) {
     if (item.state !== 'in_progress' || item.byExtensionId || !isWebAddress(addressOf(item)))
         return false;
-    // The application would remember what was downloaded in a private window.
+    // The application would keep a record of a private window's download.
     if (item.incognito)
         return false;
-    // A page that is saved has its path already in Chromium; in Firefox it has no type, nor has what
+    // A saved page already has its path in Chromium, and no type in Firefox; nor has a file that
     // is saved from a page.
     return inChromium ? item.filename === '' : Boolean(item.mime);
 }
@@ -25,10 +25,10 @@ export function mayBeCaught(item) {
 export function isToBeCaught(item, request, savesItself) {
     if (!request?.sent || request.tabId < 0 || request.status < 200 || request.status > 299)
         return false;
-    // Firefox tells of a download after it has asked where to put it; Chromium before, see nameOf().
+    // Firefox reports a download after it has asked for the path; Chromium before, see nameOf().
     if (!inChromium && Date.parse(item.startTime) - request.answered > askedAfter)
         return false;
-    // The application knows no passwords, and does not post what is no form.
+    // The application has no passwords, and posts only forms.
     if (request.sent.authorization || postedText(request) === null)
         return false;
     if (request.type === 'main_frame' || request.type === 'sub_frame')

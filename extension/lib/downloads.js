@@ -29,7 +29,7 @@ export class Downloads {
     #handovers;
     #outcomes;
 
-    /** @param {object} parts what this works with, by its names */
+    /** @param {object} parts the objects that this uses, by name */
     constructor({ host, settings, requests, gestures, keeping, policies, handovers, outcomes }) {
         this.#host = host;
         this.#settings = settings;
@@ -41,7 +41,7 @@ export class Downloads {
         this.#outcomes = outcomes;
     }
 
-    /** To be called at once when the script starts: what one before it left is brought to an end. */
+    /** To be called at once when the script starts: completes hand-overs that were interrupted. */
     async recover() {
         for (const left of await this.#handovers.restore()) {
             const hasEnded = this.#handovers.isOfEarlierRun(left);
@@ -60,13 +60,13 @@ export class Downloads {
         }
     }
 
-    /** A download that the browser has just begun. It goes on there unless the application has it. */
+    /** Handles a download that has just begun. It stays in the browser unless the application takes it. */
     async onBegun(item) {
-        const request = await this.#requests.take(addressOf(item)); // whatever becomes of it, it is used
+        const request = await this.#requests.take(addressOf(item)); // consumed, whatever the outcome
         if (this.#settings.current?.browser.monitor.enable === false || !mayBeCaught(item)
             || !isToBeCaught(item, request, request && this.#gestures.savesItself(request)))
             return;
-        const now = await lookUp(item.id); // only here does Chromium tell of other extensions
+        const now = await lookUp(item.id); // only here Chromium reports other extensions
         if (!now || now.byExtensionId || now.state === 'interrupted')
             return;
         if (await this.#keeping.keeps(request)) {
@@ -105,7 +105,7 @@ export class Downloads {
         }
     }
 
-    /** A small file that comes from nowhere, to try the way to the disk. Resolves with what went wrong. */
+    /** Tests the whole chain with a small "data:" file. Resolves with the error, null on success. */
     async tryOne() {
         try {
             const text = encodeURIComponent(chrome.i18n.getMessage('testFileText'));
@@ -130,7 +130,7 @@ export class Downloads {
             await this.#handovers.reach(stage.offered, item, name);
             const answer = await this.#ask([record], { caught: true },
                                            late => this.#settle(item, name, late, true));
-            clearTimeout(timer); // it must not go on while it is discarded
+            clearTimeout(timer); // it must not be resumed while it is being discarded
             await this.#settle(item, name, answer, isLate);
         } catch (error) {
             await this.#leave(item, name, error);
@@ -154,7 +154,7 @@ export class Downloads {
         }
     }
 
-    /** The browser goes on with it. */
+    /** Leaves it to the browser. */
     async #leave(item, name, error, isByRule = false) {
         if (isCancelled(await lookUp(item.id)))
             return; // by the user
@@ -167,7 +167,7 @@ export class Downloads {
 
     #tell(...outcome) { this.#outcomes.tell(...outcome); }
 
-    /** Whether the user declined it, and the browser is not to have it then. */
+    /** Whether the user declined it and does not want it in the browser, either. */
     #isUnwanted(answer) {
         return answer.result === result.declined
             && this.#settings.current?.browser.monitor.allowDownload === false;
@@ -197,7 +197,7 @@ export class Downloads {
     }
 }
 
-/** What the browser has begun to download, with what it sent for it. */
+/** The record of a browser's download, with the headers that the browser sent. */
 async function recordOf(item, name, request) {
     const { sent, origin, type } = request;
     const url = addressOf(item);
@@ -215,9 +215,9 @@ async function recordOf(item, name, request) {
         userAgent: sent.userAgent || navigator.userAgent,
         httpCookies: isShown ? sent.cookie : await cookiesForDownload(url, referrer || origin),
         httpPostData: postedText(request),
-        fileSize: String(size > 0 ? size : -1), // the host knows -1 as "not known"
+        fileSize: String(size > 0 ? size : -1), // -1: unknown
     };
 }
 
-/** What a link's file may be called, for the user to know it by. */
+/** A name for a link's file, for messages to the user. */
 function nameIn(url) { return lastSegment(url) || new URL(url).hostname; }

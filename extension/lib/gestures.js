@@ -7,11 +7,11 @@ const modifiers = ['alt', 'ctrl', 'shift'];
 /** In a tab. */
 const mostRemembered = 20;
 
-/** Knows nothing of a tab in which no script runs, or did before this one was started. */
+/** Has no entry for tabs whose content script has not reported since this script started. */
 export class Gestures {
     /** The latest last. */
     #byTab = new Map();
-    /** The tabs that were opened from others, by their ids. */
+    /** The opener of each tab, by tab id. */
     #openers = new Map();
 
     /** To be called at once when the script starts. */
@@ -22,12 +22,12 @@ export class Gestures {
         });
         chrome.tabs.onRemoved.addListener(tabId => {
             this.#byTab.delete(tabId);
-            // A tab that was opened for a download is gone before the download is told of.
+            // A tab that was opened for a download is closed before the download is reported.
             setTimeout(() => this.#openers.delete(tabId), 60_000);
         });
     }
 
-    /** Takes a message of a page's script. Returns whether it is one. */
+    /** Handles a message of a content script. Returns whether it is one. */
     take(message, { id, tab }) {
         if (id !== chrome.runtime.id || !tab || typeof message?.saves !== 'boolean')
             return false;

@@ -1,19 +1,19 @@
-// Downloads of the browser that are being handed over, kept where they survive this script and the
-// browser: whoever starts next finds out what became of them.
+// The browser's downloads that are being handed over. They are stored, so that after the end of this
+// script or of the browser the next start can complete them.
 
 const kept = 'handovers';
 const run = 'browserRun';
 
-/** How far one has come. */
+/** The stages of a hand-over. */
 export const stage = {
-    /** Paused; the application knows nothing of it. */
+    /** Paused; the application has not been asked. */
     paused: 'paused',
     offered: 'offered',
-    /** The application has it, the browser has not let go of it yet. */
+    /** The application has it, and the browser still has it, too. */
     taken: 'taken',
 };
 
-/** Ids are given anew when the browser starts. */
+/** Download ids change when the browser starts. */
 const keyOf = ({ url, startTime }) => `${startTime} ${url}`;
 
 export class Handovers {
@@ -24,13 +24,13 @@ export class Handovers {
     #run = '';
     #lastWrite = Promise.resolve();
 
-    /** To be called at once when the script starts. Resolves with what one before it left. */
+    /** To be called at once when the script starts. Resolves with the interrupted hand-overs. */
     restore() {
         this.#restored = this.#read();
         return this.#restored;
     }
 
-    /** @param {boolean} canRestart whether the browser may ask the server for it once more */
+    /** @param {boolean} canRestart whether the browser may request it again */
     async begin(item, canRestart) {
         await this.#restored;
         const { url, startTime } = item;
@@ -63,7 +63,7 @@ export class Handovers {
         return stored;
     }
 
-    /** One at a time, or an older state could be written last. */
+    /** One write at a time, or an older state could be written last. */
     #write() {
         // A script that is ended meanwhile is started again by this, at the latest.
         if (this.#all.size > 0)

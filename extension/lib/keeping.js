@@ -1,14 +1,14 @@
-// What the user keeps in the browser: the next download, one whose link was clicked while a key was
-// held, and whatever comes from a page of a server that is left to the browser.
+// Downloads that the user keeps in the browser: the next one, one whose link was clicked with a modifier
+// key, and those from pages of excluded servers.
 
 import { isServerIn } from './masks.js';
 
 const kept = 'keepNext';
 
-/** The server of an address, '' for one that is none of the web. */
+/** The host name of a URL, '' unless http(s). */
 export function hostOf(url) { return URL.canParse(url ?? '') && /^https?:/.test(url) ? new URL(url).hostname : ''; }
 
-/** The servers that the settings leave to the browser. */
+/** The servers whose downloads stay in the browser, by the settings. */
 export function leftServers(settings) {
     const { skipServersEnabled, skipServers } = settings?.browser.monitor ?? {};
     return skipServersEnabled ? skipServers.split(' ').filter(Boolean) : [];
@@ -19,7 +19,7 @@ export class Keeping {
     #settings;
     #gestures;
 
-    /** Called with what describe() resolves with. */
+    /** Called with the value of describe(). */
     onChanged = _state => {};
 
     constructor({ preferences, settings, gestures }) {
@@ -42,10 +42,10 @@ export class Keeping {
         this.onChanged(await this.describe());
     }
 
-    /** The same for a shortcut, which takes back what it did when it is pressed again. */
+    /** For the keyboard shortcut: toggles. */
     async toggleNext() { await this.keepNext(!await this.#isNext()); }
 
-    /** Whether a download stays in the browser that would be offered to the application else. */
+    /** Whether a download that would be offered to the application stays in the browser. */
     async keeps(request) {
         if (await this.#isNext()) {
             await this.keepNext(false);

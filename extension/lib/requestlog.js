@@ -15,7 +15,7 @@ const urls = ['http://*/*', 'https://*/*'];
 /** The kinds of requests with which a download begins that may be caught. */
 const catchable = ['main_frame', 'sub_frame', 'other'];
 
-/** Those with which one begins that is left: what is saved from a page, what a worker fetched. */
+/** The types of requests of downloads that stay in the browser: saved from a page, or fetched by a worker. */
 const others = ['image', 'media', 'object', 'xmlhttprequest'];
 
 const formType = 'application/x-www-form-urlencoded';
@@ -39,7 +39,7 @@ const formType = 'application/x-www-form-urlencoded';
 export class RequestLog {
     /** @type {Map<string, BrowserRequest>} by id; each is used for one download only */
     #requests = new Map();
-    /** To be called when more is known. */
+    /** To be called when a request has changed. */
     #waiting = new Set();
 
     /** To be called at once when the script starts. */
@@ -85,13 +85,13 @@ export class RequestLog {
             .reduce((best, each) => (best?.timeStamp > each.timeStamp ? best : each), undefined);
     }
 
-    /** Forgets a request. Returns it with all that was sent for it. */
+    /** Removes a request. Returns it with the headers that were sent. */
     #remove(request) {
         this.#requests.delete(request.id);
         const { url, tabId, sent } = request;
         if (!sent || sent.cookie || sent.referer)
             return request;
-        // What was fetched ahead is not asked for again when the user goes there.
+        // A prefetched response is not requested again when the user navigates there.
         const ahead = this.#newest(url, each => each.tabId === tabId && each.sent?.purpose);
         if (!ahead)
             return request;
@@ -100,7 +100,7 @@ export class RequestLog {
     }
 
     #onRequest({ requestId, url, type, tabId, frameId, method, requestBody, originUrl, initiator, timeStamp }) {
-        const before = this.#requests.get(requestId); // a redirection comes under the same id
+        const before = this.#requests.get(requestId); // a redirect has the same id
         this.#requests.delete(requestId);
         this.#requests.set(requestId, {
             id: requestId,
@@ -110,7 +110,7 @@ export class RequestLog {
             frameId,
             method,
             body: requestBody,
-            // A browser tells one of the two.
+            // Browsers report one of the two.
             origin: originUrl ?? initiator ?? '',
             sent: null,
             status: 0,
@@ -137,7 +137,7 @@ export class RequestLog {
             contentType: value('content-type').toLowerCase(),
         };
         if (!request.sent.contentType.startsWith(formType))
-            request.body = null; // it is not posted again, and may be large
+            request.body = null; // a redirect does not post it again, and it may be large
     }
 
     #onAnswer({ requestId, statusCode, timeStamp }) {
@@ -149,13 +149,13 @@ export class RequestLog {
         this.#nowKnown();
     }
 
-    /** A download that takes a request over ends it, but after its answer has begun. */
+    /** A request that becomes a download ends with an error, but after its response headers. */
     #onError({ requestId }) {
         if (this.#requests.get(requestId)?.status === 0)
             this.#requests.delete(requestId);
     }
 
-    /** The answer is a page, which must not be asked for again when the user saves it. */
+    /** The response is a page, which must not be requested again when the user saves it. */
     #onShown({ tabId, frameId, url }) {
         const shown = withoutFragment(url);
         for (const each of [...this.#requests.values()]) {
@@ -171,15 +171,15 @@ export class RequestLog {
 }
 
 /**
- * What a request posted, as the text that goes over the wire; '' for a request without a body.
- * null when the application could not repeat it: it posts forms, and nothing else.
+ * The posted body as text; '' for a request without one. null for bodies that the application cannot
+ * repeat: it posts URL-encoded forms only.
  */
 export function postedText({ method, body, sent }) {
     if (method === 'GET')
         return '';
     if (method !== 'POST' || !body || body.error || !sent?.contentType.startsWith(formType))
         return null;
-    // Nothing posted is no GET, but the application would make one of it.
+    // The application would turn a POST with an empty body into a GET.
     return textOf(body) || null;
 }
 

@@ -19,7 +19,7 @@ struct Command {
     QStringView arguments;
     /// One line, for the list of commands.
     QStringView summary;
-    /// What else there is to say to who asks for help.
+    /// Further lines of the help text.
     QStringView details;
     int minArguments = 0;
     int maxArguments = 0;
@@ -93,7 +93,7 @@ KovCommandLine usageError(const QString &reason, const Command *command = nullpt
                  QStringLiteral("kov: %1\nSee \"%2\".\n").arg(reason, help));
 }
 
-/// Of one command; "line" becomes what there is to print when they make no sense.
+/// Parses the arguments of one command; on an error "line" prints it.
 void parseArguments(const QStringList &arguments, const Command &command, KovCommandLine &line)
 {
     const QCommandLineOption help({u"h"_qs, u"help"_qs}, u"Show this help."_qs);
@@ -118,7 +118,7 @@ void parseArguments(const QStringList &arguments, const Command &command, KovCom
     const bool understood = parser.parse(QStringList(u"kov"_qs) + arguments);
     if (understood && parser.isSet(help)) {
         QString text = parser.helpText();
-        // The line that Qt makes has the path of the program and knows of no commands.
+        // Qt's usage line would show the program's path and no commands.
         text.replace(0, text.indexOf(u'\n'),
                      QStringLiteral("Usage: kov %1 [options] %2")
                          .arg(command.name, command.arguments)

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// How "kov add …" and the like reach the running application: a part of the link of their own.
+/// The messages of "kov add …" and the like: a part of the link of their own.
 namespace KovCommandMessages {
 inline QString partName() { return QStringLiteral("kovCommands"); }
 
@@ -29,14 +29,14 @@ inline QString receivedBytes() { return QStringLiteral("receivedBytes"); }
 inline QString totalBytes() { return QStringLiteral("totalBytes"); }
 /// Whole percents; -1 while unknown.
 inline QString percent() { return QStringLiteral("percent"); }
-/// In bytes per second; 0 for what is not running.
+/// In bytes per second; 0 when it is not running.
 inline QString speed() { return QStringLiteral("bytesPerSecond"); }
 /// -1 while unknown.
 inline QString secondsLeft() { return QStringLiteral("secondsLeft"); }
 inline QString connections() { return QStringLiteral("connections"); }
-/// How many attempts in a row have brought nothing.
+/// Consecutive attempts without progress.
 inline QString attempts() { return QStringLiteral("attempts"); }
-/// Until the next attempt; -1 when none is waited for.
+/// Until the next attempt; -1 when none is scheduled.
 inline QString retryInSeconds() { return QStringLiteral("retryInSeconds"); }
 inline QString error() { return QStringLiteral("error"); }
 /// ISO 8601, or empty.

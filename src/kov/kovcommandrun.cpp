@@ -87,7 +87,7 @@ void KovCommandRun::onNotRunning()
 
 void KovCommandRun::onServiceEnded()
 {
-    // We may have come at the very moment of its end. All but this can be asked for once more.
+    // The service may have been about to end. Every command but this one can be sent again.
     if (m_line.words.constFirst().startsWith(u"add"))
         fail(QStringLiteral("kov: the service ended before it answered: see \"kov jobs\"\n"));
     else

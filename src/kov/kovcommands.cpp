@@ -47,7 +47,7 @@ KovCommandResult unknownSetting(const QString &name)
     return failure(QStringLiteral("there is no setting \"%1\"").arg(name));
 }
 
-/// The key of a setting: two of the names in the catalogue are not their settings' keys.
+/// The key of a setting; for two settings it differs from the name in the catalogue.
 QString settingKey(const QString &name)
 {
     bool isName = false;

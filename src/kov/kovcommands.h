@@ -9,15 +9,14 @@
 
 class QtAppAbstractSettingsManager;
 
-/// What the exit code and the standard output (or, after a failure, the standard error) of a
-/// command are to be.
+/// The exit code of a command, and its output to stdout or, after a failure, stderr.
 struct KovCommandResult {
     int exitCode = 0;
     /// Lines, each with its line feed; for "jobs" a JSON array, see KovCommandMessages::JobKeys.
     QString output;
 };
 
-/// Carries out in the running application what was asked for on a command line.
+/// Runs command lines in the running application.
 class KovCommands : public QObject {
     Q_OBJECT
 public:
@@ -33,7 +32,7 @@ Q_SIGNALS:
 private:
     KovCommandResult add(const QStringList &urls, bool areStreams);
     KovCommandResult jobs() const;
-    /// Does the same with each of the jobs, or with all in that state for "all".
+    /// Applies an action to each of the jobs, or for "all" to all jobs in that state.
     template <typename Change>
     KovCommandResult changeJobs(const QStringList &ids, KovJob::State all, Change change);
     KovCommandResult path(const QStringList &ids, bool ofFile) const;

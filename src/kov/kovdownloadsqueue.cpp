@@ -15,7 +15,7 @@ constexpr int tickMs = 1000;
 constexpr int roomCheckMs = 10'000;
 constexpr int firstRetryMs = 1000;
 constexpr int longestRetryMs = 300'000;
-/// What a full disk must have at least before anything is written to it again.
+/// The free space that a full disk must have before writing goes on.
 constexpr qint64 leastRoomBytes = 32 << 20;
 
 QString notSentAgain(const QString &reason)
@@ -122,7 +122,7 @@ QString KovDownloadsQueue::take(KovTransfer *transfer)
         return cannotStore(m_store);
     m_jobs.insert(id, job);
     watch(id, transfer);
-    // Over the limit it waits for its turn if it can; a link that serves once cannot.
+    // Above the limit it waits for its turn, unless its URL can be requested only once.
     if (m_running.size() > m_transfers.maxRunning() && transfer->isResumable()
         && !transfer->isEnding()) {
         m_jobs[id].state = KovJob::State::Waiting;
@@ -183,7 +183,7 @@ void KovDownloadsQueue::start(qint64 id)
     }
     job.state = KovJob::State::Running;
     job.error.clear();
-    // Nobody must send it a second time, whatever happens from now on.
+    // A POST must not be sent again, whatever happens from now on.
     if (!request->postData.isEmpty())
         saveOne(job);
     KovTransfer *const transfer = m_transfers.create(job, *request, this);
@@ -372,7 +372,7 @@ bool KovDownloadsQueue::resume(qint64 id)
     job.attempts = 0;
     job.error.clear();
     saveOne(job);
-    // One that is being paused just now goes on when it has ended.
+    // One that is being paused is resumed once its transfer has ended.
     if (!m_running.contains(id))
         m_waiting.addReady(id);
     QMetaObject::invokeMethod(this, &KovDownloadsQueue::startNext, Qt::QueuedConnection);

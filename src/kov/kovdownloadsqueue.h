@@ -23,14 +23,14 @@ class QtAppAbstractSettingsManager;
 class QtAppPortableModeSupport;
 
 /**
- * The downloads of the application: performs them in the order in which they came, several at a
- * time, tries again what may pass, and remembers how each went. The list is on the disk before
- * anybody is told of it, and goes on where it was when the application starts again.
+ * The application's downloads: runs them first come, first served, several at a time, retries
+ * transient failures, and stores the outcome of each. A job is on the disk before its addition is
+ * confirmed, and continues after a restart.
  */
 class KovDownloadsQueue : public QObject {
     Q_OBJECT
 public:
-    /// A job as it is at this moment.
+    /// A snapshot of a job.
     struct Download {
         KovJob job;
         qint64 receivedBytes = 0;
@@ -38,14 +38,14 @@ public:
         double doneShare = -1;
         qint64 bytesPerSecond = 0;
         qsizetype connections = 0;
-        /// Until the next attempt; -1 when none is waited for.
+        /// Until the next attempt; -1 when none is scheduled.
         qint64 retryInMs = -1;
     };
 
-    /// Attempts in a row that bring nothing.
+    /// Consecutive attempts without progress.
     static constexpr int maxAttempts = 10;
-    /// How long to wait before the next attempt after so many in a row that brought nothing:
-    /// doubling from 1 s to 5 min.
+    /// The delay before the next attempt after so many without progress: exponential backoff from
+    /// 1 s to 5 min.
     static int retryDelayMs(int attempts);
 
     /// The settings and the portable-mode support are for KovTransferFactory. Nothing is read or
@@ -56,32 +56,32 @@ public:
                       QtClock &clock = QtClock::system());
     ~KovDownloadsQueue() override;
 
-    /// Reads the list and goes on with it.
+    /// Loads the jobs and resumes them.
     void start();
 
-    /// A download that somebody else may have as well: asks the server for it at once, and answers
-    /// when the file comes, with the job on the disk, or why it does not; then there is no job.
-    /// When the offerer goes before the answer, there is a job in either case.
+    /// For a download that the browser may still have: requests it at once, and answers when the
+    /// file arrives, with the job on the disk, or with the failure; then there is no job. If the
+    /// offerer is destroyed before the answer, a job is kept in either case.
     void offer(const KovDownloadRequest &request, QObject *offerer, KovOffers::Answer answer);
     /// Returns why they could not be added; empty when they are on the disk.
     QString add(const QList<KovDownloadRequest> &requests);
 
-    /// The number of the download that was added last; the next one has the next number.
+    /// The id of the job that was added last.
     qint64 lastId() const { return m_lastId; }
-    /// Into which downloads go.
+    /// The download folder.
     QString folderPath() const { return m_transfers.folderPath(); }
     /// In the order in which they came.
     QList<Download> downloads() const;
     bool contains(qint64 id) const { return m_jobs.contains(id); }
     /// As it was stored last; of no job, an empty one.
     KovJob job(qint64 id) const { return m_jobs.value(id); }
-    /// These are for a job that is there, and return whether they changed anything.
+    /// The job must exist. Return whether they changed anything.
     bool pause(qint64 id);
-    /// Goes on with what is paused, has failed, or waits for its next attempt.
+    /// Resumes a job that is paused, has failed, or waits for its next attempt.
     bool resume(qint64 id);
     bool remove(qint64 id, bool withFile);
 
-    /// Whether something is to be done that nobody has to ask for again.
+    /// Whether any job is running or will start by itself.
     bool hasWork() const;
     /// Ends all transfers; stopped() follows from the event loop when everything is on the disk.
     void stop();
@@ -93,7 +93,7 @@ Q_SIGNALS:
 
 private:
     QString take(KovTransfer *transfer);
-    /// Of an offer that came to nothing, when who made it has gone.
+    /// Keeps the job of a failed offer whose offerer is gone.
     void keep(const KovDownloadRequest &request);
     void watch(qint64 id, KovTransfer *transfer);
     void startNext();

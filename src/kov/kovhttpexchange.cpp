@@ -12,9 +12,9 @@
 namespace {
 
 constexpr int maxRedirects = 20;
-/// A server that is silent for longer has gone.
+/// A server that is silent for longer is given up.
 constexpr int silenceTimeoutMs = 30'000;
-/// Bounds what a fast server can pile up in memory.
+/// Limits how much unread data of a fast server is kept in memory.
 constexpr qint64 readBufferBytes = 1 << 20;
 
 // The redirects that keep the method and the body (RFC 9110, 15.4).
@@ -24,7 +24,7 @@ constexpr int permanentRedirectStatus = 308;
 constexpr int httpPort = 80;
 constexpr int httpsPort = 443;
 
-/// A line break in a header value would begin another header.
+/// A line break in a header value would inject another header.
 bool isControl(QChar c) { return c.category() == QChar::Other_Control; }
 
 QByteArray headerValue(QString text)
@@ -53,7 +53,7 @@ QSharedPointer<QNetworkCookieJar> ownCookies(const KovDownloadRequest &request)
     for (QNetworkCookie cookie : request.cookies) {
         if (hasControls(cookie.name()) || hasControls(cookie.value()))
             continue;
-        // The browser chose them for this URL; of a page's folder it said nothing.
+        // The browser chose these cookies for this URL; their paths are unknown.
         if (cookie.path().isEmpty())
             cookie.setPath(QStringLiteral("/"));
         cookie.normalize(request.url);
@@ -76,7 +76,7 @@ KovHttpExchange::KovHttpExchange(KovDownloadRequest request, QSharedPointer<KovN
     : QObject(parent), m_request(std::move(request)), m_pool(std::move(pool)),
       m_network(m_pool->take()), m_cookies(cookies ? cookies : ownCookies(m_request)),
       m_reply(nullptr, [](QNetworkReply *reply) {
-          // It may be sending a signal just now.
+          // Reentrancy: it may be emitting a signal.
           reply->abort();
           reply->deleteLater();
       })
@@ -143,8 +143,8 @@ KovDownloadRequest KovHttpExchange::request() const
 QNetworkRequest KovHttpExchange::networkRequest(const QUrl &url) const
 {
     QNetworkRequest request(url);
-    // What downloads share is the connections, nothing else. Followed automatically, a redirect
-    // would take the cookies along to another host.
+    // Downloads share connections, but no cookies. Redirects are followed here: Qt would send the
+    // cookies to other hosts, too.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::ManualRedirectPolicy);
     for (const auto attribute :
@@ -157,7 +157,7 @@ QNetworkRequest KovHttpExchange::networkRequest(const QUrl &url) const
                                          ? QStringLiteral("Kovalo/") + appVersion()
                                          : m_request.userAgent));
     request.setRawHeader("Accept", "*/*");
-    // The file is wanted as the server has it, not what decompressing would make of it.
+    // The file is wanted as it is stored, without content encoding.
     request.setRawHeader("Accept-Encoding", "identity");
     if (const QByteArray cookies = cookieHeader(url); !cookies.isEmpty())
         request.setRawHeader("Cookie", cookies);
@@ -184,7 +184,7 @@ QByteArray KovHttpExchange::cookieHeader(const QUrl &url) const
 
 QByteArray KovHttpExchange::referrerHeader(const QUrl &url) const
 {
-    // Which page of its own a site was asked from may hold what is no other site's business.
+    // The URL of the referring page may contain private data: cross-site, send the origin only.
     const QUrl page(m_request.referrer);
     if (isSameOrigin(page, m_request.url) && !isSameOrigin(page, url))
         return page.toEncoded(QUrl::RemoveUserInfo | QUrl::RemovePath | QUrl::RemoveQuery
@@ -208,7 +208,7 @@ void KovHttpExchange::keepCookies()
 
 void KovHttpExchange::onMetaDataChanged()
 {
-    // It comes again when a body that nobody expects follows.
+    // Emitted again when an unexpected body follows.
     if (m_answered || !redirectTarget().isEmpty())
         return;
     m_answered = true;

@@ -15,16 +15,16 @@ class QNetworkAccessManager;
 class QNetworkReply;
 
 /**
- * Asks once for a file, or for a range of one, over http or https, and hands over what comes.
+ * One request for a file, or for a range of one, over http or https.
  *
- * Redirects are followed, except from https to http. Each exchange has its own cookies, which are
- * sent only where they belong, and what servers set on the way is kept for the rest of the way.
- * Of a referrer on the site that was asked first, another site is told no more than the origin.
+ * Redirects are followed, except from https to http. Each exchange has its own cookie jar, which
+ * also keeps the cookies that are set on the way. When a redirect leaves the referrer's site, only
+ * the referrer's origin is sent.
  */
 class KovHttpExchange : public QObject {
     Q_OBJECT
 public:
-    /// Whether it can be asked for: http and https, and what lies in the URL itself ("data:").
+    /// Whether the scheme is supported: http, https, and "data:".
     static bool isSupported(const QUrl &url);
 
     /// Exchanges that belong together share their cookies: those of the request go into a jar of
@@ -34,7 +34,7 @@ public:
                     QObject *parent = nullptr);
     ~KovHttpExchange() override;
 
-    /// The whole file.
+    /// Requests the whole file.
     void start();
     /// The bytes from "from" up to but not including "to", to the end when that is -1, if the file
     /// is still the one that the value of an If-Range field means.
@@ -43,31 +43,31 @@ public:
     /// above. It is given the cookies and the referrer that the file's own site lets it have.
     void startAt(const QUrl &url);
     void startAt(const QUrl &url, qint64 from, qint64 to, const QByteArray &ifRange);
-    /// Nothing more is told.
+    /// Emits no more signals.
     void abort();
 
     const QSharedPointer<QNetworkCookieJar> &cookies() const { return m_cookies; }
 
     /// After answered().
     const KovAnswer &answer() const { return m_answer; }
-    /// How it would have to be asked for again: what redirects have made of the request. Once they
-    /// have turned a POST into a GET, the URL is the last one, with the cookies set on the way.
+    /// The request for the next attempt. Once a redirect has turned a POST into a GET, this is a
+    /// GET of the last URL, with the cookies that were set on the way.
     KovDownloadRequest request() const;
-    /// What of the body is there; at most so many bytes. -1 at its end.
+    /// Reads at most so many bytes of the body. -1 at its end.
     qint64 read(char *bytes, qint64 size);
     QByteArray readAll();
     QByteArray peek(qint64 size) const;
     qint64 bytesAvailable() const;
-    /// All of the body is there or will never be: see failure().
+    /// No more of the body will arrive; failure() tells whether it is complete.
     bool isFinished() const { return m_finished; }
-    /// Why it is not whole; none while it is not finished.
+    /// Why it is not complete; none while it is not finished.
     const KovFailure &failure() const { return m_failure; }
 
 Q_SIGNALS:
-    /// The final answer has begun, a bad one, too. Not emitted when there is none.
+    /// The headers of the final answer have arrived, also of an error. Not emitted without one.
     void answered();
     void readyRead();
-    /// No more comes; what was not read is still there.
+    /// No more data will arrive; unread data is still there.
     void finished();
 
 private:
@@ -77,7 +77,7 @@ private:
     QByteArray cookieHeader(const QUrl &url) const;
     /// Empty when there is none.
     QByteArray referrerHeader(const QUrl &url) const;
-    /// Where the answer sends us; empty when it is no redirect.
+    /// The target of a redirect; empty for other answers.
     QUrl redirectTarget() const;
     void followRedirect(const QUrl &target);
     void onMetaDataChanged();

@@ -9,10 +9,10 @@
 #include <QString>
 #include <QUrl>
 
-/// What is needed to ask for one file.
+/// What is needed to request one file.
 struct KovDownloadRequest {
     QUrl url = {};
-    /// The text as the browser gave it; may be empty, like all that follow.
+    /// As the browser gave it; may be empty, like all that follow.
     QString referrer = {};
     QString userAgent = {};
     /// For the URL's host, unless they name another domain.
@@ -20,19 +20,18 @@ struct KovDownloadRequest {
     /// The body of a POST; with an empty one the request is a GET.
     QByteArray postData = {};
     QString suggestedName = {};
-    /// The size that the browser was told; -1 if it was not.
+    /// The size that the server told the browser; -1 if unknown.
     qint64 announcedBytes = -1;
     /// The URL is that of the playlist of a stream, which is to be saved as one file.
     bool isStream = false;
 };
 
-/// What identifies the file at its server: an answer with other values is another file.
+/// The validators of the file (RFC 9110, 8.8): an answer with other values is another file.
 struct KovValidators {
     QByteArray etag = {};
     QByteArray lastModified = {};
 
-    /// The value of an If-Range field (RFC 9110, 13.1.5); empty when nothing identifies the file
-    /// well enough to go on with it.
+    /// The value of an If-Range field (RFC 9110, 13.1.5); empty without a strong validator.
     QByteArray ifRange() const
     {
         return !etag.isEmpty() && !etag.startsWith("W/") ? etag : lastModified;
@@ -50,7 +49,7 @@ struct KovJob {
         /// By the user.
         Paused = 2,
         Finished = 3,
-        /// Nothing but the user starts it again.
+        /// Not retried automatically.
         Failed = 4,
     };
 
@@ -59,21 +58,21 @@ struct KovJob {
     QUrl url = {};
     /// -1 while unknown.
     qint64 totalBytes = -1;
-    /// How many attempts in a row have brought nothing.
+    /// Consecutive attempts without progress.
     int attempts = 0;
     /// Why it failed, or why it waits for the next attempt. Free of control characters.
     QString error = {};
-    /// Where the finished file is; while there is none, where it was to be.
+    /// The path of the finished file; before that, the path that it is meant for.
     QString path = {};
-    /// The file that is being written; empty before the first good answer and after the end.
+    /// The partial file; empty before the first good answer and after the end.
     QString partialPath = {};
     KovValidators validators = {};
-    /// What of the partial file is on the disk.
+    /// The ranges of the partial file that are on the disk.
     KovRanges ranges = {};
     QDateTime added = {};
     QDateTime finished = {};
 
-    /// What a transfer found out and did.
+    /// The results of a transfer.
     void takeProgress(const KovJob &transferred)
     {
         totalBytes = transferred.totalBytes;

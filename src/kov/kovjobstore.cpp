@@ -14,7 +14,7 @@ using Row = QList<std::pair<QString, QVariant>>;
 
 QString idColumn() { return QStringLiteral("Id"); }
 
-/// SQLite keeps NULL for a null value, and two texts that are both empty would differ.
+/// A null QString would become NULL, which differs from an empty text.
 QVariant stored(const QByteArray &bytes) { return bytes.isNull() ? QByteArray("") : bytes; }
 QVariant stored(const QString &text) { return text.isNull() ? QString(u""_qs) : text; }
 QVariant stored(const QUrl &url) { return stored(url.toString(QUrl::FullyEncoded)); }
@@ -180,7 +180,7 @@ KovJobStore::KovJobStore(const QString &filePath)
                                                       QSharedPointer<QRecursiveMutex>::create()))
 {
     m_db->openDatabase();
-    // What is deleted, cookies for one, is overwritten.
+    // Deleted data, such as cookies, is overwritten.
     QSqlQuery query = m_db->createQuery(QStringLiteral("PRAGMA secure_delete=ON"));
     AbstractSqlDatabaseManager::executeQuery(query);
     m_jobs = std::make_unique<KovJobsTable>(m_db);

@@ -127,7 +127,7 @@ QString KovJobsView::forScripts(const QJsonArray &jobs)
 
 QString KovJobsView::asJson(const QJsonArray &jobs)
 {
-    // Qt leaves as they are what JSON allows and terminals obey; they occur in strings only.
+    // Characters that are valid in JSON but would control a terminal. They occur in strings only.
     QString escaped;
     const QString json = QString::fromUtf8(QJsonDocument(jobs).toJson());
     for (const QChar c : json) {

@@ -30,13 +30,13 @@ int renameToNewPath(const QString &from, const QString &to)
         return 0;
     if (errno != EINVAL)
         return errno;
-    // A file system that cannot refuse to replace.
+    // A file system without RENAME_NOREPLACE.
     if (QFileInfo::exists(to))
         return EEXIST;
     return std::rename(source.constData(), target.constData()) == 0 ? 0 : errno;
 }
 
-/// The name of a file survives a power cut only if its folder was written, too.
+/// A directory entry survives a power cut only if the directory was synced, too.
 void syncFolderOf(const QString &path)
 {
     const QByteArray folder = QFile::encodeName(QFileInfo(path).path());
@@ -105,7 +105,7 @@ bool KovPartialFile::write(qint64 offset, const char *bytes, qint64 size)
         const ssize_t written = ::pwrite(m_descriptor, bytes, static_cast<size_t>(size), offset);
         if (written < 0 && errno == EINTR)
             continue;
-        // A disk that fills up takes a part first; only the next try has the reason.
+        // A disk that fills up accepts a part first; only the next write has the error.
         if (written < 0)
             return check(false);
         offset += written;
@@ -125,7 +125,7 @@ void KovPartialFile::sync(QObject *context, std::function<void(int)> synced) con
         const int errorNumber = descriptor < 0 || ::fdatasync(descriptor) != 0 ? errno : 0;
         if (descriptor >= 0)
             ::close(descriptor);
-        // Through the application, since the context may go at any moment.
+        // Posted to the application, since the context may be destroyed at any moment.
         QMetaObject::invokeMethod(
             QCoreApplication::instance(),
             [guard, synced, errorNumber] {

@@ -10,28 +10,28 @@
 class QObject;
 
 /**
- * The file of a download that is under way. It stays on the disk when the object goes.
+ * The file of a running download. It stays on the disk when the object is destroyed.
  *
- * A failed operation returns false and leaves its reason. Belongs to one thread, which no operation
- * but a write to a busy disk holds up.
+ * A failed operation returns false and sets the error. Belongs to one thread; only writes to a busy
+ * disk block.
  */
 class KovPartialFile {
 public:
-    /// Makes a file that nobody else has made; null on failure.
+    /// Creates a new file (O_EXCL); null on failure.
     static std::unique_ptr<KovPartialFile> create(const QString &path, QString &error);
-    /// Opens one that is there: a regular file of this user, no link. Null on failure.
+    /// Opens an existing regular file of this user, not a link. Null on failure.
     static std::unique_ptr<KovPartialFile> open(const QString &path, QString &error);
     ~KovPartialFile();
     Q_DISABLE_COPY_MOVE(KovPartialFile)
 
-    /// Writes all of it, in as many steps as the system makes of it.
+    /// Writes all of it, despite partial writes.
     bool write(qint64 offset, const char *bytes, qint64 size);
     bool truncate(qint64 size);
-    /// Has what was written until now put on the disk by another thread. "synced" is called on the
-    /// thread of the context, with 0 or the error number, unless the context is gone.
+    /// Syncs what was written until now, on another thread. "synced" is called on the thread of the
+    /// context, with 0 or the error number, unless the context is destroyed.
     void sync(QObject *context, std::function<void(int)> synced) const;
     bool setModificationTime(const QDateTime &time);
-    /// Moves it to where nothing is; false without an error number when there is something.
+    /// Moves it without replacing anything; false without an error number when the path is taken.
     bool moveTo(const QString &path);
     bool remove();
 
@@ -54,7 +54,7 @@ private:
     int m_errorNumber = 0;
 };
 
-/// What the system calls an error, "No space left on device" for one.
+/// The system's text for an error, such as "No space left on device".
 QString systemErrorString(int errorNumber);
-/// Whether it means that there is no room on the disk: no space, or none within the user's quota.
+/// Whether the disk is full, or the user's quota exhausted.
 bool isDiskFull(int errorNumber);

@@ -33,22 +33,22 @@ public:
     ~KovTransfer() override;
 
     virtual void start() = 0;
-    /// Ends the connections. ended() follows when what has come is on the disk.
+    /// Closes the connections. ended() follows when the received data is on the disk.
     void stop() { end({}); }
     /// To be called each second.
     virtual void tick() = 0;
 
-    /// The job with what of it is on the disk.
+    /// The job with its progress on the disk.
     const KovJob &job() const { return m_job; }
-    /// As it has to be asked for next time.
+    /// The request for the next attempt.
     const KovDownloadRequest &request() const { return m_request; }
-    /// Whether that is not as it was at the start.
+    /// Whether redirects have changed it since the start.
     bool isAskedElsewhere() const { return m_askedElsewhere; }
-    /// Whether another attempt can go on where this one stops.
+    /// Whether another attempt can resume where this one stops.
     virtual bool isResumable() const = 0;
-    /// Whether the file is whole and has its name.
+    /// Whether the file is complete and has its final name.
     bool isFinished() const { return m_finished; }
-    /// Whether ended() is on its way.
+    /// Whether ended() will follow by itself.
     bool isEnding() const { return m_ending; }
     virtual qint64 receivedBytes() const = 0;
     /// How much of it is there, from 0 to 1; -1 while unknown.
@@ -57,14 +57,14 @@ public:
     virtual qsizetype connections() const = 0;
 
 Q_SIGNALS:
-    /// Once, at the first byte of an answer that is the file, or at the end of an empty one.
+    /// Once, at the first byte of the file, or at the end of an empty one.
     void accepted();
-    /// There is a file, or more of it is on the disk: see job().
+    /// job() has changed: there is a file, or more of it is on the disk.
     void progressStored();
-    /// The file is whole, and is moved to the path of the job when this returns: who finds it there
-    /// after a sudden end knows that the job is done.
+    /// The file is complete, and is moved to the job's path when this returns. If the process ends
+    /// meanwhile, a file at that path means that the job is done.
     void naming();
-    /// Once, the last signal. After stop() without a failure although the job may not be finished.
+    /// Once, the last signal. After stop() there is no failure, though the job may not be finished.
     void ended(const KovFailure &failure);
 
 protected:

@@ -15,7 +15,7 @@ QString answersLink() { return QStringLiteral("host-answers"); }
 QString catchingLink() { return QStringLiteral("catching"); }
 QString logLink() { return QStringLiteral("log"); }
 
-/// A manifest may name the host of an installation that has gone bad or away.
+/// A manifest may name the host of an installation that was damaged or removed.
 QString cureOf(const QString &hostPath)
 {
     return QFileInfo(hostPath).canonicalFilePath()
@@ -50,7 +50,7 @@ void checkAnswer(Chain &chain, const QString &hostPath, const HostProbe &probe,
                      QStringLiteral("turn on \"Catch downloads\" behind the extension's button"));
 }
 
-/// A log that cannot be written disturbs nothing: the host goes on without it.
+/// A log that cannot be written is no fault for downloads: the host works without it.
 void checkLog(Chain &chain)
 {
     const QtAppLogger::Options options = QtAppLogger::optionsFromEnvironment();

@@ -15,9 +15,9 @@
 
 namespace {
 
-/// For what takes no longer on any machine that works.
+/// For steps that take milliseconds on a healthy machine.
 constexpr int promptMs = 5000;
-/// Browsers take no longer messages from a host.
+/// The browsers' limit for messages from a host.
 constexpr quint32 longestMessage = 1024 * 1024;
 
 QByteArray frame(const QByteArray &body)
@@ -33,7 +33,7 @@ std::optional<QByteArray> takeBody(QByteArray &bytes)
     if (bytes.size() < qsizetype{sizeof(length)})
         return std::nullopt;
     std::memcpy(&length, bytes.constData(), sizeof(length));
-    // What is no frame will not become one by more bytes.
+    // An invalid frame stays invalid with more bytes.
     if (length > longestMessage)
         return bytes;
     if (bytes.size() < qsizetype{sizeof(length)} + length)
@@ -102,7 +102,8 @@ HostProbe::HostProbe(QString hostPath, int timeoutMs)
 
 QStringList HostProbe::missingLibraries() const
 {
-    // The system's loader lists what it finds instead of starting the program, as for ldd(1).
+    // With this variable the dynamic loader lists libraries instead of starting the program; see
+    // ldd(1).
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LD_TRACE_LOADED_OBJECTS"), QStringLiteral("1"));

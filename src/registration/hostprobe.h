@@ -5,13 +5,13 @@
 
 #include <optional>
 
-/// A host, tried as a browser does.
+/// Starts a host as a browser does.
 class HostProbe {
 public:
-    /// "timeoutMs" is how long it may take to answer.
+    /// "timeoutMs" limits the wait for an answer.
     HostProbe(QString hostPath, int timeoutMs);
 
-    /// The shared libraries that the program asks for and the system does not have.
+    /// The shared libraries that the program needs and the system lacks.
     QStringList missingLibraries() const;
 
     struct Handshake {
@@ -19,7 +19,7 @@ public:
         QString failure;
         /// From the start of the process to the answer.
         qint64 milliseconds = 0;
-        /// What it told.
+        /// From the answer.
         QString version;
         /// Whether downloads are to be caught; nothing when it did not tell.
         std::optional<bool> isCatching;

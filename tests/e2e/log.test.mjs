@@ -52,7 +52,7 @@ test('the log goes to stderr, to a file that is made with its folder, or nowhere
 });
 
 test('the log says why, and nothing private', async () => {
-    // An application that cannot be executed is as good as none.
+    // An application that cannot be executed counts as not installed.
     writeFileSync(join(sandbox.programs, 'kov'), 'x');
     const host = new HostProcess(sandbox, {
         args: ['/home/private/manifest.json', 'chrome-extension://abc/'], env: { KOVALO_LOG_LEVEL: '3' },

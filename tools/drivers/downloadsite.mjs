@@ -1,5 +1,4 @@
-// A web site on two hosts, which are two sites to a browser. It has a file at every address below
-// /file/, and keeps what it was asked for, to the letter.
+// A web server for two sites. It serves a file at every path below /file/, and records all requests.
 
 import { createHash } from 'node:crypto';
 import { createServer } from 'node:http';
@@ -11,7 +10,7 @@ const trickle = 1024;
 const trickleDelay = 200;
 
 export class DownloadSite {
-    /** What was asked for, as { method, path, cookie, referer, body, isOpen }. */
+    /** The requests, as { method, path, cookie, referer, body, isOpen }. */
     requests = [];
     /** Pages by their paths: HTML, or { html, headers }. */
     pages = {};
@@ -40,7 +39,7 @@ export class DownloadSite {
         return Buffer.alloc(fileSize, block);
     }
 
-    /** What was asked of a path, the first first. */
+    /** The requests for a path, oldest first. */
     asked(path) { return this.requests.filter(each => each.path === path); }
 
     /** Sends the rest of what was held back. */
@@ -104,7 +103,7 @@ export class DownloadSite {
             response.end(content);
             return;
         }
-        // Firefox closes the connection of what is cancelled only when more comes.
+        // Firefox closes the connection of a cancelled download only when more data arrives.
         let sent = fileSize / 2;
         response.write(content.subarray(0, sent));
         const timer = setInterval(() => {

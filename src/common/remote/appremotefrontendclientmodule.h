@@ -62,9 +62,9 @@ public:
     Q_INVOKABLE void initialize(bool init) override;
 
     /**
-     * Who gets, at the take-down, what still waits for the application, but what ends with this
-     * process. When he cannot take it, the take-down goes on until it was sent or has expired.
-     * Without anybody, as at first, it is dropped.
+     * Sets the function that takes over, at the take-down, the messages that still wait for the
+     * application, except those that end with this process. If it fails, the take-down waits until
+     * they were sent or have expired. Without one, the default, they are dropped.
      */
     void setHandOver(HandOver handOver) { m_handOver = std::move(handOver); }
 
@@ -103,7 +103,7 @@ private:
     QtClock &m_clock;
     QPointer<QIODevice> m_device;
     HandOver m_handOver;
-    /// While taking down: what nobody else could take over is waited for.
+    /// While taking down: the hand-over failed, so queued messages are waited for.
     bool m_isHolding = false;
 
     QSharedPointer<RemoteIncomingDownloadsProcessor> m_incomingDownloadsProcessor;

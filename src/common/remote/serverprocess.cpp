@@ -18,7 +18,7 @@
 
 namespace {
 
-/// A file in memory that cannot grow, so that whoever writes to it neither waits nor costs more.
+/// A file in memory of a fixed size (sealed), so that writing to it neither blocks nor costs more.
 int createStderr()
 {
     const int file = ::memfd_create("stderr", MFD_CLOEXEC | MFD_ALLOW_SEALING);

@@ -1,4 +1,4 @@
-// The extension's pages as a user uses them, and whether everybody can.
+// The extension's pages as a user uses them, and their accessibility.
 
 import { deepStrictEqual, ok, strictEqual } from 'node:assert';
 import { existsSync } from 'node:fs';

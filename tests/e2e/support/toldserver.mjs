@@ -1,5 +1,5 @@
-// A web server that does as it is told: serves files of any size that it does not keep, breaks off,
-// is slow, limits each connection, lies about what it sends, or has another file the next time.
+// A configurable web server: generated files of any size, broken or slow connections, limits per
+// connection, wrong headers, files that change between requests.
 
 import { createCipheriv, createHash } from 'node:crypto';
 import { once } from 'node:events';

@@ -11,7 +11,7 @@
  * repeated.
  *
  * SQLite looks at the lock less and less often, every 100 ms in the end, and a process that writes
- * again and again leaves it for microseconds only. Short waits look often, so that nobody starves.
+ * continuously releases it for microseconds only. Short waits poll often, which avoids starvation.
  */
 constexpr std::chrono::milliseconds sqlBusyTimeout{10};
 /// For how long an operation waits, all its steps together: the main thread answers nothing then.
@@ -25,7 +25,7 @@ bool isBusyError(const QSqlError &error);
  * One wait for another process that has the database, for all steps that are taken on this thread
  * while this object lives. Within another's life it is part of that one.
  *
- * A file that was waited for in vain is not waited for again, by any thread, until a step goes well
+ * A file whose lock timed out is not waited for again, by any thread, until a step goes well
  * that found it free.
  */
 class SqlBusyWait {
