@@ -12,7 +12,7 @@ localize(text('helpTitle'));
 element('pin').textContent = text(isFirefox ? 'helpPinFirefox' : 'helpPinChromium');
 element(isFirefox ? 'pinMark' : 'wheelMark').remove();
 
-/** How to bring the button into sight, while it is not. */
+/** How to pin the button, while it is not pinned. */
 async function showPinning() { element('pinning').hidden = (await chrome.action.getUserSettings?.())?.isOnToolbar === true; }
 addEventListener('focus', showPinning);
 showPinning();
@@ -55,7 +55,7 @@ function showSteps(steps) {
         : text(isWorking(steps) ? 'verdictWorks' : 'verdictTest');
 }
 
-/** What the last test came to, as long as nothing else was asked for. */
+/** The result of the last test download, until something else is requested. */
 let tested;
 let isBusy = false;
 
@@ -65,7 +65,7 @@ async function run(request) {
     showSteps(check({ ...facts, test: tested, browser: browserName() }));
 }
 
-/** The same for a click: takes as long as the host or the application lets one wait. */
+/** The same for a click; may take until the timeout of the host or the application. */
 async function runSlowly(request, words) {
     const focused = document.activeElement; // would be lost with a disabled button
     isBusy = element('again').disabled = element('test').disabled = true;
@@ -78,7 +78,7 @@ async function runSlowly(request, words) {
     }
 }
 
-/** Something changed by itself. */
+/** Called after changes from elsewhere. */
 function onChanged() {
     if (!isBusy)
         run('check');

@@ -1,12 +1,12 @@
-// Whether the user lets the extension see what pages ask for, without which no download can be judged.
+// Whether the extension has access to web pages. Without it, it cannot see requests or capture downloads.
 // Browsers let the user withhold that, for all sites or some, at any time.
 
 const { host_permissions: sites } = chrome.runtime.getManifest();
 
-/** Of how many sites. */
+/** To how many sites the extension has access. */
 export const access = { all: 'all', some: 'some', none: 'none' };
 
-/** How it is now, as one of the words above. */
+/** Resolves with the current access, one of the values above. */
 export async function siteAccess() {
     if (await chrome.permissions.contains({ origins: sites }))
         return access.all;
@@ -14,10 +14,10 @@ export async function siteAccess() {
     return origins.length > 0 ? access.some : access.none;
 }
 
-/** Asks the user for all. Must be called in a click handler (user activation). */
+/** Requests access to all sites. Must be called in a click handler (user activation). */
 export function requestSiteAccess() { return chrome.permissions.request({ origins: sites }); }
 
-/** Calls back with how it is, now and after each change. To be called at once when the script starts. */
+/** Calls back with the access, now and after each change. To be called when the script starts. */
 export function followSiteAccess(callback) {
     const tell = () => siteAccess().then(callback);
     chrome.permissions.onAdded.addListener(tell);

@@ -22,9 +22,9 @@ constexpr int partialContentStatus = 206;
 constexpr int rangeNotSatisfiableStatus = 416;
 
 constexpr qint64 pieceBytes = qint64{256} * 1024;
-/// A connection of its own is not worth less.
+/// The minimum size of a range with a connection of its own.
 constexpr qint64 smallestRangeBytes = 1 << 20;
-/// Room that stays for others on a disk.
+/// Free space that is left on the disk for other programs.
 constexpr qint64 spareBytes = 16 << 20;
 
 QString fileName(const KovAnswer &answer, const KovDownloadRequest &request)
@@ -56,7 +56,7 @@ struct KovFileTransfer::Connection {
     /// Asks for a range, not for the whole file.
     bool isPartial = false;
     bool isGood = false;
-    /// Only asks whether the file goes on after its end.
+    /// Only checks whether the file continues after its presumed end.
     bool isConfirmation = false;
 };
 
@@ -128,7 +128,7 @@ void KovFileTransfer::onAnswered(Connection &connection)
 {
     const KovAnswer &answer = connection.exchange->answer();
     if (connection.isConfirmation) {
-        // Anything but more of the file means that nothing better is to be had.
+        // Any other answer than more of the file leaves this as the best result.
         connection.isGood = answer.status == partialContentStatus && !answer.failure
             && answer.from == m_ranges.at(0).next();
         if (connection.isGood)
@@ -184,7 +184,7 @@ KovFailure KovFileTransfer::takeWholeFile(const KovAnswer &answer)
 
 void KovFileTransfer::pumpAll()
 {
-    // Pumping may end connections and begin others.
+    // Reentrancy: reading may end connections and add others.
     std::vector<Connection *> connections;
     connections.reserve(m_connections.size());
     for (const auto &connection : m_connections)
@@ -201,14 +201,14 @@ void KovFileTransfer::pumpAll()
 void KovFileTransfer::pump(Connection &connection)
 {
     KovHttpExchange &exchange = *connection.exchange;
-    static std::array<char, pieceBytes> piece; // only the main thread comes here
+    static std::array<char, pieceBytes> piece; // main thread only
     while (connection.isGood && exchange.bytesAvailable() > 0) {
         const KovRange &range = m_ranges.at(connection.range);
         qint64 wanted = std::min(pieceBytes, exchange.bytesAvailable());
         if (range.to >= 0)
             wanted = std::min(wanted, range.to - range.next());
         if (wanted <= 0)
-            break; // more than was asked for, or another connection takes over from here
+            break; // beyond the range, which may have been split
         const qint64 allowed = m_environment.speedLimit->take(wanted);
         if (allowed == 0)
             return;
@@ -282,8 +282,8 @@ void KovFileTransfer::onBodyEnded(Connection &connection)
 
 bool KovFileTransfer::confirmEnd(const Connection &connection)
 {
-    // Qt takes a length of a chunk that is no number for the last one, so that a file which came in
-    // chunks may be cut. A server that knows ranges can tell.
+    // Qt treats an invalid chunk length as the last chunk, so a chunked file may be truncated. A
+    // server that supports ranges can tell.
     if (!m_acceptsRanges || m_job.validators.ifRange().isEmpty() || !m_request.postData.isEmpty())
         return false;
     const qsizetype range = connection.range;
@@ -310,7 +310,7 @@ void KovFileTransfer::drop(Connection &connection, const KovFailure &failure)
         end(failure);
         return;
     }
-    // The server allows no more, or is about to end them all.
+    // The server refuses further connections, or is about to close all of them.
     m_speed.setMaxConnections(static_cast<int>(m_connections.size()) - 1);
     close(connection);
 }

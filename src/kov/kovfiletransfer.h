@@ -8,10 +8,10 @@ class KovContentDecoder;
 class KovHttpExchange;
 
 /**
- * Fetches a file as it lies on its server.
+ * Downloads a file as it is on the server.
  *
- * Goes on where the partial file ends if the server still has the same file, else begins anew. A
- * large file is fetched over several connections while each further one makes it faster.
+ * Resumes the partial file if the server still has the same file, else starts over. A large file is
+ * downloaded over several connections while each further one makes it faster.
  */
 class KovFileTransfer : public KovTransfer {
     Q_OBJECT
@@ -21,7 +21,7 @@ public:
     ~KovFileTransfer() override;
 
     void start() override;
-    /// Has the progress put on the disk, and adds a connection where that may help.
+    /// Syncs the file, and adds a connection where that may help.
     void tick() override;
     bool isResumable() const override;
     qint64 receivedBytes() const override { return m_ranges.receivedBytes(); }
@@ -45,7 +45,8 @@ private:
     bool keep(qsizetype range, const char *bytes, qint64 size);
     void onBodyEnded(Connection &connection);
     bool confirmEnd(const Connection &connection);
-    /// Whether less has come than the browser was told, of a file whose server tells no size.
+    /// Whether the file is shorter than the size that the browser was told, when the server sends
+    /// none.
     bool isCut() const;
     void close(const Connection &connection);
     void drop(Connection &connection, const KovFailure &failure);
@@ -56,7 +57,7 @@ private:
     void finish();
 
     std::unique_ptr<KovContentDecoder> m_decoder;
-    /// As far as they were written.
+    /// What was written, whether or not it is synced.
     KovRanges m_ranges;
     std::vector<std::unique_ptr<Connection>> m_connections;
     bool m_acceptsRanges = false;

@@ -24,11 +24,11 @@ const QString path = u"/org/freedesktop/Notifications"_qs;
 const QString openAction = u"open"_qs;
 const QString folderAction = u"folder"_qs;
 const QString retryAction = u"retry"_qs;
-/// A click on the notification itself.
+/// The action of a click on the notification itself.
 const QString defaultAction = u"default"_qs;
 
 constexpr int longestName = 200;
-constexpr int noTimeout = -1; // as the desktop has it
+constexpr int noTimeout = -1; // the desktop's default
 
 QDBusMessage call(const QString &method)
 {
@@ -132,7 +132,7 @@ void KovNotifications::tell(const Message &message)
         const QList<Message> waiting = std::exchange(m_waiting, {});
         m_isAsked = false;
         if (reply.isError())
-            return; // there is none now; there may be one at the next message
+            return; // no service now; there may be one at the next message
         m_capabilities = reply.value();
         for (const Message &each : waiting)
             send(each);
@@ -156,7 +156,7 @@ void KovNotifications::send(const Message &message)
         const QDBusPendingReply<uint> reply = *watcher;
         watcher->deleteLater();
         if (reply.isError())
-            m_capabilities.reset(); // another service may come
+            m_capabilities.reset(); // another service may be started
         else
             m_jobs.insert(reply.value(), job);
     });

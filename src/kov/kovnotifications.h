@@ -16,9 +16,9 @@ class KovDownloadsQueue;
 class QtAppAbstractSettingsManager;
 
 /**
- * Tells the user of downloads in the desktop's own way (Desktop Notifications Specification,
- * https://specifications.freedesktop.org/notification-spec), as the settings "NotifyOf…Downloads"
- * say, and does what the user chooses there. Says nothing where there is no such service.
+ * Shows desktop notifications about downloads (the D-Bus interface org.freedesktop.Notifications),
+ * depending on the settings "NotifyOf…Downloads", and runs the actions that the user chooses there.
+ * Does nothing where no such service exists.
  */
 class KovNotifications : public QObject {
     Q_OBJECT
@@ -37,9 +37,9 @@ private:
     struct Message {
         QString title;
         QString body;
-        /// Names and captions in turn.
+        /// Alternating names and captions.
         QStringList actions;
-        /// Which the actions are about.
+        /// The jobs that the actions apply to.
         qint64 job = 0;
     };
 
@@ -55,9 +55,9 @@ private:
     const QSharedPointer<KovDownloadsQueue> m_queue;
     AppLocalizationManager m_localization;
     std::optional<QString> m_locale;
-    /// Of this turn of the event loop.
+    /// Collected in this turn of the event loop.
     QList<KovJob> m_added;
-    /// Waiting for the service's answer on what it can.
+    /// Waiting for the service's capabilities.
     QList<Message> m_waiting;
     /// Unknown before the first message.
     std::optional<QStringList> m_capabilities;

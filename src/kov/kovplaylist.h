@@ -6,22 +6,22 @@
 /// The playlists of streams: HLS (RFC 8216) and DASH (ISO/IEC 23009-1).
 namespace KovPlaylist {
 
-/// Longer ones are none.
+/// Longer texts are not treated as playlists.
 constexpr qint64 maxBytes = 16 << 20;
-/// So much of a text tells whether it may be one.
+/// The length of the beginning that isPlaylist() needs.
 constexpr qint64 beginningBytes = 16;
 
-/// Whether a text that begins like this may be one.
+/// Whether a text with this beginning may be a playlist.
 bool mayBegin(const QByteArray &text);
 bool isPlaylist(const QByteArray &text);
 bool isHls(const QByteArray &text);
-/// Whether a file of that name is likely to be one.
+/// Whether a file of that name is probably a playlist.
 bool isName(const QString &name);
 
-/// The playlist from that URL with all it refers to below the prefix: "https://host/path" becomes
-/// prefix + "https/host/path". What is relative to the playlist stays so.
+/// Rewrites the references of the playlist from that URL: "https://host/path" becomes prefix +
+/// "https/host/path". Relative references stay relative.
 QByteArray relocated(const QByteArray &text, const QUrl &url, const QByteArray &prefix);
-/// The same for one reference; what a URL itself holds ("data:") stays.
+/// The same for one reference; "data:" URLs stay.
 QByteArray relocatedReference(const QByteArray &reference, const QUrl &url,
                               const QByteArray &prefix);
 

@@ -18,7 +18,7 @@ QString codecOf(const QJsonObject &stream) { return stream.value(u"codec_name").
 
 qint64 bitrateOf(const QJsonObject &stream)
 {
-    // The playlist's word, or that of the stream itself.
+    // As the playlist says, or else the stream itself.
     const QJsonValue variant = stream.value(u"tags").toObject().value(u"variant_bitrate");
     return (variant.isString() ? variant : stream.value(u"bit_rate")).toString().toLongLong();
 }
@@ -30,7 +30,7 @@ Rank rankOf(const QJsonObject &stream)
     return {pixels > 0 ? pixels : stream.value(u"channels").toInt(), bitrateOf(stream)};
 }
 
-/// The best stream of a kind among those; an empty object when there is none.
+/// The best stream of a kind; an empty object when there is none.
 QJsonObject bestOf(const QJsonArray &streams, QStringView kind, const QSet<int> &among)
 {
     QJsonObject best;
@@ -69,7 +69,7 @@ std::optional<KovStreamChoice> KovStreamChoice::best(const QByteArray &json)
     const QJsonArray streams = probed.value(u"streams").toArray();
     const QSet<int> all = indexesOf(streams);
     const QJsonObject video = bestOf(streams, u"video", all);
-    // Each quality of HLS is a program, with the sound that belongs to it.
+    // Each HLS variant is a program with its own audio.
     QSet<int> companions;
     const QJsonArray programs = probed.value(u"programs").toArray();
     for (const auto &value : programs) {
@@ -97,7 +97,7 @@ std::optional<KovStreamChoice> KovStreamChoice::best(const QByteArray &json)
     } else if (areAllIn(codecs, {u"vp8"_qs, u"vp9"_qs, u"av1"_qs, u"opus"_qs, u"vorbis"_qs})) {
         choice.format = QStringLiteral("webm");
         choice.extension = choice.format;
-    } else { // takes anything
+    } else { // accepts all codecs
         choice.format = QStringLiteral("matroska");
         choice.extension = video.isEmpty() ? QStringLiteral("mka") : QStringLiteral("mkv");
     }

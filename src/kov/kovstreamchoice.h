@@ -6,19 +6,19 @@
 
 #include <optional>
 
-/// What to save of a stream that comes in several qualities: the best picture and the best sound
-/// that goes with it, in a container that takes both as they are.
+/// Chooses what to save of a stream with several qualities: the best video and the best audio for
+/// it, in a container that supports both codecs.
 struct KovStreamChoice {
-    /// As ffmpeg counts the streams of its input.
+    /// The indexes of the input's streams, as ffmpeg numbers them.
     QList<int> streams;
     /// The name of ffmpeg's muxer.
     QString format;
     /// Of the file, without a dot.
     QString extension;
-    /// -1 while it goes on.
+    /// -1 for a live stream.
     double seconds = -1;
 
-    /// Of what "ffprobe -print_format json -show_programs -show_streams -show_format" prints;
-    /// nothing when there is neither a picture nor a sound.
+    /// From the output of "ffprobe -print_format json -show_programs -show_streams -show_format";
+    /// nothing when there is neither video nor audio.
     static std::optional<KovStreamChoice> best(const QByteArray &json);
 };

@@ -13,7 +13,7 @@
 
 namespace {
 
-/// What nobody guesses, to keep out pages that this user's browser shows.
+/// A secret in the address, to keep out web pages in this user's browser.
 QByteArray secret()
 {
     std::array<quint32, 4> numbers = {};
@@ -27,8 +27,8 @@ QByteArray inHex(quint16 port)
     return QByteArray::number(port, 16).toUpper().rightJustified(4, '0');
 }
 
-/// Whether the other end of a connection within this machine is a program of this user, by the
-/// kernel's table of connections (proc(5), /proc/net/tcp).
+/// Whether the peer of a loopback connection is a process of this user, by the kernel's table of
+/// connections (proc(5), /proc/net/tcp).
 bool isOwn(const QTcpSocket &socket)
 {
     QFile table(QStringLiteral("/proc/net/tcp"));

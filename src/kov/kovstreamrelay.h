@@ -7,30 +7,30 @@
 #include <QTcpServer>
 
 /**
- * A web server on this machine through which a program reads one stream: it gives addresses of
- * playlists and of what these refer to, and gets from the web what is asked for there.
+ * A local HTTP proxy through which a program reads one stream: it rewrites the references in
+ * playlists to itself, and forwards the requests.
  *
- * So the program need not be told any cookies (its command line is for everybody on the machine to
- * see), the rules for cookies, referrers and redirects hold for each part of the stream, and no
- * part can be missing without a word. Nobody but this user is answered.
+ * So no cookies appear on the program's command line, which other users can read; the rules for
+ * cookies, referrers and redirects apply to each part of the stream; and every missing part is
+ * noticed. Only this user's processes are answered.
  */
 class KovStreamRelay : public QObject {
     Q_OBJECT
 public:
     KovStreamRelay(KovStreamOrigin origin, QtClock &clock, QObject *parent = nullptr);
 
-    /// Whether it can be used; else see errorString().
+    /// Whether it listens; else see errorString().
     bool isListening() const { return m_server.isListening(); }
     QString errorString() const { return m_server.errorString(); }
-    /// Where all addresses begin.
+    /// The base URL.
     const QByteArray &address() const { return m_address; }
     QByteArray addressOf(const QUrl &url) const;
 
     qint64 receivedBytes() const { return m_receivedBytes; }
     qsizetype connections() const { return findChildren<KovStreamVisit *>().size(); }
-    /// Playlists that have failed until now, of other qualities, can be done without.
+    /// From now on the playlists of other qualities that have failed do not matter.
     void tolerateFailures() { m_tolerated = m_failed; }
-    /// Why something is missing that cannot be done without.
+    /// Why a required part is missing.
     const KovFailure &failure() const { return m_failure; }
 
 Q_SIGNALS:

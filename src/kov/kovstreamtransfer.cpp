@@ -24,7 +24,7 @@ namespace {
 
 constexpr double microsecondsPerSecond = 1'000'000;
 
-/// Of the playlist, with the ending of the file that it becomes.
+/// The playlist's name with the extension of the resulting file.
 QString fileName(const KovDownloadRequest &request, const QString &extension)
 {
     static const QStringList endings{u"m3u8"_qs, u"m3u"_qs, u"mpd"_qs, u"mp4"_qs, u"m4a"_qs,
@@ -36,7 +36,7 @@ QString fileName(const KovDownloadRequest &request, const QString &extension)
     return KovFileName::sanitized((isStem ? name : info.completeBaseName()) + u'.' + extension);
 }
 
-/// With which later versions of FFmpeg take parts of HLS whatever their names are.
+/// Makes newer versions of FFmpeg accept HLS segments with any file extension.
 const QString anyNameOption = u"-extension_picky"_qs;
 
 QString missingProgram()
@@ -127,7 +127,7 @@ void KovStreamTransfer::listen(const QUrl &playlist)
 
 QStringList KovStreamTransfer::readOptions() const
 {
-    // They reach nothing but the relay.
+    // The programs may only connect to the relay.
     QStringList options{u"-loglevel"_qs, u"error"_qs, u"-protocol_whitelist"_qs,
                         u"http,tcp,crypto,data"_qs};
     if (m_takesAnyName)
@@ -149,7 +149,7 @@ void KovStreamTransfer::run(const QString &program, const QStringList &arguments
 {
     m_then = then;
     m_program.setChildProcessModifier([file = m_file ? m_file->descriptor() : -1] {
-        // It must not outlive us, who may be killed; and it writes the file that we hold.
+        // It must not outlive this process, even if killed, as it writes to the same file.
         ::prctl(PR_SET_PDEATHSIG, SIGKILL);
         if (file >= 0)
             ::fcntl(file, F_SETFD, 0);
@@ -173,7 +173,7 @@ void KovStreamTransfer::onProbed()
     }
     m_choice = *choice;
     m_relay->tolerateFailures();
-    // The relay may have failed while it was not asked in earnest.
+    // The relay may have failed for requests whose results were not needed.
     connect(m_relay.get(), &KovStreamRelay::failed, this, [this] { end(m_relay->failure()); });
     fetch();
 }
@@ -225,7 +225,7 @@ KovFailure KovStreamTransfer::programFailure(QByteArray errors) const
 {
     if (m_relay->failure())
         return m_relay->failure();
-    // The relay's addresses are of no use to anybody.
+    // The relay's addresses mean nothing to users.
     for (const char *scheme : {"http", "https"})
         errors.replace(m_relay->address() + scheme + '/', QByteArray(scheme) + "://");
     const QString text = m_program.program() + u": "_qs
@@ -251,7 +251,7 @@ qsizetype KovStreamTransfer::connections() const { return m_relay ? m_relay->con
 
 void KovStreamTransfer::storeProgress()
 {
-    // Of a file that is not whole, nothing is of use.
+    // An incomplete file cannot be used or resumed.
     m_job.ranges = KovRanges(m_isWhole ? m_job.totalBytes : -1);
     if (m_isWhole)
         m_job.ranges.advance(0, m_job.totalBytes);
@@ -262,7 +262,7 @@ void KovStreamTransfer::abort()
     if (m_exchange)
         m_exchange->abort();
     m_program.kill();
-    // It may be sending a signal just now.
+    // Reentrancy: it may be emitting a signal.
     if (m_relay)
         m_relay.release()->deleteLater();
 }

@@ -11,11 +11,11 @@ class KovHttpExchange;
 class KovStreamRelay;
 
 /**
- * Saves a stream that a playlist describes as one file in the best quality, as it is, with the
+ * Saves the stream of a playlist as one file in the best quality, without transcoding, with the
  * programs of FFmpeg (https://ffmpeg.org).
  *
- * What was interrupted cannot go on: the next attempt begins anew. A stream of which a part cannot
- * be had is no file.
+ * An interrupted transfer cannot be resumed: the next attempt starts over. When a part of the
+ * stream cannot be downloaded, the transfer fails.
  */
 class KovStreamTransfer : public KovTransfer {
     Q_OBJECT
@@ -47,7 +47,7 @@ private:
              void (KovStreamTransfer::*then)());
     /// Why the program has failed.
     KovFailure programFailure(QByteArray errors) const;
-    /// What both programs are told of what they read.
+    /// The input options of both programs.
     QStringList readOptions() const;
 
     std::unique_ptr<KovHttpExchange> m_exchange;

@@ -17,13 +17,13 @@ namespace {
 
 constexpr qsizetype longestHead = 64 * 1024;
 constexpr qint64 pieceBytes = qint64{64} * 1024;
-/// More is not read from the web while so much waits to be taken.
+/// Back-pressure: no more is read from the web while so much is unsent.
 constexpr qint64 mostWaitingBytes = 1 << 20;
 constexpr int maxAttempts = 4;
 constexpr int firstRetryMs = 1000;
 constexpr int partialContentStatus = 206;
 
-/// What was compressed on the way, as it was before; nothing when that cannot be told.
+/// Decodes a Content-Encoding; nothing when that fails.
 std::optional<QByteArray> decoded(const QByteArray &text, const QByteArray &encoding)
 {
     if (encoding.isEmpty())
@@ -112,7 +112,7 @@ void KovStreamVisit::onAnswered()
 {
     const KovAnswer &answer = m_exchange->answer();
     if (answer.failure)
-        return; // told when it has finished
+        return; // handled when it has finished
     const bool goesOn = m_handedOn == 0
         || (answer.status == partialContentStatus && answer.from == m_from + m_handedOn);
     if (!goesOn) {
@@ -171,7 +171,7 @@ void KovStreamVisit::handOn()
         m_socket->write(head + (answer.acceptsRanges ? "Accept-Ranges: bytes\r\n" : "")
                         + "Content-Type: " + answer.contentType + "\r\nConnection: close\r\n\r\n");
     }
-    static std::array<char, pieceBytes> piece; // only the main thread comes here
+    static std::array<char, pieceBytes> piece; // main thread only
     while (m_exchange->bytesAvailable() > 0 && m_socket->bytesToWrite() < mostWaitingBytes) {
         const qint64 wanted = std::min(pieceBytes, m_exchange->bytesAvailable());
         const qint64 allowed = m_origin.speedLimit->take(wanted);
@@ -198,7 +198,7 @@ void KovStreamVisit::sendText(QByteArray text)
     }
     const bool isPlaylist = KovPlaylist::isPlaylist(*plain);
     if (isPlaylist && answer.url != m_url) {
-        // What is in it is relative to there.
+        // Its references are relative to that URL.
         m_socket->write(
             "HTTP/1.1 302 Found\r\nLocation: "
             + KovPlaylist::relocatedReference(answer.url.toEncoded(), m_url, m_relayAddress)

@@ -18,7 +18,7 @@ class KovSpeedLimit;
 class QNetworkCookieJar;
 class QTcpSocket;
 
-/// What all requests for the parts of one stream share.
+/// Shared by all requests for the parts of one stream.
 struct KovStreamOrigin {
     KovDownloadRequest request;
     QSharedPointer<KovNetworkPool> network;
@@ -27,22 +27,22 @@ struct KovStreamOrigin {
 };
 
 /**
- * One request to the relay: gets from the web what is asked for, and hands it on.
+ * One request to the relay, which it forwards to the web.
  *
- * What breaks off goes on where it was. In playlists, addresses are turned into those of the relay.
- * Deletes itself when the connection ends.
+ * Broken downloads are resumed. References in playlists are rewritten to the relay. Deletes itself
+ * when the connection ends.
  */
 class KovStreamVisit : public QObject {
     Q_OBJECT
 public:
-    /// The address of the relay, to which URLs are added without their "://"; see KovPlaylist.
+    /// The relay's base URL, see KovPlaylist::relocated().
     KovStreamVisit(QTcpSocket *socket, KovStreamOrigin origin, QByteArray relayAddress,
                    QtClock &clock, QObject *parent);
     ~KovStreamVisit() override;
 
 Q_SIGNALS:
     void received(qint64 bytes);
-    /// Not all of it could be had. The connection breaks off.
+    /// The download failed; the connection is aborted.
     void failed(const QUrl &url, const KovFailure &failure);
 
 private:
@@ -68,7 +68,7 @@ private:
     qint64 m_to = -1;
     std::unique_ptr<KovHttpExchange> m_exchange;
     KovValidators m_validators;
-    /// Of a playlist, which is handed on as a whole.
+    /// The body of a playlist, which is forwarded when it is complete.
     QByteArray m_text;
     qint64 m_handedOn = 0;
     int m_attempts = 0;

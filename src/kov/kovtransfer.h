@@ -16,12 +16,12 @@ class KovNetworkPool;
 class KovPartialFile;
 class KovSpeedLimit;
 
-/// One attempt at a job: fetches what is missing of the file, and gives it its final name. After a
-/// failure the partial file stays for the next attempt.
+/// One attempt at a job: downloads what is missing of the file, and gives it its final name. After
+/// a failure the partial file is kept for the next attempt.
 class KovTransfer : public QObject {
     Q_OBJECT
 public:
-    /// What transfers share, and the settings as they were at the start.
+    /// Shared by all transfers, with the settings at the start.
     struct Environment {
         QSharedPointer<KovNetworkPool> network;
         QSharedPointer<KovSpeedLimit> speedLimit;
@@ -71,20 +71,20 @@ protected:
     KovTransfer(KovJob job, KovDownloadRequest request, Environment environment, QObject *parent,
                 QtClock &clock);
 
-    /// Whether the end came between the naming of the file and the note that the job is done.
+    /// Whether the last process ended between renaming the file and storing that the job is done.
     bool isNamed() const;
     /// Then there is nothing to do.
     void finishNamed();
-    /// Has an empty partial file for a file of that name: the one of the last attempt, or another.
+    /// Provides an empty partial file for that name: the one of the last attempt, or a new one.
     KovFailure openFile(const QString &name);
-    /// The file is whole: puts it on the disk and gives it its final name.
+    /// The file is complete: syncs it and gives it its final name.
     void complete();
     /// Emits accepted() unless it was.
     void accept();
     void end(const KovFailure &failure);
-    /// Nothing more is to come from the network.
+    /// Closes the connections.
     virtual void abort() = 0;
-    /// Takes what was written until now into the job.
+    /// Updates the job with what was written until now.
     virtual void storeProgress() = 0;
 
     KovJob m_job;
@@ -104,5 +104,5 @@ private:
     std::unique_ptr<KovFileNaming> m_naming;
 };
 
-/// What a failed write to the file means.
+/// The failure for a failed write to the file.
 KovFailure writeFailure(const KovPartialFile &file, int errorNumber);

@@ -18,7 +18,7 @@
 namespace {
 
 constexpr int defaultMaxRunning = 8;
-/// To one server for one file.
+/// Connections for one file.
 constexpr int defaultMaxConnections = 4;
 
 } // namespace

@@ -8,7 +8,7 @@
 class QtAppAbstractSettingsManager;
 class QtAppPortableModeSupport;
 
-/// Makes transfers as the settings say, and has what they share.
+/// Creates transfers according to the settings, and owns what they share.
 class KovTransferFactory {
 public:
     /// The settings name the download folder, the suffix of partial files and the limits. The
@@ -21,15 +21,15 @@ public:
 
     KovTransfer *create(const KovJob &job, const KovDownloadRequest &request, QObject *parent);
 
-    /// Into which downloads go.
+    /// The download folder.
     QString folderPath() const;
     qint64 maxRunning() const;
     bool triesAgain() const;
-    /// Takes over the limit of all transfers together as it is set now.
+    /// Applies the current setting of the speed limit for all transfers.
     void updateSpeedLimit();
 
 private:
-    /// One object for each folder and suffix.
+    /// One object per folder and suffix.
     std::shared_ptr<KovDownloadFolder> folder(const QString &path);
     qint64 number(const QString &setting, qint64 otherwise) const;
 

@@ -17,8 +17,8 @@ QString accessLink() { return QStringLiteral("site-access"); }
 /// Chromium's mark of an externally installed extension that the user has removed.
 constexpr int removedState = 2;
 
-/// The folders in a browser's own that hold one of these files; a browser may keep a profile there
-/// itself, or those of a program by its name one folder below.
+/// The profile folders that contain one of these files: the browser's folder itself, or folders
+/// directly below it.
 QStringList profilesWith(const QStringList &files, const QStringList &roots)
 {
     QStringList profiles;
@@ -38,7 +38,7 @@ QStringList profilesWith(const QStringList &files, const QStringList &roots)
     return profiles;
 }
 
-/// Empty when it is not there or no JSON.
+/// Empty when the file does not exist or is not JSON.
 QJsonObject readObject(const QString &path)
 {
     QFile file(path);
@@ -46,7 +46,7 @@ QJsonObject readObject(const QString &path)
                                           : QJsonObject();
 }
 
-/// Of patterns such as "https://*/*".
+/// For match patterns such as "https://*/*".
 bool meansAllSites(const QJsonArray &patterns)
 {
     return patterns.contains(QStringLiteral("<all_urls>"))
@@ -72,7 +72,7 @@ ExtensionInspection::ExtensionInspection(const BrowserInstallation &installation
         profilesWith({QStringLiteral("Preferences"), QStringLiteral("Secure Preferences")},
                      installation.profiles());
     for (const QString &each : profiles) {
-        // Those of Chromium itself, which no extension is loaded into.
+        // Chromium's internal profiles, which load no extensions.
         if (!each.endsWith(u"/System Profile") && !each.endsWith(u"/Guest Profile"))
             m_profiles.append(stateInChromium(each));
     }
@@ -94,7 +94,7 @@ ExtensionInspection::State ExtensionInspection::stateInChromium(const QString &p
     const bool isGone = QDir::isAbsolutePath(path) && !QFileInfo::exists(path);
     if (record.isEmpty() || isGone || record[u"state"].toInt() == removedState)
         return State::Missing;
-    // Newer versions have a list of reasons, older ones a number and a state beside it.
+    // Newer versions have a list of reasons, older ones a number and a separate state.
     const QJsonValue reasons = record[u"disable_reasons"];
     if (record[u"state"].toInt(1) == 0 || reasons.toInt() != 0 || !reasons.toArray().isEmpty())
         return State::Disabled;
@@ -121,7 +121,7 @@ ExtensionInspection::State ExtensionInspection::stateInFirefox(const QString &pr
     const QJsonValue given =
         readObject(profile + QStringLiteral("/extension-preferences.json"))[id][u"origins"];
     const QJsonArray sites = given.toArray();
-    if (!given.isArray() || meansAllSites(sites)) // other versions keep it elsewhere
+    if (!given.isArray() || meansAllSites(sites)) // stored elsewhere by other versions
         return State::Working;
     return sites.isEmpty() ? State::WithoutAccess : State::WithSomeAccess;
 }

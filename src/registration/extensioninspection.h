@@ -6,9 +6,9 @@
 #include <QList>
 
 /**
- * What the browser's own files tell of the extension: whether it is installed and enabled in a
- * profile, and may see what pages ask for. A profile of Chromium tells with some seconds' delay,
- * one of Firefox never tells of an extension that is loaded for the moment.
+ * The state of the extension according to the browser's own files: whether it is installed and
+ * enabled in a profile, and has access to web pages. Chromium writes them with some seconds' delay;
+ * Firefox does not list temporary add-ons.
  */
 class ExtensionInspection {
 public:
@@ -18,14 +18,14 @@ public:
     void addTo(Chain &chain) const;
 
 private:
-    /// Of one profile, from bad to good.
+    /// The state in one profile, from worst to best.
     enum class State { Missing, Disabled, WithoutAccess, WithSomeAccess, Working };
 
     State stateInChromium(const QString &profile) const;
     State stateInFirefox(const QString &profile) const;
 
     BrowserInstallation m_installation;
-    /// Where the browser loads it from for every user; empty when it does not.
+    /// The system-wide folder that the browser loads it from; may be empty.
     bool m_isForEverybody;
     QList<State> m_profiles;
 };

@@ -1,7 +1,7 @@
-// Checks the extension as a build has put it together: node lintextension.mjs FOLDER.
+// Checks the built extension: node lintextension.mjs FOLDER.
 //
-// What Mozilla's linter finds fault with, texts that no page uses or that do not exist, and (as a warning
-// only) texts without a translation.
+// Reports the findings of Mozilla's linter, unused and missing texts, and (as a warning only) texts without
+// a translation.
 
 import { spawnSync } from 'node:child_process';
 import { readFileSync, readdirSync } from 'node:fs';
@@ -12,14 +12,14 @@ const linter = fileURLToPath(new URL('../../node_modules/.bin/addons-linter', im
 const folder = process.argv[2];
 const english = join(folder, '_locales/en/messages.json');
 
-/** Findings that are as they must be: what they name, and why it is there. */
+/** Accepted findings: what they name, and why. */
 const explained = {
     '/background/service_worker': 'Chromium knows no other background; Firefox takes the scripts beside it',
     'downloads.onDeterminingFilename': 'Chromium only, and used only where it exists',
 };
 
 function lint() {
-    // It ends with 1 when it has found errors.
+    // It exits with 1 after errors.
     const { stdout, stderr } = spawnSync(linter, ['--output', 'json', folder], { encoding: 'utf8' });
     if (!stdout)
         return [`addons-linter: ${stderr}`];
@@ -29,7 +29,7 @@ function lint() {
         .map(({ code, message, file, line }) => `${file ?? folder}${line ? `:${line}` : ''}: ${message} [${code}]`);
 }
 
-/** Words in the sources that may be keys of texts, and the starts of those that are put together. */
+/** Words in the sources that may be keys of texts, and the prefixes of composed keys. */
 function literals() {
     const files = readdirSync(folder, { recursive: true }).filter(file => /\.(js|html)$|^manifest\.json$/.test(file));
     const source = files.map(file => readFileSync(join(folder, file), 'utf8')).join('\n');
@@ -51,7 +51,7 @@ function checkKeys(keys) {
     ];
 }
 
-/** Browsers show the English text in place of one that is missing. */
+/** Browsers fall back to the English text. */
 function warnOfUntranslated(keys) {
     for (const locale of readdirSync(join(folder, '_locales'))) {
         const translated = JSON.parse(readFileSync(join(folder, '_locales', locale, 'messages.json')));
