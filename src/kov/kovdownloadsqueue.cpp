@@ -98,6 +98,7 @@ QString KovDownloadsQueue::add(const QList<KovDownloadRequest> &requests)
     for (const auto &[job, request] : added) {
         m_jobs.insert(job.id, job);
         m_waiting.addReady(job.id);
+        Q_EMIT jobAdded(job);
     }
     QMetaObject::invokeMethod(this, &KovDownloadsQueue::startNext, Qt::QueuedConnection);
     Q_EMIT workChanged();
@@ -122,6 +123,7 @@ QString KovDownloadsQueue::take(KovTransfer *transfer)
         return cannotStore(m_store);
     m_jobs.insert(id, job);
     watch(id, transfer);
+    Q_EMIT jobAdded(job);
     // Above the limit it waits for its turn, unless its URL can be requested only once.
     if (m_running.size() > m_transfers.maxRunning() && transfer->isResumable()
         && !transfer->isEnding()) {
@@ -142,6 +144,7 @@ void KovDownloadsQueue::keep(const KovDownloadRequest &request)
     if (!m_store.add({{job, request}}))
         return;
     m_jobs.insert(job.id, job);
+    Q_EMIT jobAdded(job);
     finish(m_jobs[job.id], KovJob::State::Failed,
            notSentAgain(QStringLiteral("the file did not come")));
 }
@@ -283,6 +286,7 @@ void KovDownloadsQueue::finish(KovJob &job, KovJob::State state, const QString &
                 .arg(QString::number(job.id),
                      error.isEmpty() ? stateName(state) : stateName(state) + u": "_qs + error));
     saveSoon(job.id);
+    Q_EMIT jobEnded(job);
 }
 
 void KovDownloadsQueue::onTick()

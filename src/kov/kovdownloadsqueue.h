@@ -87,6 +87,9 @@ public:
     void stop();
 
 Q_SIGNALS:
+    void jobAdded(const KovJob &job);
+    /// A job has finished or failed.
+    void jobEnded(const KovJob &job);
     /// hasWork() may have changed.
     void workChanged();
     void stopped();
