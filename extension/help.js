@@ -18,8 +18,11 @@ addEventListener('focus', showPinning);
 showPinning();
 
 function browserName() {
-    const [name] = /(Firefox|Edg|OPR|Vivaldi|Chrome|Chromium)\/[\d.]+/.exec(navigator.userAgent) ?? [''];
-    return name.replace('/', ' ');
+    // Chromium's kin call themselves Chrome there, too.
+    const brands = navigator.userAgentData?.brands.filter(({ brand }) => !/not.*brand/i.test(brand)) ?? [];
+    const own = brands.find(({ brand }) => brand !== 'Chromium') ?? brands[0];
+    const [name] = /Firefox\/[\d.]+/.exec(navigator.userAgent) ?? [''];
+    return own ? `${own.brand} ${own.version}` : name.replace('/', ' ');
 }
 
 /** A command to be run in a terminal, with a button that copies it. */

@@ -1,8 +1,7 @@
 // Takes screenshots of the extension's pages with sample data, into docs/screenshots:
-// node screenshots.mjs [PAGE [FOLDER]]. In light and dark, narrow and wide, in German and in Arabic, and
+// node screenshots.mjs [PAGE]. In light and dark, narrow and wide, in German and in Arabic, and
 // when there is nothing to show or something is wrong.
 
-import { mkdirSync } from 'node:fs';
 import { join } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { ExtendedBrowser } from './drivers/browsers.mjs';
@@ -10,7 +9,7 @@ import { until } from './drivers/hostprocess.mjs';
 import { Sandbox } from './drivers/sandbox.mjs';
 
 const wanted = process.argv[2] ?? '';
-const folder = process.argv[3] ?? fileURLToPath(new URL('../docs/screenshots', import.meta.url));
+const folder = fileURLToPath(new URL('../docs/screenshots', import.meta.url));
 
 const looks = [
     { name: 'light', scheme: 'light', widths: [280, 1200], language: 'en', withStates: true },
@@ -86,7 +85,6 @@ async function takePicture(page, width, path) {
     await page.screenshot({ path });
 }
 
-mkdirSync(folder, { recursive: true });
 for (const { name, scheme, widths, language, withStates } of looks) {
     const sandbox = new Sandbox(['kov']);
     const browser = await ExtendedBrowser.launch('chromium', sandbox, { language });

@@ -5,7 +5,7 @@ import { lastSegment } from './addresses.js';
 /** File extensions by kind; any other extension is "other", and links without one are pages. */
 const endings = {
     video: 'avi mkv mov mp4 m4v mpeg mpg ogv webm wmv flv 3gp ts m3u8 mpd',
-    audio: 'aac aiff flac m4a mp3 oga ogg opus wav wma mid midi',
+    audio: 'aac aiff flac m3u m4a mp3 oga ogg opus wav wma mid midi',
     image: 'avif bmp gif heic ico jpeg jpg png svg tif tiff webp psd',
     document: 'pdf doc docx odt rtf txt epub mobi xls xlsx ods csv ppt pptx odp ps djvu md tex',
     archive: '7z bz2 cab gz iso lz4 rar tar tgz xz zip zst img dmg',
