@@ -40,7 +40,7 @@ const media = [
     { requestId: '2', title: 'Introduction (trailer)', kind: 'video', size: 48_300_000, quality: '720p' },
 ];
 const tab = { id: 1, index: 0, url: 'https://example.org/', title: 'Example downloads' };
-const waiting = { version: '', problem: null };
+const waiting = { version: '', problem: null, needsAccess: false };
 
 /** What a page is told when it asks, in place of what the background script would say. */
 const told = {
@@ -62,7 +62,7 @@ const states = [
     { name: 'options-waiting', address: 'options.html', told: { ...told, status: waiting, settings: null } },
     { name: 'links-empty', address: 'links.html', told: { ...told, links: { ...told.links, links: [] } } },
     { name: 'help-broken', address: 'help.html',
-      told: { ...told, check: { version: '', hostProblem: { key: 'problemHostMissing', words: missing }, lastProblem: null } } },
+      told: { ...told, check: { access: 'all', version: '', hostProblem: { key: 'problemHostMissing', words: missing }, lastProblem: null } } },
 ];
 
 /** Runs in a page before its scripts. Texts are named as in a manifest. */
