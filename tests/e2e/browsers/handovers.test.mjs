@@ -56,6 +56,17 @@ for (const name of browserNames) {
             files.push(path(row, state));
         };
 
+        test('captions are asked for when the settings are there, and what is not stored is told', async () => {
+            await visit.untilThere(() => visit.ask('captions'), ({ dllink }) => dllink === 'after the settings');
+            for (const [error, words] of [['busy', /^Another program /], ['failure', / cannot be stored /], ['', /^$/]]) {
+                await visit.ask('changeSettings', { changes: { 'monitor.skipServers': error } });
+                await visit.untilThere(() => visit.extension.evaluate(() => {
+                    const { hidden, textContent } = document.getElementById('store');
+                    return { hidden, textContent };
+                }), ({ hidden, textContent }) => hidden === !error && words.test(textContent));
+            }
+        });
+
         test('each answer', async () => {
             for (const [row, state] of rows)
                 await click(row, state);

@@ -1,4 +1,5 @@
-// A fake host whose answers the URL of a download selects, by its parameter "answer".
+// A fake host whose answers the URL of a download selects, by its parameter "answer". Servers to leave
+// out that are posted select what it tells of the store.
 
 import { FrameReader, encodeFrame } from '../../../tools/drivers/framing.mjs';
 
@@ -17,7 +18,6 @@ const settings = {
 
 const answers = {
     handshake: { version: 'scripted' },
-    ui_strings: { strings: {} },
     query_settings: { settings },
 };
 const byWish = {
@@ -28,12 +28,18 @@ const byWish = {
     neither: {},
 };
 
+let captions = 'before the settings';
+
 function answer(task) {
     const { type, id } = task;
     const reply = members => process.stdout.write(encodeFrame(JSON.stringify(
         { error: '', id, result: '', type, ...members })));
     if (type !== 'create_downloads') {
-        reply(answers[type] ?? {});
+        reply(type === 'ui_strings' ? { strings: { dllink: captions } } : answers[type] ?? {});
+        if (type === 'query_settings')
+            captions = 'after the settings';
+        if (type === 'post_settings')
+            reply({ id: '', type: 'settings_store', error: task.post_settings.browser.monitor.skipServers });
         return;
     }
     const wish = new URL(task.create_downloads.downloads.item[0].url).searchParams.get('answer');
