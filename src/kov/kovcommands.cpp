@@ -9,6 +9,7 @@
 #include "kovsettings.h"
 #include "qtappabstractsettingsmanager.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -186,8 +187,11 @@ KovCommandResult KovCommands::changeJobs(const QStringList &ids, State all, Chan
 
 KovCommandResult KovCommands::path(const QStringList &ids, bool ofFile) const
 {
-    if (ids.isEmpty() && !ofFile)
+    if (ids.isEmpty() && !ofFile) {
+        // Before the first download it may not be there.
+        QDir().mkpath(m_queue->folderPath());
         return {0, m_queue->folderPath() + u'\n'};
+    }
     const QList<Download> downloads = m_queue->downloads();
     const auto download =
         std::find_if(downloads.cbegin(), downloads.cend(), [&ids](const Download &each) {

@@ -212,6 +212,8 @@ void KovDownloadsQueue::onEnded(qint64 id, const KovFailure &failure)
         saveSoon(id);
     } else if (!failure) { // stopped, to go on later
         job.state = KovJob::State::Waiting;
+        if (m_diskFull)
+            job.error = QStringLiteral("the disk is full");
         m_waiting.addReady(id);
         saveSoon(id);
     } else if (failure.kind == KovFailure::Kind::NoRoom

@@ -2,6 +2,7 @@
 // another file the next time, and with a service that is killed at any moment.
 
 import { deepStrictEqual, doesNotMatch, match, ok, strictEqual } from 'node:assert';
+import { execFileSync, spawn, spawnSync } from 'node:child_process';
 import { mkdirSync, readFileSync, rmSync, statSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
 import { after, before, describe } from 'node:test';
@@ -12,6 +13,9 @@ import { sanitized } from './support/hosttest.mjs';
 import { ToldServer, bytesOf, hashOf } from './support/toldserver.mjs';
 
 const mebibyte = 1 << 20;
+/** What gives others than root a file system of their own. */
+const asRoot = process.getuid() === 0 ? [] : ['--user', '--map-root-user'];
+const canMount = spawnSync('unshare', [...asRoot, '--mount', 'mount', '-t', 'tmpfs', 'none', '/mnt']).status === 0;
 const ending = '.kovdownload';
 
 let server;
@@ -226,4 +230,28 @@ describe('downloads', { concurrency: 4 }, () => {
         strictEqual(home.hash('wide.bin'), hashOf('/wide.bin', size));
         strictEqual(home.hash('two.iso'), hashOf('/two.iso', size));
     });
+
+    inHome('a full disk has all downloads wait and say so, and they go on when there is room', async home => {
+        mkdirSync(home.folder);
+        const service = spawn('unshare', [...asRoot, '--mount', 'sh', '-c',
+            'mount -t tmpfs -o size=39m none "$1" && exec "$2" -service', 'sh', home.folder, home.program('kov')],
+        { env: home.sandbox.environment(), stdio: 'ignore' });
+        await until(() => home.kov('list').then(() => true, () => false), 'the service to serve');
+        const size = 20 * mebibyte;
+        // Each has room for itself, and a third one none.
+        const names = ['fits.bin', 'fits.iso'];
+        const ids = await home.add(...names.map(name => server.tell(`/${name}`, { size, rate: 15 * mebibyte })),
+                                   server.tell('/never.bin', { size: 2 * size }));
+        await home.job(ids[2], 'waiting');
+        match((await home.jobs())[2].error, /no room/);
+        await Promise.all(ids.map(id => home.job(id, 'waiting')));
+        const errors = (await home.jobs()).map(job => job.error).sort();
+        match(errors.join(), /^cannot write .*No space left on device,(cannot write|the disk is full).*,there is no room/);
+        execFileSync('nsenter', ['-t', service.pid, '-m', ...asRoot.slice(0, 1),
+                                 'mount', '-o', 'remount,size=150m', home.folder].map(String));
+        await Promise.all(ids.map(id => home.job(id, 'finished')));
+        const hashes = names.map(name => execFileSync('nsenter', ['-t', service.pid, '-m', ...asRoot.slice(0, 1),
+                                                                  'sha256sum', join(home.folder, name)].map(String)));
+        deepStrictEqual(hashes.map(hash => String(hash).slice(0, 64)), names.map(name => hashOf(`/${name}`, size)));
+    }, { skip: !canMount });
 });

@@ -33,8 +33,8 @@ export class Home extends Scene {
     }
 }
 
-export function inHome(what, play) {
-    test(what, async () => {
+export function inHome(what, play, options = {}) {
+    test(what, options, async () => {
         const home = new Home();
         try {
             await play(home);
