@@ -30,11 +30,14 @@ export class Signs {
         if (isSuccess && preferences['signs.badge'])
             this.#status.flashSuccess();
         if (error && preferences['signs.failures'])
-            notify(`problem ${outcome.id}`, inWords(error));
+            notify(`problem ${outcome.id}`, withName(outcome.name, inWords(error)));
         else if (isSuccess && preferences['signs.successes'])
             notify(`success ${outcome.id}`, chrome.i18n.getMessage('notifyHandedOver', outcome.name));
     }
 }
+
+/** Some sentences name the file themselves. */
+function withName(name, sentence) { return sentence.includes(name) ? sentence : `${name}: ${sentence}`; }
 
 function notify(id, message) {
     chrome.notifications.create(id, {

@@ -56,8 +56,14 @@ for (const name of browserNames) {
             await download();
             await outcomesAre('Kept in the browser');
             strictEqual((await visit.ask('keeping')).next, false);
+            await visit.ask('changePreferences', { changes: { 'signs.successes': true } });
             await download();
             await outcomesAre('Handed over to Kovalo', 'Kept in the browser');
+            // Without a desktop Firefox takes a notification back at once.
+            const signs = () => visit.extension.evaluate(async () =>
+                [await chrome.action.getBadgeText({}), ...Object.keys(await chrome.notifications.getAll())].map(each => each.slice(0, 7)));
+            const wanted = name === 'firefox' ? ['✓'] : ['✓', 'success'];
+            await visit.untilThere(signs, found => wanted.every(each => found.includes(each)));
             const url = visit.server.pageUrl;
             deepStrictEqual(await visit.ask('leaveSite', { url, leave: true }), { host: new URL(url).hostname, isLeft: true });
             await download();
