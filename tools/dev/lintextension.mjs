@@ -41,7 +41,7 @@ function literals() {
     };
 }
 
-function checkKeys(keys) {
+function checkKeys() {
     const setByBuild = ['language', 'direction'];
     const { whole, starts, asked } = literals();
     const isUsed = key => whole.has(key) || [...starts].some(start => key.startsWith(start));
@@ -51,18 +51,21 @@ function checkKeys(keys) {
     ];
 }
 
-/** Browsers fall back to the English text. */
-function warnOfUntranslated(keys) {
-    for (const locale of readdirSync(join(folder, '_locales'))) {
+/** Translations keep the placeholders of the text. Browsers show the English text for a missing one. */
+function checkTranslations() {
+    const placeholders = ({ message }) => (message.match(/\$\w+\$/g) ?? []).sort().join();
+    return readdirSync(join(folder, '_locales')).flatMap(locale => {
         const translated = JSON.parse(readFileSync(join(folder, '_locales', locale, 'messages.json')));
         const missing = keys.filter(key => !Object.hasOwn(translated, key));
         if (missing.length > 0)
             console.log(`warning: no translation in kov_${locale}.ts: ${missing.join(', ')}`);
-    }
+        return Object.keys(translated).filter(key => placeholders(translated[key]) !== placeholders(messages[key]))
+            .map(key => `kov_${locale}.ts: "${key}" has other placeholders than in English`);
+    });
 }
 
-const keys = Object.keys(JSON.parse(readFileSync(english)));
-warnOfUntranslated(keys);
-const faults = [...lint(), ...checkKeys(keys)];
+const messages = JSON.parse(readFileSync(english));
+const keys = Object.keys(messages);
+const faults = [...checkTranslations(), ...lint(), ...checkKeys()];
 faults.forEach(each => console.log(each));
 process.exitCode = faults.length > 0 ? 1 : 0;

@@ -10,7 +10,9 @@
     </message>
     <message>
         <source>Options</source>
-        <extracomment>Button and link</extracomment>
+        <extracomment>Button and link
+----------
+Title of a page</extracomment>
         <translation>الخيارات</translation>
     </message>
     <message>
@@ -60,7 +62,9 @@
     </message>
     <message>
         <source>Catch downloads</source>
-        <extracomment>Switch: downloads that begin in the browser are handed over</extracomment>
+        <extracomment>Switch: downloads that begin in the browser are handed over
+----------
+A link of the chain: an option that may be off</extracomment>
         <translation>التقاط التنزيلات</translation>
     </message>
     <message>
@@ -70,7 +74,9 @@
     </message>
     <message>
         <source>Keep the next download in the browser</source>
-        <extracomment>Button that stays pressed until the next download</extracomment>
+        <extracomment>Name of a keyboard shortcut, in the browser&apos;s list
+----------
+Button that stays pressed until the next download</extracomment>
         <translation>إبقاء التنزيل التالي في المتصفح</translation>
     </message>
     <message>
@@ -175,12 +181,16 @@
     </message>
     <message>
         <source>Video</source>
-        <extracomment>Kind of media</extracomment>
+        <extracomment>Kind of media
+----------
+Kind of file</extracomment>
         <translation>فيديو</translation>
     </message>
     <message>
         <source>Sound</source>
-        <extracomment>Kind of media</extracomment>
+        <extracomment>Kind of media
+----------
+Kind of file</extracomment>
         <translation>صوت</translation>
     </message>
     <message>
@@ -324,11 +334,6 @@
         <translation>المفتاح الذي يبقي التنزيل في المتصفح</translation>
     </message>
     <message>
-        <source>Hold it while you click a link.</source>
-        <extracomment>Below that option</extracomment>
-        <translation>اضغط عليه باستمرار عند النقر على رابط.</translation>
-    </message>
-    <message>
         <source>What stays in the browser</source>
         <extracomment>Heading of a group of options</extracomment>
         <translation>ما يبقى في المتصفح</translation>
@@ -351,7 +356,7 @@
     <message>
         <source>For example: jpg, png, tmp*</source>
         <extracomment>Below that option</extracomment>
-        <translation>مثلًا: jpg, png, tmp*</translation>
+        <translation>مثلًا: ⁦jpg, png, tmp*⁩</translation>
     </message>
     <message>
         <source>Files from these servers</source>
@@ -479,19 +484,9 @@
         <translation>تُسلَّم التنزيلات التي تبدأ في المتصفح إلى Kovalo. وما لا يأخذه Kovalo يستمر في المتصفح؛ لا يضيع شيء.</translation>
     </message>
     <message>
-        <source>To keep one download in the browser, press “Keep the next download in the browser” behind the extension&apos;s button.</source>
-        <extracomment>Explanation; the words in quotes are the text of a button, see there</extracomment>
-        <translation>لإبقاء تنزيل واحد في المتصفح، اضغط «إبقاء التنزيل التالي في المتصفح» خلف زر الإضافة.</translation>
-    </message>
-    <message>
         <source>Right-click a link, a selection or a video to hand it over yourself.</source>
         <extracomment>Explanation</extracomment>
         <translation>انقر بالزر الأيمن على رابط أو تحديد أو فيديو لتسليمه بنفسك.</translation>
-    </message>
-    <message>
-        <source>Videos of a page are listed behind the extension&apos;s button.</source>
-        <extracomment>Explanation</extracomment>
-        <translation>تُسرد فيديوهات الصفحة خلف زر الإضافة.</translation>
     </message>
     <message>
         <source>To keep the button in sight: click the puzzle piece in the toolbar, then the pin beside Kovalo.</source>
@@ -565,7 +560,9 @@
     </message>
     <message>
         <source>Kovalo</source>
-        <extracomment>A link of the chain: the application</extracomment>
+        <extracomment>The product&apos;s name; not translated
+----------
+A link of the chain: the application</extracomment>
         <translation>Kovalo</translation>
     </message>
     <message>
@@ -599,11 +596,6 @@
         <translation>يُشغَّل Kovalo عندما يوجد ما يُنزَّل.</translation>
     </message>
     <message>
-        <source>The test file is in your downloads folder.</source>
-        <extracomment>State</extracomment>
-        <translation>الملف التجريبي في مجلد تنزيلاتك.</translation>
-    </message>
-    <message>
         <source>Not tried yet.</source>
         <extracomment>State</extracomment>
         <translation>لم يُجرَّب بعد.</translation>
@@ -627,11 +619,6 @@
         <source>This extension is not allowed to use the Kovalo host.</source>
         <extracomment>Problem</extracomment>
         <translation>لا يُسمح لهذه الإضافة باستخدام مضيف Kovalo.</translation>
-    </message>
-    <message>
-        <source>The Kovalo host could not be started. $REASON$</source>
-        <extracomment>Problem; the reason is the browser&apos;s own sentence</extracomment>
-        <translation>تعذّر تشغيل مضيف Kovalo. $REASON$</translation>
     </message>
     <message>
         <source>The Kovalo host stopped. $REASON$</source>
@@ -693,13 +680,100 @@
         <extracomment>Notification; the name of a file</extracomment>
         <translation>$NAME$ → Kovalo</translation>
     </message>
-</context>
-<context>
-    <name>QGuiApplication</name>
     <message>
-        <source>QT_LAYOUT_DIRECTION</source>
-        <comment>Translate this string to the string 'LTR' in left-to-right languages or to 'RTL' in right-to-left languages (such as Hebrew and Arabic) to get proper UI layout.</comment>
-        <translation>RTL</translation>
+        <source>The browser lets the extension see some sites only. Downloads from others stay in the browser.</source>
+        <extracomment>State</extracomment>
+        <translation>يسمح المتصفح للإضافة برؤية بعض المواقع فقط. تبقى التنزيلات من المواقع الأخرى في المتصفح.</translation>
+    </message>
+    <message>
+        <source>Does the terminal not know this command? Then install Kovalo first. If you unpacked it from an archive, the command is in its folder “bin”.</source>
+        <extracomment>Below a command on the page on problems</extracomment>
+        <translation>ألا تعرف الطرفية هذا الأمر؟ ثبّت Kovalo أولًا. إذا فككته من أرشيف، فالأمر في مجلده ”bin“.</translation>
+    </message>
+    <message>
+        <source>To keep one download in the browser, click the Kovalo button in the toolbar, then “Keep the next download in the browser”.</source>
+        <extracomment>Explanation; the words in quotes are the text of a button, see there</extracomment>
+        <translation>لإبقاء تنزيل واحد في المتصفح، انقر على زر Kovalo في شريط الأدوات، ثم على «إبقاء التنزيل التالي في المتصفح».</translation>
+    </message>
+    <message>
+        <source>To see the videos of a page, click the Kovalo button.</source>
+        <extracomment>Explanation</extracomment>
+        <translation>لرؤية فيديوهات الصفحة، انقر على زر Kovalo.</translation>
+    </message>
+    <message>
+        <source>Alt</source>
+        <extracomment>Name of a key</extracomment>
+        <translation>Alt</translation>
+    </message>
+    <message>
+        <source>Ctrl</source>
+        <extracomment>Name of a key</extracomment>
+        <translation>Ctrl</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <extracomment>Name of a key</extracomment>
+        <translation>Shift</translation>
+    </message>
+    <message>
+        <source>Files only</source>
+        <extracomment>Choice among kinds of files: all but links to pages</extracomment>
+        <translation>الملفات فقط</translation>
+    </message>
+    <message>
+        <source>This list is no longer known. Open it again from the page with the links.</source>
+        <extracomment>In place of a list of links, when the browser was started anew</extracomment>
+        <translation>لم تعد هذه القائمة معروفة. افتحها مجددًا من الصفحة التي فيها الروابط.</translation>
+    </message>
+    <message>
+        <source>No link matches the filter.</source>
+        <extracomment>In place of an empty list</extracomment>
+        <translation>لا يوجد رابط يطابق التصفية.</translation>
+    </message>
+    <message>
+        <source>Hold it while you click a link. If your desktop uses that key with the mouse itself, choose another one.</source>
+        <extracomment>Below that option</extracomment>
+        <translation>اضغط عليه باستمرار عند النقر على رابط. إذا كان سطح المكتب يستخدم هذا المفتاح مع الفأرة، فاختر مفتاحًا آخر.</translation>
+    </message>
+    <message>
+        <source>Whoever administers this computer forbids the browser to use the Kovalo host.</source>
+        <extracomment>Problem</extracomment>
+        <translation>يمنع مسؤول هذا الحاسوب المتصفح من استخدام مضيف Kovalo.</translation>
+    </message>
+    <message>
+        <source>The Kovalo host could not be started, or ended at once. $REASON$</source>
+        <extracomment>Problem; the reason is the browser&apos;s own sentence</extracomment>
+        <translation>تعذّر تشغيل مضيف Kovalo، أو انتهى فورًا. $REASON$</translation>
+    </message>
+    <message>
+        <source>Another program is in the place of the Kovalo host.</source>
+        <extracomment>Problem</extracomment>
+        <translation>برنامج آخر يحتل مكان مضيف Kovalo.</translation>
+    </message>
+    <message>
+        <source>There is no option $NAME$.</source>
+        <extracomment>Error of the extension itself; never seen by users</extracomment>
+        <translation>لا يوجد خيار باسم $NAME$.</translation>
+    </message>
+    <message>
+        <source>The next download stays in the browser.</source>
+        <extracomment>State, below the switch for catching downloads, while the button for that is pressed</extracomment>
+        <translation>يبقى التنزيل التالي في المتصفح.</translation>
+    </message>
+    <message>
+        <source>Downloads from $HOST$ stay in the browser.</source>
+        <extracomment>State, below the switch for catching downloads</extracomment>
+        <translation>تبقى التنزيلات من $HOST$ في المتصفح.</translation>
+    </message>
+    <message>
+        <source>Kovalo works: this file came from the browser&apos;s extension.</source>
+        <extracomment>The text in a test file</extracomment>
+        <translation>‏Kovalo يعمل: جاء هذا الملف من إضافة المتصفح.</translation>
+    </message>
+    <message>
+        <source>Kovalo took the test file kovalo-test.txt. Look for it in your downloads folder.</source>
+        <extracomment>State</extracomment>
+        <translation>أخذ Kovalo الملف التجريبي kovalo-test.txt. ابحث عنه في مجلد تنزيلاتك.</translation>
     </message>
 </context>
 <context>
@@ -741,25 +815,33 @@
     </message>
 </context>
 <context>
+    <name>QGuiApplication</name>
+    <message>
+        <source>QT_LAYOUT_DIRECTION</source>
+        <comment>Translate this string to the string &apos;LTR&apos; in left-to-right languages or to &apos;RTL&apos; in right-to-left languages (such as Hebrew and Arabic) to get proper UI layout.</comment>
+        <translation>RTL</translation>
+    </message>
+</context>
+<context>
     <name>QObject</name>
     <message>
         <source>Download with %1</source>
-        <extracomment>Menu entry for one link; %1 is the product's name</extracomment>
+        <extracomment>Menu entry for one link; %1 is the product&apos;s name</extracomment>
         <translation>تنزيل باستخدام %1</translation>
     </message>
     <message>
         <source>Download all with %1</source>
-        <extracomment>Menu entry for all links of a page; %1 is the product's name</extracomment>
+        <extracomment>Menu entry for all links of a page; %1 is the product&apos;s name</extracomment>
         <translation>تنزيل الكل باستخدام %1</translation>
     </message>
     <message>
         <source>Download selected with %1</source>
-        <extracomment>Menu entry for the links within the selected part of a page; %1 is the product's name</extracomment>
+        <extracomment>Menu entry for the links within the selected part of a page; %1 is the product&apos;s name</extracomment>
         <translation>تنزيل المحدد باستخدام %1</translation>
     </message>
     <message>
         <source>Download video with %1</source>
-        <extracomment>Menu entry for a video; %1 is the product's name</extracomment>
+        <extracomment>Menu entry for a video; %1 is the product&apos;s name</extracomment>
         <translation>تنزيل الفيديو باستخدام %1</translation>
     </message>
 </context>

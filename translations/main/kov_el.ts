@@ -10,7 +10,9 @@
     </message>
     <message>
         <source>Options</source>
-        <extracomment>Button and link</extracomment>
+        <extracomment>Button and link
+----------
+Title of a page</extracomment>
         <translation>Επιλογές</translation>
     </message>
     <message>
@@ -60,7 +62,9 @@
     </message>
     <message>
         <source>Catch downloads</source>
-        <extracomment>Switch: downloads that begin in the browser are handed over</extracomment>
+        <extracomment>Switch: downloads that begin in the browser are handed over
+----------
+A link of the chain: an option that may be off</extracomment>
         <translation>Σύλληψη λήψεων</translation>
     </message>
     <message>
@@ -70,7 +74,9 @@
     </message>
     <message>
         <source>Keep the next download in the browser</source>
-        <extracomment>Button that stays pressed until the next download</extracomment>
+        <extracomment>Name of a keyboard shortcut, in the browser&apos;s list
+----------
+Button that stays pressed until the next download</extracomment>
         <translation>Η επόμενη λήψη να μείνει στον περιηγητή</translation>
     </message>
     <message>
@@ -175,12 +181,16 @@
     </message>
     <message>
         <source>Video</source>
-        <extracomment>Kind of media</extracomment>
+        <extracomment>Kind of media
+----------
+Kind of file</extracomment>
         <translation>Βίντεο</translation>
     </message>
     <message>
         <source>Sound</source>
-        <extracomment>Kind of media</extracomment>
+        <extracomment>Kind of media
+----------
+Kind of file</extracomment>
         <translation>Ήχος</translation>
     </message>
     <message>
@@ -322,11 +332,6 @@
         <source>Key that keeps a download in the browser</source>
         <extracomment>Option, a choice among keys</extracomment>
         <translation>Πλήκτρο που κρατά μια λήψη στον περιηγητή</translation>
-    </message>
-    <message>
-        <source>Hold it while you click a link.</source>
-        <extracomment>Below that option</extracomment>
-        <translation>Κρατήστε το πατημένο όταν κάνετε κλικ σε σύνδεσμο.</translation>
     </message>
     <message>
         <source>What stays in the browser</source>
@@ -479,19 +484,9 @@
         <translation>Οι λήψεις που ξεκινούν στον περιηγητή παραδίδονται στο Kovalo. Ό,τι δεν παίρνει το Kovalo συνεχίζεται στον περιηγητή· τίποτα δεν χάνεται.</translation>
     </message>
     <message>
-        <source>To keep one download in the browser, press “Keep the next download in the browser” behind the extension&apos;s button.</source>
-        <extracomment>Explanation; the words in quotes are the text of a button, see there</extracomment>
-        <translation>Για να μείνει μια λήψη στον περιηγητή, πατήστε «Η επόμενη λήψη να μείνει στον περιηγητή» πίσω από το κουμπί της επέκτασης.</translation>
-    </message>
-    <message>
         <source>Right-click a link, a selection or a video to hand it over yourself.</source>
         <extracomment>Explanation</extracomment>
         <translation>Κάντε δεξί κλικ σε σύνδεσμο, επιλογή ή βίντεο για να τα παραδώσετε εσείς.</translation>
-    </message>
-    <message>
-        <source>Videos of a page are listed behind the extension&apos;s button.</source>
-        <extracomment>Explanation</extracomment>
-        <translation>Τα βίντεο μιας σελίδας βρίσκονται πίσω από το κουμπί της επέκτασης.</translation>
     </message>
     <message>
         <source>To keep the button in sight: click the puzzle piece in the toolbar, then the pin beside Kovalo.</source>
@@ -565,7 +560,9 @@
     </message>
     <message>
         <source>Kovalo</source>
-        <extracomment>A link of the chain: the application</extracomment>
+        <extracomment>The product&apos;s name; not translated
+----------
+A link of the chain: the application</extracomment>
         <translation>Kovalo</translation>
     </message>
     <message>
@@ -599,11 +596,6 @@
         <translation>Το Kovalo ξεκινά όταν υπάρχει κάτι για λήψη.</translation>
     </message>
     <message>
-        <source>The test file is in your downloads folder.</source>
-        <extracomment>State</extracomment>
-        <translation>Το δοκιμαστικό αρχείο είναι στον φάκελο λήψεών σας.</translation>
-    </message>
-    <message>
         <source>Not tried yet.</source>
         <extracomment>State</extracomment>
         <translation>Δεν έχει δοκιμαστεί ακόμη.</translation>
@@ -627,11 +619,6 @@
         <source>This extension is not allowed to use the Kovalo host.</source>
         <extracomment>Problem</extracomment>
         <translation>Αυτή η επέκταση δεν επιτρέπεται να χρησιμοποιεί τον οικοδεσπότη του Kovalo.</translation>
-    </message>
-    <message>
-        <source>The Kovalo host could not be started. $REASON$</source>
-        <extracomment>Problem; the reason is the browser&apos;s own sentence</extracomment>
-        <translation>Ο οικοδεσπότης του Kovalo δεν μπόρεσε να ξεκινήσει. $REASON$</translation>
     </message>
     <message>
         <source>The Kovalo host stopped. $REASON$</source>
@@ -693,6 +680,101 @@
         <extracomment>Notification; the name of a file</extracomment>
         <translation>$NAME$ → Kovalo</translation>
     </message>
+    <message>
+        <source>The browser lets the extension see some sites only. Downloads from others stay in the browser.</source>
+        <extracomment>State</extracomment>
+        <translation>Ο περιηγητής αφήνει την επέκταση να βλέπει μόνο ορισμένους ιστότοπους. Οι λήψεις από άλλους μένουν στον περιηγητή.</translation>
+    </message>
+    <message>
+        <source>Does the terminal not know this command? Then install Kovalo first. If you unpacked it from an archive, the command is in its folder “bin”.</source>
+        <extracomment>Below a command on the page on problems</extracomment>
+        <translation>Το τερματικό δεν γνωρίζει αυτή την εντολή; Τότε εγκαταστήστε πρώτα το Kovalo. Αν το αποσυμπιέσατε από αρχείο, η εντολή βρίσκεται στον φάκελό του «bin».</translation>
+    </message>
+    <message>
+        <source>To keep one download in the browser, click the Kovalo button in the toolbar, then “Keep the next download in the browser”.</source>
+        <extracomment>Explanation; the words in quotes are the text of a button, see there</extracomment>
+        <translation>Για να μείνει μια λήψη στον περιηγητή, κάντε κλικ στο κουμπί Kovalo της γραμμής εργαλείων και μετά στο «Η επόμενη λήψη να μείνει στον περιηγητή».</translation>
+    </message>
+    <message>
+        <source>To see the videos of a page, click the Kovalo button.</source>
+        <extracomment>Explanation</extracomment>
+        <translation>Για να δείτε τα βίντεο μιας σελίδας, κάντε κλικ στο κουμπί Kovalo.</translation>
+    </message>
+    <message>
+        <source>Alt</source>
+        <extracomment>Name of a key</extracomment>
+        <translation>Alt</translation>
+    </message>
+    <message>
+        <source>Ctrl</source>
+        <extracomment>Name of a key</extracomment>
+        <translation>Ctrl</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <extracomment>Name of a key</extracomment>
+        <translation>Shift</translation>
+    </message>
+    <message>
+        <source>Files only</source>
+        <extracomment>Choice among kinds of files: all but links to pages</extracomment>
+        <translation>Μόνο αρχεία</translation>
+    </message>
+    <message>
+        <source>This list is no longer known. Open it again from the page with the links.</source>
+        <extracomment>In place of a list of links, when the browser was started anew</extracomment>
+        <translation>Αυτή η λίστα δεν είναι πλέον γνωστή. Ανοίξτε την ξανά από τη σελίδα με τους συνδέσμους.</translation>
+    </message>
+    <message>
+        <source>No link matches the filter.</source>
+        <extracomment>In place of an empty list</extracomment>
+        <translation>Κανένας σύνδεσμος δεν ταιριάζει στο φίλτρο.</translation>
+    </message>
+    <message>
+        <source>Hold it while you click a link. If your desktop uses that key with the mouse itself, choose another one.</source>
+        <extracomment>Below that option</extracomment>
+        <translation>Κρατήστε το πατημένο όταν κάνετε κλικ σε σύνδεσμο. Αν η επιφάνεια εργασίας χρησιμοποιεί ήδη αυτό το πλήκτρο με το ποντίκι, επιλέξτε άλλο.</translation>
+    </message>
+    <message>
+        <source>Whoever administers this computer forbids the browser to use the Kovalo host.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Ο διαχειριστής αυτού του υπολογιστή απαγορεύει στον περιηγητή να χρησιμοποιεί τον οικοδεσπότη του Kovalo.</translation>
+    </message>
+    <message>
+        <source>The Kovalo host could not be started, or ended at once. $REASON$</source>
+        <extracomment>Problem; the reason is the browser&apos;s own sentence</extracomment>
+        <translation>Ο οικοδεσπότης του Kovalo δεν μπόρεσε να ξεκινήσει ή τερματίστηκε αμέσως. $REASON$</translation>
+    </message>
+    <message>
+        <source>Another program is in the place of the Kovalo host.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Στη θέση του οικοδεσπότη του Kovalo βρίσκεται άλλο πρόγραμμα.</translation>
+    </message>
+    <message>
+        <source>There is no option $NAME$.</source>
+        <extracomment>Error of the extension itself; never seen by users</extracomment>
+        <translation>Δεν υπάρχει επιλογή $NAME$.</translation>
+    </message>
+    <message>
+        <source>The next download stays in the browser.</source>
+        <extracomment>State, below the switch for catching downloads, while the button for that is pressed</extracomment>
+        <translation>Η επόμενη λήψη μένει στον περιηγητή.</translation>
+    </message>
+    <message>
+        <source>Downloads from $HOST$ stay in the browser.</source>
+        <extracomment>State, below the switch for catching downloads</extracomment>
+        <translation>Οι λήψεις από $HOST$ μένουν στον περιηγητή.</translation>
+    </message>
+    <message>
+        <source>Kovalo works: this file came from the browser&apos;s extension.</source>
+        <extracomment>The text in a test file</extracomment>
+        <translation>Το Kovalo λειτουργεί: αυτό το αρχείο ήρθε από την επέκταση του περιηγητή.</translation>
+    </message>
+    <message>
+        <source>Kovalo took the test file kovalo-test.txt. Look for it in your downloads folder.</source>
+        <extracomment>State</extracomment>
+        <translation>Το Kovalo πήρε το δοκιμαστικό αρχείο kovalo-test.txt. Θα το βρείτε στον φάκελο λήψεών σας.</translation>
+    </message>
 </context>
 <context>
     <name>KovNotifications</name>
@@ -733,25 +815,33 @@
     </message>
 </context>
 <context>
+    <name>QGuiApplication</name>
+    <message>
+        <source>QT_LAYOUT_DIRECTION</source>
+        <comment>Translate this string to the string &apos;LTR&apos; in left-to-right languages or to &apos;RTL&apos; in right-to-left languages (such as Hebrew and Arabic) to get proper UI layout.</comment>
+        <translation>LTR</translation>
+    </message>
+</context>
+<context>
     <name>QObject</name>
     <message>
         <source>Download with %1</source>
-        <extracomment>Menu entry for one link; %1 is the product's name</extracomment>
+        <extracomment>Menu entry for one link; %1 is the product&apos;s name</extracomment>
         <translation>Λήψη με το %1</translation>
     </message>
     <message>
         <source>Download all with %1</source>
-        <extracomment>Menu entry for all links of a page; %1 is the product's name</extracomment>
+        <extracomment>Menu entry for all links of a page; %1 is the product&apos;s name</extracomment>
         <translation>Λήψη όλων με το %1</translation>
     </message>
     <message>
         <source>Download selected with %1</source>
-        <extracomment>Menu entry for the links within the selected part of a page; %1 is the product's name</extracomment>
+        <extracomment>Menu entry for the links within the selected part of a page; %1 is the product&apos;s name</extracomment>
         <translation>Λήψη επιλεγμένων με το %1</translation>
     </message>
     <message>
         <source>Download video with %1</source>
-        <extracomment>Menu entry for a video; %1 is the product's name</extracomment>
+        <extracomment>Menu entry for a video; %1 is the product&apos;s name</extracomment>
         <translation>Λήψη βίντεο με το %1</translation>
     </message>
 </context>

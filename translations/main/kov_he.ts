@@ -10,7 +10,9 @@
     </message>
     <message>
         <source>Options</source>
-        <extracomment>Button and link</extracomment>
+        <extracomment>Button and link
+----------
+Title of a page</extracomment>
         <translation>אפשרויות</translation>
     </message>
     <message>
@@ -60,7 +62,9 @@
     </message>
     <message>
         <source>Catch downloads</source>
-        <extracomment>Switch: downloads that begin in the browser are handed over</extracomment>
+        <extracomment>Switch: downloads that begin in the browser are handed over
+----------
+A link of the chain: an option that may be off</extracomment>
         <translation>לתפוס הורדות</translation>
     </message>
     <message>
@@ -70,7 +74,9 @@
     </message>
     <message>
         <source>Keep the next download in the browser</source>
-        <extracomment>Button that stays pressed until the next download</extracomment>
+        <extracomment>Name of a keyboard shortcut, in the browser&apos;s list
+----------
+Button that stays pressed until the next download</extracomment>
         <translation>להשאיר את ההורדה הבאה בדפדפן</translation>
     </message>
     <message>
@@ -175,12 +181,16 @@
     </message>
     <message>
         <source>Video</source>
-        <extracomment>Kind of media</extracomment>
+        <extracomment>Kind of media
+----------
+Kind of file</extracomment>
         <translation>וידאו</translation>
     </message>
     <message>
         <source>Sound</source>
-        <extracomment>Kind of media</extracomment>
+        <extracomment>Kind of media
+----------
+Kind of file</extracomment>
         <translation>שמע</translation>
     </message>
     <message>
@@ -324,11 +334,6 @@
         <translation>מקש שמשאיר הורדה בדפדפן</translation>
     </message>
     <message>
-        <source>Hold it while you click a link.</source>
-        <extracomment>Below that option</extracomment>
-        <translation>יש להחזיק אותו בזמן לחיצה על קישור.</translation>
-    </message>
-    <message>
         <source>What stays in the browser</source>
         <extracomment>Heading of a group of options</extracomment>
         <translation>מה נשאר בדפדפן</translation>
@@ -351,7 +356,7 @@
     <message>
         <source>For example: jpg, png, tmp*</source>
         <extracomment>Below that option</extracomment>
-        <translation>למשל: jpg, png, tmp*</translation>
+        <translation>למשל: ⁦jpg, png, tmp*⁩</translation>
     </message>
     <message>
         <source>Files from these servers</source>
@@ -479,19 +484,9 @@
         <translation>הורדות שמתחילות בדפדפן מועברות אל Kovalo. מה ש־Kovalo לא לוקח ממשיך בדפדפן; דבר לא הולך לאיבוד.</translation>
     </message>
     <message>
-        <source>To keep one download in the browser, press “Keep the next download in the browser” behind the extension&apos;s button.</source>
-        <extracomment>Explanation; the words in quotes are the text of a button, see there</extracomment>
-        <translation>כדי להשאיר הורדה אחת בדפדפן, יש ללחוץ על ”להשאיר את ההורדה הבאה בדפדפן“ מאחורי כפתור ההרחבה.</translation>
-    </message>
-    <message>
         <source>Right-click a link, a selection or a video to hand it over yourself.</source>
         <extracomment>Explanation</extracomment>
         <translation>לחיצה ימנית על קישור, בחירה או סרטון מעבירה אותם.</translation>
-    </message>
-    <message>
-        <source>Videos of a page are listed behind the extension&apos;s button.</source>
-        <extracomment>Explanation</extracomment>
-        <translation>הסרטונים של דף מופיעים מאחורי כפתור ההרחבה.</translation>
     </message>
     <message>
         <source>To keep the button in sight: click the puzzle piece in the toolbar, then the pin beside Kovalo.</source>
@@ -565,7 +560,9 @@
     </message>
     <message>
         <source>Kovalo</source>
-        <extracomment>A link of the chain: the application</extracomment>
+        <extracomment>The product&apos;s name; not translated
+----------
+A link of the chain: the application</extracomment>
         <translation>Kovalo</translation>
     </message>
     <message>
@@ -599,11 +596,6 @@
         <translation>Kovalo מופעל כשיש מה להוריד.</translation>
     </message>
     <message>
-        <source>The test file is in your downloads folder.</source>
-        <extracomment>State</extracomment>
-        <translation>קובץ הניסיון נמצא בתיקיית ההורדות.</translation>
-    </message>
-    <message>
         <source>Not tried yet.</source>
         <extracomment>State</extracomment>
         <translation>עדיין לא נוסה.</translation>
@@ -627,11 +619,6 @@
         <source>This extension is not allowed to use the Kovalo host.</source>
         <extracomment>Problem</extracomment>
         <translation>ההרחבה הזאת אינה רשאית להשתמש במארח Kovalo.</translation>
-    </message>
-    <message>
-        <source>The Kovalo host could not be started. $REASON$</source>
-        <extracomment>Problem; the reason is the browser&apos;s own sentence</extracomment>
-        <translation>לא ניתן היה להפעיל את מארח Kovalo. $REASON$</translation>
     </message>
     <message>
         <source>The Kovalo host stopped. $REASON$</source>
@@ -693,13 +680,100 @@
         <extracomment>Notification; the name of a file</extracomment>
         <translation>$NAME$ → Kovalo</translation>
     </message>
-</context>
-<context>
-    <name>QGuiApplication</name>
     <message>
-        <source>QT_LAYOUT_DIRECTION</source>
-        <comment>Translate this string to the string 'LTR' in left-to-right languages or to 'RTL' in right-to-left languages (such as Hebrew and Arabic) to get proper UI layout.</comment>
-        <translation>RTL</translation>
+        <source>The browser lets the extension see some sites only. Downloads from others stay in the browser.</source>
+        <extracomment>State</extracomment>
+        <translation>הדפדפן מאפשר להרחבה לראות רק חלק מהאתרים. הורדות מאתרים אחרים נשארות בדפדפן.</translation>
+    </message>
+    <message>
+        <source>Does the terminal not know this command? Then install Kovalo first. If you unpacked it from an archive, the command is in its folder “bin”.</source>
+        <extracomment>Below a command on the page on problems</extracomment>
+        <translation>המסוף אינו מכיר את הפקודה הזאת? יש להתקין תחילה את Kovalo. אם הוא חולץ מארכיון, הפקודה נמצאת בתיקייה ”bin“ שלו.</translation>
+    </message>
+    <message>
+        <source>To keep one download in the browser, click the Kovalo button in the toolbar, then “Keep the next download in the browser”.</source>
+        <extracomment>Explanation; the words in quotes are the text of a button, see there</extracomment>
+        <translation>כדי להשאיר הורדה אחת בדפדפן, יש ללחוץ על כפתור Kovalo בסרגל הכלים, ואז על ”להשאיר את ההורדה הבאה בדפדפן“.</translation>
+    </message>
+    <message>
+        <source>To see the videos of a page, click the Kovalo button.</source>
+        <extracomment>Explanation</extracomment>
+        <translation>כדי לראות את הסרטונים של דף, יש ללחוץ על כפתור Kovalo.</translation>
+    </message>
+    <message>
+        <source>Alt</source>
+        <extracomment>Name of a key</extracomment>
+        <translation>Alt</translation>
+    </message>
+    <message>
+        <source>Ctrl</source>
+        <extracomment>Name of a key</extracomment>
+        <translation>Ctrl</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <extracomment>Name of a key</extracomment>
+        <translation>Shift</translation>
+    </message>
+    <message>
+        <source>Files only</source>
+        <extracomment>Choice among kinds of files: all but links to pages</extracomment>
+        <translation>קבצים בלבד</translation>
+    </message>
+    <message>
+        <source>This list is no longer known. Open it again from the page with the links.</source>
+        <extracomment>In place of a list of links, when the browser was started anew</extracomment>
+        <translation>הרשימה הזאת אינה מוכרת עוד. יש לפתוח אותה שוב מהדף שבו הקישורים.</translation>
+    </message>
+    <message>
+        <source>No link matches the filter.</source>
+        <extracomment>In place of an empty list</extracomment>
+        <translation>אין קישור שמתאים לסינון.</translation>
+    </message>
+    <message>
+        <source>Hold it while you click a link. If your desktop uses that key with the mouse itself, choose another one.</source>
+        <extracomment>Below that option</extracomment>
+        <translation>יש להחזיק אותו בזמן לחיצה על קישור. אם שולחן העבודה משתמש במקש הזה עם העכבר, יש לבחור מקש אחר.</translation>
+    </message>
+    <message>
+        <source>Whoever administers this computer forbids the browser to use the Kovalo host.</source>
+        <extracomment>Problem</extracomment>
+        <translation>מי שמנהל את המחשב הזה אוסר על הדפדפן להשתמש במארח Kovalo.</translation>
+    </message>
+    <message>
+        <source>The Kovalo host could not be started, or ended at once. $REASON$</source>
+        <extracomment>Problem; the reason is the browser&apos;s own sentence</extracomment>
+        <translation>לא ניתן היה להפעיל את מארח Kovalo, או שהוא הסתיים מיד. $REASON$</translation>
+    </message>
+    <message>
+        <source>Another program is in the place of the Kovalo host.</source>
+        <extracomment>Problem</extracomment>
+        <translation>תוכנה אחרת נמצאת במקום מארח Kovalo.</translation>
+    </message>
+    <message>
+        <source>There is no option $NAME$.</source>
+        <extracomment>Error of the extension itself; never seen by users</extracomment>
+        <translation>אין אפשרות בשם $NAME$.</translation>
+    </message>
+    <message>
+        <source>The next download stays in the browser.</source>
+        <extracomment>State, below the switch for catching downloads, while the button for that is pressed</extracomment>
+        <translation>ההורדה הבאה נשארת בדפדפן.</translation>
+    </message>
+    <message>
+        <source>Downloads from $HOST$ stay in the browser.</source>
+        <extracomment>State, below the switch for catching downloads</extracomment>
+        <translation>הורדות מ־$HOST$ נשארות בדפדפן.</translation>
+    </message>
+    <message>
+        <source>Kovalo works: this file came from the browser&apos;s extension.</source>
+        <extracomment>The text in a test file</extracomment>
+        <translation>‏Kovalo עובד: הקובץ הזה הגיע מהרחבת הדפדפן.</translation>
+    </message>
+    <message>
+        <source>Kovalo took the test file kovalo-test.txt. Look for it in your downloads folder.</source>
+        <extracomment>State</extracomment>
+        <translation>‏Kovalo לקח את קובץ הניסיון kovalo-test.txt. יש לחפש אותו בתיקיית ההורדות.</translation>
     </message>
 </context>
 <context>
@@ -741,25 +815,33 @@
     </message>
 </context>
 <context>
+    <name>QGuiApplication</name>
+    <message>
+        <source>QT_LAYOUT_DIRECTION</source>
+        <comment>Translate this string to the string &apos;LTR&apos; in left-to-right languages or to &apos;RTL&apos; in right-to-left languages (such as Hebrew and Arabic) to get proper UI layout.</comment>
+        <translation>RTL</translation>
+    </message>
+</context>
+<context>
     <name>QObject</name>
     <message>
         <source>Download with %1</source>
-        <extracomment>Menu entry for one link; %1 is the product's name</extracomment>
+        <extracomment>Menu entry for one link; %1 is the product&apos;s name</extracomment>
         <translation>הורדה באמצעות %1</translation>
     </message>
     <message>
         <source>Download all with %1</source>
-        <extracomment>Menu entry for all links of a page; %1 is the product's name</extracomment>
+        <extracomment>Menu entry for all links of a page; %1 is the product&apos;s name</extracomment>
         <translation>הורדת הכול באמצעות %1</translation>
     </message>
     <message>
         <source>Download selected with %1</source>
-        <extracomment>Menu entry for the links within the selected part of a page; %1 is the product's name</extracomment>
+        <extracomment>Menu entry for the links within the selected part of a page; %1 is the product&apos;s name</extracomment>
         <translation>הורדת הפריטים שנבחרו באמצעות %1</translation>
     </message>
     <message>
         <source>Download video with %1</source>
-        <extracomment>Menu entry for a video; %1 is the product's name</extracomment>
+        <extracomment>Menu entry for a video; %1 is the product&apos;s name</extracomment>
         <translation>הורדת הסרטון באמצעות %1</translation>
     </message>
 </context>

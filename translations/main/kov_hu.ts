@@ -10,7 +10,9 @@
     </message>
     <message>
         <source>Options</source>
-        <extracomment>Button and link</extracomment>
+        <extracomment>Button and link
+----------
+Title of a page</extracomment>
         <translation>Beállítások</translation>
     </message>
     <message>
@@ -60,7 +62,9 @@
     </message>
     <message>
         <source>Catch downloads</source>
-        <extracomment>Switch: downloads that begin in the browser are handed over</extracomment>
+        <extracomment>Switch: downloads that begin in the browser are handed over
+----------
+A link of the chain: an option that may be off</extracomment>
         <translation>Letöltések elfogása</translation>
     </message>
     <message>
@@ -70,7 +74,9 @@
     </message>
     <message>
         <source>Keep the next download in the browser</source>
-        <extracomment>Button that stays pressed until the next download</extracomment>
+        <extracomment>Name of a keyboard shortcut, in the browser&apos;s list
+----------
+Button that stays pressed until the next download</extracomment>
         <translation>A következő letöltés maradjon a böngészőben</translation>
     </message>
     <message>
@@ -175,12 +181,16 @@
     </message>
     <message>
         <source>Video</source>
-        <extracomment>Kind of media</extracomment>
+        <extracomment>Kind of media
+----------
+Kind of file</extracomment>
         <translation>Videó</translation>
     </message>
     <message>
         <source>Sound</source>
-        <extracomment>Kind of media</extracomment>
+        <extracomment>Kind of media
+----------
+Kind of file</extracomment>
         <translation>Hang</translation>
     </message>
     <message>
@@ -322,11 +332,6 @@
         <source>Key that keeps a download in the browser</source>
         <extracomment>Option, a choice among keys</extracomment>
         <translation>Billentyű, amely a letöltést a böngészőben tartja</translation>
-    </message>
-    <message>
-        <source>Hold it while you click a link.</source>
-        <extracomment>Below that option</extracomment>
-        <translation>Tartsa lenyomva, miközben egy hivatkozásra kattint.</translation>
     </message>
     <message>
         <source>What stays in the browser</source>
@@ -479,19 +484,9 @@
         <translation>A böngészőben induló letöltéseket átadja a Kovalónak. Amit a Kovalo nem vesz át, az a böngészőben folytatódik; semmi sem vész el.</translation>
     </message>
     <message>
-        <source>To keep one download in the browser, press “Keep the next download in the browser” behind the extension&apos;s button.</source>
-        <extracomment>Explanation; the words in quotes are the text of a button, see there</extracomment>
-        <translation>Ha egy letöltést a böngészőben hagyna, nyomja meg „A következő letöltés maradjon a böngészőben” gombot a bővítmény gombja mögött.</translation>
-    </message>
-    <message>
         <source>Right-click a link, a selection or a video to hand it over yourself.</source>
         <extracomment>Explanation</extracomment>
         <translation>Kattintson jobb gombbal egy hivatkozásra, kijelölésre vagy videóra, hogy maga adja át.</translation>
-    </message>
-    <message>
-        <source>Videos of a page are listed behind the extension&apos;s button.</source>
-        <extracomment>Explanation</extracomment>
-        <translation>Az oldal videói a bővítmény gombja mögött találhatók.</translation>
     </message>
     <message>
         <source>To keep the button in sight: click the puzzle piece in the toolbar, then the pin beside Kovalo.</source>
@@ -565,7 +560,9 @@
     </message>
     <message>
         <source>Kovalo</source>
-        <extracomment>A link of the chain: the application</extracomment>
+        <extracomment>The product&apos;s name; not translated
+----------
+A link of the chain: the application</extracomment>
         <translation>Kovalo</translation>
     </message>
     <message>
@@ -599,11 +596,6 @@
         <translation>A Kovalo akkor indul el, ha van mit letölteni.</translation>
     </message>
     <message>
-        <source>The test file is in your downloads folder.</source>
-        <extracomment>State</extracomment>
-        <translation>A próbafájl a letöltések mappájában van.</translation>
-    </message>
-    <message>
         <source>Not tried yet.</source>
         <extracomment>State</extracomment>
         <translation>Még nincs kipróbálva.</translation>
@@ -627,11 +619,6 @@
         <source>This extension is not allowed to use the Kovalo host.</source>
         <extracomment>Problem</extracomment>
         <translation>Ez a bővítmény nem használhatja a Kovalo gazdaprogramot.</translation>
-    </message>
-    <message>
-        <source>The Kovalo host could not be started. $REASON$</source>
-        <extracomment>Problem; the reason is the browser&apos;s own sentence</extracomment>
-        <translation>A Kovalo gazdaprogramot nem sikerült elindítani. $REASON$</translation>
     </message>
     <message>
         <source>The Kovalo host stopped. $REASON$</source>
@@ -693,6 +680,101 @@
         <extracomment>Notification; the name of a file</extracomment>
         <translation>$NAME$ → Kovalo</translation>
     </message>
+    <message>
+        <source>The browser lets the extension see some sites only. Downloads from others stay in the browser.</source>
+        <extracomment>State</extracomment>
+        <translation>A böngésző csak néhány webhelyet enged látni a bővítménynek. A többiről induló letöltések a böngészőben maradnak.</translation>
+    </message>
+    <message>
+        <source>Does the terminal not know this command? Then install Kovalo first. If you unpacked it from an archive, the command is in its folder “bin”.</source>
+        <extracomment>Below a command on the page on problems</extracomment>
+        <translation>A terminál nem ismeri ezt a parancsot? Akkor előbb telepítse a Kovalót. Ha archívumból csomagolta ki, a parancs annak „bin” mappájában van.</translation>
+    </message>
+    <message>
+        <source>To keep one download in the browser, click the Kovalo button in the toolbar, then “Keep the next download in the browser”.</source>
+        <extracomment>Explanation; the words in quotes are the text of a button, see there</extracomment>
+        <translation>Ha egy letöltést a böngészőben hagyna, kattintson az eszköztár Kovalo gombjára, majd erre: „A következő letöltés maradjon a böngészőben”.</translation>
+    </message>
+    <message>
+        <source>To see the videos of a page, click the Kovalo button.</source>
+        <extracomment>Explanation</extracomment>
+        <translation>Az oldal videóinak megtekintéséhez kattintson a Kovalo gombra.</translation>
+    </message>
+    <message>
+        <source>Alt</source>
+        <extracomment>Name of a key</extracomment>
+        <translation>Alt</translation>
+    </message>
+    <message>
+        <source>Ctrl</source>
+        <extracomment>Name of a key</extracomment>
+        <translation>Ctrl</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <extracomment>Name of a key</extracomment>
+        <translation>Shift</translation>
+    </message>
+    <message>
+        <source>Files only</source>
+        <extracomment>Choice among kinds of files: all but links to pages</extracomment>
+        <translation>Csak fájlok</translation>
+    </message>
+    <message>
+        <source>This list is no longer known. Open it again from the page with the links.</source>
+        <extracomment>In place of a list of links, when the browser was started anew</extracomment>
+        <translation>Ez a lista már nem ismert. Nyissa meg újra a hivatkozásokat tartalmazó oldalról.</translation>
+    </message>
+    <message>
+        <source>No link matches the filter.</source>
+        <extracomment>In place of an empty list</extracomment>
+        <translation>Egyetlen hivatkozás sem felel meg a szűrőnek.</translation>
+    </message>
+    <message>
+        <source>Hold it while you click a link. If your desktop uses that key with the mouse itself, choose another one.</source>
+        <extracomment>Below that option</extracomment>
+        <translation>Tartsa lenyomva, miközben egy hivatkozásra kattint. Ha az asztali környezet már használja ezt a billentyűt az egérrel, válasszon másikat.</translation>
+    </message>
+    <message>
+        <source>Whoever administers this computer forbids the browser to use the Kovalo host.</source>
+        <extracomment>Problem</extracomment>
+        <translation>A számítógép rendszergazdája megtiltja a böngészőnek a Kovalo gazdaprogram használatát.</translation>
+    </message>
+    <message>
+        <source>The Kovalo host could not be started, or ended at once. $REASON$</source>
+        <extracomment>Problem; the reason is the browser&apos;s own sentence</extracomment>
+        <translation>A Kovalo gazdaprogramot nem sikerült elindítani, vagy azonnal leállt. $REASON$</translation>
+    </message>
+    <message>
+        <source>Another program is in the place of the Kovalo host.</source>
+        <extracomment>Problem</extracomment>
+        <translation>A Kovalo gazdaprogram helyén másik program van.</translation>
+    </message>
+    <message>
+        <source>There is no option $NAME$.</source>
+        <extracomment>Error of the extension itself; never seen by users</extracomment>
+        <translation>Nincs $NAME$ nevű beállítás.</translation>
+    </message>
+    <message>
+        <source>The next download stays in the browser.</source>
+        <extracomment>State, below the switch for catching downloads, while the button for that is pressed</extracomment>
+        <translation>A következő letöltés a böngészőben marad.</translation>
+    </message>
+    <message>
+        <source>Downloads from $HOST$ stay in the browser.</source>
+        <extracomment>State, below the switch for catching downloads</extracomment>
+        <translation>A(z) $HOST$ letöltései a böngészőben maradnak.</translation>
+    </message>
+    <message>
+        <source>Kovalo works: this file came from the browser&apos;s extension.</source>
+        <extracomment>The text in a test file</extracomment>
+        <translation>A Kovalo működik: ez a fájl a böngésző bővítményéből érkezett.</translation>
+    </message>
+    <message>
+        <source>Kovalo took the test file kovalo-test.txt. Look for it in your downloads folder.</source>
+        <extracomment>State</extracomment>
+        <translation>A Kovalo átvette a kovalo-test.txt próbafájlt. Keresse a letöltések mappájában.</translation>
+    </message>
 </context>
 <context>
     <name>KovNotifications</name>
@@ -733,25 +815,33 @@
     </message>
 </context>
 <context>
+    <name>QGuiApplication</name>
+    <message>
+        <source>QT_LAYOUT_DIRECTION</source>
+        <comment>Translate this string to the string &apos;LTR&apos; in left-to-right languages or to &apos;RTL&apos; in right-to-left languages (such as Hebrew and Arabic) to get proper UI layout.</comment>
+        <translation>LTR</translation>
+    </message>
+</context>
+<context>
     <name>QObject</name>
     <message>
         <source>Download with %1</source>
-        <extracomment>Menu entry for one link; %1 is the product's name</extracomment>
+        <extracomment>Menu entry for one link; %1 is the product&apos;s name</extracomment>
         <translation>Letöltés ezzel: %1</translation>
     </message>
     <message>
         <source>Download all with %1</source>
-        <extracomment>Menu entry for all links of a page; %1 is the product's name</extracomment>
+        <extracomment>Menu entry for all links of a page; %1 is the product&apos;s name</extracomment>
         <translation>Összes letöltése ezzel: %1</translation>
     </message>
     <message>
         <source>Download selected with %1</source>
-        <extracomment>Menu entry for the links within the selected part of a page; %1 is the product's name</extracomment>
+        <extracomment>Menu entry for the links within the selected part of a page; %1 is the product&apos;s name</extracomment>
         <translation>Kijelöltek letöltése ezzel: %1</translation>
     </message>
     <message>
         <source>Download video with %1</source>
-        <extracomment>Menu entry for a video; %1 is the product's name</extracomment>
+        <extracomment>Menu entry for a video; %1 is the product&apos;s name</extracomment>
         <translation>Videó letöltése ezzel: %1</translation>
     </message>
 </context>

@@ -10,7 +10,9 @@
     </message>
     <message>
         <source>Options</source>
-        <extracomment>Button and link</extracomment>
+        <extracomment>Button and link
+----------
+Title of a page</extracomment>
         <translation>Opzioni</translation>
     </message>
     <message>
@@ -60,7 +62,9 @@
     </message>
     <message>
         <source>Catch downloads</source>
-        <extracomment>Switch: downloads that begin in the browser are handed over</extracomment>
+        <extracomment>Switch: downloads that begin in the browser are handed over
+----------
+A link of the chain: an option that may be off</extracomment>
         <translation>Cattura i download</translation>
     </message>
     <message>
@@ -70,7 +74,9 @@
     </message>
     <message>
         <source>Keep the next download in the browser</source>
-        <extracomment>Button that stays pressed until the next download</extracomment>
+        <extracomment>Name of a keyboard shortcut, in the browser&apos;s list
+----------
+Button that stays pressed until the next download</extracomment>
         <translation>Lascia il prossimo download nel browser</translation>
     </message>
     <message>
@@ -175,12 +181,16 @@
     </message>
     <message>
         <source>Video</source>
-        <extracomment>Kind of media</extracomment>
+        <extracomment>Kind of media
+----------
+Kind of file</extracomment>
         <translation>Video</translation>
     </message>
     <message>
         <source>Sound</source>
-        <extracomment>Kind of media</extracomment>
+        <extracomment>Kind of media
+----------
+Kind of file</extracomment>
         <translation>Audio</translation>
     </message>
     <message>
@@ -322,11 +332,6 @@
         <source>Key that keeps a download in the browser</source>
         <extracomment>Option, a choice among keys</extracomment>
         <translation>Tasto che lascia un download nel browser</translation>
-    </message>
-    <message>
-        <source>Hold it while you click a link.</source>
-        <extracomment>Below that option</extracomment>
-        <translation>Tienilo premuto mentre fai clic su un link.</translation>
     </message>
     <message>
         <source>What stays in the browser</source>
@@ -479,19 +484,9 @@
         <translation>I download che iniziano nel browser vengono affidati a Kovalo. Ciò che Kovalo non prende continua nel browser; nulla va perso.</translation>
     </message>
     <message>
-        <source>To keep one download in the browser, press “Keep the next download in the browser” behind the extension&apos;s button.</source>
-        <extracomment>Explanation; the words in quotes are the text of a button, see there</extracomment>
-        <translation>Per lasciare un download nel browser, premi “Lascia il prossimo download nel browser” dietro il pulsante dell’estensione.</translation>
-    </message>
-    <message>
         <source>Right-click a link, a selection or a video to hand it over yourself.</source>
         <extracomment>Explanation</extracomment>
         <translation>Fai clic destro su un link, una selezione o un video per affidarlo tu stesso.</translation>
-    </message>
-    <message>
-        <source>Videos of a page are listed behind the extension&apos;s button.</source>
-        <extracomment>Explanation</extracomment>
-        <translation>I video di una pagina sono elencati dietro il pulsante dell’estensione.</translation>
     </message>
     <message>
         <source>To keep the button in sight: click the puzzle piece in the toolbar, then the pin beside Kovalo.</source>
@@ -565,7 +560,9 @@
     </message>
     <message>
         <source>Kovalo</source>
-        <extracomment>A link of the chain: the application</extracomment>
+        <extracomment>The product&apos;s name; not translated
+----------
+A link of the chain: the application</extracomment>
         <translation>Kovalo</translation>
     </message>
     <message>
@@ -599,11 +596,6 @@
         <translation>Kovalo viene avviato quando c’è qualcosa da scaricare.</translation>
     </message>
     <message>
-        <source>The test file is in your downloads folder.</source>
-        <extracomment>State</extracomment>
-        <translation>Il file di prova è nella tua cartella dei download.</translation>
-    </message>
-    <message>
         <source>Not tried yet.</source>
         <extracomment>State</extracomment>
         <translation>Non ancora provato.</translation>
@@ -627,11 +619,6 @@
         <source>This extension is not allowed to use the Kovalo host.</source>
         <extracomment>Problem</extracomment>
         <translation>Questa estensione non è autorizzata a usare l’host di Kovalo.</translation>
-    </message>
-    <message>
-        <source>The Kovalo host could not be started. $REASON$</source>
-        <extracomment>Problem; the reason is the browser&apos;s own sentence</extracomment>
-        <translation>Non è stato possibile avviare l’host di Kovalo. $REASON$</translation>
     </message>
     <message>
         <source>The Kovalo host stopped. $REASON$</source>
@@ -693,6 +680,101 @@
         <extracomment>Notification; the name of a file</extracomment>
         <translation>$NAME$ → Kovalo</translation>
     </message>
+    <message>
+        <source>The browser lets the extension see some sites only. Downloads from others stay in the browser.</source>
+        <extracomment>State</extracomment>
+        <translation>Il browser lascia vedere all’estensione solo alcuni siti. I download dagli altri restano nel browser.</translation>
+    </message>
+    <message>
+        <source>Does the terminal not know this command? Then install Kovalo first. If you unpacked it from an archive, the command is in its folder “bin”.</source>
+        <extracomment>Below a command on the page on problems</extracomment>
+        <translation>Il terminale non conosce questo comando? Allora installa prima Kovalo. Se lo hai estratto da un archivio, il comando è nella sua cartella “bin”.</translation>
+    </message>
+    <message>
+        <source>To keep one download in the browser, click the Kovalo button in the toolbar, then “Keep the next download in the browser”.</source>
+        <extracomment>Explanation; the words in quotes are the text of a button, see there</extracomment>
+        <translation>Per lasciare un download nel browser, fai clic sul pulsante Kovalo nella barra degli strumenti, poi su “Lascia il prossimo download nel browser”.</translation>
+    </message>
+    <message>
+        <source>To see the videos of a page, click the Kovalo button.</source>
+        <extracomment>Explanation</extracomment>
+        <translation>Per vedere i video di una pagina, fai clic sul pulsante Kovalo.</translation>
+    </message>
+    <message>
+        <source>Alt</source>
+        <extracomment>Name of a key</extracomment>
+        <translation>Alt</translation>
+    </message>
+    <message>
+        <source>Ctrl</source>
+        <extracomment>Name of a key</extracomment>
+        <translation>Ctrl</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <extracomment>Name of a key</extracomment>
+        <translation>Maiusc</translation>
+    </message>
+    <message>
+        <source>Files only</source>
+        <extracomment>Choice among kinds of files: all but links to pages</extracomment>
+        <translation>Solo file</translation>
+    </message>
+    <message>
+        <source>This list is no longer known. Open it again from the page with the links.</source>
+        <extracomment>In place of a list of links, when the browser was started anew</extracomment>
+        <translation>Questo elenco non è più noto. Aprilo di nuovo dalla pagina con i link.</translation>
+    </message>
+    <message>
+        <source>No link matches the filter.</source>
+        <extracomment>In place of an empty list</extracomment>
+        <translation>Nessun link corrisponde al filtro.</translation>
+    </message>
+    <message>
+        <source>Hold it while you click a link. If your desktop uses that key with the mouse itself, choose another one.</source>
+        <extracomment>Below that option</extracomment>
+        <translation>Tienilo premuto mentre fai clic su un link. Se il tuo desktop usa già quel tasto con il mouse, scegline un altro.</translation>
+    </message>
+    <message>
+        <source>Whoever administers this computer forbids the browser to use the Kovalo host.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Chi amministra questo computer vieta al browser di usare l’host di Kovalo.</translation>
+    </message>
+    <message>
+        <source>The Kovalo host could not be started, or ended at once. $REASON$</source>
+        <extracomment>Problem; the reason is the browser&apos;s own sentence</extracomment>
+        <translation>L’host di Kovalo non è stato avviato o è terminato subito. $REASON$</translation>
+    </message>
+    <message>
+        <source>Another program is in the place of the Kovalo host.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Al posto dell’host di Kovalo c’è un altro programma.</translation>
+    </message>
+    <message>
+        <source>There is no option $NAME$.</source>
+        <extracomment>Error of the extension itself; never seen by users</extracomment>
+        <translation>Non esiste l’opzione $NAME$.</translation>
+    </message>
+    <message>
+        <source>The next download stays in the browser.</source>
+        <extracomment>State, below the switch for catching downloads, while the button for that is pressed</extracomment>
+        <translation>Il prossimo download resta nel browser.</translation>
+    </message>
+    <message>
+        <source>Downloads from $HOST$ stay in the browser.</source>
+        <extracomment>State, below the switch for catching downloads</extracomment>
+        <translation>I download da $HOST$ restano nel browser.</translation>
+    </message>
+    <message>
+        <source>Kovalo works: this file came from the browser&apos;s extension.</source>
+        <extracomment>The text in a test file</extracomment>
+        <translation>Kovalo funziona: questo file è arrivato dall’estensione del browser.</translation>
+    </message>
+    <message>
+        <source>Kovalo took the test file kovalo-test.txt. Look for it in your downloads folder.</source>
+        <extracomment>State</extracomment>
+        <translation>Kovalo ha preso il file di prova kovalo-test.txt. Cercalo nella tua cartella dei download.</translation>
+    </message>
 </context>
 <context>
     <name>KovNotifications</name>
@@ -733,25 +815,33 @@
     </message>
 </context>
 <context>
+    <name>QGuiApplication</name>
+    <message>
+        <source>QT_LAYOUT_DIRECTION</source>
+        <comment>Translate this string to the string &apos;LTR&apos; in left-to-right languages or to &apos;RTL&apos; in right-to-left languages (such as Hebrew and Arabic) to get proper UI layout.</comment>
+        <translation>LTR</translation>
+    </message>
+</context>
+<context>
     <name>QObject</name>
     <message>
         <source>Download with %1</source>
-        <extracomment>Menu entry for one link; %1 is the product's name</extracomment>
+        <extracomment>Menu entry for one link; %1 is the product&apos;s name</extracomment>
         <translation>Scarica con %1</translation>
     </message>
     <message>
         <source>Download all with %1</source>
-        <extracomment>Menu entry for all links of a page; %1 is the product's name</extracomment>
+        <extracomment>Menu entry for all links of a page; %1 is the product&apos;s name</extracomment>
         <translation>Scarica tutto con %1</translation>
     </message>
     <message>
         <source>Download selected with %1</source>
-        <extracomment>Menu entry for the links within the selected part of a page; %1 is the product's name</extracomment>
+        <extracomment>Menu entry for the links within the selected part of a page; %1 is the product&apos;s name</extracomment>
         <translation>Scarica selezione con %1</translation>
     </message>
     <message>
         <source>Download video with %1</source>
-        <extracomment>Menu entry for a video; %1 is the product's name</extracomment>
+        <extracomment>Menu entry for a video; %1 is the product&apos;s name</extracomment>
         <translation>Scarica video con %1</translation>
     </message>
 </context>
