@@ -4,7 +4,6 @@
 #include "kovcommandmessages.h"
 #include "kovcommandspart.h"
 #include "kovincomingdownloadspart.h"
-#include "kovjsonecho.h"
 #include "kovmisctaskspart.h"
 #include "kovsettingsbridge.h"
 #include "qtabstractsocketvhipc.h"
@@ -18,6 +17,8 @@
 #include "vhipcmisctasksclient.h"
 #include "vhipcsettings.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLocalSocket>
 
 namespace {
@@ -45,6 +46,16 @@ createParts(const KovConnection::Services &services,
     return parts;
 }
 
+/// The answer to a JSON request: a JSON object that contains the text of the request as a string,
+/// so that it is preserved whether or not it is valid JSON.
+QString jsonEcho(const QString &request)
+{
+    const QJsonObject echo{{QStringLiteral("from"), QStringLiteral("kov")},
+                           {QStringLiteral("kind"), QStringLiteral("echo")},
+                           {QStringLiteral("request"), request}};
+    return QString::fromUtf8(QJsonDocument(echo).toJson(QJsonDocument::Compact));
+}
+
 } // namespace
 
 KovConnection::KovConnection(const QSharedPointer<QLocalSocket> &socket, const Services &services,
@@ -61,7 +72,7 @@ KovConnection::KovConnection(const QSharedPointer<QLocalSocket> &socket, const S
                 if (!isRequest)
                     return;
                 logLine(1, QStringLiteral("[KovConnection]: JSON request %1").arg(id));
-                m_jsonRequests->send(id, kovJsonEcho(json), false);
+                m_jsonRequests->send(id, jsonEcho(json), false);
             });
     connect(m_socket.data(), &QtLocalSocket::connectedStateChanged, this, [this](bool connected) {
         if (!connected)
