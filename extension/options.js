@@ -128,7 +128,7 @@ const fields = {
     /** Masks, shown as parsed; entries that can never match are not stored. */
     list({ path, understand, separator }, id) {
         const describedBy = `${id}-understood`;
-        const input = make('textarea', { id, rows: 1, spellcheck: false,
+        const input = make('textarea', { id, rows: separator === '\n' ? 4 : 1, spellcheck: false,
                                          'aria-describedby': describedBy });
         const chips = make('ul.chips', { id: describedBy, 'aria-live': 'polite' });
         const check = () => {
