@@ -208,12 +208,6 @@ KovAnswer KovAnswer::of(const QNetworkReply &reply)
     return answer;
 }
 
-bool KovAnswer::isResumable() const
-{
-    return acceptsRanges && totalBytes >= 0 && contentEncoding.isEmpty()
-        && !validators.ifRange().isEmpty();
-}
-
 KovFailure checkFirstAnswer(const KovAnswer &answer, const KovDownloadRequest &request)
 {
     if (answer.failure)

@@ -66,8 +66,6 @@ struct KovAnswer {
     static KovAnswer of(const QNetworkReply &reply);
     /// Whether a URL holds the file itself (RFC 2397): no server is asked for it.
     static bool isWithin(const QUrl &url);
-    /// Whether a later request can go on where this one ends.
-    bool isResumable() const;
 };
 
 /// Whether the answer to the first request for a file is the file that was announced.

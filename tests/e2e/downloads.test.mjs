@@ -1,11 +1,12 @@
 // What becomes of downloads in the service, with servers that break off, lie, are slow, and have
 // another file the next time, and with a service that is killed at any moment.
 
-import { deepStrictEqual, doesNotMatch, match, ok, strictEqual } from 'node:assert';
+import { deepStrictEqual, doesNotMatch, match, ok, rejects, strictEqual } from 'node:assert';
 import { execFileSync, spawn, spawnSync } from 'node:child_process';
 import { mkdirSync, readFileSync, rmSync, statSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
 import { after, before, describe } from 'node:test';
+import { setTimeout as pause } from 'node:timers/promises';
 import { gzipSync } from 'node:zlib';
 import { until } from '../../tools/drivers/hostprocess.mjs';
 import { inHome } from './support/home.mjs';
@@ -178,7 +179,8 @@ describe('downloads', { concurrency: 4 }, () => {
 
     inHome('what passes is tried again, what does not is not, and another file begins anew', async home => {
         const [changed, posted, broken] = ['/changed.bin', '/lost.bin', '/busy.iso'].map(path => server.url(path));
-        server.tell('/changed.bin', { size: 3 * mebibyte, breaks: [mebibyte] });
+        // At once, the network library would not have seen an answer yet, and ask again by itself.
+        server.tell('/changed.bin', { size: 3 * mebibyte, rate: 4 * mebibyte, breaks: [mebibyte] });
         server.tell('/lost.bin', { status: 404 });
         server.tell('/busy.iso', { status: 503, headers: { 'Retry-After': '1' } });
         const [first, second, third] = await home.add(changed, posted, broken);
@@ -200,7 +202,10 @@ describe('downloads', { concurrency: 4 }, () => {
         server.tell('/lost.bin', { size: 7 * mebibyte, rate: mebibyte });
         await home.kov('retry', String(second));
         await until(async () => (await home.jobs())[1].receivedBytes > 0, 'the second attempt');
+        const watched = home.kov('jobs', '--watch');
+        await pause(1500);
         await home.kov('pause', 'all');
+        match(await watched, /^2\trunning\t[^]*^2\tpaused\t/m);
         deepStrictEqual((await home.jobs()).map(job => job.state), ['finished', 'paused', 'finished']);
         await until(async () => (await home.jobs())[1].connections === 0, 'the connection to end');
         deepStrictEqual(home.files().filter(file => file.endsWith(ending)), [`lost.bin${ending}`]);
@@ -208,6 +213,10 @@ describe('downloads', { concurrency: 4 }, () => {
         await home.kov('resume', String(second));
         strictEqual((await home.job(second)).state, 'finished');
         strictEqual(home.hash('lost.bin'), hashOf('/lost.bin', 7 * mebibyte));
+        const desktop = home.desktop();
+        for (const [words, path] of [[['open', second], 'lost.bin'], [['folder', second], ''], [['folder'], '']])
+            strictEqual(await desktop.opens(...words.map(String)), join(home.folder, path));
+        await rejects(home.kov('open', '99'), /there is no download 99/);
         await home.kov('remove', '--file', String(second), String(first));
         deepStrictEqual([(await home.jobs()).length, home.files()], [1, ['busy.iso']]);
         await home.kov('remove', 'all');

@@ -112,7 +112,7 @@ describe('streams', { concurrency: 2 }, () => {
     inHome('without ffmpeg that is said, and with it a stream is tried again', async home => {
         serve('/later/', hls);
         const service = spawn(home.program('kov'), ['-service'], {
-            env: { ...home.sandbox.environment(), PATH: '/nowhere' }, stdio: 'ignore',
+            env: home.sandbox.environment({ PATH: '/nowhere' }), stdio: 'ignore',
         });
         await until(() => home.kov('list').then(() => true, () => false), 'the service to serve');
         const [id] = await home.add('--stream', server.url('/later/master.m3u8'));

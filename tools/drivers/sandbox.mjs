@@ -60,13 +60,12 @@ export class Sandbox {
             XDG_CONFIG_HOME: join(this.home, '.config'),
             XDG_DATA_HOME: join(this.home, '.local/share'),
             XDG_RUNTIME_DIR: this.temporary,
-            ...extra,
         };
         for (const name of passedOn) {
             if (process.env[name] !== undefined)
                 environment[name] = process.env[name];
         }
-        return environment;
+        return { ...environment, ...extra };
     }
 
     /** The application's download folder. */

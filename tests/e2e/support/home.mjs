@@ -1,7 +1,8 @@
 // A user's home in which the download service has its downloads.
 
+import { execFileSync } from 'node:child_process';
 import { createHash } from 'node:crypto';
-import { existsSync, readFileSync, readdirSync } from 'node:fs';
+import { existsSync, readFileSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
 import { test } from 'node:test';
 import { until } from '../../../tools/drivers/hostprocess.mjs';
@@ -24,6 +25,23 @@ export class Home extends Scene {
             return (states.length > 0 ? states : ['finished', 'failed']).includes(job.state);
         }, `download ${id} to end; it is ${JSON.stringify(job)}`);
         return job;
+    }
+
+    /** A desktop that notes what it is to open. */
+    desktop() {
+        const told = join(this.sandbox.folder, 'told');
+        writeFileSync(join(this.sandbox.folder, 'xdg-open'), `#!/bin/sh\nprintf %s "$1" >'${told}.new'; mv '${told}.new' '${told}'\n`,
+                      { mode: 0o755 });
+        const env = this.sandbox.environment({ PATH: `${this.sandbox.folder}:${process.env.PATH}` });
+        return {
+            opens: async (...words) => {
+                execFileSync(this.program('kov'), words, { env });
+                await until(() => existsSync(told), 'the desktop to be told');
+                const path = readFileSync(told, 'utf8');
+                rmSync(told);
+                return path;
+            },
+        };
     }
 
     async kill() {
