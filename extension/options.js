@@ -209,6 +209,7 @@ function show(settings) {
 
 function showStatus({ version, problem, needsAccess }) {
     element('version').textContent = version ? text('hostVersion', version) : '';
+    element('retry').hidden = version !== ''; // what is connected cannot be tried again
     if (!version || needsAccess)
         showProblem(problem ?? text('optionsWaiting'));
 }

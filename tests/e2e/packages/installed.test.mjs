@@ -1,7 +1,7 @@
 // The packages as a user has them: installed while the browsers have been used already, a download in
 // each browser, and removed without a trace. KOVALO_PACKAGES names their folder. The machine is changed.
 
-import { deepStrictEqual, ok } from 'node:assert';
+import { deepStrictEqual, ok, strictEqual } from 'node:assert';
 import { execFileSync } from 'node:child_process';
 import { existsSync, mkdirSync, readFileSync, readdirSync, readlinkSync, rmSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
@@ -111,6 +111,16 @@ for (const [name, launch] of Object.entries(launchers)) {
         await until(() => installedHosts().length === 0, 'the host to end with its browser');
     });
 }
+
+test('bash completes commands and browsers', () => {
+    const complete = (...words) => say('bash', '-c',
+        '. "/usr/share/bash-completion/completions/$1"; COMP_WORDS=("$@") COMP_CWORD=$(($# - 1)); _kovalo "$1"; echo "${COMPREPLY[@]}"',
+        'bash', ...words).trim();
+    strictEqual(complete('kovalo-host', 'unr'), 'unregister');
+    strictEqual(complete('kovalo-host', 'doctor', 'firef'), 'firefox');
+    strictEqual(complete('kovalo-host', 'register', '--flatp'), '--flatpak');
+    strictEqual(complete('kov', 'qu'), 'quit');
+});
 
 test('the doctor finds nothing, and a purge leaves nothing', () => {
     ok(say('kovalo-host', 'doctor').includes('A download would arrive.'));
