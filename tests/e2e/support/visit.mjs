@@ -117,6 +117,7 @@ export class Visit {
         return execFileSync(join(this.sandbox.programs, 'kov'), args, {
             env: this.sandbox.environment(),
             encoding: 'utf8',
+            timeout: 60_000, // while this waits, no timer of the tests could end it
         }).trim();
     }
 }
