@@ -43,6 +43,7 @@ KovDownloadsQueue::KovDownloadsQueue(QSharedPointer<QtAppAbstractSettingsManager
                                      const QString &storePath, QObject *parent, QtClock &clock)
     : QObject(parent), m_clock(clock), m_store(storePath),
       m_transfers(std::move(settings), std::move(portableModeSupport), clock),
+      m_saver(m_store, m_jobs),
       m_offers([this](KovTransfer *transfer) { return take(transfer); },
                [this](const KovDownloadRequest &request) { keep(request); }, clock),
       m_tickTimer(clock.createTimer()), m_retryTimer(clock.createTimer()),
@@ -67,14 +68,14 @@ void KovDownloadsQueue::start()
             if (request && !request->postData.isEmpty()) {
                 job.state = KovJob::State::Failed;
                 job.error = notSentAgain(QStringLiteral("the service ended"));
-                m_unsaved.insert(job.id);
+                m_saver.saveSoon(job.id);
             }
         }
         if (job.state == KovJob::State::Waiting)
             m_waiting.addReady(job.id);
         m_jobs.insert(job.id, job);
     }
-    save();
+    m_saver.save();
     startNext();
 }
 
@@ -156,11 +157,11 @@ void KovDownloadsQueue::watch(qint64 id, KovTransfer *transfer)
         if (transfer->job().receivedBytes() > stored.receivedBytes())
             stored.attempts = 0;
         stored.takeProgress(transfer->job());
-        saveSoon(id);
+        m_saver.saveSoon(id);
     });
     connect(transfer, &KovTransfer::naming, this, [this, id, transfer] {
         m_jobs[id].takeProgress(transfer->job());
-        saveOne(m_jobs.value(id));
+        m_saver.saveNow(m_jobs.value(id));
     });
     connect(transfer, &KovTransfer::ended, this,
             [this, id](const KovFailure &failure) { onEnded(id, failure); });
@@ -188,7 +189,7 @@ void KovDownloadsQueue::start(qint64 id)
     job.error.clear();
     // A POST must not be sent again, whatever happens from now on.
     if (!request->postData.isEmpty())
-        saveOne(job);
+        m_saver.saveNow(job);
     KovTransfer *const transfer = m_transfers.create(job, *request, this);
     watch(id, transfer);
     transfer->start();
@@ -209,13 +210,13 @@ void KovDownloadsQueue::onEnded(qint64 id, const KovFailure &failure)
     if (transfer->isFinished()) {
         finish(job, KovJob::State::Finished, {});
     } else if (job.state == KovJob::State::Paused) {
-        saveSoon(id);
+        m_saver.saveSoon(id);
     } else if (!failure) { // stopped, to go on later
         job.state = KovJob::State::Waiting;
         if (m_diskFull)
             job.error = QStringLiteral("the disk is full");
         m_waiting.addReady(id);
-        saveSoon(id);
+        m_saver.saveSoon(id);
     } else if (failure.kind == KovFailure::Kind::NoRoom
                || failure.kind == KovFailure::Kind::DiskFull) {
         waitForRoom(job, failure);
@@ -228,7 +229,7 @@ void KovDownloadsQueue::onEnded(qint64 id, const KovFailure &failure)
                                                                   : failure.text);
     }
     if (m_stopping) {
-        save();
+        m_saver.save();
         if (m_running.isEmpty())
             Q_EMIT stopped();
     }
@@ -246,7 +247,7 @@ void KovDownloadsQueue::tryLater(KovJob &job, const KovFailure &failure)
             QStringLiteral("[KovDownloadsQueue]: download %1 waits %2 ms: %3")
                 .arg(QString::number(job.id), QString::number(delay), failure.text));
     m_waiting.addRetry(job.id, m_clock.monotonicMs() + delay);
-    saveSoon(job.id);
+    m_saver.saveSoon(job.id);
     onRetryTime();
 }
 
@@ -254,7 +255,7 @@ void KovDownloadsQueue::waitForRoom(KovJob &job, const KovFailure &failure)
 {
     job.state = KovJob::State::Waiting;
     job.error = failure.text;
-    saveSoon(job.id);
+    m_saver.saveSoon(job.id);
     logLine(1,
             QStringLiteral("[KovDownloadsQueue]: WARNING: download %1 waits: %2")
                 .arg(QString::number(job.id), failure.text));
@@ -287,7 +288,7 @@ void KovDownloadsQueue::finish(KovJob &job, KovJob::State state, const QString &
             QStringLiteral("[KovDownloadsQueue]: download %1 %2")
                 .arg(QString::number(job.id),
                      error.isEmpty() ? stateName(state) : stateName(state) + u": "_qs + error));
-    saveSoon(job.id);
+    m_saver.saveSoon(job.id);
     Q_EMIT jobEnded(job);
 }
 
@@ -306,31 +307,6 @@ void KovDownloadsQueue::onRetryTime()
     if (const qint64 next = m_waiting.onRetryTime(m_clock.monotonicMs()); next >= 0)
         m_retryTimer->start(static_cast<int>(next));
     startNext();
-}
-
-void KovDownloadsQueue::saveSoon(qint64 id)
-{
-    if (m_unsaved.isEmpty())
-        QMetaObject::invokeMethod(this, &KovDownloadsQueue::save, Qt::QueuedConnection);
-    m_unsaved.insert(id);
-}
-
-void KovDownloadsQueue::save()
-{
-    QList<KovJob> jobs;
-    for (const qint64 id : std::as_const(m_unsaved)) {
-        if (const auto job = m_jobs.constFind(id); job != m_jobs.cend())
-            jobs.append(*job);
-    }
-    m_unsaved.clear();
-    if (!jobs.isEmpty())
-        m_store.save(jobs);
-}
-
-void KovDownloadsQueue::saveOne(const KovJob &job)
-{
-    m_unsaved.remove(job.id);
-    m_store.save({job});
 }
 
 QList<KovDownloadsQueue::Download> KovDownloadsQueue::downloads() const
@@ -363,7 +339,7 @@ bool KovDownloadsQueue::pause(qint64 id)
     m_waiting.remove(id);
     if (KovTransfer *const transfer = m_running.value(id))
         transfer->stop();
-    saveOne(job);
+    m_saver.saveNow(job);
     Q_EMIT workChanged();
     return true;
 }
@@ -377,7 +353,7 @@ bool KovDownloadsQueue::resume(qint64 id)
     job.state = KovJob::State::Waiting;
     job.attempts = 0;
     job.error.clear();
-    saveOne(job);
+    m_saver.saveNow(job);
     // One that is being paused is resumed once its transfer has ended.
     if (!m_running.contains(id))
         m_waiting.addReady(id);
@@ -392,7 +368,7 @@ bool KovDownloadsQueue::remove(qint64 id, bool withFile)
         return false;
     KovJob job = m_jobs.take(id);
     m_waiting.remove(id);
-    m_unsaved.remove(id);
+    m_saver.remove(id);
     if (KovTransfer *const transfer = m_running.take(id)) {
         transfer->disconnect(this);
         transfer->stop();

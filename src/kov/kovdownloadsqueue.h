@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kovjob.h"
+#include "kovjobsaver.h"
 #include "kovjobstore.h"
 #include "kovoffers.h"
 #include "kovtransfer.h"
@@ -13,7 +14,6 @@
 #include <QList>
 #include <QMap>
 #include <QObject>
-#include <QSet>
 #include <QSharedPointer>
 #include <QString>
 
@@ -108,21 +108,18 @@ private:
     void onTick();
     void onRetryTime();
     void onRoomTime();
-    void saveSoon(qint64 id);
-    void save();
     void removeFiles(const KovJob &job, bool finishedToo);
-    void saveOne(const KovJob &job);
     KovJob newJob(const QUrl &url);
 
     QtClock &m_clock;
     KovJobStore m_store;
     KovTransferFactory m_transfers;
     QMap<qint64, KovJob> m_jobs;
+    KovJobSaver m_saver;
     qint64 m_lastId = 0;
     QHash<qint64, KovTransfer *> m_running;
     KovOffers m_offers;
     KovWaitingJobs m_waiting;
-    QSet<qint64> m_unsaved;
     const std::unique_ptr<QtSingleShotTimer> m_tickTimer;
     const std::unique_ptr<QtSingleShotTimer> m_retryTimer;
     const std::unique_ptr<QtSingleShotTimer> m_roomTimer;
