@@ -69,16 +69,16 @@ export class Downloads {
         const now = await lookUp(item.id); // only here Chromium reports other extensions
         if (!now || now.byExtensionId || now.state === 'interrupted')
             return;
-        if (await this.#keeping.keeps(request)) {
-            this.#tell(await nameOf(item) || nameIn(addressOf(item)), place.browser);
-            return;
-        }
+        // At once: a file that is complete when the application takes it is in the way of its own.
+        await Promise.all([this.#handovers.begin(item, request.method === 'GET'), pause(item.id)]);
+        const isKept = await this.#keeping.keeps(request);
         const name = await nameOf(item);
-        if (name === undefined)
-            return;
-        await this.#handovers.begin(item, request.method === 'GET');
-        await pause(item.id);
-        await this.#handOver(item, name, request);
+        if (isKept)
+            this.#tell(name || nameIn(addressOf(item)), place.browser);
+        if (isKept || name === undefined)
+            await goOn(item.id);
+        else
+            await this.#handOver(item, name, request);
         await this.#handovers.drop(item);
     }
 

@@ -104,6 +104,14 @@ const launchers = {
                 const page = await FirefoxExtensionPage.open(browser, `moz-extension://${firefoxPagesId}/options.html`);
                 await page.evaluate(origins => chrome.permissions.remove({ origins }), extensionManifest.host_permissions);
             },
+            /* eslint-disable no-undef */
+            allowPrivately: () => inFirefoxItself(browser, async id => {
+                const { ExtensionPermissions } = ChromeUtils.importESModule('resource://gre/modules/ExtensionPermissions.sys.mjs');
+                const { AddonManager } = ChromeUtils.importESModule('resource://gre/modules/AddonManager.sys.mjs');
+                await ExtensionPermissions.add(id, { permissions: ['internal:privateBrowsingAllowed'], origins: [] });
+                await (await AddonManager.getAddonByID(id)).reload();
+            }, geckoId),
+            /* eslint-enable no-undef */
         };
     },
 };
@@ -209,15 +217,18 @@ export class ExtendedBrowser {
     /**
      * One that was launched in the same sandbox before keeps its profile.
      * @param {string} name one of browserNames
-     * @param {{screen?: import('./screen.mjs').Screen, asksWhere?: boolean, language?: string}} options the screen that
-     *     it shows its windows on; whether it asks the user where to put a download; Chromium's language
+     * @param {object} options screen: the one that it shows its windows on; asksWhere: whether it asks the user
+     *     where to put a download; privately: whether the extension may look into Firefox's private windows;
+     *     language: Chromium's
      */
-    static async launch(name, sandbox, { screen, asksWhere = false, language = 'en' } = {}) {
+    static async launch(name, sandbox, { screen, asksWhere = false, privately = false, language = 'en' } = {}) {
         const environment = sandbox.environment({ LANG: `${language}.UTF-8`, LANGUAGE: language, ...screen && { DISPLAY: screen.display } });
         const started = await launchers[name](sandbox, environment, { screen, asksWhere });
         const self = new ExtendedBrowser(sandbox, started);
         try {
             await self.browser.installExtension(extensionFolder);
+            if (privately)
+                await started.allowPrivately?.();
         } catch (error) {
             await self.close();
             throw error;

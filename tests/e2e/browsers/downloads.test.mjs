@@ -22,6 +22,9 @@ const rows = {
 const unheld = ['slow', 'blob', 'data'];
 /** Chromium does not say what a form posted that is no UTF-8. */
 const leftByChromium = 'latin';
+/** What begins in a container of Firefox, and in a private window, where Chromium without a screen saves nothing. */
+const contained = 'contained';
+const secret = 'secret';
 /** What begins without a click. */
 const refreshed = 'refreshed';
 const typed = 'typed';
@@ -50,7 +53,9 @@ function build(site) {
     site.pages['/foreign'] = form('foreign-post', `${site.origin}/file/foreign-post?held`)
         + link('foreign-link', `${site.origin}/file/foreign-link`);
     site.pages['/origin'] = { ...page(link('origin')), headers: { 'Referrer-Policy': 'origin' } };
-    site.pages['/refresh'] = '<meta http-equiv="refresh" content="0;url=/file/refreshed?held">';
+    site.pages['/container'] = { html: link(contained), headers: { 'Set-Cookie': 'box=1' } };
+    for (const each of [refreshed, secret])
+        site.pages[`/${each}`] = `<meta http-equiv="refresh" content="0;url=/file/${each}?held">`;
     site.pages['/scripts'] = `${link('worker', '/worker/file')}<a id="blob" download="b">blob</a> <a id="data" download="d">data</a>
         <script>
         const get = async path => (await fetch(path)).blob();
@@ -86,7 +91,7 @@ for (const name of browserNames) {
         before(async () => {
             site = await DownloadSite.start();
             build(site);
-            visit = await Visit.start(name, ['kov'], { server: site });
+            visit = await Visit.start(name, ['kov'], { server: site, privately: true });
         });
         after(() => visit?.end());
 
@@ -119,9 +124,20 @@ for (const name of browserNames) {
                     }
                 }
             }
-            for (const [row, address] of [[refreshed, `${site.origin}/refresh`], [typed, `${site.origin}/file/typed?held`]]) {
+            for (const [row, address] of [[refreshed, `${site.origin}/${refreshed}`], [typed, `${site.origin}/file/typed?held`]]) {
                 files.push(`/file/${row}`);
                 await type(address);
+            }
+            if (name === 'firefox') {
+                files.push(`/file/${contained}`);
+                const page = await (await visit.browser.browser.createBrowserContext()).newPage();
+                await page.goto(`${site.origin}/container`);
+                await page.click(`#${contained}`);
+                await visit.until(() => site.asked(`/file/${contained}`).length > 0, `${contained} to begin`);
+                left.push(`/file/${secret}`);
+                files.push(`/file/${secret}`);
+                await visit.extension.evaluate(url => chrome.windows.create({ incognito: true, url }), `${site.origin}/${secret}`);
+                await visit.until(() => site.asked(`/file/${secret}`).length > 0, `${secret} to begin`);
             }
             await visit.untilBrowserLists(left.length);
             left.filter(each => !unheld.some(row => each.endsWith(row))).forEach(each => site.release(each));
@@ -132,6 +148,11 @@ for (const name of browserNames) {
             }
             strictEqual(visit.sandbox.running('kov').length, 1);
             strictEqual((await visit.ask('status')).problem, null);
+            await visit.extension.evaluate(async () => {
+                const { id } = (await chrome.windows.getAll()).find(each => each.incognito) ?? {};
+                if (id)
+                    await chrome.windows.remove(id);
+            });
         });
 
         test('links that the user picks', async () => {
