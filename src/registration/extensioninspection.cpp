@@ -1,5 +1,7 @@
 #include "extensioninspection.h"
 
+#include "programpaths.h"
+
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
@@ -44,6 +46,29 @@ QJsonObject readObject(const QString &path)
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object()
                                           : QJsonObject();
+}
+
+/// The browser's page on which the user manages extensions.
+QString pageOf(const BrowserInstallation &installation)
+{
+    return installation.browser().family.isFirefox() ? QStringLiteral("about:addons")
+                                                     : QStringLiteral("chrome://extensions");
+}
+
+QString installCure(const BrowserInstallation &installation)
+{
+    if (const QString folder = ProgramPaths::unpackedExtension(); !folder.isEmpty())
+        return QStringLiteral("load the folder %1 on the browser's page %2")
+            .arg(folder,
+                 installation.browser().family.isFirefox()
+                     ? QStringLiteral("about:debugging#/runtime/this-firefox, each time it starts")
+                     : pageOf(installation) + QStringLiteral(", in developer mode"));
+    if (!installation.extensionForEverybody().isEmpty())
+        return QStringLiteral(
+            "sudo apt-get install kovalo-browser-extension, and start the browser "
+            "again");
+    return QStringLiteral("install the extension on the browser's page %1, or from its store")
+        .arg(pageOf(installation));
 }
 
 /// For match patterns such as "https://*/*".
@@ -128,9 +153,6 @@ ExtensionInspection::State ExtensionInspection::stateInFirefox(const QString &pr
 
 void ExtensionInspection::addTo(Chain &chain) const
 {
-    const QString page = m_installation.browser().family.isFirefox()
-        ? QStringLiteral("about:addons")
-        : QStringLiteral("chrome://extensions");
     const QStringList further = {enabledLink(), accessLink()};
     if (m_profiles.isEmpty() && m_isForEverybody) {
         chain.ok(installedLink(), QStringLiteral("the browser loads it when it is started"));
@@ -141,23 +163,17 @@ void ExtensionInspection::addTo(Chain &chain) const
         ? State::Missing
         : *std::max_element(m_profiles.cbegin(), m_profiles.cend());
     if (best == State::Missing) {
-        const QString text = QStringLiteral("the extension is not installed%1")
-                                 .arg(m_installation.browser().family.isFirefox()
-                                          ? QStringLiteral(" (one that is loaded for the moment "
-                                                           "does not show)")
-                                          : QString());
         if (m_isForEverybody)
             chain.broken(installedLink(), QStringLiteral("the browser has not loaded it yet"),
                          QStringLiteral("close all windows of the browser, and start it again"));
-        else if (!m_installation.extensionForEverybody().isEmpty())
-            chain.broken(installedLink(), text,
-                         QStringLiteral("sudo apt-get install kovalo-browser-extension, and start "
-                                        "the browser again"));
         else
-            chain.broken(installedLink(), text,
-                         QStringLiteral("install the extension on the browser's page %1, or from "
-                                        "its store")
-                             .arg(page));
+            chain.broken(installedLink(),
+                         QStringLiteral("the extension is not installed%1")
+                             .arg(m_installation.browser().family.isFirefox()
+                                      ? QStringLiteral(" (one that is loaded for the moment does "
+                                                       "not show)")
+                                      : QString()),
+                         installCure(m_installation));
         chain.notReached(further, QStringLiteral("there is no extension"));
         return;
     }
@@ -169,16 +185,17 @@ void ExtensionInspection::addTo(Chain &chain) const
                                          .arg(QString::number(missing),
                                               QString::number(m_profiles.size()))));
     if (best == State::Disabled) {
-        chain.broken(enabledLink(), QStringLiteral("it is turned off"),
-                     QStringLiteral("turn it on, on the browser's page %1").arg(page));
+        chain.broken(
+            enabledLink(), QStringLiteral("it is turned off"),
+            QStringLiteral("turn it on, on the browser's page %1").arg(pageOf(m_installation)));
         chain.notReached({accessLink()}, QStringLiteral("it is turned off"));
         return;
     }
     chain.ok(enabledLink(), QStringLiteral("it is turned on"));
     if (best == State::WithoutAccess)
-        chain.broken(
-            accessLink(), QStringLiteral("the browser withholds access to pages from it"),
-            QStringLiteral("allow it access to all sites, on the browser's page %1").arg(page));
+        chain.broken(accessLink(), QStringLiteral("the browser withholds access to pages from it"),
+                     QStringLiteral("allow it access to all sites, on the browser's page %1")
+                         .arg(pageOf(m_installation)));
     else if (best == State::WithSomeAccess)
         chain.ok(accessLink(),
                  QStringLiteral("it may see some sites only; downloads from others stay in the "

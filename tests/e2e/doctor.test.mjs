@@ -105,7 +105,11 @@ async function damageDatabase(sandbox) {
 const isFixed = true;
 /** What is broken, how, and what else the program is given, or has to do. */
 const rows = [
-    ['extension-installed', sandbox => rmSync(extension(sandbox, 'firefox'))],
+    ['extension-installed', sandbox => rmSync(extension(sandbox, 'firefox')), { says: /apt-get install/ }],
+    ['extension-installed', sandbox => {
+        rmSync(extension(sandbox, 'chromium'));
+        put(join(sandbox.folder, 'extension/manifest.json'), '{}'); // as the archive has it
+    }, { says: /load the folder .*\/extension on/ }],
     ['extension-installed', inChromium({ location: 8, path: '/usr/share/webext/gone' }), { says: /not loaded/ }],
     ['extension-enabled', inChromium({ disable_reasons: [1] })],
     ['extension-enabled', inChromium({ disable_reasons: 1, state: 0 })],
@@ -186,7 +190,7 @@ describe('the doctor names', { concurrency: 2 }, () => {
                 deepStrictEqual(broken.map(each => each.link).sort(), [link, ...given.also ?? []].sort(), output);
                 ok(broken.every(each => each.text && each.cure));
                 if (given.says)
-                    match(broken[0].text, given.says);
+                    match(`${broken[0].text}; ${broken[0].cure}`, given.says);
                 strictEqual(status, given.arrives ? 0 : 1, errors);
                 if (given.isFixed)
                     match((await doctor(sandbox, given, '--fix')).output, /A download would arrive/);
