@@ -22,6 +22,9 @@ private Q_SLOTS:
         QCOMPARE(manager.portableModeSupport()->encodePath(app.filePath(QStringLiteral("a"))),
                  QStringLiteral("appdir/a"));
         QDir(data).removeRecursively();
+        const PortableVersionManager given(QStringLiteral("/given"));
+        QVERIFY(given.isPortableMode());
+        QCOMPARE(given.dataDir().path(), QStringLiteral("/given"));
     }
 };
 
