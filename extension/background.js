@@ -85,6 +85,8 @@ host.onNotification = message => {
         showCaptions(message.strings);
     else if (message.type === 'settings_store')
         settings.acceptStore(message);
+    else if (message.type === 'lost_download')
+        outcomes.tell(message.result, place.lost, new HostError('problemApplicationFailed', message.error));
 };
 settings.onChanged = current => {
     apply(current.browser);

@@ -1,6 +1,8 @@
 #include "abstractdownloadsmodulemetatypes.h"
+#include "abstractincomingdownloadsprocessor.h"
 #include "appclientmodule.h"
 #include "appcoreconfig.h"
+#include "appdataaccesshelper.h"
 #include "appidentity.h"
 #include "appremotefrontendclientvhipcprocessor.h"
 #include "appversion.h"
@@ -89,7 +91,10 @@ int runSuccessor(const QSharedPointer<QtAppConfigBase> &config,
                      &client, [&client] { client.initialize(false); });
 
     client.initialize(true);
-    for (const VhIpcQueuedMessage &message : LinkSuccessor::receive())
+    const QList<VhIpcQueuedMessage> messages = LinkSuccessor::receive();
+    const LinkSuccessor::DownloadsReport report(messages, *client.incomingDownloadsProcessor(),
+                                                LostDownloads(*client.dataAccessHelper()));
+    for (const VhIpcQueuedMessage &message : messages)
         client.remoteFrontendClientModule()->vhIpcProcessor()->sendOrQueue(message);
     shutdownManager->shutdownApp(QString());
     return QCoreApplication::exec();

@@ -1,11 +1,13 @@
 #include "wenativehosttasksprocessor.h"
 
 #include "appclientmodule.h"
+#include "appdataaccesshelper.h"
 #include "assertionlog.h"
 #include "browsertabsrequeststracker.h"
 #include "consolemessagesreceiver.h"
 #include "consolemessagessender.h"
 #include "keystatewatcher.h"
+#include "lostdownloads.h"
 #include "mediarequestsanalyzer.h"
 #include "mediarequestscollector.h"
 #include "networkrequestscollector.h"
@@ -164,8 +166,10 @@ void WeNativeHostTasksProcessor::process(std::shared_ptr<pmxKovBhIpcTask> task, 
 
 void WeNativeHostTasksProcessor::registerProcessors()
 {
-    registerProcessor(kov_ipc_task_handshake,
-                      std::make_unique<pmxKovBhIpcHandshakeTaskProcessor>(m_receiver, m_sender));
+    auto handshake = std::make_unique<pmxKovBhIpcHandshakeTaskProcessor>(m_receiver, m_sender);
+    connect(handshake.get(), &pmxKovBhIpcHandshakeTaskProcessor::answered, this,
+            &WeNativeHostTasksProcessor::tellOfLostDownloads);
+    registerProcessor(kov_ipc_task_handshake, std::move(handshake));
     auto uiStrings = std::make_unique<pmxKovBhIpcUiStringsTaskProcessor>(m_sender);
     connect(this, &WeNativeHostTasksProcessor::translationsLoaded, uiStrings.get(),
             &pmxKovBhIpcUiStringsTaskProcessor::onTranslationsLoaded);
@@ -197,6 +201,28 @@ void WeNativeHostTasksProcessor::registerProcessors()
     registerProcessor(
         kov_ipc_task_key_state,
         std::make_unique<pmxKovBhIpcKeyStateTaskProcessor>(m_sender, m_keyStateWatcher));
+}
+
+void WeNativeHostTasksProcessor::tellOfLostDownloads()
+{
+    const auto sender = m_sender.toStrongRef();
+    const auto dataAccess = m_appClientModule->dataAccessHelper();
+    if (!sender || !dataAccess)
+        return;
+    const QList<LostDownload> lost = LostDownloads(*dataAccess).take();
+    if (!lost.isEmpty())
+        logLine(1,
+                QStringLiteral("[WeNativeHostTasksProcessor]: WARNING: %1 downloads never reached "
+                               "the application after an earlier host had ended")
+                    .arg(lost.size()));
+    for (const LostDownload &each : lost) {
+        pmxKovBhIpcTaskResponse message;
+        message.type = "lost_download";
+        message.result = each.name.toStdString();
+        message.error = each.reason.toStdString();
+        if (const auto text = pmxResponseText(message))
+            sender->sendMessage(*text);
+    }
 }
 
 void WeNativeHostTasksProcessor::registerProcessor(

@@ -58,6 +58,7 @@ public Q_SLOTS:
 
 private:
     void registerProcessors();
+    void tellOfLostDownloads();
     void registerProcessor(kov_ipc_task_type type,
                            std::unique_ptr<pmxKovBhIpcTaskProcessor> processor);
 

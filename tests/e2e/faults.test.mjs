@@ -93,6 +93,7 @@ describe('faults', { concurrency: 4 }, () => {
                 extension.create({ catchedDownloads: '1' }, server.url('never'));
                 for (const path of picked.filter((_, j) => j % 2 === i))
                     extension.download({ url: server.url(path), httpCookies: 'a=secret' });
+                extension.download(`ftp://127.0.0.1/refused${i}.zip?secret`);
                 await extension.ask('kov_json_task', { json: '{}' }, `${7000 + i}`);
                 leave(extension, here);
             }));
@@ -116,8 +117,16 @@ describe('faults', { concurrency: 4 }, () => {
             await until(() => here.sandbox.running('wenativehost').length === 0, 'the ends of the successors');
             for (const i of [1, 2]) {
                 const log = readFileSync(here.program(`log${i}`), 'utf8');
-                match(log, canStart ? /: 11 messages to deliver/ : /has got 11 waiting messages/);
+                match(log, canStart ? /: 12 messages to deliver[^]*: 10 of 11 downloads were delivered/ : /has got 12 waiting messages/);
                 doesNotMatch(log, /ASSERTION|alive|secret/);
+            }
+            // What was lost meanwhile is told once, to the next who comes.
+            for (const expected of canStart ? [['refused0.zip', 'refused1.zip'], []] : []) {
+                const next = here.extension();
+                await next.ask('handshake', { handshake: {} });
+                await next.end();
+                deepStrictEqual(next.told.map(({ type, result, error }) => [type, result, error]).sort(), expected.map(
+                    file => ['lost_download', file, 'nothing that can be downloaded']));
             }
         });
     }

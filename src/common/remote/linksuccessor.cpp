@@ -1,19 +1,24 @@
 #include "linksuccessor.h"
 
+#include "abstractincomingdownloadsprocessor.h"
 #include "qtappdefaultlogger.h"
 #include "qtvhbodycodec.h"
+#include "vhipcincomingdownloadskeys.h"
+#include "vhipckeys.h"
 
 #include <QCoreApplication>
 #include <QDataStream>
 #include <QFile>
 #include <QMetaEnum>
 #include <QProcess>
+#include <QUrl>
 
 #include <linux/close_range.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
 #include <cstdio>
+#include <utility>
 
 namespace {
 
@@ -26,6 +31,31 @@ bool write(QFile &file, const QList<VhIpcQueuedMessage> &messages)
     for (const VhIpcQueuedMessage &each : messages)
         stream << each.waitedMs << QtVhBodyCodec::toDataStream(each.message);
     return file.flush() && stream.status() == QDataStream::Ok;
+}
+
+/// What the user knows the job by: its first download.
+QString nameOf(const QHash<QString, QVariant> &message)
+{
+    const QString key = VhIpcIncomingDownloadsKeys::request();
+    const auto request = toNewDownloadsRequest(message.value(key).toHash());
+    const auto info = request.downloads.isEmpty() ? nullptr : request.downloads.constFirst().info;
+    if (!info)
+        return {};
+    if (!info->preferredFileTitle.isEmpty())
+        return info->preferredFileTitle;
+    const QUrl &url = info->source.url;
+    return url.fileName().isEmpty() ? url.host() : url.fileName();
+}
+
+QHash<qint64, LostDownload> jobsIn(const QList<VhIpcQueuedMessage> &messages)
+{
+    QHash<qint64, LostDownload> jobs;
+    for (const VhIpcQueuedMessage &each : messages) {
+        if (each.message.value(VhIpcKeys::name()) == VhIpcIncomingDownloadsKeys::partName())
+            jobs.insert(each.message.value(VhIpcKeys::id()).toLongLong(),
+                        {nameOf(each.message), QStringLiteral("no answer")});
+    }
+    return jobs;
 }
 
 } // namespace
@@ -83,6 +113,35 @@ QList<VhIpcQueuedMessage> receive()
     }
     logLine(1, QStringLiteral("[LinkSuccessor]: %1 messages to deliver").arg(messages.size()));
     return messages;
+}
+
+DownloadsReport::DownloadsReport(const QList<VhIpcQueuedMessage> &messages,
+                                 const AbstractIncomingDownloadsProcessor &processor,
+                                 LostDownloads lost)
+    : m_pending(jobsIn(messages)), m_count(m_pending.size()), m_lost(std::move(lost))
+{
+    connect(&processor, &AbstractIncomingDownloadsProcessor::finished, this,
+            [this](qint64 id, bool added, bool aborted, AbstractDownloadAbortReason,
+                   const QString &error) {
+                const auto job = m_pending.find(id);
+                if (job == m_pending.end())
+                    return;
+                if (added || aborted)
+                    m_pending.erase(job);
+                else
+                    job->reason = error;
+            });
+}
+
+DownloadsReport::~DownloadsReport()
+{
+    if (m_count > 0)
+        logLine(1,
+                QStringLiteral("[LinkSuccessor]: %1 of %2 downloads were delivered")
+                    .arg(m_count - m_pending.size())
+                    .arg(m_count));
+    for (const LostDownload &lost : std::as_const(m_pending))
+        m_lost.add(lost);
 }
 
 } // namespace LinkSuccessor

@@ -37,4 +37,5 @@ void pmxKovBhIpcHandshakeTaskProcessor::process(std::shared_ptr<pmxKovBhIpcTask>
     static const std::string version = appVersion().toStdString();
     response->version = version;
     callback(task, response);
+    Q_EMIT answered();
 }

@@ -17,6 +17,10 @@ public:
 
     void process(std::shared_ptr<pmxKovBhIpcTask> task, Callback callback) override;
 
+Q_SIGNALS:
+    /// The extension can be told something now.
+    void answered();
+
 private:
     const QWeakPointer<ConsoleMessagesReceiver> m_receiver;
     const QWeakPointer<ConsoleMessagesSender> m_sender;

@@ -56,8 +56,10 @@ for (const name of browserNames) {
             files.push(path(row, state));
         };
 
-        test('captions are asked for when the settings are there, and what is not stored is told', async () => {
+        test('captions are asked for when the settings are there, and what was lost or is not stored is told', async () => {
             await visit.untilThere(() => visit.ask('captions'), ({ dllink }) => dllink === 'after the settings');
+            await visit.untilThere(() => visit.ask('outcomes'), outcomes => outcomes.some(({ name: file, state, detail }) =>
+                `${file} ${state} ${detail}` === 'gone.bin lost why'));
             for (const [error, words] of [['busy', /^Another program /], ['failure', / cannot be stored /], ['', /^$/]]) {
                 await visit.ask('changeSettings', { changes: { 'monitor.skipServers': error } });
                 await visit.untilThere(() => visit.extension.evaluate(() => {

@@ -36,6 +36,8 @@ function answer(task) {
         { error: '', id, result: '', type, ...members })));
     if (type !== 'create_downloads') {
         reply(type === 'ui_strings' ? { strings: { dllink: captions } } : answers[type] ?? {});
+        if (type === 'handshake')
+            reply({ id: '', type: 'lost_download', result: 'gone.bin', error: 'why' });
         if (type === 'query_settings')
             captions = 'after the settings';
         if (type === 'post_settings')
