@@ -2,7 +2,8 @@
 // ends. The host is one that answers as each address wishes.
 
 import { deepStrictEqual, match, strictEqual } from 'node:assert';
-import { chmodSync, rmSync, writeFileSync } from 'node:fs';
+import { chmodSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
+import { join } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { after, before, describe, test } from 'node:test';
 import { browserNames } from '../../../tools/drivers/browsers.mjs';
@@ -57,7 +58,8 @@ for (const name of browserNames) {
         };
 
         test('captions are asked for when the settings are there, and what was lost or is not stored is told', async () => {
-            await visit.untilThere(() => visit.ask('captions'), ({ dllink }) => dllink === 'after the settings');
+            await visit.untilThere(() => readFileSync(join(visit.sandbox.temporary, 'asked'), 'utf8'),
+                                   types => /^query_settings\n[^]*^ui_strings$/m.test(types));
             await visit.untilThere(() => visit.ask('outcomes'), outcomes => outcomes.some(({ name: file, state, detail }) =>
                 `${file} ${state} ${detail}` === 'gone.bin lost why'));
             for (const [error, words] of [['busy', /^Another program /], ['failure', / cannot be stored /], ['', /^$/]]) {

@@ -1,6 +1,8 @@
 // A fake host whose answers the URL of a download selects, by its parameter "answer". Servers to leave
 // out that are posted select what it tells of the store.
 
+import { appendFileSync, existsSync } from 'node:fs';
+import { join } from 'node:path';
 import { FrameReader, encodeFrame } from '../../../tools/drivers/framing.mjs';
 
 const lateDelay = 6500; // a paused download goes on after 5 s
@@ -18,6 +20,7 @@ const settings = {
 
 const answers = {
     handshake: { version: 'scripted' },
+    ui_strings: { strings: {} },
     query_settings: { settings },
 };
 const byWish = {
@@ -28,18 +31,19 @@ const byWish = {
     neither: {},
 };
 
-let captions = 'before the settings';
+/** What was asked for, one type a line, of all hosts one after another. */
+const asked = join(process.env.TMPDIR, 'asked');
+const isFirst = !existsSync(asked);
 
 function answer(task) {
     const { type, id } = task;
     const reply = members => process.stdout.write(encodeFrame(JSON.stringify(
         { error: '', id, result: '', type, ...members })));
     if (type !== 'create_downloads') {
-        reply(type === 'ui_strings' ? { strings: { dllink: captions } } : answers[type] ?? {});
-        if (type === 'handshake')
+        reply(answers[type] ?? {});
+        appendFileSync(asked, `${type}\n`);
+        if (type === 'handshake' && isFirst)
             reply({ id: '', type: 'lost_download', result: 'gone.bin', error: 'why' });
-        if (type === 'query_settings')
-            captions = 'after the settings';
         if (type === 'post_settings')
             reply({ id: '', type: 'settings_store', error: task.post_settings.browser.monitor.skipServers });
         return;
