@@ -17,7 +17,7 @@ const extensionManifest = JSON.parse(readFileSync(join(extensionFolder, 'manifes
 /** The file name of the host. */
 export const hostProgram = 'wenativehost';
 const geckoId = extensionManifest.browser_specific_settings.gecko.id;
-/** Firefox draws an id for the addresses of an extension's pages, unless it has one already. */
+/** The UUID of the extension's pages in Firefox, which would otherwise be random. */
 const firefoxPagesId = '8c5b1c3e-5d1f-4d0c-9a64-6b1d6f0e2a37';
 
 /** Chromium's id of an extension: the start of its key's hash, in the letters a to p. */
@@ -78,7 +78,7 @@ const launchers = {
         const browser = await puppeteer.launch({
             browser: 'firefox',
             executablePath: '/usr/bin/firefox-esr',
-            args: ['--remote-allow-system-access'], // without it no page of an extension is shown
+            args: ['--remote-allow-system-access'], // required for extension pages
             headless: !screen,
             userDataDir,
             env: environment,
@@ -133,8 +133,8 @@ class ChromiumExtensionPage {
 }
 
 /**
- * The same in Firefox, where puppeteer's own pages lose sight of a tab that is moved to the process
- * of extensions; the protocol beneath still reaches it.
+ * The same in Firefox, where puppeteer loses a tab that moves to the extension process; WebDriver BiDi
+ * still reaches it.
  */
 class FirefoxExtensionPage {
     static async open(browser, address) {
@@ -177,8 +177,7 @@ function workerOf(browser) {
 }
 
 /**
- * Chromium shows no menu without a screen, so the extension is told of the choice as it would be
- * told after a click.
+ * Headless Chromium shows no context menu, so the extension gets the event that a click would send.
  */
 async function chooseMenuInChromium(browser, page, element, entry) {
     const info = await element.evaluate(clicked => ({
@@ -215,7 +214,7 @@ async function chooseMenuInFirefox({ connection }, _page, element, entry) {
 /** A running browser with the extension in it. */
 export class ExtendedBrowser {
     /**
-     * One that was launched in the same sandbox before keeps its profile.
+     * Keeps the profile of an earlier launch in the same sandbox.
      * @param {string} name one of browserNames
      * @param {object} options screen: the one that it shows its windows on; asksWhere: whether it asks the user
      *     where to put a download; privately: whether the extension may look into Firefox's private windows;
@@ -260,7 +259,7 @@ export class ExtendedBrowser {
 
     openExtensionPage(path) { return this.#pages.Page.open(this.browser, this.address(path)); }
 
-    /** A port to a host of its own, held by a page of the extension. */
+    /** Opens a port to another host, in a page of the extension. */
     async openPort(page) {
         const before = this.sandbox.running(hostProgram);
         const port = await HostPort.open(page);
@@ -329,7 +328,7 @@ class HostPort {
         }, this.name, task);
     }
 
-    /** Whether the browser has told the page that the host is gone. */
+    /** Whether the port has been disconnected. */
     isDisconnected() { return this.page.evaluate(name => globalThis[name].disconnected, this.name); }
 
     close() { return this.page.evaluate(name => globalThis[name].port.disconnect(), this.name); }

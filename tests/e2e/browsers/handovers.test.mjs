@@ -74,7 +74,7 @@ for (const name of browserNames) {
         test('each answer', async () => {
             for (const [row, state] of rows)
                 await click(row, state);
-            // While the application makes up its mind the browser goes on.
+            // The browser continues while the application decides.
             const late = await visit.untilThere(() => browserItem('late', 'both'), item => item && !item.paused);
             strictEqual(late.state, 'in_progress');
             await lets('late', 'both');
