@@ -4,14 +4,12 @@
 
 #include <string_view>
 
-namespace picojson {
-class value;
-}
+struct pmxJsonNode;
 
 /**
  * Reads from one JSON value.
  *
- * Nodes share the parsed tree instead of copying their part of it; a node stays usable after the
+ * Nodes share the parsed text instead of copying their part of it; a node stays usable after the
  * stream it was selected from has been cleared, bound anew or destroyed.
  *
  * What follows the first JSON value of a text is not looked at. Values nested more than 100 levels
@@ -24,7 +22,7 @@ class pmxJson2SerializationInputStream : public pmxSerializationInputStream {
 public:
     /// Holds null.
     pmxJson2SerializationInputStream() = default;
-    explicit pmxJson2SerializationInputStream(std::shared_ptr<const picojson::value> value);
+    explicit pmxJson2SerializationInputStream(std::shared_ptr<const pmxJsonNode> node);
 
     /// Throws std::runtime_error when the node is not a JSON object, unless the name is empty.
     std::shared_ptr<pmxSerializationInputStream> SelectNode(const std::string &name) const override;
@@ -40,16 +38,20 @@ public:
     bool BindToStream(std::istream *stream) override;
 
     /// The same as BindToStream() for a text that is in memory already.
-    bool BindToText(std::string_view text);
+    bool BindToText(std::string text);
+    /// The same without a copy of the text, which must stay where it is as long as nodes that were
+    /// selected from it are used.
+    bool BindToLastingText(std::string_view text);
 
 private:
-    template <typename T> bool read(const std::string &name, T &value) const;
     /// The member of that name, or the node itself; null when there is none.
-    const picojson::value *find(const std::string &name) const;
-    std::shared_ptr<pmxSerializationInputStream> share(const picojson::value &part) const;
+    const pmxJsonNode *find(std::string_view name) const;
+    /// The same of one that is a value of this kind.
+    template <typename Kind> const pmxJsonNode *findOfKind(std::string_view name, Kind kind) const;
+    std::shared_ptr<pmxSerializationInputStream> share(const pmxJsonNode &part) const;
 
-    /// Points at this node's part of the tree and keeps the whole tree alive. Null stands for a
-    /// JSON null.
-    std::shared_ptr<const picojson::value> m_value;
+    /// Points at this node's part of the text's nodes and keeps all of them alive. Null stands for
+    /// a JSON null.
+    std::shared_ptr<const pmxJsonNode> m_node;
     mutable bool m_toldOfNoObject = false;
 };

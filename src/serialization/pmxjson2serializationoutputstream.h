@@ -4,6 +4,9 @@
 #include "pmxserializationoutputstreambinding.h"
 
 #include <map>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace picojson {
 class value;
@@ -18,7 +21,7 @@ class value;
 class pmxJson2SerializationOutputStream : public pmxSerializationOutputStream,
                                           public pmxSerializationOutputStreamBinding {
 public:
-    pmxJson2SerializationOutputStream();
+    pmxJson2SerializationOutputStream() = default;
     ~pmxJson2SerializationOutputStream() override;
 
     std::shared_ptr<pmxSerializationOutputStream> CreateNode(const std::string &name,
@@ -30,6 +33,8 @@ public:
     void clear() override;
     void BindToStream(std::ostream *stream) override;
 
+    /// The text that Flush() writes.
+    std::string text() const;
     /// The value with all child nodes as they are now. A child replaces a plain value of its name.
     picojson::value getResultingJsonValue() const;
 
@@ -38,15 +43,27 @@ private:
         std::shared_ptr<pmxJson2SerializationOutputStream> node;
         bool arrayMark;
     };
+    using Children = std::multimap<std::string, Child>;
+    /// A plain value under its name, as the text that it becomes.
+    struct Member {
+        std::string name;
+        std::string text;
+    };
 
-    bool write(const std::string &name, picojson::value &&value);
+    bool write(const std::string &name, std::string &&text);
+    const Member *findMember(const std::string &name) const;
+    void appendText(std::string &out) const;
+    static void appendChildren(std::string &out, Children::const_iterator first,
+                               Children::const_iterator end);
     /// Flush(), for the destructor, which can call no virtual function.
     void flush();
 
-    /// Never null. Plain members only; the children are put in when the result is built.
-    std::unique_ptr<picojson::value> m_value;
+    /// In the order of their writing.
+    std::vector<Member> m_members;
     /// Children of one name are adjacent, in the order of their creation.
-    std::multimap<std::string, Child> m_children;
+    Children m_children;
+    /// What was written under the empty name, if anything: the node is no object then.
+    std::optional<std::string> m_onlyValue;
     std::ostream *m_target = nullptr;
     bool m_flushed = false;
 };

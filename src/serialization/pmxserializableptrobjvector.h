@@ -25,13 +25,14 @@ private:
     bool read(pmxSerializationIoStream *stream, unsigned int flags)
     {
         this->clear();
-        const auto nodes = stream->SelectNodes(ItemName);
+        auto nodes = stream->SelectNodes(ItemName);
         this->reserve(nodes.size());
-        for (const auto &node : nodes) {
+        for (auto &node : nodes) {
             T item = create_obj(node.get());
             if (!item->Serialize(node.get(), flags))
                 return false;
             this->add_item_(std::move(item));
+            node.reset(); // many nodes and many records need not be there at once
         }
         return true;
     }

@@ -1,13 +1,20 @@
 #pragma once
 
+#include <charconv>
 #include <istream>
 #include <locale>
 #include <ostream>
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <type_traits>
 #include <utility>
+
+/// Numbers whose text is nothing but their digits: streams take the small ones for characters.
+template <typename T>
+constexpr bool
+    pmxIsPlainNumber = std::is_integral_v<T> && (std::is_same_v<T, bool> || sizeof(T) > 2);
 
 /**
  * Values as texts, in the form that standard streams give them: 5 is "5", true is "1". Always in
@@ -15,6 +22,8 @@
  */
 template <typename T> std::string pmxTextFromValue(const T &value)
 {
+    if constexpr (pmxIsPlainNumber<T>)
+        return std::to_string(value);
     std::ostringstream stream;
     stream.imbue(std::locale::classic());
     if constexpr (std::is_enum_v<T> && !requires(std::istream & in, T & read) { in >> read; })
@@ -22,6 +31,28 @@ template <typename T> std::string pmxTextFromValue(const T &value)
     else
         stream << value;
     return stream.str();
+}
+
+/// Reads a text that is nothing but the digits of such a number, as most texts are. False for any
+/// other, which a stream may be able to read.
+template <typename T> bool pmxNumberFromDigits(std::string_view text, T &value)
+{
+    if constexpr (std::is_same_v<T, bool>) {
+        if (text != "0" && text != "1")
+            return false;
+        value = text == "1";
+        return true;
+    } else {
+        if (text.empty() || text.front() < '0' || text.front() > '9')
+            return false;
+        T read{};
+        const char *const end = text.data() + text.size();
+        const auto [parsedEnd, error] = std::from_chars(text.data(), end, read);
+        if (error != std::errc() || parsedEnd != end)
+            return false;
+        value = read;
+        return true;
+    }
 }
 
 /// This thread's stream over the text, in the classic locale; good until the next call. One stream
@@ -35,6 +66,10 @@ std::istream &pmxStreamOverText(std::string_view text);
  */
 template <typename T> bool pmxValueFromText(const std::string &text, T &value)
 {
+    if constexpr (pmxIsPlainNumber<T>) {
+        if (pmxNumberFromDigits(text, value))
+            return true;
+    }
     std::istream &stream = pmxStreamOverText(text);
     if constexpr (std::is_enum_v<T> && !requires(std::istream & in, T & read) { in >> read; }) {
         std::underlying_type_t<T> number{};

@@ -27,11 +27,10 @@ ConsoleFlowControl::ConsoleFlowControl(QObject *parent)
 
 ConsoleFlowControl::~ConsoleFlowControl() { ::close(m_roomEvent); }
 
-void ConsoleFlowControl::posted(qsizetype characters)
+void ConsoleFlowControl::posted(qsizetype bytes)
 {
-    const qint64 bytes = messageOverhead + characters * qint64{sizeof(QChar)};
-    m_unhandledBytes += bytes;
-    m_unannouncedBytes += bytes;
+    m_unhandledBytes += messageOverhead + bytes;
+    m_unannouncedBytes += messageOverhead + bytes;
     if (m_unannouncedBytes < announcedAtOnce)
         return;
     // Events of one thread are delivered in order: when this one comes, the messages before it

@@ -23,8 +23,8 @@ public:
     ~ConsoleFlowControl() override;
     Q_DISABLE_COPY_MOVE(ConsoleFlowControl)
 
-    /// The reader has just posted a message of so many UTF-16 characters to the handling thread.
-    void posted(qsizetype characters);
+    /// The reader has just posted a message of so many bytes to the handling thread.
+    void posted(qsizetype bytes);
     /// The reader waits for room, and meanwhile watches the input for its end.
     void waitForRoom(int inputDescriptor);
 

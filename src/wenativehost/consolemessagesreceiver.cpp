@@ -6,6 +6,7 @@
 #include "qtappdefaultlogger.h"
 #include "readconsolethread.h"
 
+#include <QMetaMethod>
 #include <QThread>
 
 #include <new>
@@ -72,22 +73,37 @@ void ConsoleMessagesReceiver::receive()
 
 void ConsoleMessagesReceiver::handleBody(QByteArray body)
 {
-    const quint32 flags = m_flags;
-    QString message;
+    static const QMetaMethod textSignal =
+        QMetaMethod::fromSignal(&ConsoleMessagesReceiver::gotMessage);
+    const qsizetype size = body.size();
+    QString text;
     try {
-        if (flags & Base64Encoded)
-            body = Base64Transport::decode(body);
-        else if (flags & PercentEncoded)
-            body = PercentTransport::decode(body);
-        message = QString::fromUtf8(body);
+        body = decoded(body, m_flags);
+        if (isSignalConnected(textSignal))
+            text = QString::fromUtf8(body);
     } catch (const std::bad_alloc &) {
+        body = QByteArray();
         logLine(1,
                 QStringLiteral("[ConsoleMessagesReceiver]: WARNING: a message of %1 bytes is "
                                "dropped: not enough memory")
-                    .arg(body.size()));
+                    .arg(size));
     }
-    body = QByteArray();
-    Q_EMIT gotMessage(message);
+    const qsizetype posted = body.size() + text.size() * qsizetype(sizeof(QChar));
+    Q_EMIT gotMessage(text);
+    Q_EMIT gotBytes(QSharedPointer<QByteArray>::create(std::move(body)));
     if (m_flowControl)
-        m_flowControl->posted(message.size());
+        m_flowControl->posted(posted);
+}
+
+QByteArray ConsoleMessagesReceiver::decoded(const QByteArray &body, quint32 flags)
+{
+    QByteArray bytes = body;
+    if (flags & Base64Encoded)
+        bytes = Base64Transport::decode(body);
+    else if (flags & PercentEncoded)
+        bytes = PercentTransport::decode(body);
+    // QString drops a byte order mark.
+    if (bytes.startsWith("\xef\xbb\xbf") || !QByteArrayView(bytes).isValidUtf8())
+        bytes = QString::fromUtf8(bytes).toUtf8();
+    return bytes;
 }

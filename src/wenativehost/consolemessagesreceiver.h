@@ -35,6 +35,9 @@ public:
     /// Before start(): reading waits while too much is unhandled. Without it, it never does.
     void setFlowControl(QSharedPointer<ConsoleFlowControl> flowControl);
 
+    /// Whether the input has ended, and nothing is read any more. Any thread.
+    bool hasInputEnded() const { return m_inputEnded; }
+
 public Q_SLOTS:
     /// Begins to read, until the input ends. Any thread.
     void start();
@@ -46,16 +49,21 @@ public Q_SLOTS:
 Q_SIGNALS:
     /// A frame's body, decoded. Empty when there was not enough memory for it.
     void gotMessage(const QString &message);
+    /// The same in UTF-8: what is no UTF-8 is replaced as QString does it. Who takes the bytes away
+    /// saves that they stay until the signal has been handled. Whoever connects to only one of the
+    /// two signals saves the making of the other.
+    void gotBytes(const QSharedPointer<QByteArray> &message);
     /// The input has ended or cannot be read. Once.
     void finished();
 
 private:
     void handleBody(QByteArray body);
+    static QByteArray decoded(const QByteArray &body, quint32 flags);
 
     std::FILE *const m_input;
     ConsoleFrameReader m_reader;
     QSharedPointer<ConsoleFlowControl> m_flowControl;
     bool m_running = false;
     std::atomic<quint32> m_flags = 0;
-    bool m_inputEnded = false;
+    std::atomic<bool> m_inputEnded = false;
 };

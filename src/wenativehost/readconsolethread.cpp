@@ -9,8 +9,10 @@ ReadConsoleThread::ReadConsoleThread(QObject *parent) : QThread(parent)
 
 ReadConsoleThread::~ReadConsoleThread() { stop(); }
 
-void ReadConsoleThread::stop()
+void ReadConsoleThread::stop(Reading reading)
 {
+    if (!isRunning())
+        return;
     // The wake-up reaches the thread between two reads, terminate() inside one.
     {
         const std::lock_guard lock(m_stoppingMutex);
@@ -18,7 +20,9 @@ void ReadConsoleThread::stop()
         if (QAbstractEventDispatcher *const dispatcher = eventDispatcher())
             dispatcher->wakeUp();
     }
-    terminate();
+    // To be terminated costs the loading of what unwinds the thread's stack.
+    if (reading == Reading::MayBlock)
+        terminate();
     wait();
 }
 

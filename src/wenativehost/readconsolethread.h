@@ -25,8 +25,15 @@ public:
     explicit ReadConsoleThread(QObject *parent = nullptr);
     ~ReadConsoleThread() override;
 
+    enum class Reading {
+        /// The thread may be blocked in a read.
+        MayBlock,
+        /// It does not read any more, and never will: it ends by itself.
+        Ended,
+    };
+
     /// Ends the thread wherever it is and waits for that.
-    void stop();
+    void stop(Reading reading = Reading::MayBlock);
 
 protected:
     void run() override;

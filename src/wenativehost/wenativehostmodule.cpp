@@ -91,6 +91,11 @@ void WeNativeHostModule::bringUp()
     m_tasksProcessor = qtCreateObject<WeNativeHostTasksProcessor>(
         m_delayedShutdownManager, m_receiver.toWeakRef(), m_sender.toWeakRef(), m_settingsManager,
         m_appClientModule);
+    // It takes texts from any receiver; this one has them as bytes, without a conversion.
+    disconnect(m_receiver.data(), &ConsoleMessagesReceiver::gotMessage, m_tasksProcessor.data(),
+               nullptr);
+    connect(m_receiver.data(), &ConsoleMessagesReceiver::gotBytes, m_tasksProcessor.data(),
+            &WeNativeHostTasksProcessor::onConsoleGotBytes);
     connect(m_localizationManager.data(), &AppLocalizationManager::translationsLoaded,
             m_tasksProcessor.data(), &WeNativeHostTasksProcessor::translationsLoaded);
     m_receiver->start();
@@ -104,8 +109,9 @@ void WeNativeHostModule::takeDown()
     m_tasksProcessor.reset();
     m_settingsManager.reset();
     m_sender.reset();
+    using Reading = ReadConsoleThread::Reading;
     if (m_readThread)
-        m_readThread->stop();
+        m_readThread->stop(m_receiver->hasInputEnded() ? Reading::Ended : Reading::MayBlock);
     m_readThread.reset();
     m_receiver.reset();
     m_flowControl.reset();

@@ -24,7 +24,6 @@
 #include "pmxkovbhipcquerysettingstaskprocessor.h"
 #include "pmxkovbhipcuistringstaskprocessor.h"
 #include "pmxkovbhipcvideosniffertaskprocessor.h"
-#include "pmxstreamedvalue.h"
 #include "pmxtaskresponses.h"
 #include "qtappdefaultlogger.h"
 #include "qtappdelayedshutdownmanager.h"
@@ -36,6 +35,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <malloc.h>
 #include <new>
 #include <string>
 #include <string_view>
@@ -45,6 +45,9 @@ namespace {
 
 /// The Insert key, as a Windows virtual-key code, which is what the extension uses.
 constexpr int watchedKeyCode = 45;
+
+/// In bytes.
+constexpr qsizetype largeMessage = qsizetype{1024} * 1024;
 
 /// The error as it may be logged. Others than these are texts for the user, in the user's language,
 /// and the application's may name files.
@@ -61,7 +64,8 @@ QString loggedError(const std::string &error)
 /// The answer to one message: sent, and logged.
 class Answer {
 public:
-    explicit Answer(QWeakPointer<ConsoleMessagesSender> sender) : m_sender(std::move(sender))
+    Answer(QWeakPointer<ConsoleMessagesSender> sender, qsizetype messageSize)
+        : m_sender(std::move(sender)), m_wasLarge(messageSize > largeMessage)
     {
         m_sinceMessage.start();
     }
@@ -72,14 +76,16 @@ public:
             log(response);
         if (const auto sender = m_sender.toStrongRef())
             sender->sendMessage(pmxResponseText(response).value_or(QString()));
+        // What the message took lies about in pieces that the C library would keep.
+        if (m_wasLarge)
+            ::malloc_trim(0);
     }
 
 private:
     void log(const pmxKovBhIpcTaskResponse &response) const
     {
         constexpr int longestShown = 20;
-        kov_ipc_task_type type = kov_ipc_task_unknown;
-        pmxValueFromText(response.type, type);
+        const kov_ipc_task_type type = kovIpcTaskTypeFromText(response.type);
         const QString id = QString::fromUtf8(response.id.substr(0, longestShown).c_str());
         const QString name = type == kov_ipc_task_unknown
             ? QStringLiteral("of unknown type")
@@ -92,6 +98,7 @@ private:
     }
 
     const QWeakPointer<ConsoleMessagesSender> m_sender;
+    const bool m_wasLarge;
     QElapsedTimer m_sinceMessage;
 };
 
@@ -129,11 +136,21 @@ WeNativeHostTasksProcessor::~WeNativeHostTasksProcessor()
 
 void WeNativeHostTasksProcessor::onConsoleGotMessage(const QString &message)
 {
+    handleMessage(message.toUtf8());
+}
+
+void WeNativeHostTasksProcessor::onConsoleGotBytes(const QSharedPointer<QByteArray> &message)
+{
+    handleMessage(std::exchange(*message, {}));
+}
+
+void WeNativeHostTasksProcessor::handleMessage(QByteArray &&message)
+{
     ++m_messagesCount;
     const auto task = std::make_shared<pmxKovBhIpcTask>();
-    const auto answer = std::make_shared<Answer>(m_sender);
+    const auto answer = std::make_shared<Answer>(m_sender, message.size());
     try {
-        if (!pmxJsonSerializeObject(*task, message.toStdString(), 0))
+        if (!readTask(*task, std::move(message)))
             logAssertionFailed(QStringLiteral("pmxJsonSerializeObject(*task, msg.toStdString())"),
                                QStringLiteral("../../src/wenativehost/wenativehosttasksprocessor"),
                                136);
@@ -143,6 +160,13 @@ void WeNativeHostTasksProcessor::onConsoleGotMessage(const QString &message)
         response->error = "not enough memory";
         answer->send(*response);
     }
+}
+
+// The message and what it was parsed into end with this function, before the task is handled.
+bool WeNativeHostTasksProcessor::readTask(pmxKovBhIpcTask &task, QByteArray message)
+{
+    return pmxJsonSerializeObject(
+        task, std::string_view(message.constData(), static_cast<size_t>(message.size())), 0);
 }
 
 void WeNativeHostTasksProcessor::process(std::shared_ptr<pmxKovBhIpcTask> task, Callback callback)

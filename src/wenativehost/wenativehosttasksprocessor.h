@@ -3,6 +3,7 @@
 #include "kovipctasktype.h"
 #include "pmxkovbhipctaskprocessor.h"
 
+#include <QByteArray>
 #include <QObject>
 #include <QSharedPointer>
 #include <QString>
@@ -55,8 +56,13 @@ Q_SIGNALS:
 public Q_SLOTS:
     /// A message that cannot be read is logged and dispatched as far as it was read.
     void onConsoleGotMessage(const QString &message);
+    /// The same of a message in UTF-8, which is taken away.
+    void onConsoleGotBytes(const QSharedPointer<QByteArray> &message);
 
 private:
+    /// Reads the task; false when not all of it could be read.
+    static bool readTask(pmxKovBhIpcTask &task, QByteArray message);
+    void handleMessage(QByteArray &&message);
     void registerProcessors();
     void tellOfLostDownloads();
     void registerProcessor(kov_ipc_task_type type,

@@ -2,6 +2,8 @@
 
 #include "pmxnamedvalues.h"
 
+#include <algorithm>
+
 namespace {
 
 const pmxNamedValues<kov_ipc_task_type> &typeNames()
@@ -30,6 +32,16 @@ std::string kovIpcTaskTypeName(kov_ipc_task_type type)
 {
     const std::string *name = typeNames().name(type);
     return name ? *name : std::string();
+}
+
+kov_ipc_task_type kovIpcTaskTypeFromText(std::string_view text)
+{
+    // What separates words in a stream.
+    constexpr std::string_view blanks = " \t\n\v\f\r";
+    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+    const kov_ipc_task_type *const type =
+        typeNames().value(text.substr(0, text.find_first_of(blanks)));
+    return type ? *type : kov_ipc_task_unknown;
 }
 
 std::ostream &operator<<(std::ostream &stream, kov_ipc_task_type type)

@@ -3,6 +3,7 @@
 #include <istream>
 #include <ostream>
 #include <string>
+#include <string_view>
 
 /// What a message from the extension asks for.
 enum kov_ipc_task_type {
@@ -24,6 +25,9 @@ enum kov_ipc_task_type {
 
 /// The type's name in JSON, such as "key_state"; empty for a value without a name.
 std::string kovIpcTaskTypeName(kov_ipc_task_type type);
+
+/// The type that the first word of the text names; unknown when it names none.
+kov_ipc_task_type kovIpcTaskTypeFromText(std::string_view text);
 
 /// By name. Reading takes one word; an unknown name sets the fail state and reads nothing.
 std::ostream &operator<<(std::ostream &stream, kov_ipc_task_type type);

@@ -1,15 +1,9 @@
 #include "pmxkovbhipctask.h"
 
 #include "pmxserializationiostream.h"
-#include "pmxstreamedvalue.h"
 #include "qtappdefaultlogger.h"
 
-kov_ipc_task_type pmxKovBhIpcTask::get_type() const
-{
-    kov_ipc_task_type value = kov_ipc_task_unknown;
-    pmxValueFromText(type, value);
-    return value;
-}
+kov_ipc_task_type pmxKovBhIpcTask::get_type() const { return kovIpcTaskTypeFromText(type); }
 
 bool pmxKovBhIpcTask::Serialize(pmxSerializationIoStream *stream, unsigned int)
 {

@@ -4,6 +4,7 @@
 #include <istream>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -23,6 +24,14 @@ public:
         return it == m_values.cend() ? nullptr : &it->second;
     }
 
+    /// Null when it is no name; upper and lower case differ.
+    const Enum *value(std::string_view name) const
+    {
+        const auto it = std::find_if(m_values.cbegin(), m_values.cend(),
+                                     [name](const auto &pair) { return pair.second == name; });
+        return it == m_values.cend() ? nullptr : &it->first;
+    }
+
     /// Writes the name; nothing for a value without one.
     std::ostream &write(std::ostream &stream, Enum value) const
     {
@@ -30,18 +39,16 @@ public:
         return text ? stream << *text : stream;
     }
 
-    /// Takes one word. Sets the fail state when it is no name; upper and lower case differ.
-    std::istream &read(std::istream &stream, Enum &value) const
+    /// Takes one word. Sets the fail state when it is no name.
+    std::istream &read(std::istream &stream, Enum &read) const
     {
         std::string word;
         if (!(stream >> word))
             return stream;
-        const auto it = std::find_if(m_values.cbegin(), m_values.cend(),
-                                     [&word](const auto &pair) { return pair.second == word; });
-        if (it == m_values.cend())
-            stream.setstate(std::ios::failbit);
+        if (const Enum *const named = value(word))
+            read = *named;
         else
-            value = it->first;
+            stream.setstate(std::ios::failbit);
         return stream;
     }
 

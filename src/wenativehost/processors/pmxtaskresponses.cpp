@@ -2,9 +2,7 @@
 
 #include "pmxjsonserializeobject.h"
 
-#include <sstream>
 #include <string>
-#include <string_view>
 
 void pmxSetOutcome(pmxKovBhIpcTaskResponse &response, const DownloadsOutcome &outcome)
 {
@@ -20,12 +18,6 @@ void pmxSetOutcome(pmxKovBhIpcTaskResponse &response, const DownloadsOutcome &ou
 
 std::optional<QString> pmxResponseText(pmxKovBhIpcTaskResponse &response)
 {
-    // One for all responses of a thread: making one costs as much as writing a small response.
-    thread_local std::ostringstream json;
-    json.str(std::string());
-    json.clear();
-    if (!pmxJsonSerializeObject(response, json, 0))
-        return std::nullopt;
-    const std::string_view text = json.view();
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    const auto text = pmxJsonText(response, 0);
+    return text ? std::optional(QString::fromStdString(*text)) : std::nullopt;
 }
