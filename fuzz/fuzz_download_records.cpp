@@ -10,6 +10,7 @@
 #include "downloaderrorallowedtoautoretry.h"
 #include "downloadstagdetails.h"
 #include "encodedrecord.h"
+#include "streameddownloads.h"
 
 #include <QVariantMap>
 
@@ -199,6 +200,28 @@ template <typename Record> void check(Record (*decode)(const QVariant &), const 
     check<Record, QVariant>(decode, variant);
 }
 
+/// Encoded straight into bytes, a record is what its hash is, whatever the one before it had: here
+/// others with a half of its fields.
+void checkStreamed(const QVariant &variant)
+{
+    const QVariantHash whole = variant.toHash();
+    QVariantHash halves[2];
+    int number = 0;
+    for (auto it = whole.cbegin(); it != whole.cend(); ++it)
+        halves[number++ % 2].insert(it.key(), it.value());
+    QList<AbstractNewDownloadRequest> downloads;
+    for (const QVariantHash &hash : {whole, whole, halves[0], halves[1], QVariantHash(), whole}) {
+        const auto info = std::make_shared<AbstractDownloadPersistentInfo>(toDownloadInfo(hash));
+        downloads.append({info});
+        // The hash of the whole is the source's, too: few of them have one within.
+        const auto other = std::make_shared<AbstractDownloadPersistentInfo>(*info);
+        other->source = toDownloadSourceInfo(hash);
+        downloads.append({other});
+    }
+    if (!isStreamedAsHashes(downloads))
+        std::abort();
+}
+
 using Check = void (*)(const QVariant &);
 constexpr Check checks[] = {
     [](const QVariant &v) { check(toNewDownloadsRequest, v); },
@@ -228,6 +251,7 @@ constexpr Check checks[] = {
     [](const QVariant &v) { check(toDownloadRunTimeInfo, v); },
     [](const QVariant &v) { check(toDownloadMergeOptions, v); },
     [](const QVariant &v) { check(toDownloadMergeTaskOptions, v); },
+    checkStreamed,
 };
 
 } // namespace

@@ -1,12 +1,16 @@
-// Runs a fuzz target once over every file of the folders named on the command line, for builds
-// without libFuzzer. A folder without files is an error: it would test nothing.
+// Runs a fuzz target, for builds without libFuzzer, once over every file of the folders named on
+// the command line, or with "--random COUNT" over as many inputs that begin with random bytes, the
+// same in every run. A folder without files is an error: it would test nothing.
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
+#include <string_view>
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
@@ -14,6 +18,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
 int main(int argc, char *argv[])
 {
     std::size_t count = 0;
+    if (argc == 3 && std::string_view(argv[1]) == "--random") {
+        std::mt19937 random(1); // NOLINT(cert-msc51-cpp): the same ones each time
+        std::vector<std::uint8_t> bytes;
+        for (; count < std::strtoul(argv[2], nullptr, 10); ++count) {
+            bytes.resize(random() % 1024);
+            for (std::uint8_t &byte : bytes)
+                byte = static_cast<std::uint8_t>(random());
+            LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+        }
+        std::printf("%zu random inputs\n", count);
+        return 0;
+    }
     for (int i = 1; i < argc; ++i) {
         for (const auto &entry : std::filesystem::recursive_directory_iterator(argv[i])) {
             if (!entry.is_regular_file())

@@ -9,41 +9,84 @@
 
 #include <QUrl>
 
+#include <cstdint>
 #include <memory>
 #include <utility>
 
 namespace {
 
+/// More downloads than these are encoded one by one, instead of being kept as records.
+constexpr size_t keptAsRecords = 16;
+
 QString fromUtf8(const std::string &text) { return QString::fromStdString(text); }
 
 /// The size that the browser was told, by which the application knows a cut file.
-QList<AbstractDownloadFileInfo> announcedFiles(const pmxKovBhIpcDownloadInfo &info)
+QList<AbstractDownloadFileInfo> announcedFiles(std::uint64_t size)
 {
     AbstractDownloadFileInfo file;
-    file.size = static_cast<qint64>(info.fileSize);
+    file.size = static_cast<qint64>(size);
     // A record that says nothing of the size has 0.
     return file.size > 0 ? QList{file} : QList<AbstractDownloadFileInfo>();
 }
 
-AbstractNewDownloadRequest newDownload(const QUrl &url, const pmxKovBhIpcDownloadInfo &info)
-{
-    const auto download = std::make_shared<AbstractDownloadPersistentInfo>();
-    download->createdBy = AbstractDownloadCreatedBy::Browser;
-    download->userAgent = fromUtf8(info.userAgent);
-    download->preferredFileTitle = fromUtf8(info.suggestedName);
-
-    AbstractDownloadSourceInfo &source = download->source;
-    source.url = url;
-    source.referer = fromUtf8(info.httpReferer);
-    source.webPageUrl = QUrl(fromUtf8(info.documentUrl));
-    if (!source.webPageUrl.isValid() && !info.httpReferer.empty()) {
-        source.webPageUrl = QUrl(source.referer);
-        source.flags |= AbstractDownloadSourceFlag::WebPageUrlIsReferer;
+/// What a text (or a number) becomes. The downloads of a page have many texts in common: what the
+/// one before it became is taken again, and shared. Empty texts and 0 become empty values.
+template <typename Value, typename Source = std::string> class Converted {
+public:
+    template <typename Convert> const Value &of(const Source &source, Convert convert)
+    {
+        if (source != m_source) {
+            m_source = source;
+            m_value = convert(source);
+        }
+        return m_value;
     }
-    source.cookies = cookiesFromString(fromUtf8(info.httpCookies), u';');
-    source.postData = QByteArray::fromStdString(info.httpPostData);
-    return {download};
-}
+
+private:
+    Source m_source{};
+    Value m_value{};
+};
+
+/// Makes downloads of what the browser says, one after another.
+class NewDownloads {
+public:
+    explicit NewDownloads(WbeIncomingDownloadsProcessor::Owner owner) : m_owner(owner) { }
+
+    AbstractNewDownloadRequest make(const QUrl &url, const pmxKovBhIpcDownloadInfo &info)
+    {
+        const auto toUrl = [](const std::string &text) { return QUrl(fromUtf8(text)); };
+        const auto download = std::make_shared<AbstractDownloadPersistentInfo>();
+        download->createdBy = AbstractDownloadCreatedBy::Browser;
+        download->userAgent = m_userAgent.of(info.userAgent, fromUtf8);
+        download->preferredFileTitle = fromUtf8(info.suggestedName);
+
+        AbstractDownloadSourceInfo &source = download->source;
+        source.url = url;
+        source.referer = m_referer.of(info.httpReferer, fromUtf8);
+        source.webPageUrl = m_page.of(info.documentUrl, toUrl);
+        if (!source.webPageUrl.isValid() && !info.httpReferer.empty()) {
+            source.webPageUrl = m_refererPage.of(info.httpReferer, toUrl);
+            source.flags |= AbstractDownloadSourceFlag::WebPageUrlIsReferer;
+        }
+        source.cookies = m_cookies.of(info.httpCookies, [](const std::string &text) {
+            return cookiesFromString(fromUtf8(text), u';');
+        });
+        source.postData = QByteArray::fromStdString(info.httpPostData);
+        // What is known of a video's size may be of another part of it.
+        if (m_owner == WbeIncomingDownloadsProcessor::Owner::Browser)
+            download->files = m_files.of(info.fileSize, announcedFiles);
+        return {download};
+    }
+
+private:
+    const WbeIncomingDownloadsProcessor::Owner m_owner;
+    Converted<QString> m_userAgent;
+    Converted<QString> m_referer;
+    Converted<QUrl> m_page;
+    Converted<QUrl> m_refererPage;
+    Converted<QList<QNetworkCookie>> m_cookies;
+    Converted<QList<AbstractDownloadFileInfo>, std::uint64_t> m_files;
+};
 
 /// The two ends number the kinds of media differently.
 AbstractDownloadType downloadType(pmxKovBhIpcDownloadInfo::MediaKind kind,
@@ -73,7 +116,7 @@ WbeIncomingDownloadsProcessor::WbeIncomingDownloadsProcessor(
             &WbeIncomingDownloadsProcessor::onFinished);
 }
 
-void WbeIncomingDownloadsProcessor::process(const Downloads &downloads, Owner owner,
+void WbeIncomingDownloadsProcessor::process(Downloads &&downloads, Owner owner,
                                             const Callback &callback)
 {
     const auto fail = [&callback](const QString &error) { callback({.error = error}); };
@@ -86,36 +129,54 @@ void WbeIncomingDownloadsProcessor::process(const Downloads &downloads, Owner ow
     const auto application = m_appClientModule->incomingDownloadsProcessor();
     AbstractNewDownloadsRequestJob job = application->createJob();
     job.isBrowsersOwn = owner == Owner::Browser;
-    AbstractNewDownloadsRequest &request = job.request;
-    request.source = AbstractNewDownloadsRequestSource::Browser;
-    request.downloads.reserve(static_cast<qsizetype>(downloads.size()));
-    for (const auto &info : downloads) {
-        const QUrl url(fromUtf8(info->url));
-        if (!isValid(url))
-            continue;
-        request.downloads.append(newDownload(url, *info));
-        // What is known of a video's size may be of another part of it.
-        if (owner == Owner::Browser)
-            request.downloads.constLast().info->files = announcedFiles(*info);
-        request.preferredDownloadType =
-            downloadType(info->mediaKind, request.preferredDownloadType);
-    }
-    if (request.downloads.isEmpty()) {
+    const qsizetype count = fillRequest(job, std::move(downloads), owner);
+    if (count == 0) {
         fail(QStringLiteral("invalid_parameter"));
         return;
     }
-    request.selectedDownloads.fill(true, request.downloads.size());
+    job.request.source = AbstractNewDownloadsRequestSource::Browser;
+    job.request.selectedDownloads.fill(true, count);
 
     m_callbacks.insert(job.id, callback);
     application->process(job);
 }
 
+qsizetype WbeIncomingDownloadsProcessor::fillRequest(AbstractNewDownloadsRequestJob &job,
+                                                     Downloads &&downloads, Owner owner)
+{
+    AbstractNewDownloadsRequest &request = job.request;
+    NewDownloads newDownloads(owner);
+    NewDownloadsEncoder encoder;
+    const bool areKept = downloads.size() <= keptAsRecords;
+    for (auto &each : downloads) {
+        // Ends with the turn, unless the caller keeps it.
+        const auto info = std::exchange(each, nullptr);
+        const QUrl url(fromUtf8(info->url));
+        if (!isValid(url))
+            continue;
+        const AbstractNewDownloadRequest download = newDownloads.make(url, *info);
+        if (areKept)
+            request.downloads.append(download);
+        else
+            encoder.add(download);
+        request.preferredDownloadType =
+            downloadType(info->mediaKind, request.preferredDownloadType);
+    }
+    job.encodedDownloads = encoder.downloads();
+    return request.downloads.size() + job.encodedDownloads.count();
+}
+
 void WbeIncomingDownloadsProcessor::process(const QString &id, const Downloads &downloads,
                                             Owner owner)
 {
+    process(id, Downloads(downloads), owner);
+}
+
+void WbeIncomingDownloadsProcessor::process(const QString &id, Downloads &&downloads, Owner owner)
+{
     const qint64 number = ++m_lastNumber;
     m_latest.insert(id, number);
-    process(downloads, owner, [this, id, number](const DownloadsOutcome &outcome) {
+    process(std::move(downloads), owner, [this, id, number](const DownloadsOutcome &outcome) {
         if (m_latest.value(id) != number)
             return;
         m_latest.remove(id);

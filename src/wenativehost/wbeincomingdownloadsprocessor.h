@@ -13,6 +13,7 @@
 #include <functional>
 
 class AppClientModule;
+struct AbstractNewDownloadsRequestJob;
 
 /// Hands downloads of the browser to the application and tells what became of them. Belongs to the
 /// main thread.
@@ -37,11 +38,13 @@ public:
     /// Downloads without a valid URL are left out. Calls back now or later, or never when the
     /// application never answers. An outcome that failed has for its error "app_not_installed",
     /// "invalid_parameter" (no download had a valid URL) or the application's text.
-    void process(const Downloads &downloads, Owner owner, const Callback &callback);
+    void process(Downloads &&downloads, Owner owner, const Callback &callback);
     /// The same for a task that is known by its id: the outcome is told by finished(). While it is
     /// under way, another one of the same id takes its place, and its own outcome is told to
     /// nobody.
     void process(const QString &id, const Downloads &downloads, Owner owner = Owner::User);
+    /// Of many downloads, each ends as soon as it has been converted.
+    void process(const QString &id, Downloads &&downloads, Owner owner = Owner::User);
 
 Q_SIGNALS:
     void finished(const QString &id, bool added, bool aborted,
@@ -52,6 +55,10 @@ public Q_SLOTS:
                     AbstractDownloadAbortReason abortReason, const QString &error);
 
 private:
+    /// Returns how many downloads the request has then.
+    static qsizetype fillRequest(AbstractNewDownloadsRequestJob &job, Downloads &&downloads,
+                                 Owner owner);
+
     const QSharedPointer<AppClientModule> m_appClientModule;
     /// By the number of the request.
     QHash<qint64, Callback> m_callbacks;

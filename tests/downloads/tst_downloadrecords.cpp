@@ -6,32 +6,17 @@
 #include "downloaderrorallowedtoautoretry.h"
 #include "downloadstagdetails.h"
 #include "encodedrecord.h"
+#include "streameddownloads.h"
 
 #include <QTest>
 
 namespace {
 
-/// With sorted keys: hashes have another order in each process.
-QVariant sorted(const QVariant &value)
-{
-    if (value.typeId() == QMetaType::QVariantList) {
-        QVariantList list = value.toList();
-        std::transform(list.cbegin(), list.cend(), list.begin(), sorted);
-        return list;
-    }
-    if (value.typeId() != QMetaType::QVariantHash)
-        return value;
-    QVariantMap map;
-    for (const auto &[key, member] : value.toHash().asKeyValueRange())
-        map.insert(key, sorted(member));
-    return map;
-}
-
 /// What a record is on the link, with the types, which count as much as the values.
 QString described(const char *name, const QVariant &value)
 {
     QString text;
-    QDebug(&text).nospace() << name << '\n' << sorted(value);
+    QDebug(&text).nospace() << name << '\n' << withSortedKeys(value);
     return text.replace(u")(\""_qs, u")\n(\""_qs);
 }
 
@@ -187,6 +172,38 @@ private Q_SLOTS:
              {u"details"_qs, QVariantHash{{u"fps"_qs, qQNaN()}}}});
         QCOMPARE(file.lastModified, moment());
         QCOMPARE(file.details.fps, 0);
+    }
+
+    /// Encoded one after another they are what their hashes are, whatever the one before had.
+    void streamed()
+    {
+        AbstractDownloadPersistentInfo other = makeInfo();
+        other.source.customData = {{u"k"_qs, 1LL}};
+        other.source.referer = u""_qs; // not null
+        other.creationTime = moment().toOffsetFromUtc(3600);
+        other.mirrors = {{other.source}};
+        other.tbu2c = 0;
+        other.source.cookies.removeLast();
+        const AbstractDownloadPersistentInfo infos[] = {{},    makeInfo(), makeInfo(), other,
+                                                        other, makeInfo(), {},         other};
+        QList<AbstractNewDownloadRequest> downloads{{}};
+        for (const auto &info : infos)
+            downloads.append({std::make_shared<AbstractDownloadPersistentInfo>(info)});
+        QVERIFY(isStreamedAsHashes(downloads));
+
+        // A message with them is read as one with the hashes, by whoever does not know them.
+        NewDownloadsEncoder encoder;
+        for (const auto &download : downloads.mid(1))
+            encoder.add(download);
+        AbstractNewDownloadsRequestJob job;
+        job.encodedDownloads = encoder.downloads();
+        AbstractNewDownloadsRequest expected;
+        expected.downloads = downloads.mid(1);
+        expected.selectedDownloads.fill(true, 8);
+        QCOMPARE(toNewDownloadsRequest(toVariantHash(job)), expected);
+        AbstractNewDownloadsRequestJob plain;
+        plain.request = expected;
+        QCOMPARE(toNewDownloadsRequest(toEncodedVariantHash(plain)), expected);
     }
 
     void selectionOfThree()

@@ -4,6 +4,7 @@ import { deepStrictEqual, match, ok, strictEqual } from 'node:assert';
 import { once } from 'node:events';
 import { join } from 'node:path';
 import { test } from 'node:test';
+import { serveAnswers } from '../../tools/drivers/answeringapplication.mjs';
 import { until } from '../../tools/drivers/hostprocess.mjs';
 import { endsInOrder, hostStarter, sanitized } from './support/hosttest.mjs';
 import { endsAbnormally, mutatedTasks } from './support/mutations.mjs';
@@ -91,10 +92,42 @@ test('answers that nobody reads cost little memory, and do not keep the host fro
     strictEqual(host.log.split('answers are dropped').length - 1, 1, host.log);
 });
 
+test('a task of 20,000 downloads takes little memory, and gives it back', async t => {
+    const host = start();
+    const server = await serveAnswers(join(host.folder, 'tmp'));
+    t.after(() => server.close());
+    const task = count => ({
+        type: 'create_downloads',
+        create_downloads: {
+            downloads: {
+                item: Array.from({ length: count }, (_, i) => ({
+                    url: `http://127.0.0.1:9/folder/${i}/archive.tar.gz`,
+                    httpReferer: `https://www.example.org/list?page=${i}`,
+                    httpCookies: `session=0123456789abcdef; page=${i}`,
+                    userAgent: 'Mozilla/5.0 (X11; Linux x86_64; rv:128.0) Gecko/20100101',
+                })),
+            },
+        },
+    });
+    await until(async () => (await host.ask(task(1))).result === '1', 'the connection');
+    const before = host.statusKilobytes('VmRSS');
+    const size = JSON.stringify(task(20_000)).length;
+    strictEqual((await host.ask(task(20_000))).result, '1');
+    // Once nothing is under way any more.
+    strictEqual((await host.ask(task(1))).result, '1');
+    const peak = (host.statusKilobytes('VmHWM') - before) * 1024 / size;
+    const kept = (host.statusKilobytes('VmRSS') - before) / 1024;
+    // A download has some 2 kB on the link.
+    ok(sanitized || peak < 20, `${peak} bytes for each`);
+    ok(sanitized || kept < 10, `${kept} MiB stay`);
+    host.closeInput();
+    await endsInOrder(host);
+});
+
 test('limits of the system end nothing, or the host in order', { skip: sanitized }, async () => {
     // Address space: a task that does not fit is answered, and what follows it is.
     let host = start({ limit: '-v 500000' });
-    host.send({ id: '1', type: 'key_state', padding: 'x'.repeat(80 * mebibyte) });
+    host.send({ id: '1', type: 'key_state', padding: 'x'.repeat(300 * mebibyte) });
     match((await host.receive()).error, /^(unknown_task_type|not enough memory)$/);
     strictEqual((await host.handshake()).bt, true);
     host.closeInput();

@@ -31,7 +31,9 @@ void VhIpcIncomingDownloadsClient::sendJobToServer(const AbstractNewDownloadsReq
     sendOrQueue({.message = {{VhIpcKeys::name(), partName()},
                              {VhIpcKeys::reason(), Keys::addReason()},
                              {VhIpcKeys::id(), job.id},
-                             {Keys::request(), toVariantHash(job)}},
+                             {Keys::request(),
+                              isConnected() && maySendEncoded() ? toEncodedVariantHash(job)
+                                                                : toVariantHash(job)}},
                  .endsWithProcess = job.isBrowsersOwn});
 }
 

@@ -1,5 +1,6 @@
 #include "abstractdownloadpersistentinfo.h"
 
+#include "streamfieldswriter.h"
 #include "variantrecordcodec.h"
 
 namespace {
@@ -51,6 +52,11 @@ constexpr auto persistentInfoFields = [](auto &fields) {
 QVariantHash toVariantHash(const AbstractDownloadPersistentInfo &info)
 {
     return encodedRecord(info, persistentInfoFields);
+}
+
+QByteArrayView toStream(RecordsStreamContext &context, const AbstractDownloadPersistentInfo &info)
+{
+    return streamedRecord(context, info, persistentInfoFields);
 }
 
 AbstractDownloadPersistentInfo toDownloadInfo(const QVariantHash &hash)

@@ -10,12 +10,15 @@
 #include "abstracterror.h"
 #include "downloadablesubtitlesinfo.h"
 
+#include <QByteArrayView>
 #include <QDateTime>
 #include <QList>
 #include <QString>
 #include <QStringList>
 #include <QUuid>
 #include <QVariantHash>
+
+class RecordsStreamContext;
 
 /// The description of a download as it is stored, and as it is handed to the application when the
 /// download is new.
@@ -67,6 +70,8 @@ struct AbstractDownloadPersistentInfo {
 };
 
 QVariantHash toVariantHash(const AbstractDownloadPersistentInfo &info);
+/// The bytes of that hash, see StreamFieldsWriter.
+QByteArrayView toStream(RecordsStreamContext &context, const AbstractDownloadPersistentInfo &info);
 /// "uuid", "desc" and "priority" keep their defaults when they are missing; "launchableFileIndex"
 /// and "order" are -1 when they are missing or no numbers.
 AbstractDownloadPersistentInfo toDownloadInfo(const QVariantHash &hash);

@@ -1,5 +1,6 @@
 #include "abstractdownloadsourceinfo.h"
 
+#include "streamfieldswriter.h"
 #include "variantrecordcodec.h"
 
 namespace {
@@ -31,6 +32,11 @@ constexpr auto sourceFields = [](auto &fields) {
 QVariantHash toVariantHash(const AbstractDownloadSourceInfo &source)
 {
     return encodedRecord(source, sourceFields);
+}
+
+QByteArrayView toStream(RecordsStreamContext &context, const AbstractDownloadSourceInfo &source)
+{
+    return streamedRecord(context, source, sourceFields);
 }
 
 AbstractDownloadSourceInfo toDownloadSourceInfo(const QVariantHash &hash)

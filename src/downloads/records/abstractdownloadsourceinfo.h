@@ -1,11 +1,14 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QList>
 #include <QNetworkCookie>
 #include <QString>
 #include <QUrl>
 #include <QVariantHash>
+
+class RecordsStreamContext;
 
 /// Where to fetch a download from, and with what.
 struct AbstractDownloadSourceInfo {
@@ -27,4 +30,6 @@ struct AbstractDownloadSourceInfo {
 /// Cookies travel in their full raw form, one a line. A cookie without a name has no such form and
 /// is left out; a line feed within a cookie begins another one for the decoder.
 QVariantHash toVariantHash(const AbstractDownloadSourceInfo &source);
+/// The bytes of that hash, see StreamFieldsWriter.
+QByteArrayView toStream(RecordsStreamContext &context, const AbstractDownloadSourceInfo &source);
 AbstractDownloadSourceInfo toDownloadSourceInfo(const QVariantHash &hash);

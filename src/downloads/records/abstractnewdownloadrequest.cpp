@@ -1,5 +1,7 @@
 #include "abstractnewdownloadrequest.h"
 
+#include "streamfieldswriter.h"
+
 namespace {
 
 QString infoKey() { return QStringLiteral("info"); }
@@ -25,4 +27,21 @@ AbstractNewDownloadRequest toNewDownloadRequest(const QVariantHash &hash)
 {
     return {std::make_shared<AbstractDownloadPersistentInfo>(
         toDownloadInfo(hash.value(infoKey()).toHash()))};
+}
+
+NewDownloadsEncoder::NewDownloadsEncoder() : m_context(std::make_unique<RecordsStreamContext>()) { }
+
+NewDownloadsEncoder::~NewDownloadsEncoder() = default;
+
+void NewDownloadsEncoder::add(const AbstractNewDownloadRequest &download)
+{
+    m_writer.clear();
+    m_writer.writeHashHead();
+    m_writer.writeCount(download.info ? 1 : 0);
+    if (download.info) {
+        m_writer.writeKey(infoKey());
+        m_writer.writeHashHead();
+        m_writer.append(toStream(*m_context, *download.info));
+    }
+    m_downloads.append(m_writer.bytes());
 }

@@ -1,8 +1,11 @@
 #include "abstractnewdownloadsrequest.h"
 
+#include "abstractnewdownloadsrequestjob.h"
 #include "variantrecordcodec.h"
 
 #include <QByteArray>
+
+#include <utility>
 
 namespace {
 
@@ -25,9 +28,11 @@ QByteArray toBytes(const QBitArray &bits)
     return bytes;
 }
 
+QString downloadsKey() { return QStringLiteral("downloads"); }
+
 constexpr auto requestFields = [](auto &fields) {
     using Request = AbstractNewDownloadsRequest;
-    fields.value(u"downloads"_qs, &Request::downloads, encodeDownloads, decodeDownloads);
+    fields.value(downloadsKey(), &Request::downloads, encodeDownloads, decodeDownloads);
     fields.value(u"selectedDownloads"_qs, &Request::selectedDownloads, toBytes, toBitArray);
     fields.value(u"flags"_qs, &Request::flags);
     fields.value(u"source"_qs, &Request::source);
@@ -39,6 +44,26 @@ constexpr auto requestFields = [](auto &fields) {
 QVariantHash toVariantHash(const AbstractNewDownloadsRequest &request)
 {
     return encodedRecord(request, requestFields);
+}
+
+QVariantHash toVariantHash(const AbstractNewDownloadsRequestJob &job)
+{
+    QVariantHash hash = toVariantHash(job.request);
+    if (!job.encodedDownloads.isEmpty())
+        hash.insert(downloadsKey(), QVariant::fromValue(job.encodedDownloads));
+    return hash;
+}
+
+QVariantHash toEncodedVariantHash(const AbstractNewDownloadsRequestJob &job)
+{
+    if (job.request.downloads.isEmpty())
+        return toVariantHash(job);
+    AbstractNewDownloadsRequestJob encoded = job;
+    NewDownloadsEncoder encoder;
+    for (const auto &download : std::exchange(encoded.request.downloads, {}))
+        encoder.add(download);
+    encoded.encodedDownloads = encoder.downloads();
+    return toVariantHash(encoded);
 }
 
 AbstractNewDownloadsRequest toNewDownloadsRequest(const QVariantHash &hash)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "abstractnewdownloadsrequest.h"
+#include "qtencodedvariantlist.h"
 
 #include <QVariantHash>
 
@@ -11,13 +12,15 @@ struct AbstractNewDownloadsRequestJob {
     /// The browser makes these downloads by itself when this process ends before they were handed
     /// over. Not part of the message.
     bool isBrowsersOwn = false;
+    /// In place of the request's downloads, when they are so many that nobody looks at them one by
+    /// one any more.
+    QtEncodedVariantList encodedDownloads = {};
 
     bool operator==(const AbstractNewDownloadsRequestJob &) const = default;
 };
 
 /// The request alone: a message about a job carries the id beside it. Read by
 /// toNewDownloadsRequest().
-inline QVariantHash toVariantHash(const AbstractNewDownloadsRequestJob &job)
-{
-    return toVariantHash(job.request);
-}
+QVariantHash toVariantHash(const AbstractNewDownloadsRequestJob &job);
+/// The same with all downloads encoded.
+QVariantHash toEncodedVariantHash(const AbstractNewDownloadsRequestJob &job);

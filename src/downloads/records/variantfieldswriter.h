@@ -76,15 +76,7 @@ public:
         record(key, member, decode);
     }
 
-private:
-    template <typename Owner, typename T, typename Encode>
-    void insertChanged(const QString &key, T Owner::*member, Encode encode)
-    {
-        const T &value = m_record.*member;
-        if (!m_written || !(value == m_written->*member))
-            m_hash.insert(key, QVariant(encode(value)));
-    }
-
+    /// A nested record.
     template <typename T> static QVariantHash hashOf(const T &value)
     {
         if constexpr (requires { value.toVariantHash(); })
@@ -95,6 +87,15 @@ private:
     static QVariantHash hashOf(const AbstractError &error)
     {
         return toContainer<QVariantHash>(error);
+    }
+
+private:
+    template <typename Owner, typename T, typename Encode>
+    void insertChanged(const QString &key, T Owner::*member, Encode encode)
+    {
+        const T &value = m_record.*member;
+        if (!m_written || !(value == m_written->*member))
+            m_hash.insert(key, QVariant(encode(value)));
     }
 
     const Record &m_record;

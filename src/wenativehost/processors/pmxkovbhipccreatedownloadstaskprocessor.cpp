@@ -64,7 +64,7 @@ void pmxKovBhIpcCreateDownloadsTaskProcessor::submit(const std::shared_ptr<pmxKo
     const QString id = QString::fromStdString(task->id);
     m_pending.insert(id, {task, std::move(callback)});
     using Owner = WbeIncomingDownloadsProcessor::Owner;
-    m_incomingDownloads->process(id, task->create_downloads.downloads,
+    m_incomingDownloads->process(id, std::move(task->create_downloads.downloads),
                                  task->create_downloads.catchedDownloads ? Owner::Browser
                                                                          : Owner::User);
 }

@@ -81,7 +81,7 @@ void pmxKovBhIpcVideoSnifferTaskProcessor::process(std::shared_ptr<pmxKovBhIpcTa
     }
     pmxSerializableSharedObjVector<pmxKovBhIpcDownloadInfo> downloads;
     downloads.add_item_(toDownload(candidates.front(), wanted));
-    m_downloads->process(downloads, WbeIncomingDownloadsProcessor::Owner::User,
+    m_downloads->process(std::move(downloads), WbeIncomingDownloadsProcessor::Owner::User,
                          [task, callback](const DownloadsOutcome &outcome) {
                              const auto response = responseTo(*task, outcome);
                              if (response->result == "0")

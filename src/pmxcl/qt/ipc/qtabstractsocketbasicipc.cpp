@@ -10,6 +10,7 @@
 #include <QtEndian>
 
 #include <limits>
+#include <numeric>
 #include <string>
 #include <utility>
 
@@ -24,6 +25,9 @@ constexpr int handshakeSize = sizeof(handshakeMagic) + sizeof(ownProtocolNumber)
 constexpr qint32 noLengthYet = -1;
 constexpr int maxSkippedNesting = 10000;
 constexpr auto unreadBytesDelay = 10ms;
+
+/// The socket copies what it is to write: it is not given more while it has so much.
+constexpr qint64 enoughToWrite = qint64{128} * 1024;
 
 constexpr int cborErrorSourceLine = 213;
 constexpr int magicErrorSourceLine = 232;
@@ -66,11 +70,45 @@ void QtAbstractSocketBasicIpc::send(const QByteArray &bytes)
             m_connection.cborWriter->append(bytes);
         return;
     }
-    if (bytes.isEmpty()
-        || !checkOrLog(bytes.size() <= std::numeric_limits<qint32>::max(), "message fits a frame"))
+    sendPieces({bytes});
+}
+
+void QtAbstractSocketBasicIpc::sendPieces(const QList<QByteArray> &pieces)
+{
+    if (!m_connected || !m_device || m_useCbor)
         return;
-    writeInteger(*m_device, static_cast<qint32>(bytes.size()));
-    m_device->write(bytes);
+    const qsizetype size =
+        std::accumulate(pieces.cbegin(), pieces.cend(), qsizetype{0},
+                        [](qsizetype sum, const QByteArray &piece) { return sum + piece.size(); });
+    if (size == 0
+        || !checkOrLog(size <= std::numeric_limits<qint32>::max(), "message fits a frame"))
+        return;
+    QByteArray length(sizeof(qint32), Qt::Uninitialized);
+    qToBigEndian(static_cast<qint32>(size), length.data());
+    QList<QByteArray> rest = pieces;
+    if (rest.constFirst().size() < enoughToWrite)
+        rest.first().prepend(length); // a usual message is written with one system call
+    else
+        rest.prepend(length);
+    // What is not encoded beforehand is one piece, which need not be shared.
+    const qsizetype atOnce = 1 + rest.size() - pieces.size();
+    for (qsizetype i = 0; i < atOnce && m_connection.waiting.isEmpty(); ++i)
+        writeAtOnce(rest.takeFirst());
+    m_connection.waiting.append(rest);
+    writeWaiting();
+}
+
+void QtAbstractSocketBasicIpc::writeAtOnce(const QByteArray &bytes)
+{
+    const qint64 written = m_device->bytesToWrite() == 0 ? m_socket->writeAtOnce(bytes) : 0;
+    if (written < bytes.size())
+        m_device->write(bytes.constData() + written, bytes.size() - written);
+}
+
+void QtAbstractSocketBasicIpc::writeWaiting()
+{
+    while (m_device && !m_connection.waiting.isEmpty() && m_device->bytesToWrite() < enoughToWrite)
+        m_device->write(m_connection.waiting.takeFirst());
 }
 
 void QtAbstractSocketBasicIpc::connectSocketIODevice()
@@ -78,9 +116,11 @@ void QtAbstractSocketBasicIpc::connectSocketIODevice()
     if (m_device)
         disconnect(m_device, nullptr, this, nullptr);
     m_device = m_socket->ioDevice();
-    if (m_device)
+    if (m_device) {
         connect(m_device, &QIODevice::readyRead, this,
                 &QtAbstractSocketBasicIpc::onSocketReadyRead);
+        connect(m_device, &QIODevice::bytesWritten, this, &QtAbstractSocketBasicIpc::writeWaiting);
+    }
 }
 
 void QtAbstractSocketBasicIpc::onSocketConnectedStateChanged(bool connected)
@@ -88,6 +128,7 @@ void QtAbstractSocketBasicIpc::onSocketConnectedStateChanged(bool connected)
     if (m_connected == connected)
         return;
     m_connected = connected;
+    m_connection.waiting.clear();
     if (!connected)
         return;
     m_peerVersion = unknownPeerVersion;

@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 #include <QIODevice>
+#include <QList>
 #include <QObject>
 #include <QPointer>
 #include <QSharedPointer>
@@ -37,6 +38,9 @@ public:
 
     /// Nothing while not connected.
     void send(const QByteArray &bytes);
+    /// One message, in the data stream encoding. A long one is given to the socket little by
+    /// little: the pieces are shared until then.
+    void sendPieces(const QList<QByteArray> &pieces);
 
     /// The version that the peer sent; -1 while unknown.
     qint32 peerVersion() const { return m_peerVersion; }
@@ -49,6 +53,7 @@ private Q_SLOTS:
     void connectSocketIODevice();
     void onSocketConnectedStateChanged(bool connected);
     void onSocketReadyRead();
+    void writeWaiting();
 
 private:
     /// What is known of one connection.
@@ -62,9 +67,12 @@ private:
         qint32 pendingLength = -1;
         /// Whether the peer has kept to the protocol; nothing more is read once it has not.
         bool intact = true;
+        /// What is to be written when the socket has written enough of what it was given.
+        QList<QByteArray> waiting;
     };
 
     void sendHandshake();
+    void writeAtOnce(const QByteArray &bytes);
     /// Both read one step further; false when there is no more to read for now.
     bool readDataStreamStep();
     bool readCborStep(QCborStreamReader &reader);

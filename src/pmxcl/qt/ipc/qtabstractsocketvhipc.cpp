@@ -20,6 +20,8 @@ QtAbstractSocketVhIpc::QtAbstractSocketVhIpc(QSharedPointer<QtAbstractSocket> so
     connect(m_basicIpc, &QtAbstractSocketBasicIpc::fatalError, this,
             &QtAbstractSocketVhIpc::fatalError);
     connect(m_processor.data(), &QtAbstractVhIpcPart::sendVh, this, &QtAbstractSocketVhIpc::send);
+    if (!useCbor)
+        m_processor->setTaker([] { return true; });
     connect(m_socket.data(), &QtAbstractSocket::connectedStateChanged, m_processor.data(),
             &QtAbstractVhIpcPart::onConnectChanged);
     if (m_socket->isConnected())
@@ -28,7 +30,10 @@ QtAbstractSocketVhIpc::QtAbstractSocketVhIpc(QSharedPointer<QtAbstractSocket> so
 
 void QtAbstractSocketVhIpc::send(const QHash<QString, QVariant> &map)
 {
-    m_basicIpc->send(m_useCbor ? QtVhBodyCodec::toCbor(map) : QtVhBodyCodec::toDataStream(map));
+    if (m_useCbor)
+        m_basicIpc->send(QtVhBodyCodec::toCbor(map));
+    else
+        m_basicIpc->sendPieces(QtVhBodyCodec::toDataStreamPieces(map));
 }
 
 void QtAbstractSocketVhIpc::sendKeepAliveMessage() { m_basicIpc->send({}); }

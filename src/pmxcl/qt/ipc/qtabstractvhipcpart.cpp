@@ -1,5 +1,7 @@
 #include "qtabstractvhipcpart.h"
 
+#include <utility>
+
 QtAbstractVhIpcPart::QtAbstractVhIpcPart(QObject *parent) : QObject(parent) { }
 
 void QtAbstractVhIpcPart::onConnectChanged(bool connected) { m_connected = connected; }
@@ -18,4 +20,15 @@ void QtAbstractVhIpcPart::setRequiringServer(bool requiring)
         return;
     m_requiringServer = requiring;
     Q_EMIT requiringServerChanged(requiring);
+}
+
+void QtAbstractVhIpcPart::setTaker(std::function<bool()> mayBeEncoded)
+{
+    m_mayBeEncoded = std::move(mayBeEncoded);
+}
+
+bool QtAbstractVhIpcPart::maySendEncoded() const
+{
+    return m_mayBeEncoded && receivers(SIGNAL(sendVh(QHash<QString, QVariant>))) == 1
+        && m_mayBeEncoded();
 }

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QVariant>
 
+#include <functional>
+
 /// One conversation over the link: takes the messages that are meant for it and asks for its own to
 /// be sent. Belongs to the link's thread.
 class QtAbstractVhIpcPart : public QObject {
@@ -25,6 +27,12 @@ public:
     void setRequiringServer(bool requiring);
     bool isConnected() const { return m_connected; }
 
+    /// Tells who takes this part's messages, and whether he minds lists that are encoded already.
+    void setTaker(std::function<bool()> mayBeEncoded);
+    /// Whether a QtEncodedVariantList may stand in a message for the list itself: nobody sees the
+    /// message but the taker, and he writes it as a data stream.
+    bool maySendEncoded() const;
+
 Q_SIGNALS:
     /// A message to send. It carries the part's own name under the key "name".
     void sendVh(const QHash<QString, QVariant> &map);
@@ -32,6 +40,7 @@ Q_SIGNALS:
     void requiringServerChanged(bool requiring);
 
 private:
+    std::function<bool()> m_mayBeEncoded;
     bool m_ready = true;
     bool m_requiringServer = false;
     bool m_connected = false;

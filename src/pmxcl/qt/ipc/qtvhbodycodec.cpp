@@ -1,6 +1,7 @@
 #include "qtvhbodycodec.h"
 
 #include "qtcborscanner.h"
+#include "qtencodedvariantlist.h"
 #include "qtvariantstreamformat.h"
 #include "qtvariantstreamscanner.h"
 #include "qtvariantstreamwriter.h"
@@ -9,9 +10,31 @@
 #include <QCborValue>
 #include <QDataStream>
 
+namespace {
+
+/// CBOR knows lists of values only.
+QVariant withoutEncodedLists(const QVariant &value)
+{
+    if (value.typeId() == qMetaTypeId<QtEncodedVariantList>())
+        return value.toList();
+    if (value.typeId() != QMetaType::QVariantHash)
+        return value;
+    QVariantHash hash = value.toHash();
+    for (QVariant &member : hash)
+        member = withoutEncodedLists(member);
+    return hash;
+}
+
+} // namespace
+
 QByteArray QtVhBodyCodec::toDataStream(const QHash<QString, QVariant> &map)
 {
     return map.isEmpty() ? QByteArray() : QtVariantStreamWriter::writeHash(map);
+}
+
+QList<QByteArray> QtVhBodyCodec::toDataStreamPieces(const QHash<QString, QVariant> &map)
+{
+    return map.isEmpty() ? QList<QByteArray>() : QtVariantStreamWriter::writeHashInPieces(map);
 }
 
 std::optional<QHash<QString, QVariant>> QtVhBodyCodec::fromDataStream(const QByteArray &body)
@@ -29,7 +52,7 @@ std::optional<QHash<QString, QVariant>> QtVhBodyCodec::fromDataStream(const QByt
 
 QByteArray QtVhBodyCodec::toCbor(const QHash<QString, QVariant> &map)
 {
-    return QCborValue(QCborMap::fromVariantHash(map)).toCbor();
+    return QCborValue(QCborMap::fromVariantHash(withoutEncodedLists(map).toHash())).toCbor();
 }
 
 std::optional<QHash<QString, QVariant>> QtVhBodyCodec::fromCbor(const QByteArray &body)

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QList>
 #include <QString>
 #include <QVariant>
 
@@ -16,6 +17,8 @@ namespace QtVhBodyCodec {
 
 /// As QDataStream writes a QHash<QString, QVariant>, version Qt_5_12. An empty map has no bytes.
 QByteArray toDataStream(const QHash<QString, QVariant> &map);
+/// The same in pieces, see QtEncodedVariantList.
+QList<QByteArray> toDataStreamPieces(const QHash<QString, QVariant> &map);
 /// Nothing when the body cannot be decoded or is not safe to read, see QtVariantStreamScanner.
 std::optional<QHash<QString, QVariant>> fromDataStream(const QByteArray &body);
 

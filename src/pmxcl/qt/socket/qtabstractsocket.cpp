@@ -9,6 +9,8 @@ QtAbstractSocket::QtAbstractSocket(QObject *parent) : QObject(parent)
 
 void QtAbstractSocket::closeSending() { }
 
+qint64 QtAbstractSocket::writeAtOnce(QByteArrayView) { return 0; }
+
 bool QtAbstractSocket::hasPeerTakenAll() const { return true; }
 
 bool QtAbstractSocket::isConnecting() const

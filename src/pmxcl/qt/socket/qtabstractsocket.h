@@ -47,6 +47,10 @@ public:
     virtual void closeSending();
     /// Whether the peer has taken all that has left this process, as far as the transport can tell.
     virtual bool hasPeerTakenAll() const;
+    /// Writes past the device, which has nothing to write, without waiting for the event loop, and
+    /// returns how many bytes; the device is to be given the others. Emits no signal: what fails is
+    /// told when the device is used. 0 where the transport cannot do it.
+    virtual qint64 writeAtOnce(QByteArrayView bytes);
 
     bool isConnecting() const;
     bool isDisconnecting() const;

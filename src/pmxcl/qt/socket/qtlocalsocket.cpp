@@ -18,6 +18,7 @@
 #include <sys/stat.h>
 #include <sys/un.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <string>
 #include <utility>
@@ -251,6 +252,16 @@ bool QtLocalSocket::hasPeerTakenAll() const
     if (isConnected())
         (void)::ioctl(static_cast<int>(m_socket->socketDescriptor()), SIOCOUTQ, &unread);
     return unread == 0;
+}
+
+qint64 QtLocalSocket::writeAtOnce(QByteArrayView bytes)
+{
+    if (m_phase != Phase::Connected || m_socket->state() != QLocalSocket::ConnectedState)
+        return 0;
+    const ssize_t written =
+        ::send(static_cast<int>(m_socket->socketDescriptor()), bytes.constData(),
+               static_cast<size_t>(bytes.size()), MSG_DONTWAIT | MSG_NOSIGNAL);
+    return std::max<qint64>(written, 0);
 }
 
 void QtLocalSocket::onSocketDestroyed()

@@ -53,6 +53,7 @@ public:
     AbstractError error() const override;
     void closeSending() override;
     bool hasPeerTakenAll() const override;
+    qint64 writeAtOnce(QByteArrayView bytes) override;
 
 private Q_SLOTS:
     void onSocketDestroyed();

@@ -1,7 +1,9 @@
 #include "qtvariantstreamwriter.h"
 
+#include "qtencodedvariantlist.h"
 #include "qtvariantstreamformat.h"
 
+#include <QByteArrayList>
 #include <QDataStream>
 #include <QDateTime>
 #include <QIODevice>
@@ -14,6 +16,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <utility>
 
 namespace {
 
@@ -37,11 +40,30 @@ template <typename T> const T &content(const QVariant &value)
 
 QByteArray QtVariantStreamWriter::writeHash(const QHash<QString, QVariant> &hash)
 {
+    const QList<QByteArray> pieces = writeHashInPieces(hash);
+    return pieces.size() == 1 ? pieces.constFirst() : QByteArrayList(pieces).join();
+}
+
+QList<QByteArray> QtVariantStreamWriter::writeHashInPieces(const QHash<QString, QVariant> &hash)
+{
     QtVariantStreamWriter writer;
     writer.m_bytes.reserve(usualSize);
     writer.writeMap(hash);
-    return writer.m_bytes;
+    writer.m_pieces.append(writer.m_bytes);
+    return writer.m_pieces;
 }
+
+void QtVariantStreamWriter::clear()
+{
+    m_bytes.resize(0);
+    m_pieces.clear();
+    if (std::exchange(m_hasWrittenHashes, false))
+        m_writtenHashes.fill({});
+}
+
+void QtVariantStreamWriter::writeHashHead() { writeHead(QMetaType::QVariantHash, false); }
+
+void QtVariantStreamWriter::writeCount(quint32 count) { write(count); }
 
 void QtVariantStreamWriter::writeVariant(const QVariant &value)
 {
@@ -103,8 +125,21 @@ void QtVariantStreamWriter::writeVariant(const QVariant &value)
         writeDateTime(value);
         break;
     default:
-        writeByQt(value);
+        if (value.typeId() == qMetaTypeId<QtEncodedVariantList>())
+            writeEncoded(content<QtEncodedVariantList>(value));
+        else
+            writeByQt(value);
     }
+}
+
+void QtVariantStreamWriter::writeEncoded(const QtEncodedVariantList &list)
+{
+    writeHead(QMetaType::QVariantList, false);
+    writeCount(static_cast<quint32>(list.count()));
+    m_pieces.append(std::exchange(m_bytes, {}));
+    m_pieces.append(list.pieces());
+    // They stand in the piece that has ended.
+    m_writtenHashes.fill({});
 }
 
 void QtVariantStreamWriter::writeDateTime(const QVariant &value)
@@ -132,9 +167,14 @@ void QtVariantStreamWriter::writeByQt(const QVariant &value)
 
 void QtVariantStreamWriter::writeHead(const QVariant &value)
 {
+    writeHead(value.typeId(), value.isNull());
+}
+
+void QtVariantStreamWriter::writeHead(int typeId, bool isNull)
+{
     char *const at = append(headSize);
-    qToBigEndian(static_cast<quint32>(value.typeId()), at);
-    at[sizeof(quint32)] = value.isNull() ? 1 : 0;
+    qToBigEndian(static_cast<quint32>(typeId), at);
+    at[sizeof(quint32)] = isNull ? 1 : 0;
 }
 
 template <typename Number>
@@ -190,6 +230,7 @@ void QtVariantStreamWriter::writeNestedHash(const QVariantHash &hash)
     if (hash.isDetached())
         return;
     m_writtenHashes[m_oldestHash] = {hash, begin, m_bytes.size() - begin};
+    m_hasWrittenHashes = true;
     m_oldestHash = (m_oldestHash + 1) % m_writtenHashes.size();
 }
 
