@@ -1,20 +1,19 @@
 #include "applicationend.h"
 
-#include "abstractnewdownloadsrequest.h"
 #include "appsettings.h"
-#include "qtabstractsocketvhipc.h"
 #include "qtabstractvhipcpart.h"
 #include "qtappsettingsinmemorymanager.h"
-#include "qtlocalsocket.h"
 #include "qtvhbodycodec.h"
-#include "qtvhipccompositepart.h"
 #include "vhipcincomingdownloadskeys.h"
 #include "vhipckeys.h"
 #include "vhipcsettings.h"
 
+#include <QDataStream>
 #include <QLocalServer>
 #include <QLocalSocket>
+#include <QtEndian>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
@@ -24,11 +23,6 @@ namespace {
 namespace Keys = VhIpcIncomingDownloadsKeys;
 
 using VhMap = QHash<QString, QVariant>;
-
-qsizetype frameSize(const VhMap &map)
-{
-    return static_cast<qsizetype>(sizeof(quint32)) + QtVhBodyCodec::toDataStream(map).size();
-}
 
 } // namespace
 
@@ -43,56 +37,59 @@ public:
 
 namespace {
 
-class DownloadsPart : public QtAbstractVhIpcPart {
-public:
-    explicit DownloadsPart(ExchangeSizes &sizes) : m_sizes(sizes) { }
+/// The bytes that a text or an id has on the link; see "Serializing Qt Data Types".
+QByteArray onLink(const QString &text)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << text;
+    return bytes;
+}
+QByteArray onLink(const QVariant &value)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream.setVersion(QDataStream::Qt_5_12);
+    stream << value;
+    return bytes;
+}
 
-    void processVh(const VhMap &map) override
+/// Cuts the frames itself and does not decode those that bring downloads: what it takes to answer
+/// one is to look for its id, so that it is the host that is measured.
+class AnsweringWorker : public ApplicationEnd::Worker {
+public:
+    AnsweringWorker()
     {
-        const auto request = toNewDownloadsRequest(map.value(Keys::request()).toHash());
+        m_settings->setDefaultValue(toString(AppSettings::WbInterceptDownloads),
+                                    QStringLiteral("1"));
         const VhMap answer = {{VhIpcKeys::name(), Keys::partName()},
                               {VhIpcKeys::reason(), Keys::finishedReason()},
-                              {VhIpcKeys::id(), map.value(VhIpcKeys::id())},
-                              {Keys::added(), !request.downloads.isEmpty()},
+                              {VhIpcKeys::id(), qint64{0}},
+                              {Keys::added(), true},
                               {Keys::aborted(), false},
                               {Keys::abortReason(), 0},
                               {Keys::error(), QString()},
                               {Keys::isSilent(), false}};
-        Q_EMIT sendVh(answer);
-        if (m_sizes.message == 0)
-            m_sizes = {frameSize(map), frameSize(answer), m_sizes.change};
-    }
-
-private:
-    ExchangeSizes &m_sizes;
-};
-
-class LinkWorker : public ApplicationEnd::Worker {
-public:
-    LinkWorker()
-    {
-        m_settings->setDefaultValue(toString(AppSettings::WbInterceptDownloads),
-                                    QStringLiteral("1"));
+        m_answer = frame(answer);
+        m_answerId = idIn(m_answer);
+        sizes.answer = m_answer.size();
     }
 
     void accept(const QSharedPointer<QLocalSocket> &socket) override
     {
         constexpr quint32 flags = VhIpcSettings::ApplyChanged | VhIpcSettings::SendChanged;
-        m_parts.reset(new QtVhIpcCompositePart(nullptr, nullptr));
-        const auto settings =
-            QSharedPointer<VhIpcSettings>::create(m_settings, flags, QSet<QString>());
-        m_parts->addPart(VhIpcSettings::partName(), settings, false, false);
-        m_parts->addPart(Keys::partName(), QSharedPointer<DownloadsPart>::create(sizes), false,
-                         false);
-        m_link.reset(new QtAbstractSocketVhIpc(QSharedPointer<QtLocalSocket>::create(socket),
-                                               m_parts, 0, false));
-        // A client is told of all settings, too, when it asks for them. Connected last: the message
-        // is on its way when its size is taken.
-        QObject::connect(settings.data(), &QtAbstractVhIpcPart::sendVh, this,
-                         [this](const VhMap &map) {
-                             if (m_changes > 0 && sizes.change == 0)
-                                 sizes.change = frameSize(map);
-                         });
+        m_socket = socket;
+        m_settingsPart.reset(new VhIpcSettings(m_settings, flags, QSet<QString>()));
+        connect(m_settingsPart.data(), &QtAbstractVhIpcPart::sendVh, this,
+                [this](const VhMap &map) {
+                    const QByteArray bytes = frame(map);
+                    // A client is told of all settings, too, when it asks for them.
+                    if (m_changes > 0 && sizes.change == 0)
+                        sizes.change = bytes.size();
+                    m_socket->write(bytes);
+                });
+        m_settingsPart->onConnectChanged(true);
+        connect(m_socket.data(), &QIODevice::readyRead, this, &AnsweringWorker::onReadyRead);
     }
     void changeSetting() override
     {
@@ -102,10 +99,53 @@ public:
     }
 
 private:
+    static QByteArray frame(const VhMap &map)
+    {
+        const QByteArray body = QtVhBodyCodec::toDataStream(map);
+        QByteArray length(sizeof(quint32), Qt::Uninitialized);
+        qToBigEndian(static_cast<quint32>(body.size()), length.data());
+        return length + body;
+    }
+    /// Where the eight bytes of the id are.
+    static qsizetype idIn(const QByteArray &frame)
+    {
+        static const QByteArray before =
+            onLink(VhIpcKeys::id()) + onLink(QVariant(qint64{0})).chopped(sizeof(qint64));
+        return frame.indexOf(before) + before.size();
+    }
+
+    void onReadyRead()
+    {
+        static const QByteArray downloads = onLink(Keys::partName());
+        while (m_socket->bytesAvailable() >= qint64(sizeof(quint32))) {
+            const qint64 size = qFromBigEndian<quint32>(m_socket->peek(sizeof(quint32)).constData())
+                + qint64(sizeof(quint32));
+            if (m_socket->bytesAvailable() < size)
+                return;
+            const QByteArray received = m_socket->read(size);
+            if (received.contains(downloads))
+                answer(received);
+            else if (const auto map = QtVhBodyCodec::fromDataStream(received.sliced(4)))
+                m_settingsPart->processVh(*map);
+        }
+    }
+
+    void answer(const QByteArray &received)
+    {
+        if (sizes.message == 0)
+            sizes.message = received.size();
+        std::copy_n(received.constData() + idIn(received), sizeof(qint64),
+                    m_answer.data() + m_answerId);
+        m_socket->write(m_answer);
+        m_socket->flush();
+    }
+
     const QSharedPointer<QtAppSettingsInMemoryManager> m_settings =
         QSharedPointer<QtAppSettingsInMemoryManager>::create();
-    QSharedPointer<QtVhIpcCompositePart> m_parts;
-    QSharedPointer<QtAbstractSocketVhIpc> m_link;
+    QSharedPointer<QLocalSocket> m_socket;
+    QScopedPointer<VhIpcSettings> m_settingsPart;
+    QByteArray m_answer;
+    qsizetype m_answerId = 0;
     int m_changes = 0;
 };
 
@@ -120,6 +160,7 @@ public:
             while (m_socket->bytesAvailable() >= sizes.message) {
                 m_socket->read(sizes.message);
                 m_socket->write(QByteArray(sizes.answer, 'a'));
+                m_socket->flush();
             }
         });
     }
@@ -131,7 +172,7 @@ private:
 
 } // namespace
 
-ApplicationEnd::ApplicationEnd(const QString &name) : m_worker(new LinkWorker) { start(name); }
+ApplicationEnd::ApplicationEnd(const QString &name) : m_worker(new AnsweringWorker) { start(name); }
 
 ApplicationEnd::ApplicationEnd(const QString &name, ExchangeSizes sizes)
     : m_worker(new BareWorker(sizes))

@@ -14,15 +14,15 @@ struct ExchangeSizes {
 
 /**
  * The application's end of a local socket, in a thread of its own, for one client after the other.
- * There are two: one made of the link's own classes, that decodes the downloads it is given and
- * says that it has added them, and a bare one, that sends so many bytes for so many.
+ * There are two: one that tells of settings as the application does and says of downloads, which it
+ * does not decode, that it has added them, and a bare one, that sends so many bytes for so many.
  */
 class ApplicationEnd {
 public:
     /// The part of it that lives in the thread.
     class Worker;
 
-    /// The link's own.
+    /// The one that hosts can speak to.
     explicit ApplicationEnd(const QString &name);
     /// The bare one.
     ApplicationEnd(const QString &name, ExchangeSizes sizes);

@@ -1,4 +1,5 @@
-// What the host costs beside the floor (floor.cpp), the two taking turns in one run.
+// What the host costs beside the floor (floor.cpp), and beside the same floor without the libraries
+// that it does not use, taking turns in one run.
 
 #include "childprocess.h"
 #include "frame.h"
@@ -27,17 +28,24 @@ constexpr int pipelined = 10'000;
 /// As the extension sends it, framed.
 QByteArray handshake()
 {
-    const QByteArray body = R"({"id":"1","type":"handshake","handshake":{"api_version":"1",)"
-                            R"("browser":"Mozilla/5.0 (X11; Linux x86_64) Chromium",)"
-                            R"("response_add_crlf":"0","response_send_data_len_as_string":"0",)"
-                            R"("uri_encoding_for_rcv":"0","uri_encoding_for_send":"0",)"
-                            R"("base64_encoding_for_rcv":"0","base64_encoding_for_send":"0"}})";
-    return framed(body);
+    return framed(R"({"id":"1","type":"handshake","handshake":{"api_version":"3","browser":)"
+                  R"("Mozilla/5.0 (X11; Linux x86_64; rv:128.0) Gecko/20100101 Firefox/128.0"}})");
+}
+
+/// With all options, of 285 bytes.
+QByteArray longHandshake()
+{
+    return framed(R"({"id":"1","type":"handshake","handshake":{"api_version":"1",)"
+                  R"("browser":"Mozilla/5.0 (X11; Linux x86_64) Chromium",)"
+                  R"("response_add_crlf":"0","response_send_data_len_as_string":"0",)"
+                  R"("uri_encoding_for_rcv":"0","uri_encoding_for_send":"0",)"
+                  R"("base64_encoding_for_rcv":"0","base64_encoding_for_send":"0"}})");
 }
 
 enum Measure {
     Start,
     RoundTrip,
+    LongRoundTrip,
     SpacedRoundTrip,
     Pipelined,
     Exit,
@@ -62,25 +70,29 @@ long finish(ChildProcess &child, const QString &program)
 /// A process that lives like a real one: started, asked now and then, ended.
 void runConversation(const QString &program, Samples &samples)
 {
-    const QByteArray message = handshake();
+    const QByteArray message = longHandshake();
     QElapsedTimer timer;
     timer.start();
     ChildProcess child(program);
     child.roundTrip(message);
     samples[Start].push_back(microseconds(timer));
 
-    std::vector<double> trips;
-    trips.reserve(roundTrips);
-    for (int i = 0; i < roundTrips; ++i)
-        trips.push_back(child.roundTrip(message));
-    samples[RoundTrip].push_back(median(trips));
+    const auto trips = [&child](const QByteArray &asked) {
+        std::vector<double> times;
+        times.reserve(roundTrips);
+        for (int i = 0; i < roundTrips; ++i)
+            times.push_back(child.roundTrip(asked));
+        return median(times);
+    };
+    samples[RoundTrip].push_back(trips(handshake()));
+    samples[LongRoundTrip].push_back(trips(message));
 
-    trips.clear();
+    std::vector<double> spaced;
     for (int i = 0; i < spacedRoundTrips; ++i) {
         std::this_thread::sleep_for(pause);
-        trips.push_back(child.roundTrip(message));
+        spaced.push_back(child.roundTrip(message));
     }
-    samples[SpacedRoundTrip].push_back(median(trips));
+    samples[SpacedRoundTrip].push_back(median(spaced));
 
     timer.start();
     const long peakMemory = finish(child, program);
@@ -90,7 +102,7 @@ void runConversation(const QString &program, Samples &samples)
 
 void runPipelined(const QString &program, Samples &samples)
 {
-    const QByteArray message = handshake();
+    const QByteArray message = longHandshake();
     ChildProcess child(program);
     child.write(message);
     const qsizetype answerSize = child.takeAnswer();
@@ -104,7 +116,7 @@ void runPipelined(const QString &program, Samples &samples)
 
 /// An aim of 0 means that there is none.
 void report(const char *what, const char *unit, Measure measure, const Samples &host,
-            const Samples &floor, double aim)
+            const Samples &floor, const Samples &coreFloor, double aim)
 {
     const double hostMedian = median(host[measure]);
     const double floorMedian = median(floor[measure]);
@@ -112,6 +124,8 @@ void report(const char *what, const char *unit, Measure measure, const Samples &
                 floorMedian, unit, hostMedian / floorMedian);
     if (aim > 0)
         std::printf("  (aim: at most %.2f)", aim);
+    if (!coreFloor[measure].empty())
+        std::printf("  with Core alone %.1f %s", median(coreFloor[measure]), unit);
     std::printf("\n");
 }
 
@@ -126,26 +140,30 @@ int main(int argc, char *argv[])
     qputenv("TMPDIR", home.path().toLocal8Bit());
     const QString host = qEnvironmentVariable("KOVALO_HOST", QStringLiteral(KOVALO_HOST_PATH));
     const QString floor = QCoreApplication::applicationDirPath() + QStringLiteral("/floor");
+    const QString coreFloor = QCoreApplication::applicationDirPath() + QStringLiteral("/corefloor");
 
     Samples hostSamples;
     Samples floorSamples;
+    Samples coreFloorSamples;
     for (int round = -1; round < rounds; ++round) {
         runConversation(floor, floorSamples);
         runConversation(host, hostSamples);
+        runConversation(coreFloor, coreFloorSamples);
         runPipelined(floor, floorSamples);
         runPipelined(host, hostSamples);
         if (round < 0) // warms the caches
-            hostSamples = floorSamples = {};
+            hostSamples = floorSamples = coreFloorSamples = {};
     }
     const auto line = [&](const char *what, const char *unit, Measure measure, double aim) {
-        report(what, unit, measure, hostSamples, floorSamples, aim);
+        report(what, unit, measure, hostSamples, floorSamples, coreFloorSamples, aim);
     };
     std::printf("Medians of %d runs of each, taking turns\n", rounds);
-    line("start to first answer", "us", Start, 1.25);
-    line("handshake, there and back", "us", RoundTrip, 1.25);
+    line("start to first answer", "us", Start, 1);
+    line("handshake as the extension sends it", "us", RoundTrip, 1.25);
+    line("handshake of 285 bytes", "us", LongRoundTrip, 1.25);
     line("the same after a pause of 2 ms", "us", SpacedRoundTrip, 1.25);
-    line("one of 10,000 pipelined handshakes", "us", Pipelined, 5);
-    line("end of input to exit", "us", Exit, 1.5);
-    line("peak memory", "kB", Memory, 1.3);
+    line("one of 10,000 pipelined handshakes", "us", Pipelined, 2.5);
+    line("end of input to exit", "us", Exit, 1.2);
+    line("peak memory", "kB", Memory, 1.1);
     line("peak memory with 10,000 pipelined", "kB", PipelinedMemory, 0);
 }
