@@ -10,6 +10,8 @@
 
 namespace {
 
+constexpr std::size_t usualMembers = 8;
+
 /// Whether the library writes the character as it is.
 bool isPlain(char c)
 {
@@ -101,6 +103,8 @@ bool pmxJson2SerializationOutputStream::write(const std::string &name, std::stri
     } else if (const Member *const member = findMember(name)) {
         m_members[static_cast<size_t>(member - m_members.data())].text = std::move(text);
     } else {
+        if (m_members.empty())
+            m_members.reserve(usualMembers);
         m_members.push_back({name, std::move(text)});
     }
     return true;

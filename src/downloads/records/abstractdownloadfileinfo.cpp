@@ -1,6 +1,7 @@
 #include "abstractdownloadfileinfo.h"
 
 #include "abstractfileinfofields.h"
+#include "streamfieldswriter.h"
 #include "variantrecordcodec.h"
 
 namespace {
@@ -34,6 +35,11 @@ QVariantHash AbstractDownloadFileInfo::toVariantHash() const
 AbstractDownloadFileInfo AbstractDownloadFileInfo::fromVariantHash(const QVariantHash &hash)
 {
     return decodedRecord<AbstractDownloadFileInfo>(hash, downloadFileFields);
+}
+
+QByteArrayView toStream(RecordsStreamContext &context, const AbstractDownloadFileInfo &file)
+{
+    return streamedRecord(context, file, downloadFileFields);
 }
 
 QVariantList toVariantList(const QList<AbstractDownloadFileInfo> &files)

@@ -4,10 +4,13 @@
 #include "abstractdownloadsection.h"
 #include "abstractfileinfo.h"
 
+#include <QByteArrayView>
 #include <QList>
 #include <QString>
 #include <QVariantHash>
 #include <QVariantList>
+
+class RecordsStreamContext;
 
 /// One file of a download.
 struct AbstractDownloadFileInfo : AbstractFileInfo {
@@ -26,6 +29,8 @@ struct AbstractDownloadFileInfo : AbstractFileInfo {
     bool operator==(const AbstractDownloadFileInfo &) const = default;
 };
 
+/// The bytes of the hash, see StreamFieldsWriter.
+QByteArrayView toStream(RecordsStreamContext &context, const AbstractDownloadFileInfo &file);
 QVariantList toVariantList(const QList<AbstractDownloadFileInfo> &files);
 QList<AbstractDownloadFileInfo> toDownloadFilesInfos(const QVariantList &list);
 

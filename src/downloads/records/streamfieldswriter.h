@@ -64,7 +64,7 @@ inline bool isSame(const QList<QNetworkCookie> &a, const QList<QNetworkCookie> &
  * by field, as VariantFieldsWriter makes the hash itself. What a record has in common with the one
  * before it is copied from there.
  *
- * A nested record is encoded in the same way if it has a function
+ * A nested record, or a list of them, is encoded in the same way if it has a function
  * QByteArrayView toStream(RecordsStreamContext &, const T &), and otherwise by way of its hash.
  */
 template <typename Record> class StreamFieldsWriter {
@@ -119,7 +119,12 @@ public:
     template <typename Owner, typename T, typename Encode, typename Decode>
     void value(const QString &key, T Owner::*member, Encode encode, Decode /*decode*/)
     {
-        field(key, member, encode);
+        if constexpr (requires(RecordsStreamContext & context, const T &list) {
+                          toStream(context, list.constFirst());
+                      })
+            field(key, member, [this](const T &list) { writeRecords(list); });
+        else
+            field(key, member, encode);
     }
     template <typename Owner, typename T, typename Decode>
     void record(const QString &key, T Owner::*member, Decode /*decode*/)
@@ -162,9 +167,23 @@ private:
             // empty may not be null.
             const T &usual = nothing().*member;
             m_writer.writeKey(key);
-            m_writer.writeVariant(QVariant(encode(value == usual ? usual : value)));
+            if constexpr (std::is_void_v<decltype(encode(value))>)
+                encode(value);
+            else
+                m_writer.writeVariant(QVariant(encode(value == usual ? usual : value)));
         }
         endField(isPresent);
+    }
+
+    template <typename T> void writeRecords(const QList<T> &records)
+    {
+        m_writer.writeListHead();
+        m_writer.writeCount(static_cast<quint32>(records.size()));
+        for (const T &record : records) {
+            const QByteArrayView bytes = toStream(*m_context, record);
+            m_writer.writeHashHead();
+            m_writer.append(bytes);
+        }
     }
 
     static const Record &nothing()

@@ -4,7 +4,11 @@
 
 QtAbstractVhIpcPart::QtAbstractVhIpcPart(QObject *parent) : QObject(parent) { }
 
-void QtAbstractVhIpcPart::onConnectChanged(bool connected) { m_connected = connected; }
+void QtAbstractVhIpcPart::onConnectChanged(bool connected)
+{
+    m_connected = connected;
+    m_maySendEncoded.reset();
+}
 
 void QtAbstractVhIpcPart::setReady(bool ready)
 {
@@ -27,8 +31,10 @@ void QtAbstractVhIpcPart::setTaker(std::function<bool()> mayBeEncoded)
     m_mayBeEncoded = std::move(mayBeEncoded);
 }
 
-bool QtAbstractVhIpcPart::maySendEncoded() const
+bool QtAbstractVhIpcPart::maySendEncoded()
 {
-    return m_mayBeEncoded && receivers(SIGNAL(sendVh(QHash<QString, QVariant>))) == 1
-        && m_mayBeEncoded();
+    if (!m_maySendEncoded)
+        m_maySendEncoded = m_mayBeEncoded
+            && receivers(SIGNAL(sendVh(QHash<QString, QVariant>))) == 1 && m_mayBeEncoded();
+    return *m_maySendEncoded;
 }

@@ -6,6 +6,7 @@
 #include <QVariant>
 
 #include <functional>
+#include <optional>
 
 /// One conversation over the link: takes the messages that are meant for it and asks for its own to
 /// be sent. Belongs to the link's thread.
@@ -30,8 +31,9 @@ public:
     /// Tells who takes this part's messages, and whether he minds lists that are encoded already.
     void setTaker(std::function<bool()> mayBeEncoded);
     /// Whether a QtEncodedVariantList may stand in a message for the list itself: nobody sees the
-    /// message but the taker, and he writes it as a data stream.
-    bool maySendEncoded() const;
+    /// message but the taker, and he writes it as a data stream. Found out once for a connection,
+    /// with the first message.
+    bool maySendEncoded();
 
 Q_SIGNALS:
     /// A message to send. It carries the part's own name under the key "name".
@@ -41,6 +43,7 @@ Q_SIGNALS:
 
 private:
     std::function<bool()> m_mayBeEncoded;
+    std::optional<bool> m_maySendEncoded;
     bool m_ready = true;
     bool m_requiringServer = false;
     bool m_connected = false;

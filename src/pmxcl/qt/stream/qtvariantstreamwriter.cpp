@@ -63,6 +63,8 @@ void QtVariantStreamWriter::clear()
 
 void QtVariantStreamWriter::writeHashHead() { writeHead(QMetaType::QVariantHash, false); }
 
+void QtVariantStreamWriter::writeListHead() { writeHead(QMetaType::QVariantList, false); }
+
 void QtVariantStreamWriter::writeCount(quint32 count) { write(count); }
 
 void QtVariantStreamWriter::writeVariant(const QVariant &value)
@@ -134,7 +136,7 @@ void QtVariantStreamWriter::writeVariant(const QVariant &value)
 
 void QtVariantStreamWriter::writeEncoded(const QtEncodedVariantList &list)
 {
-    writeHead(QMetaType::QVariantList, false);
+    writeListHead();
     writeCount(static_cast<quint32>(list.count()));
     m_pieces.append(std::exchange(m_bytes, {}));
     m_pieces.append(list.pieces());

@@ -29,12 +29,15 @@ public:
     /// The parts of a variant that is a hash: the head, how many entries there are, and of each the
     /// key, followed by a variant.
     void writeHashHead();
+    /// The head of a variant that is a list; the count and the variants follow.
+    void writeListHead();
     void writeCount(quint32 count);
     void writeKey(const QString &key) { writeString(key); }
     void append(QByteArrayView bytes) { m_bytes += bytes; }
 
     const QByteArray &bytes() const { return m_bytes; }
-    /// Gives what was written for other bytes, to which clear() must be the next thing that is done.
+    /// Gives what was written for other bytes, to which clear() must be the next thing that is
+    /// done.
     void swap(QByteArray &bytes) { m_bytes.swap(bytes); }
     /// Begins anew, in the same memory.
     void clear();
