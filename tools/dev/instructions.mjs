@@ -42,7 +42,7 @@ function downloadsTask(count, areDifferent = false) {
 }
 
 /** How many instructions a program executes from its start to its end, given these tasks. */
-async function count(program, tasks) {
+async function instructionsOf(program, tasks) {
     const sandbox = new Sandbox();
     const server = await serveAnswers(sandbox.temporary);
     const valgrind = new HostProcess(
@@ -108,7 +108,7 @@ const wanted = rows.flatMap(({ program, base, more }) => [base, more].filter(Boo
 const different = [...new Map(wanted.map(each => [each.key, each])).values()];
 await Promise.all(Array.from({ length: availableParallelism() }, async () => {
     for (let each = different.pop(); each; each = different.pop())
-        counts.set(each.key, await count(each.program, each.tasks));
+        counts.set(each.key, await instructionsOf(each.program, each.tasks));
 }));
 
 const known = tabled();
