@@ -3,6 +3,7 @@
 #include "kovfilename.h"
 #include "kovpartialfile.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 
@@ -46,10 +47,15 @@ std::unique_ptr<KovPartialFile> KovDownloadFolder::createFile(const QString &nam
     }
 }
 
-bool KovDownloadFolder::isHeldByBrowser(const QString &name) const
+bool KovDownloadFolder::isHeldByBrowser(const QString &name, qint64 bytes) const
 {
+    constexpr qint64 recentlySeconds = 60;
     const QFileInfo info(finalPath(name));
-    return info.isFile() && !info.isSymbolicLink() && info.size() == 0;
+    if (!info.isFile() || info.isSymbolicLink())
+        return false;
+    return info.size() == 0
+        || (info.size() == bytes
+            && info.lastModified().secsTo(QDateTime::currentDateTime()) < recentlySeconds);
 }
 
 QString KovDownloadFolder::nextFreePath(const QString &name, const QString &ending)

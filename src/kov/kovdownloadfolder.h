@@ -22,9 +22,9 @@ public:
     std::unique_ptr<KovPartialFile> createFile(const QString &name, QString &error);
     /// The path for this name, whether or not it is taken.
     QString finalPath(const QString &name) const { return m_path + u'/' + name; }
-    /// Whether the name is taken by an empty file: probably the placeholder of a browser's own
-    /// download, which the browser may be about to remove.
-    bool isHeldByBrowser(const QString &name) const;
+    /// Whether the name is taken by an empty file, or by a new one of as many bytes: probably a
+    /// browser's own download, which the browser may be about to remove.
+    bool isHeldByBrowser(const QString &name, qint64 bytes) const;
     /// The first unused path for the name.
     QString freePath(const QString &name) { return nextFreePath(name, {}); }
     /// Partial files have their final names already.

@@ -3,6 +3,8 @@
 #include "kovdownloadfolder.h"
 #include "kovpartialfile.h"
 
+#include <QFileInfo>
+
 #include <utility>
 
 namespace {
@@ -23,30 +25,30 @@ KovFileNaming::~KovFileNaming() = default;
 
 void KovFileNaming::start()
 {
-    const bool isHeld =
-        m_folder.isHeldByBrowser(m_name) && m_file.path() != m_folder.finalPath(m_name);
+    const QString finalPath = m_folder.finalPath(m_name);
+    // In this order, or a browser could name its own file between the two.
+    const QString freePath = m_folder.freePath(m_name);
+    const bool isHeld = freePath != finalPath && m_file.path() != finalPath
+        && m_folder.isHeldByBrowser(m_name, QFileInfo(m_file.path()).size());
     if (!isHeld || m_waitedMs >= browserLetsGoWithinMs) {
-        giveName();
+        giveName(freePath);
         return;
     }
     m_waitedMs += retryMs;
     m_timer->start(retryMs);
 }
 
-void KovFileNaming::giveName()
+void KovFileNaming::giveName(const QString &freePath)
 {
-    do {
-        const QString freePath = m_folder.freePath(m_name);
-        // Without a suffix it already has a name; only the unnumbered one is better.
-        const bool isBetter = !m_folder.namesAtOnce() || freePath == m_folder.finalPath(m_name);
-        const QString path = isBetter ? freePath : m_file.path();
-        Q_EMIT naming(path);
-        if (m_file.moveTo(path)) {
-            Q_EMIT named({});
-            return;
-        }
-        // The name may have been taken just now.
-    } while (m_file.errorNumber() == 0);
-    Q_EMIT named(
-        QStringLiteral("cannot rename \"%1\": %2").arg(m_file.path(), m_file.errorString()));
+    // Without a suffix it already has a name; only the unnumbered one is better.
+    const bool isBetter = !m_folder.namesAtOnce() || freePath == m_folder.finalPath(m_name);
+    const QString path = isBetter ? freePath : m_file.path();
+    Q_EMIT naming(path);
+    if (m_file.moveTo(path))
+        Q_EMIT named({});
+    else if (m_file.errorNumber() == 0)
+        start(); // the name was taken just now
+    else
+        Q_EMIT named(
+            QStringLiteral("cannot rename \"%1\": %2").arg(m_file.path(), m_file.errorString()));
 }

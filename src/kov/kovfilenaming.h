@@ -11,12 +11,12 @@
 class KovDownloadFolder;
 class KovPartialFile;
 
-/// Gives a complete file its final name, once no browser's placeholder has that name any more.
+/// Gives a complete file its final name, once no browser's own copy has that name any more.
 class KovFileNaming : public QObject {
     Q_OBJECT
 public:
-    /// A browser whose download was cancelled removes its placeholder; if it has not done so by
-    /// then, the file gets another name.
+    /// A browser whose download was cancelled removes its file; if it has not done so by then, the
+    /// file gets another name.
     static constexpr int browserLetsGoWithinMs = 5000;
 
     /// The file and the folder outlive this.
@@ -33,7 +33,7 @@ Q_SIGNALS:
     void named(const QString &error);
 
 private:
-    void giveName();
+    void giveName(const QString &freePath);
 
     KovPartialFile &m_file;
     KovDownloadFolder &m_folder;

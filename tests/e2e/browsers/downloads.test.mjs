@@ -2,6 +2,7 @@
 // asked for as the browser did, the rest stays where it is, and nothing is anywhere twice.
 
 import { deepStrictEqual, strictEqual } from 'node:assert';
+import { readdirSync } from 'node:fs';
 import { after, before, describe, test } from 'node:test';
 import { browserNames } from '../../../tools/drivers/browsers.mjs';
 import { DownloadSite } from '../../../tools/drivers/downloadsite.mjs';
@@ -146,6 +147,8 @@ for (const name of browserNames) {
                 const [first, ...others] = site.asked(path).map(({ isOpen: _, ...asked }) => asked);
                 deepStrictEqual(others, left.includes(path) ? [] : [first], path);
             }
+            // Also what the browser had as a whole keeps its name.
+            deepStrictEqual(readdirSync(visit.sandbox.downloads).filter(each => each.includes('(')), []);
             strictEqual(visit.sandbox.running('kov').length, 1);
             strictEqual((await visit.ask('status')).problem, null);
             await visit.extension.evaluate(async () => {
