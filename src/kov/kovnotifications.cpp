@@ -18,8 +18,8 @@
 
 namespace {
 
-const QString service = u"org.freedesktop.Notifications"_qs;
-const QString path = u"/org/freedesktop/Notifications"_qs;
+const QString serviceName = u"org.freedesktop.Notifications"_qs;
+const QString servicePath = u"/org/freedesktop/Notifications"_qs;
 
 const QString openAction = u"open"_qs;
 const QString folderAction = u"folder"_qs;
@@ -32,7 +32,7 @@ constexpr int noTimeout = -1; // the desktop's default
 
 QDBusMessage call(const QString &method)
 {
-    return QDBusMessage::createMethodCall(service, path, service, method);
+    return QDBusMessage::createMethodCall(serviceName, servicePath, serviceName, method);
 }
 
 QString nameOf(const KovJob &job)
@@ -120,10 +120,13 @@ void KovNotifications::tell(const Message &message)
     }
     if (std::exchange(m_isAsked, true))
         return;
-    bus.connect(service, path, service, u"ActionInvoked"_qs, this,
-                SLOT(onActionInvoked(uint, QString)));
-    bus.connect(service, path, service, u"NotificationClosed"_qs, this,
-                SLOT(onNotificationClosed(uint, uint)));
+    // Qt wants the signatures without blanks.
+    // clang-format off
+    bus.connect(serviceName, servicePath, serviceName, u"ActionInvoked"_qs, this,
+                SLOT(onActionInvoked(uint,QString)));
+    bus.connect(serviceName, servicePath, serviceName, u"NotificationClosed"_qs, this,
+                SLOT(onNotificationClosed(uint,uint)));
+    // clang-format on
     auto *const watcher =
         new QDBusPendingCallWatcher(bus.asyncCall(call(u"GetCapabilities"_qs)), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {

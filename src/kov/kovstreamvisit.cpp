@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr qsizetype longestHead = 64 * 1024;
+constexpr qsizetype longestHead = qsizetype{64} * 1024;
 constexpr qint64 pieceBytes = qint64{64} * 1024;
 /// Back-pressure: no more is read from the web while so much is unsent.
 constexpr qint64 mostWaitingBytes = 1 << 20;
