@@ -266,6 +266,7 @@ private Q_SLOTS:
             lines += u"[pmxMembers]: WARNING: \"%1\" is of the wrong type and passed over"_qs.arg(
                 QLatin1String(name));
         QCOMPARE(log.texts().filter(u"[pmxMembers]"_qs), lines);
+        QCOMPARE(log.texts().filter(u"is no object"_qs), QStringList());
         host.tell(u"{'id':'1','type':'handshake','handshake':'1'}"_qs);
         QCOMPARE(log.texts().constLast(),
                  u"[pmxKovBhIpcTask]: WARNING: the record \"handshake\" is no object"_qs);

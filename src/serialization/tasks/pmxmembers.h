@@ -1,6 +1,5 @@
 #pragma once
 
-#include "pmxoptionalmembers.h"
 #include "pmxserializable.h"
 #include "pmxserializationiostream.h"
 
@@ -80,10 +79,12 @@ bool serializeMember(pmxSerializationIoStream *stream, const char *key, Value &v
                      unsigned int flags)
 {
     if constexpr (std::is_base_of_v<pmxSerializable, Value>) {
-        if (stream->isReading() && stream->hasMember(key)
-            && !stream->SelectOrCreateNode(key, false)->canHaveMembers())
+        const auto node = stream->SelectOrCreateNode(key, false);
+        if (!node)
+            return stream->isReading();
+        if (!node->canHaveMembers())
             logUnreadable(key);
-        return pmxSerializeOptionalRecord(stream, key, value, flags);
+        return value.Serialize(node.get(), flags);
     } else {
         if (serialize(stream, key, value))
             return true;

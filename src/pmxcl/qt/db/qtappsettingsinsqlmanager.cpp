@@ -8,7 +8,9 @@
 #include "sqlbusywait.h"
 #include "sqlfailurelog.h"
 
+#include <QMetaObject>
 #include <QSqlError>
+#include <QThread>
 
 #include <mutex>
 #include <utility>
@@ -104,6 +106,16 @@ void QtAppSettingsInSqlManager::storeAllValues()
 
 void QtAppSettingsInSqlManager::storePending()
 {
+    if (!m_db->canBeUsedInCurrentThread() && thread() != QThread::currentThread()) {
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                const std::lock_guard locker(*m_db);
+                storePending();
+            },
+            Qt::QueuedConnection);
+        return;
+    }
     const SqlBusyWait wait(m_db->databaseFilePath());
     if (!m_isRead && !load())
         return;

@@ -16,8 +16,8 @@ class QtAppSettingsSqlTable;
  * Settings in memory that are read from the database's settings table once and write every change
  * through to it.
  *
- * Any thread that can use the database manager. A change is in the table when the call that made it
- * returns.
+ * Any thread. A change is in the table when the call that made it returns, or, when the thread that
+ * made it cannot use the database manager, when this object's thread comes to it.
  *
  * A database that fails costs nothing but the storing: the settings are served from memory, what
  * is wrong is logged once per file, and the next change, or storeUnstored(), stores what could not

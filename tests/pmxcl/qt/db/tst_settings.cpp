@@ -194,6 +194,21 @@ private Q_SLOTS:
         QCOMPARE(stored(m_path), settings.allValues());
     }
 
+    void threadThatCannotUseTheDatabase()
+    {
+        const LogCapture log;
+        QtAppSettingsInSqlManager settings(QSharedPointer<SqlDatabaseManager>::create(
+            m_path, u"single"_qs, QSharedPointer<QRecursiveMutex>::create()));
+        const std::unique_ptr<QThread> thread(QThread::create([&settings] {
+            settings.setValues({{u"a"_qs, u"1"_qs}}, {});
+        }));
+        thread->start();
+        QVERIFY(thread->wait());
+        QCoreApplication::sendPostedEvents();
+        QCOMPARE(stored(m_path), (Values{{u"a"_qs, u"1"_qs}}));
+        QCOMPARE(log.texts().filter(u"ASSERTION"_qs), QStringList());
+    }
+
     void faults_data()
     {
         const Rows<Damage, QString, QString, int> row("damage", "disk", "reason", "logged");
