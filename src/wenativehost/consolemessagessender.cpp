@@ -135,7 +135,7 @@ void ConsoleMessagesSender::onWriteFailed(int error)
         logLine(1,
                 QStringLiteral("[ConsoleMessagesSender]: WARNING: a message was not written: %1")
                     .arg(systemErrorText(error)));
-    m_channel = error == EPIPE ? Channel::Abandoned : Channel::Failing;
+    m_channel = Channel::Failing;
 }
 
 QByteArray ConsoleMessagesSender::encoded(const QString &message) const

@@ -52,8 +52,7 @@ private:
         Working,
         /// The last message could not be written; that was logged.
         Failing,
-        /// Nobody will read the output again: its other end is closed, or it is stuck and the input
-        /// has ended.
+        /// Nobody will read the output again: it is stuck, and the input has ended.
         Abandoned,
     };
 

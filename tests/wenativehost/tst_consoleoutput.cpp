@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <csignal>
 #include <dlfcn.h>
 #include <thread>
 #include <unistd.h>
@@ -141,6 +142,28 @@ private Q_SLOTS:
                               body,
                               u"[ConsoleMessagesSender]: WARNING: a message was not written: "
                               "No space left on device"_qs}));
+    }
+
+    void eachMessageIsTriedOnceTheReaderIsGone()
+    {
+        std::signal(SIGPIPE, SIG_IGN);
+        const LogCapture log;
+        int ends[2] = {};
+        QCOMPARE(::pipe(ends), 0);
+        std::FILE *const output = ::fdopen(ends[1], "w");
+        std::setvbuf(output, nullptr, _IONBF, 0);
+        ::close(ends[0]);
+        ConsoleMessagesSender sender(nullptr, output);
+        sender.setFlowControl(QSharedPointer<ConsoleFlowControl>::create());
+        const QString large(10'000, u'a'); // a short one fails with the flush alone
+        for (int message = 0; message < 2; ++message)
+            sender.sendMessage(large);
+        std::fclose(output);
+        QCOMPARE(log.texts()
+                     .filter(u"@,85"_qs.replace(u'@',
+                                                u"../../src/wenativehost/consolemessagessender"_qs))
+                     .size(),
+                 2);
     }
 };
 

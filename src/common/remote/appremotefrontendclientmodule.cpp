@@ -16,6 +16,7 @@
 #include <QMetaObject>
 #include <QThread>
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -151,8 +152,9 @@ void AppRemoteFrontendClientModule::continueTakeDown()
     if (!m_flushTimer->isActive()) {
         const auto limited = [this](int ms) {
             const std::chrono::milliseconds wait(ms);
-            return m_isHolding ? ms + heldLongerMs
-                               : static_cast<int>(EndDeadline::limited(wait, wait).count());
+            return m_isHolding
+                ? ms + heldLongerMs
+                : std::max(leastWaitMs, static_cast<int>(EndDeadline::limited(wait, wait).count()));
         };
         m_answersTimer->start(limited(answersWithinMs));
         m_flushTimer->start(limited(flushWithinMs));

@@ -44,6 +44,9 @@ public:
     /// Both count from the beginning of the program's end, where that is known (EndDeadline).
     static constexpr int flushWithinMs = 1500;
     static constexpr int answersWithinMs = flushWithinMs - 300;
+    /// Both are at least this, so that what fits into the kernel's buffers goes out even when the
+    /// take-down begins late.
+    static constexpr int leastWaitMs = 100;
     /// How much longer both are for a process that no browser waits for.
     static constexpr int heldLongerMs = 30'000;
 
