@@ -192,7 +192,7 @@ void WeNativeHostTasksProcessor::registerProcessors()
 {
     auto handshake = std::make_unique<pmxKovBhIpcHandshakeTaskProcessor>(m_receiver, m_sender);
     connect(handshake.get(), &pmxKovBhIpcHandshakeTaskProcessor::answered, this,
-            &WeNativeHostTasksProcessor::tellOfLostDownloads);
+            &WeNativeHostTasksProcessor::tellOfLostDownloads, Qt::SingleShotConnection);
     registerProcessor(kov_ipc_task_handshake, std::move(handshake));
     auto uiStrings = std::make_unique<pmxKovBhIpcUiStringsTaskProcessor>(m_sender);
     connect(this, &WeNativeHostTasksProcessor::translationsLoaded, uiStrings.get(),
