@@ -195,8 +195,8 @@ bool LogSink::nameBelongsToAnotherFile() const
         || !isSameFile(opened, named);
 }
 
-// Only the holder of the file's lock renames it, so that two processes that find it full at the same
-// moment do not rename it twice. The other one need not wait for the lock.
+// Only the holder of the file's lock renames it, so that two processes that find it full at the
+// same moment do not rename it twice. The other one need not wait for the lock.
 bool LogSink::renameFile()
 {
     if (::flock(m_fd, LOCK_EX | LOCK_NB) != 0)

@@ -26,11 +26,11 @@ public:
     explicit WbeIncomingDownloadsProcessor(QSharedPointer<AppClientModule> appClientModule,
                                            QObject *parent = nullptr);
 
-    /// Who sees to the downloads when this process ends before they were handed over.
+    /// Where the downloads are when this process ends before they were handed over.
     enum class Owner {
-        /// Nobody: the user asked for them.
+        /// Nowhere else: the user picked them, so they must be delivered.
         User,
-        /// The browser, which was about to make them.
+        /// In the browser, which continues them.
         Browser,
     };
     using Callback = std::function<void(const DownloadsOutcome &)>;
@@ -40,8 +40,8 @@ public:
     /// "invalid_parameter" (no download had a valid URL) or the application's text.
     void process(Downloads &&downloads, Owner owner, const Callback &callback);
     /// The same for a task that is known by its id: the outcome is told by finished(). While it is
-    /// under way, another one of the same id takes its place, and its own outcome is told to
-    /// nobody.
+    /// under way, another one of the same id takes its place, and its own outcome is not
+    /// reported.
     void process(const QString &id, const Downloads &downloads, Owner owner = Owner::User);
     /// Of many downloads, each ends as soon as it has been converted.
     void process(const QString &id, Downloads &&downloads, Owner owner = Owner::User);
