@@ -32,7 +32,7 @@ bool isExecutable(Chain &chain, const QString &program)
         return true;
     }
     chain.broken(executableLink(), QStringLiteral("it may not be executed"),
-                 QStringLiteral("chmod +x %1").arg(shellQuoted(program)), [program] {
+                 ownersCommand(QStringLiteral("chmod +x"), program), [program] {
                      return QFile::setPermissions(program,
                                                   QFile::permissions(program) | QFile::ExeOwner);
                  });

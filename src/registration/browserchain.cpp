@@ -29,6 +29,9 @@ bool registered(const QList<Registrar::Result> &results)
 
 QString registerCommand(const BrowserInstallation &installation, Way way)
 {
+    // "register" refuses to name a host that cannot be executed.
+    if (const QString repair = ProgramPaths::hostRepair(); !repair.isEmpty())
+        return repair;
     return QStringLiteral("%1 register %2%3")
         .arg(ProgramPaths::ownCommand(),
              way == Way::Script ? QStringLiteral("--flatpak ") : QString(), installation.id());
@@ -128,7 +131,8 @@ BrowserChain BrowserChain::examine(const BrowserInstallation &installation)
     checkPolicies(chain, installation, policies, manifest);
     manifest.addTo(chain, registerCommand(installation, way), [installation, way] {
         const Registrar registrar(ProgramPaths::host());
-        return registered(way == Way::Script ? registrar.registerScript(installation)
+        return ProgramPaths::hostRepair().isEmpty()
+            && registered(way == Way::Script ? registrar.registerScript(installation)
                                              : registrar.registerOrdinary(installation));
     });
     result.hostPath = manifest.hostPath();

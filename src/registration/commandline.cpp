@@ -225,6 +225,9 @@ int CommandLine::runCommand(const Command &command)
         return Success;
     }
     m_browsers = m_parser.positionalArguments().mid(1);
+    const bool isForEverybody = m_parser.optionNames().contains(QStringLiteral("everybody"));
+    if (isForEverybody && !m_browsers.isEmpty())
+        return usageError(QStringLiteral("--everybody is for all browsers: name none"), m_command);
     if (command.arguments.isEmpty() && !m_browsers.isEmpty())
         return usageError(QStringLiteral("what is \"%1\"?").arg(m_browsers.constFirst()),
                           m_command);

@@ -75,7 +75,10 @@ public:
     {
         for (const auto &[secret, name] : m_replacements)
             text.replace(wholeWord(secret), name);
-        return text;
+        // A manifest may name the folder of somebody else.
+        static const QRegularExpression homeOfAnother(
+            QStringLiteral("(?<![\\w.-])/home/[^/\\s]+/"));
+        return text.replace(homeOfAnother, QStringLiteral("/home/USER/"));
     }
 
 private:

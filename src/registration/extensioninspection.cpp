@@ -57,7 +57,11 @@ QString pageOf(const BrowserInstallation &installation)
 
 QString installCure(const BrowserInstallation &installation)
 {
-    if (const QString folder = ProgramPaths::unpackedExtension(); !folder.isEmpty())
+    QString folder = ProgramPaths::unpackedExtension();
+    // Browsers that do not load the package's extension by themselves can load its folder.
+    if (folder.isEmpty() && installation.extensionForEverybody().isEmpty())
+        folder = ProgramPaths::packagedExtension();
+    if (!folder.isEmpty())
         return QStringLiteral("load the folder %1 on the browser's page %2")
             .arg(folder,
                  installation.browser().family.isFirefox()

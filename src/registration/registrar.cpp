@@ -35,6 +35,9 @@ Result write(const QString &path, const QByteArray &content, QFile::Permissions 
     const QString folder = QFileInfo(path).path();
     if (!QDir().mkpath(folder))
         return {Result::Done::Failed, path, QStringLiteral("the folder cannot be made")};
+    // QSaveFile would write to the target of a link, which is not ours and may be missing.
+    if (QFile link(path); QFileInfo(path).isSymbolicLink() && !link.remove())
+        return {Result::Done::Failed, path, link.errorString()};
     // QSaveFile replaces no file that may not be written.
     if (present.exists() && !QFileInfo(path).isWritable())
         present.setPermissions(permissions);
@@ -61,8 +64,12 @@ QString manifestPath(const QString &folder)
 QList<Result> removeManifest(const QString &folder, const BrowserFamily &family)
 {
     const QString path = manifestPath(folder);
-    if (!QFileInfo::exists(path))
+    const QFileInfo info(path);
+    if (!info.exists() && !info.isSymbolicLink())
         return {};
+    if (QFile file(path); info.isFile() && !file.open(QIODevice::ReadOnly))
+        return {{Result::Done::Failed, path,
+                 QStringLiteral("it cannot be read: ") + file.errorString()}};
     if (!HostManifest::isOurs(path, family))
         return {{Result::Done::LeftAlone, path, QStringLiteral("it is no manifest of this host")}};
     return {remove(path)};

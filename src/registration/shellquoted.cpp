@@ -1,6 +1,9 @@
 #include "shellquoted.h"
 
+#include <QFileInfo>
 #include <QRegularExpression>
+
+#include <unistd.h>
 
 namespace {
 QString escapedQuote() { return QStringLiteral("'\\''"); }
@@ -21,4 +24,11 @@ QString shellUnquoted(const QString &word)
         return word;
     QString inner = word.mid(1, word.size() - 2);
     return inner.replace(escapedQuote(), QStringLiteral("'"));
+}
+
+QString ownersCommand(const QString &command, const QString &path)
+{
+    return QStringLiteral("%1%2 %3").arg(
+        QFileInfo(path).ownerId() == ::geteuid() ? QString() : QStringLiteral("sudo "), command,
+        shellQuoted(path));
 }

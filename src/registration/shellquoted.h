@@ -6,3 +6,5 @@
 QString shellQuoted(const QString &text);
 /// The inverse of shellQuoted().
 QString shellUnquoted(const QString &word);
+/// "COMMAND PATH", with sudo when the file belongs to another user.
+QString ownersCommand(const QString &command, const QString &path);

@@ -16,6 +16,8 @@
 #include <QSharedPointer>
 #include <QSqlDatabase>
 
+#include <unistd.h>
+
 namespace {
 
 /// The folder itself, or its nearest existing ancestor, in which it would be created.
@@ -44,6 +46,18 @@ bool makeUsable(const QString &path)
     return QFile::setPermissions(path, QFile::permissions(path) | needed);
 }
 
+/// What gives the user these rights. Only the owner and root can change them.
+QString permissionCure(const QString &rights, const QString &path)
+{
+    if (QFileInfo(path).ownerId() == ::geteuid())
+        return QStringLiteral("chmod %1 %2").arg(rights, shellQuoted(path));
+    if (path.startsWith(QDir::homePath() + u'/'))
+        return QStringLiteral("sudo chown -R \"$USER\" %1").arg(shellQuoted(path));
+    return QStringLiteral("choose another folder, or ask whoever administers this machine for the "
+                          "right to write to %1")
+        .arg(path);
+}
+
 void checkFolder(Chain &chain, const QString &link, const QString &what, const QString &path)
 {
     const QFileInfo place = existingPlaceOf(path);
@@ -64,7 +78,7 @@ void checkFolder(Chain &chain, const QString &link, const QString &what, const Q
                      QStringLiteral("mv %1 %1.old").arg(shellQuoted(broken)));
     else
         chain.broken(link, what + QStringLiteral(" cannot be used: ") + reason,
-                     QStringLiteral("chmod u+rwx %1").arg(shellQuoted(broken)),
+                     permissionCure(QStringLiteral("u+rwx"), broken),
                      [broken] { return makeUsable(broken); });
 }
 
@@ -85,7 +99,7 @@ void checkDatabase(Chain &chain, const QString &path)
         const bool isWritable = QFileInfo(path).isWritable() && QFileInfo(path).isReadable();
         chain.broken(
             opens, QStringLiteral("%1 cannot be used: %2").arg(path, probe.openFailure),
-            isWritable ? moveAway : QStringLiteral("chmod u+rw %1").arg(shellQuoted(path)),
+            isWritable ? moveAway : permissionCure(QStringLiteral("u+rw"), path),
             isWritable ? std::function<bool()>() : [path] {
                 return QFile::setPermissions(
                     path, QFile::permissions(path) | QFile::ReadOwner | QFile::WriteOwner);

@@ -3,7 +3,7 @@
 import { deepStrictEqual, match, ok, strictEqual } from 'node:assert';
 import { spawn } from 'node:child_process';
 import {
-    chmodSync, chownSync, copyFileSync, mkdirSync, readFileSync, rmSync, writeFileSync,
+    chmodSync, chownSync, copyFileSync, mkdirSync, readFileSync, rmSync, symlinkSync, writeFileSync,
 } from 'node:fs';
 import { once } from 'node:events';
 import { createServer } from 'node:net';
@@ -86,11 +86,11 @@ async function forbidDatabase(sandbox) {
     await makeDatabase(sandbox);
     chmodSync(database(sandbox), 0);
 }
-function forbidApplication(sandbox) {
-    const program = join(sandbox.programs, 'kov');
+const forbid = name => sandbox => {
+    const program = join(sandbox.programs, name);
     put(program, readFileSync(program));
     chownSync(program, user, -1);
-}
+};
 function makeReadOnly(folder) {
     mkdirSync(folder, { recursive: true });
     chmodSync(folder, 0o500);
@@ -119,13 +119,18 @@ const rows = [
     ['manifest-found', sandbox => rmSync(chromiumsManifest(sandbox)), { isFixed }],
     ['manifest-found', sandbox => rmSync(firefoxesManifest(sandbox)), { isFixed }],
     ['manifest-readable', sandbox => put(chromiumsManifest(sandbox), '{}', 0), { isFixed }],
+    ['manifest-readable', sandbox => {
+        rmSync(chromiumsManifest(sandbox));
+        symlinkSync('/nowhere/else.json', chromiumsManifest(sandbox));
+    }, { isFixed }],
     ['manifest-json', sandbox => put(chromiumsManifest(sandbox), '{"name":'), { isFixed }],
     ['manifest-name', rewrite({ name: 'com.tessmark.other' }), { isFixed }],
     ['manifest-type', rewrite({ type: 'pipe' }), { isFixed }],
     ['manifest-ids', rewrite({ allowed_origins: ['chrome-extension://aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa/'] }), { isFixed }],
     ['manifest-path', rewrite({ path: 'wenativehost' }), { isFixed }],
-    ['host-there', rewrite({ path: '/usr/lib/gone/wenativehost' }), { isFixed }],
+    ['host-there', rewrite({ path: '/home/other/wenativehost' }), { isFixed, says: /\/home\/USER\// }],
     ['host-executable', hostThat(() => script('exit'), 0o644), { isFixed }],
+    ['host-executable', forbid('wenativehost'), { also: ['host-executable'], says: /; .*chmod \+x .*wenativehost/ }],
     ['policies', policy('etc/chromium/policies/managed/a.json', { NativeMessagingBlocklist: ['*'] })],
     ['policies', policy('etc/firefox/policies/policies.json',
                         { policies: { ExtensionSettings: { '*': { installation_mode: 'blocked' } } } })],
@@ -156,7 +161,7 @@ const rows = [
     ['downloads-folder', sandbox => put(sandbox.downloads, '')],
     ['downloads-folder', sandbox => makeReadOnly(sandbox.downloads), { isFixed }],
     ['application-there', sandbox => rmSync(join(sandbox.programs, 'kov'))],
-    ['application-executable', forbidApplication, { isFixed }],
+    ['application-executable', forbid('kov'), { isFixed }],
     ['application-running', application(script('echo no room >&2; exit 1'), 0o755), { says: /no room/ }],
     ['application-answers', serverOf(user), { timeout: 1 }],
     ['browser-found', () => {}, { browsers: ['brave'] }],

@@ -2,7 +2,7 @@
 
 import { deepStrictEqual, match, ok, strictEqual } from 'node:assert';
 import {
-    chmodSync, existsSync, mkdirSync, readFileSync, readdirSync, writeFileSync,
+    chmodSync, existsSync, mkdirSync, readFileSync, readdirSync, renameSync, symlinkSync, writeFileSync,
 } from 'node:fs';
 import { dirname, join } from 'node:path';
 import { after, test } from 'node:test';
@@ -74,6 +74,14 @@ test('what is not ours stays', async () => {
     match(await succeeds(sandbox, 'unregister'), /left alone/);
     strictEqual(readFileSync(firefox, 'utf8'), '{');
     deepStrictEqual(readJson(chromium), others);
+
+    const elsewhere = sandbox.inHome('elsewhere.json');
+    renameSync(firefox, elsewhere);
+    symlinkSync(elsewhere, firefox);
+    match(await succeeds(sandbox, 'register', 'firefox'), /wrote/);
+    strictEqual(readFileSync(elsewhere, 'utf8'), '{');
+    chmodSync(firefox, 0);
+    strictEqual((await sandbox.run(['unregister', 'firefox'])).status, 1);
 });
 
 test('a browser in a Flatpak starts the host by a script, through flatpak-spawn', async () => {
@@ -141,7 +149,7 @@ test('command lines: help for each command, and a clear answer to wrong ones', a
         match(await succeeds(sandbox, command, '--help'), /Usage:.*[^]*Exit status/);
     match(await succeeds(sandbox, '--help'), /doctor +say why/);
     for (const args of [[], ['mend'], ['register', 'lynx'], ['browsers', 'all'], ['doctor', '--no'],
-                        ['register', '--flatpak', 'org.lynx'], ['doctor', '--timeout', 'x']]) {
+                        ['register', '--flatpak', 'org.lynx'], ['unregister', '--everybody', 'firefox'], ['doctor', '--timeout', 'x']]) {
         const { status, output, errors } = await sandbox.run(args);
         deepStrictEqual([status, output], [2, ''], args.join(' '));
         match(errors, /--help/);
