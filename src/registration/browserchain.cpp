@@ -29,12 +29,13 @@ bool registered(const QList<Registrar::Result> &results)
 
 QString registerCommand(const BrowserInstallation &installation, Way way)
 {
+    const QString command =
+        QStringLiteral("%1 register %2%3")
+            .arg(ProgramPaths::ownCommand(),
+                 way == Way::Script ? QStringLiteral("--flatpak ") : QString(), installation.id());
     // "register" refuses to name a host that cannot be executed.
-    if (const QString repair = ProgramPaths::hostRepair(); !repair.isEmpty())
-        return repair;
-    return QStringLiteral("%1 register %2%3")
-        .arg(ProgramPaths::ownCommand(),
-             way == Way::Script ? QStringLiteral("--flatpak ") : QString(), installation.id());
+    const QString repair = ProgramPaths::hostRepair();
+    return repair.isEmpty() ? command : repair + QStringLiteral(" && ") + command;
 }
 
 void checkPolicies(Chain &chain, const BrowserInstallation &installation,

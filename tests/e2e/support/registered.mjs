@@ -2,7 +2,7 @@
 // where the tests run as root, the program runs as another user.
 
 import { spawn } from 'node:child_process';
-import { chownSync, mkdirSync, readFileSync, readdirSync, readlinkSync } from 'node:fs';
+import { chownSync, lchownSync, mkdirSync, readFileSync, readdirSync, readlinkSync } from 'node:fs';
 import { join } from 'node:path';
 import { Sandbox } from '../../../tools/drivers/sandbox.mjs';
 
@@ -19,7 +19,7 @@ function giveAway(path) {
         if (each.isDirectory())
             giveAway(join(path, each.name));
         else if (!path.endsWith('/bin')) // those are the build's own files
-            chownSync(join(path, each.name), nobody, nobody);
+            lchownSync(join(path, each.name), nobody, nobody);
     }
 }
 
