@@ -163,10 +163,11 @@ void WeNativeHostTasksProcessor::handleMessage(QByteArray &&message)
 }
 
 // The message and what it was parsed into end with this function, before the task is handled.
-bool WeNativeHostTasksProcessor::readTask(pmxKovBhIpcTask &task, QByteArray message)
+bool WeNativeHostTasksProcessor::readTask(pmxKovBhIpcTask &task, QByteArray &&message)
 {
+    const QByteArray text = std::move(message);
     return pmxJsonSerializeObject(
-        task, std::string_view(message.constData(), static_cast<size_t>(message.size())), 0);
+        task, std::string_view(text.constData(), static_cast<size_t>(text.size())), 0);
 }
 
 void WeNativeHostTasksProcessor::process(std::shared_ptr<pmxKovBhIpcTask> task, Callback callback)

@@ -61,7 +61,7 @@ public Q_SLOTS:
 
 private:
     /// Reads the task; false when not all of it could be read.
-    static bool readTask(pmxKovBhIpcTask &task, QByteArray message);
+    static bool readTask(pmxKovBhIpcTask &task, QByteArray &&message);
     void handleMessage(QByteArray &&message);
     void registerProcessors();
     void tellOfLostDownloads();

@@ -4,6 +4,7 @@
 #include "qtvariantstreamwriter.h"
 
 #include <QDataStream>
+#include <QIODevice>
 #include <QVariantMap>
 
 #include <algorithm>

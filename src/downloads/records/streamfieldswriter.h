@@ -5,6 +5,8 @@
 
 #include <QByteArray>
 #include <QDateTime>
+#include <QList>
+#include <QNetworkCookie>
 #include <QString>
 #include <QVariant>
 #include <QVariantHash>
