@@ -127,7 +127,7 @@ DownloadsReport::DownloadsReport(const QList<VhIpcQueuedMessage> &messages,
                 if (job == m_pending.end())
                     return;
                 if (added || aborted)
-                    m_pending.erase(job);
+                    m_pending.remove(id);
                 else
                     job->reason = error;
             });
