@@ -184,8 +184,8 @@ private Q_SLOTS:
         other.mirrors = {{other.source}};
         other.tbu2c = 0;
         other.source.cookies.removeLast();
-        const AbstractDownloadPersistentInfo infos[] = {{},    makeInfo(), makeInfo(), other,
-                                                        other, makeInfo(), {},         other};
+        const QList<AbstractDownloadPersistentInfo> infos = {{},    makeInfo(), makeInfo(), other,
+                                                             other, makeInfo(), {},         other};
         QList<AbstractNewDownloadRequest> downloads{{}};
         for (const auto &info : infos)
             downloads.append({std::make_shared<AbstractDownloadPersistentInfo>(info)});
