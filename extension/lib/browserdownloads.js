@@ -32,11 +32,13 @@ export async function goOn(id, canRestart = false) {
     const item = await lookUp(id);
     if (!item)
         return true; // removed from the list on purpose
-    if (item.paused || (item.state === 'interrupted' && item.canResume))
-        return chrome.downloads.resume(id).then(() => true, () => false);
-    if (item.state !== 'interrupted')
+    const isInterrupted = item.state === 'interrupted';
+    if (!item.paused && !isInterrupted)
         return true;
-    return canRestart && restart(item);
+    if ((item.paused || item.canResume) && await chrome.downloads.resume(id).then(() => true, () => false))
+        return true;
+    // Firefox says that it can resume what the server then does not send in parts.
+    return isInterrupted && canRestart && restart(item);
 }
 
 /**

@@ -47,7 +47,9 @@ export class Downloads {
             const hasEnded = this.#handovers.isOfEarlierRun(left);
             const item = await find(left, hasEnded);
             if (left.stage === stage.taken) {
-                if (item && item.state !== 'complete')
+                if (item?.state === 'complete')
+                    this.#tell(left.name, place.both); // the user may have opened it since
+                else if (item)
                     await discard(item.id);
             } else if (isCancelled(item) && !hasEnded) {
                 // It is as the user wanted it.
@@ -70,7 +72,7 @@ export class Downloads {
         if (!now || now.byExtensionId || now.state === 'interrupted')
             return;
         // At once: a file that is complete when the application takes it is in the way of its own.
-        await Promise.all([this.#handovers.begin(item, request.method === 'GET'), pause(item.id)]);
+        await Promise.all([this.#handovers.begin(item, isRepeatable(request)), pause(item.id)]);
         const isKept = await this.#keeping.keeps(request);
         const name = await nameOf(item);
         if (isKept)
@@ -120,6 +122,7 @@ export class Downloads {
     }
 
     async #handOver(item, name, request) {
+        const canRestart = isRepeatable(request);
         let isLate = false;
         const timer = setTimeout(() => {
             isLate = true;
@@ -129,20 +132,20 @@ export class Downloads {
             const record = await recordOf(item, name, request);
             await this.#handovers.reach(stage.offered, item, name);
             const answer = await this.#ask([record], { caught: true },
-                                           late => this.#settle(item, name, late, true));
+                                           late => this.#settle(item, name, late, { canRestart, isLate: true }));
             clearTimeout(timer); // it must not be resumed while it is being discarded
-            await this.#settle(item, name, answer, isLate);
+            await this.#settle(item, name, answer, { canRestart, isLate });
         } catch (error) {
-            await this.#leave(item, name, error);
+            await this.#leave(item, name, error, { canRestart });
         } finally {
             clearTimeout(timer);
         }
     }
 
-    async #settle(item, name, answer, isLate) {
+    async #settle(item, name, answer, { canRestart, isLate }) {
         const isTaken = answer.result === result.added;
         if (!isTaken && !this.#isUnwanted(answer)) {
-            await this.#leave(item, name, errorOf(answer), answer.error === leftToBrowser);
+            await this.#leave(item, name, errorOf(answer), { canRestart, isByRule: answer.error === leftToBrowser });
         } else if (isLate && (await lookUp(item.id))?.state === 'complete') {
             // The user may have opened it already.
             this.#tell(name, isTaken ? place.both : place.browser);
@@ -155,10 +158,10 @@ export class Downloads {
     }
 
     /** Leaves it to the browser. */
-    async #leave(item, name, error, isByRule = false) {
+    async #leave(item, name, error, { canRestart, isByRule = false }) {
         if (isCancelled(await lookUp(item.id)))
             return; // by the user
-        const goesOn = await goOn(item.id);
+        const goesOn = await goOn(item.id, canRestart);
         if (!goesOn)
             this.#tell(name, place.lost, error);
         else if (!isByRule)
@@ -218,6 +221,9 @@ async function recordOf(item, name, request) {
         fileSize: String(size > 0 ? size : -1), // -1: unknown
     };
 }
+
+/** Whether the browser may request it again. */
+function isRepeatable({ method }) { return method === 'GET'; }
 
 /** A name for a link's file, for messages to the user. */
 function nameIn(url) { return lastSegment(url) || new URL(url).hostname; }
