@@ -16,6 +16,7 @@ export class DownloadSite {
     pages = {};
     #server;
     #held = new Map();
+    #responses = new Map();
 
     static async start() {
         const self = new DownloadSite();
@@ -47,6 +48,9 @@ export class DownloadSite {
         this.#held.get(path)();
     }
 
+    /** Breaks the connection off on which a path was last asked for. */
+    breakOff(path) { this.#responses.get(path).destroy(); }
+
     stop() {
         this.#server.closeAllConnections();
         return new Promise(resolve => { this.#server.close(resolve); });
@@ -65,6 +69,7 @@ export class DownloadSite {
         const entry = { method: request.method, path, cookie, referer, body, isOpen: true };
         response.on('close', () => { entry.isOpen = false; });
         this.requests.push(entry);
+        this.#responses.set(path, response);
         if (Object.hasOwn(this.pages, path)) {
             const { html = this.pages[path], headers = {} } = this.pages[path];
             const type = types[/\.\w+$/.exec(path)?.[0]] ?? 'text/html; charset=utf-8';

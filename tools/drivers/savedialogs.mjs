@@ -7,17 +7,25 @@ import { until } from './hostprocess.mjs';
 export class ChromiumDialog {
     static #title = 'Save File';
     static #menuKeys = { link: 'k', image: 'v' };
+    /** The button in the toolbar of the PDF viewer, which automation cannot look into, in the usual viewport. */
+    static #viewerButton = [695, 26];
 
     constructor(screen) { this.screen = screen; }
 
     prepare() {}
 
-    /** what: "link" or "image", which the element is, or "page". */
+    /** what: "link" or "image", which the element is, "page", or "viewer": the PDF viewer's button. */
     async ask(what, page, element) {
         await page.bringToFront();
         this.screen.focus(this.screen.window('Chromium'));
         if (what === 'page') {
             this.screen.press('ctrl+s');
+        } else if (what === 'viewer') {
+            // Nor is there an event for a viewer that is ready.
+            await until(async () => {
+                await page.mouse.click(...ChromiumDialog.#viewerButton);
+                return this.isOpen();
+            }, 'the PDF viewer to ask');
         } else {
             await element.click({ button: 'right' });
             // There is no event for an open menu, so keys are sent until it reacts.
@@ -73,6 +81,11 @@ export class FirefoxDialog {
 
     async ask(what, page, element) {
         await page.bringToFront();
+        if (what === 'viewer') {
+            await page.click('#downloadButton');
+            await until(() => this.isOpen(), 'the PDF viewer to ask');
+            return;
+        }
         if (what !== 'page')
             await element.click({ button: 'right' });
         await inFirefoxItself(this.browser, async id => {

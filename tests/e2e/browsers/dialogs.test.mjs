@@ -14,7 +14,12 @@ const rows = [
     ['image', '#image', '/image.svg'],
     ['page', 'body', '/page'],
     ['page', 'body', '/order'],
+    ['viewer', 'body', '/document.pdf'],
 ];
+const pdf = `%PDF-1.4
+1 0 obj<</Type/Catalog/Pages 2 0 R>>endobj 2 0 obj<</Type/Pages/Kids[3 0 R]/Count 1>>endobj
+3 0 obj<</Type/Page/Parent 2 0 R/MediaBox[0 0 300 300]>>endobj trailer<</Root 1 0 R>>
+%%EOF`;
 
 /** In milliseconds. Nobody answers a dialog faster. */
 const thinkingTime = 400;
@@ -33,6 +38,7 @@ for (const name of browserNames) {
                 <form method="post" action="/order"><input name="item" value="1"><button id="order">order</button></form>`;
             server.pages['/image.svg'] = '<svg xmlns="http://www.w3.org/2000/svg" width="50" height="50"/>';
             server.pages['/order'] = '<title>order</title>thanks';
+            server.pages['/document.pdf'] = { html: pdf, headers: { 'Content-Type': 'application/pdf' } };
             visit = await Visit.start(name, ['kov'], { server, screen, asksWhere });
             await visit.browser.dialog.prepare(visit.sandbox.downloads);
         };
@@ -42,7 +48,7 @@ for (const name of browserNames) {
             screen?.stop();
         });
 
-        test('a link, an image, a page, the answer to a form', async () => {
+        test('a link, an image, a page, the answer to a form, the document in the PDF viewer', async () => {
             await start(false);
             let saved = 0;
             for (const [what, selector, path] of rows) {
@@ -50,6 +56,8 @@ for (const name of browserNames) {
                     await visit.page.click('#order');
                     await visit.page.waitForFunction(() => document.title === 'order');
                 }
+                if (what === 'viewer')
+                    await visit.page.goto(visit.server.origin + path);
                 await visit.browser.dialog.ask(what, visit.page, await visit.page.$(selector));
                 await visit.browser.dialog.accept();
                 await visit.until(() => files() > saved, `${path} to be saved`);

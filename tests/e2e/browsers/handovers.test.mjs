@@ -20,6 +20,8 @@ function useScript({ host }) {
 
 /** What the application does, where the file is then, and what the user is told. */
 const rows = [
+    ['soon', 'application', ''],
+    ['refusedSoon', 'browser', 'problemApplicationFailed'],
     ['added', 'application', ''],
     ['refused', 'browser', 'problemApplicationFailed'],
     ['neither', 'browser', 'problemApplicationUnclear'],
@@ -27,33 +29,47 @@ const rows = [
     ['late', 'application', ''],
     ['late', 'both', 'outcomeBoth', 'complete'],
 ];
+/** The answers that come when the browser has it all. */
+const unheld = ['soon', 'refusedSoon'];
+/** What is handed over outside of those rows, by the application's answer. */
+const others = {
+    silent: ['unclear', 'cancelled', 'restarted', 'posted', 'application', 'both'],
+    refusedSoon: ['broken'],
+    ends: ['browser'],
+};
 
 for (const name of browserNames) {
     describe(`${name} and an application that answers strangely`, { timeout: 180_000 }, () => {
         let visit;
         const files = [];
         const path = (row, state) => `/file/${row}-${state}`;
-        const click = (row, state) => visit.page.click(`[href^="${path(row, state)}"]`);
+        const click = (row, state) => visit.page.click(`[href^="${path(row, state)}"], [formaction^="${path(row, state)}"]`);
         const browserItem = async (row, state) => (await visit.extension.evaluate(
             () => chrome.downloads.search({}))).find(each => each.url.includes(path(row, state)));
         before(async () => {
             const server = await DownloadSite.start();
-            const all = [...rows, ...['unclear', 'cancelled', 'restarted'].map(state => ['silent', state])];
-            server.pages['/page'] = all.map(([row, state]) =>
-                `<p><a href="${path(row, state)}?answer=${row}&held">${row} ${state}</a>`).join('');
+            const all = [...rows.map(([row, state]) => [row, state, unheld.includes(row) ? '' : '&held']),
+                         ...Object.entries(others).flatMap(([row, states]) => states.map(state => [row, state, '&held']))];
+            server.pages['/page'] = all.map(([row, state, more]) => {
+                const address = `${path(row, state)}?answer=${row}${more}`;
+                return state === 'posted' ? `<form method="post"><input name="a"><button formaction="${address}">post</button></form>`
+                    : `<p><a href="${address}">${row} ${state}</a></p>`;
+            }).join('');
             visit = await Visit.start(name, [], { server, prepare: useScript });
         });
         after(() => visit?.end());
         const outcome = async (row, state) => (await visit.ask('outcomes'))
             .find(each => each.name === `${row}-${state}`);
-        const offer = async state => {
-            await click('silent', state);
-            await visit.untilThere(() => browserItem('silent', state), Boolean);
-            await visit.untilThere(() => visit.extension.evaluate(() => chrome.storage.local.get('handovers')),
-                                   ({ handovers }) => handovers?.some(each => each.stage === 'offered'));
+        const left = () => visit.extension.evaluate(() => chrome.storage.local.get('handovers'));
+        const offer = async (state, row = 'silent') => {
+            await click(row, state);
+            await visit.untilThere(() => browserItem(row, state), Boolean);
+            await visit.untilThere(left, ({ handovers }) => handovers?.some(
+                each => each.url.includes(path(row, state)) && each.stage === 'offered'));
         };
         const lets = async (row, state) => {
-            visit.server.release(path(row, state));
+            if (!unheld.includes(row))
+                visit.server.release(path(row, state));
             files.push(path(row, state));
         };
 
@@ -98,7 +114,6 @@ for (const name of browserNames) {
             strictEqual((await visit.untilThere(() => outcome('silent', 'unclear'), Boolean)).state, 'unclear');
             match((await visit.ask('status')).problem, /goes on with silent-unclear/);
             const isOver = ({ handovers }) => handovers.length === 0;
-            const left = () => visit.extension.evaluate(() => chrome.storage.local.get('handovers'));
             await visit.untilThere(left, isOver);
             // What the user cancels meanwhile stays cancelled.
             await offer('cancelled');
@@ -112,13 +127,48 @@ for (const name of browserNames) {
             strictEqual(visit.server.asked(path('silent', 'cancelled')).length, 1);
         });
 
+        test('the script ends after the application has taken it', async () => {
+            await offer('application');
+            await offer('both');
+            await lets('silent', 'both');
+            // As the user may in the browser's list.
+            await visit.extension.evaluate(id => chrome.downloads.resume(id).catch(() => {}), (await browserItem('silent', 'both')).id);
+            await visit.untilThere(() => browserItem('silent', 'both'), ({ state }) => state === 'complete');
+            await visit.browser.stopScript();
+            await visit.extension.evaluate(async () => {
+                const { handovers } = await chrome.storage.local.get('handovers');
+                await chrome.storage.local.set({ handovers: handovers.map(each => ({ ...each, stage: 'taken' })) });
+            });
+            await visit.ask('status');
+            await visit.untilThere(() => outcome('silent', 'both'), told => told?.state === 'both');
+            await visit.untilThere(() => browserItem('silent', 'application'), item => !item);
+            await visit.untilDownloaded(visit.sandbox.downloads, files);
+        });
+
+        test('the connection breaks and the application refuses, or the host ends', async () => {
+            await offer('broken', 'refusedSoon');
+            visit.server.breakOff(path('refusedSoon', 'broken'));
+            files.push(path('refusedSoon', 'broken'));
+            strictEqual((await visit.untilThere(() => outcome('refusedSoon', 'broken'), Boolean)).state, 'browser');
+            await click('ends', 'browser');
+            strictEqual((await visit.untilThere(() => outcome('ends', 'browser'), Boolean)).reason, 'problemHostStopped');
+            await lets('ends', 'browser');
+            await visit.untilDownloaded(visit.sandbox.downloads, files);
+        });
+
         test('the browser ends before the answer', async () => {
             await offer('restarted');
+            await offer('posted');
             await visit.browser.close();
             await visit.launch(name);
             files.push(path('silent', 'restarted'));
+            // Firefox asks again by itself, with a GET.
+            if (name === 'firefox')
+                files.push(path('silent', 'posted'));
             await visit.untilDownloaded(visit.sandbox.downloads, files);
             strictEqual((await visit.untilThere(() => outcome('silent', 'restarted'), Boolean)).state, 'unclear');
+            strictEqual((await visit.untilThere(() => outcome('silent', 'posted'), Boolean)).state, 'lost');
+            strictEqual(visit.server.asked(path('silent', 'posted')).filter(each => each.method === 'POST').length, 1);
         });
     });
 }

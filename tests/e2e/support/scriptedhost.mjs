@@ -5,7 +5,8 @@ import { appendFileSync, existsSync } from 'node:fs';
 import { join } from 'node:path';
 import { FrameReader, encodeFrame } from '../../../tools/drivers/framing.mjs';
 
-const lateDelay = 6500; // a paused download goes on after 5 s
+/** In milliseconds: a paused download goes on after 5 s, and a small one is complete before it is paused. */
+const delays = { late: 6500, soon: 1500, refusedSoon: 1500 };
 
 const settings = {
     browser: {
@@ -26,6 +27,8 @@ const answers = {
 const byWish = {
     added: { result: '1' },
     late: { result: '1' },
+    soon: { result: '1' },
+    refusedSoon: { error: 'the server says 410' },
     refused: { error: 'the server says 403' },
     declined: { result: '0' },
     neither: {},
@@ -49,8 +52,10 @@ function answer(task) {
         return;
     }
     const wish = new URL(task.create_downloads.downloads.item[0].url).searchParams.get('answer');
+    if (wish === 'ends')
+        process.exit();
     if (wish !== 'silent')
-        setTimeout(reply, wish === 'late' ? lateDelay : 0, byWish[wish ?? 'added']);
+        setTimeout(reply, delays[wish] ?? 0, byWish[wish ?? 'added']);
 }
 
 const reader = new FrameReader();
