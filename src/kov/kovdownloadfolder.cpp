@@ -65,10 +65,10 @@ QString KovDownloadFolder::nextFreePath(const QString &name, const QString &endi
         m_lastNumbers.remove(name + ending);
         return path;
     }
+    // Asking again without a file made in between gives the same answer.
     int &number = m_lastNumbers[name + ending];
-    number = std::max(number, 1);
-    do
-        path = finalPath(KovFileName::numbered(name, ++number)) + ending;
-    while (exists(path));
+    number = std::max(number, 2);
+    while (exists(path = finalPath(KovFileName::numbered(name, number)) + ending))
+        ++number;
     return path;
 }
