@@ -5,8 +5,9 @@ import { appendFileSync, existsSync } from 'node:fs';
 import { join } from 'node:path';
 import { FrameReader, encodeFrame } from '../../../tools/drivers/framing.mjs';
 
-/** In milliseconds: a paused download goes on after 5 s, and a small one is complete before it is paused. */
-const delays = { late: 6500, soon: 1500, refusedSoon: 1500 };
+/** In milliseconds: a paused download goes on after 5 s, and a small one is complete before it is paused. What is
+ *  late leaves a loaded machine the time to see the download go on. */
+const delays = { late: 10_000, soon: 1500, refusedSoon: 1500 };
 
 const settings = {
     browser: {
