@@ -134,7 +134,9 @@ describe('the page and the doctor', { concurrency: browserNames.length, timeout:
             }
 
             test('name what the options leave to the browser', async () => {
-                await scene.visit.ask('changeSettings', { changes: { 'monitor.enable': false } });
+                // Refused until the host, which has just been connected, has sent the settings.
+                await scene.visit.untilThere(() => scene.visit.ask(
+                    'changeSettings', { changes: { 'monitor.enable': false } }), Boolean);
                 await until(async () => (await scene.steps()).catching?.state === 'broken', 'the page to say so');
                 deepStrictEqual(await scene.brokenLinks(), ['catching']);
                 await scene.visit.ask('changeSettings', { changes: { 'monitor.enable': true } });
