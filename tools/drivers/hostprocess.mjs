@@ -160,12 +160,12 @@ function withPatience(promise, describe) {
     return Promise.race([promise, limit]).finally(() => clearTimeout(timer));
 }
 
-/** Polls until the condition is true. */
+/** Polls until the condition is true. What is waited for is a text, or a function that makes it at the end. */
 export async function until(condition, what) {
     const end = Date.now() + patience;
     while (!await condition()) {
         if (Date.now() > end)
-            throw new Error(`waited in vain: ${what}`);
+            throw new Error(`waited in vain: ${typeof what === 'function' ? what() : what}`);
         await new Promise(resolve => { setTimeout(resolve, 2); });
     }
 }

@@ -23,7 +23,7 @@ export class Home extends Scene {
         await until(async () => {
             job = (await this.jobs()).find(each => each.id === id);
             return (states.length > 0 ? states : ['finished', 'failed']).includes(job.state);
-        }, `download ${id} to end; it is ${JSON.stringify(job)}`);
+        }, () => `download ${id} to be ${states.join(' or ') || 'ended'}; it is ${JSON.stringify(job)}`);
         return job;
     }
 
