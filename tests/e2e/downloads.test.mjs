@@ -243,13 +243,13 @@ describe('downloads', { concurrency: 4 }, () => {
     inHome('a full disk has all downloads wait and say so, and they go on when there is room', async home => {
         mkdirSync(home.folder);
         const service = spawn('unshare', [...asRoot, '--mount', 'sh', '-c',
-            'mount -t tmpfs -o size=30m none "$1" && exec "$2" -service', 'sh', home.folder, home.program('kov')],
+            'mount -t tmpfs -o size=68m none "$1" && exec "$2" -service', 'sh', home.folder, home.program('kov')],
         { env: home.sandbox.environment(), stdio: 'ignore' });
         await until(() => home.kov('list').then(() => true, () => false), 'the service to serve');
-        const size = 20 * mebibyte;
-        // Each has room for itself when it begins, up to two seconds after the other; a third one has none.
+        const size = 40 * mebibyte;
+        // Two begin, the second up to 1.5 s after the first, and fill the disk together; the third has no room.
         const names = ['fits.bin', 'fits.iso'];
-        const ids = await home.add(...names.map(name => server.tell(`/${name}`, { size, rate: 5 * mebibyte })),
+        const ids = await home.add(...names.map(name => server.tell(`/${name}`, { size, rate: 8 * mebibyte })),
                                    server.tell('/never.bin', { size: 2 * size }));
         await home.job(ids[2], 'waiting');
         match((await home.jobs())[2].error, /no room/);
@@ -257,7 +257,7 @@ describe('downloads', { concurrency: 4 }, () => {
         const errors = (await home.jobs()).map(job => job.error).sort();
         match(errors.join(), /^cannot write .*No space left on device,(cannot write|the disk is full).*,there is no room/);
         execFileSync('nsenter', ['-t', service.pid, '-m', ...asRoot.slice(0, 1),
-                                 'mount', '-o', 'remount,size=150m', home.folder].map(String));
+                                 'mount', '-o', 'remount,size=300m', home.folder].map(String));
         await Promise.all(ids.map(id => home.job(id, 'finished')));
         const hashes = names.map(name => execFileSync('nsenter', ['-t', service.pid, '-m', ...asRoot.slice(0, 1),
                                                                   'sha256sum', join(home.folder, name)].map(String)));
