@@ -1,8 +1,8 @@
 // The extension's own rules, without a browser: how lists of the options are understood, and what the
-// addresses of links tell.
+// addresses of links tell, and when a browser has asked the user where to save.
 
 import { deepStrictEqual, strictEqual } from 'node:assert';
-import { test } from 'node:test';
+import { mock, test } from 'node:test';
 import { kindOf, nameOf, seemsToAct } from '../../extension/lib/links.js';
 import { isServerIn, understandEndings, understandServers } from '../../extension/lib/masks.js';
 
@@ -53,5 +53,47 @@ test('the kind and the name of a link, and whether it does something, are told f
     for (const [path, download, text, kind, name, acts] of links) {
         const link = { url: `https://example.org${path}`, download, text };
         deepStrictEqual([kindOf(link), nameOf(link), seemsToAct(link)], [kind, name, acts], path);
+    }
+});
+
+/** In milliseconds: how long Chromium takes for an answer, when it tells a path, and whether the user chose that. */
+const paths = [[0, 250, false], [0, 400, true], [60, 600, false], [60, 1000, true], [500, 1100, true]];
+
+test('a path that takes long was chosen by the user, unless the browser takes long for everything', async () => {
+    let now = 0;
+    const timers = new Map();
+    mock.method(Date, 'now', () => now);
+    mock.method(globalThis, 'setTimeout', (work, delay = 0, ...args) => {
+        const timer = { at: now + delay };
+        timers.set(timer, () => work(...args));
+        return timer;
+    });
+    mock.method(globalThis, 'clearTimeout', timer => timers.delete(timer));
+    const listeners = new Set();
+    let lag;
+    globalThis.chrome = { downloads: {
+        onDeterminingFilename: {},
+        onChanged: { addListener: each => listeners.add(each), removeListener: each => listeners.delete(each) },
+        search: () => new Promise(resolve => { setTimeout(resolve, lag, [{}]); }),
+    } };
+    try {
+        const { nameOf: nameOfDownload } = await import('../../extension/lib/browserdownloads.js');
+        for (const [id, [answersAfter, told, isUsers]] of paths.entries()) {
+            lag = answersAfter;
+            let name = 'none yet';
+            nameOfDownload({ id, filename: '' }).then(found => { name = found; });
+            setTimeout(() => listeners.forEach(tell => tell({ id, filename: { current: '/home/file' } })), told);
+            while (name === 'none yet') {
+                const [next] = [...timers.keys()].sort((a, b) => a.at - b.at);
+                const work = timers.get(next);
+                timers.delete(next);
+                now = next.at;
+                work();
+                await new Promise(setImmediate);
+            }
+            strictEqual(name, isUsers ? undefined : 'file', `${paths[id]}`);
+        }
+    } finally {
+        mock.restoreAll();
     }
 });
