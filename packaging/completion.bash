@@ -1,4 +1,4 @@
-# Completion for kov and kovalo-host, from what the programs say of themselves. -*- shell-script -*-
+# Completion for kov and kovalo-host, from their --help output. -*- shell-script -*-
 
 _kovalo()
 {

@@ -3,7 +3,7 @@
 #
 #   manpage.sh PROGRAM VERSION YYYY-MM-DD PAGE
 #
-# PAGE begins with the line of the section NAME; its other sections come last.
+# The first line of PAGE is the section NAME; the rest of it comes last.
 set -euo pipefail
 export LC_ALL=C.UTF-8
 program=$1 version=$2 date=$3 page=$4

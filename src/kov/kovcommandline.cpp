@@ -66,7 +66,7 @@ constexpr Command commands[] = {
 QString overview()
 {
     QString text = QStringLiteral("Usage: kov COMMAND [ARGUMENT…]\n"
-                                  "The Kovalo download service and what asks it.\n\nCommands:\n");
+                                  "The Kovalo download service and its command line.\n\nCommands:\n");
     for (const Command &command : commands)
         text +=
             QStringLiteral("  %1 %2\n")
