@@ -4,7 +4,6 @@
 #include "kovcommandmessages.h"
 #include "kovcommandspart.h"
 #include "kovincomingdownloadspart.h"
-#include "kovmisctaskspart.h"
 #include "kovsettingsbridge.h"
 #include "qtabstractsocketvhipc.h"
 #include "qtappdefaultlogger.h"
@@ -14,12 +13,14 @@
 #include "uniqueint64idgen.h"
 #include "vhipcincomingdownloadskeys.h"
 #include "vhipcjsonrequests.h"
+#include "vhipckeys.h"
 #include "vhipcmisctasksclient.h"
 #include "vhipcsettings.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocalSocket>
+#include <QVariant>
 
 namespace {
 
@@ -27,6 +28,16 @@ namespace {
 constexpr quint32 settingsFlags = VhIpcSettings::ApplyChanged | VhIpcSettings::ApplyReset
     | VhIpcSettings::SendChanged | VhIpcSettings::SendAllOnAllValuesChanged
     | VhIpcSettings::SendReset;
+
+/// The application's end of "miscTasks". The service has no window to activate; it only logs this.
+class KovMiscTasksPart : public QtAbstractVhIpcPart {
+public:
+    void processVh(const QHash<QString, QVariant> &map) override
+    {
+        if (map.value(VhIpcKeys::reason()).toString() == u"activateMainWindow")
+            logLine(1, QStringLiteral("[KovMiscTasksPart]: asked to activate the main window"));
+    }
+};
 
 QSharedPointer<QtVhIpcCompositePart>
 createParts(const KovConnection::Services &services,

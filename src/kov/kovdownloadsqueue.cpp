@@ -13,8 +13,6 @@ namespace {
 
 constexpr int tickMs = 1000;
 constexpr int roomCheckMs = 10'000;
-constexpr int firstRetryMs = 1000;
-constexpr int longestRetryMs = 300'000;
 /// The free space that a full disk must have before writing goes on.
 constexpr qint64 leastRoomBytes = 32 << 20;
 
@@ -29,14 +27,6 @@ QString cannotStore(const KovJobStore &store)
 }
 
 } // namespace
-
-int KovDownloadsQueue::retryDelayMs(int attempts)
-{
-    int delay = firstRetryMs;
-    for (int i = 1; i < attempts && delay < longestRetryMs; ++i)
-        delay *= 2;
-    return std::min(delay, longestRetryMs);
-}
 
 KovDownloadsQueue::KovDownloadsQueue(QSharedPointer<QtAppAbstractSettingsManager> settings,
                                      QSharedPointer<QtAppPortableModeSupport> portableModeSupport,
@@ -242,7 +232,8 @@ void KovDownloadsQueue::tryLater(KovJob &job, const KovFailure &failure)
     ++job.attempts;
     job.state = KovJob::State::Waiting;
     job.error = failure.text;
-    const qint64 delay = std::max<qint64>(retryDelayMs(job.attempts), failure.retryAfterMs);
+    const qint64 delay =
+        std::max<qint64>(KovWaitingJobs::retryDelayMs(job.attempts), failure.retryAfterMs);
     logLine(1,
             QStringLiteral("[KovDownloadsQueue]: download %1 waits %2 ms: %3")
                 .arg(QString::number(job.id), QString::number(delay), failure.text));

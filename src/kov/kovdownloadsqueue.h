@@ -44,9 +44,6 @@ public:
 
     /// Consecutive attempts without progress.
     static constexpr int maxAttempts = 10;
-    /// The delay before the next attempt after so many without progress: exponential backoff from
-    /// 1 s to 5 min.
-    static int retryDelayMs(int attempts);
 
     /// The settings and the portable-mode support are for KovTransferFactory. Nothing is read or
     /// started yet.

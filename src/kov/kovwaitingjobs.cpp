@@ -1,6 +1,17 @@
 #include "kovwaitingjobs.h"
 
+#include <algorithm>
 #include <utility>
+
+int KovWaitingJobs::retryDelayMs(int attempts)
+{
+    constexpr int firstMs = 1000;
+    constexpr int longestMs = 300'000;
+    int delay = firstMs;
+    for (int i = 1; i < attempts && delay < longestMs; ++i)
+        delay *= 2;
+    return std::min(delay, longestMs);
+}
 
 qint64 KovWaitingJobs::takeReady()
 {

@@ -14,6 +14,9 @@ public:
     /// There must be one.
     qint64 takeReady();
 
+    /// The delay before the next attempt after so many without progress: exponential backoff from
+    /// 1 s to 5 min.
+    static int retryDelayMs(int attempts);
     /// Waits for its next attempt, at that time of the monotonic clock.
     void addRetry(qint64 id, qint64 timeMs) { m_retries.emplace(timeMs, id); }
     /// Makes those ready whose time has come. Returns the milliseconds until the next one; -1 for

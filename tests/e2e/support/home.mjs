@@ -9,7 +9,7 @@ import { until } from '../../../tools/drivers/hostprocess.mjs';
 import { Scene } from './faultscene.mjs';
 
 /** A user's home with the service in it, which shows its downloads and their files. */
-export class Home extends Scene {
+class Home extends Scene {
     get folder() { return this.sandbox.downloads; }
     files() { return existsSync(this.folder) ? readdirSync(this.folder).sort() : []; }
     file(name) { return readFileSync(join(this.folder, name)); }

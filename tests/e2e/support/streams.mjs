@@ -5,7 +5,7 @@ import { mkdtempSync, readFileSync, readdirSync, rmSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 
-export const filmSeconds = 8;
+const filmSeconds = 8;
 const pieceSeconds = 2;
 
 const ffmpeg = (folder, ...args) => execFileSync('ffmpeg', ['-loglevel', 'error', '-nostdin', ...args], { cwd: folder });
