@@ -6,7 +6,7 @@
 
 class PortableVersionManager;
 
-/// The program's folders: those of the portable installation when it is one, else those of the
+/// The program's folders: those of the portable installation if it is one, else those of the
 /// configuration that it wraps. The logs follow localDataDir().
 class AppCoreConfig : public QtAppConfigBase {
 public:

@@ -13,8 +13,8 @@ class QtAppPortableModeSupport;
 /**
  * Hands out the local database and the local settings store.
  *
- * Each is made when it is first asked for and shared while somebody holds it; the next call after
- * that makes a fresh one, which reads the file again. Belongs to one thread.
+ * Each is created on first use and shared while anyone holds a reference; after that, the next call
+ * creates a new one, which reads the file again. Belongs to one thread.
  */
 class AppDataAccessHelper : public QObject {
     Q_OBJECT

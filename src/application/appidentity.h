@@ -1,5 +1,5 @@
 #pragma once
 
-/// Gives the application object the names under which all programs of the product keep their data
-/// and settings: what one changes, the others find.
+/// Sets the organisation and application name of the application object. All programs of the
+/// product use the same ones, and therefore share their data and settings.
 void setAppIdentity();

@@ -30,19 +30,19 @@ QString localeOfAppFile(const QString &fileName)
 }
 
 /// The language of the translations to use for a locale: Bokmål for Nynorsk. (A translation into
-/// Nynorsk would be found before, as the same locale.)
+/// Nynorsk would have been found already, as an exact match.)
 QLocale::Language languageFor(const QLocale &locale)
 {
     return locale.language() == QLocale::NorwegianNynorsk ? QLocale::NorwegianBokmal
                                                           : locale.language();
 }
 
-/// How well a translation into the same language serves a locale, the higher the better.
+/// How well a translation into the same language fits a locale; higher is better.
 int closeness(const QLocale &translation, const QLocale &locale)
 {
     if (translation.script() != locale.script())
         return 0;
-    // Everywhere but in Brazil, Portuguese is that of Portugal (CLDR, parentLocales).
+    // Outside Brazil, Portuguese locales inherit from that of Portugal (CLDR, parentLocales).
     const bool isEuropean = locale.language() == QLocale::Portuguese
         && locale.territory() != QLocale::Brazil && translation.territory() == QLocale::Portugal;
     return isEuropean ? 2 : 1;
@@ -125,7 +125,7 @@ void AppLocalizationManager::unload()
 
 Qt::LayoutDirection AppLocalizationManager::layoutDirection()
 {
-    // As in Qt's own translations, which serve where ours lack it.
+    // The same text as in Qt's own translations, which are the fallback.
     const QString direction = QCoreApplication::translate(
         "QGuiApplication", "QT_LAYOUT_DIRECTION",
         "Translate this string to the string 'LTR' in left-to-right languages or to 'RTL' in "

@@ -14,7 +14,7 @@ class QTranslator;
  * Switches the language of the texts that the program shows.
  *
  * Application translations are files "kov_<locale>.qm" in the subfolders "main" and "torrents" of
- * the translations folder; Qt's own ("qt_…", "qtbase_…") lie in that folder itself. The source
+ * the translations folder; Qt's own ("qt_…", "qtbase_…") are in that folder itself. The source
  * texts are English, so English is always available and needs no file. Belongs to the main thread
  * except for load(). Destroying it unloads its translators.
  */
@@ -37,10 +37,10 @@ public:
     bool isTranslationInstalled(const QLocale &locale) const;
 
     /// Replaces the translators by those that fit the locale best. Called on another thread, it
-    /// takes effect when the manager's thread comes to it.
+    /// takes effect on the manager's thread, from its event loop.
     void load(const QLocale &locale);
     void unload();
-    /// That of the last load(), as installed; before it, the default locale.
+    /// The installed locale chosen by the last load(); before that, the default locale.
     QLocale currentLocale() const { return m_currentLocale; }
 
     /// The direction in which the current language is written.

@@ -10,8 +10,8 @@
 
 namespace {
 
-/// Their downloads are made by the page itself or are tied to the browser's session, so that
-/// nobody else can fetch them.
+/// Sites whose downloads are made by the page itself or are bound to the browser's session, so that
+/// no other program can fetch them.
 QString hostsWhoseDownloadsTheBrowserKeeps()
 {
     return QStringLiteral("mega.nz mega.io wetransfer.com swisstransfer.com "

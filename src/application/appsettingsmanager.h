@@ -11,11 +11,11 @@ class QtAppPortableModeSupport;
 /**
  * The local store of the application's settings, with their defaults.
  *
- * With a portable-mode support, paths are stored in the form that survives moving the installation
- * and read back as this machine's paths. The default of DefaultDownloadPath, which is the same for
- * all machines, is in the form to store, too. Users of a path therefore decode it with
+ * With a portable-mode support, paths are stored in a form that survives moving the installation,
+ * and are read back as this machine's paths. The default of DefaultDownloadPath, the same on all
+ * machines, is in the stored form, too. Users of a path therefore decode it with
  * QtAppPortableModeSupport::decodePath(), which leaves an absolute path as it is. Without a support
- * paths are stored and read as they are.
+ * object paths are stored and read unchanged.
  */
 class AppSettingsManager : public QtAppSettingsInSqlManager {
     Q_OBJECT
@@ -25,7 +25,7 @@ public:
                                 QSharedPointer<QtAppPortableModeSupport> portableModeSupport = {},
                                 QObject *parent = nullptr);
 
-    /// The keys of the settings that name programs to run and what to tell them.
+    /// The keys of the settings that hold programs to run and their arguments.
     static QStringList forbiddenToChangeByRemote();
     /// Replaces all defaults by the application's own, as the constructor does.
     void setupDefaults();

@@ -7,10 +7,10 @@
 
 class QtAppPortableModeSupport;
 
-/// Stores the settings that are paths in the form that survives moving a portable installation.
+/// Stores settings that are paths in a form that survives moving a portable installation.
 class AppSettingsPathCodec : public QtAppAbstractSettingsCodec {
 public:
-    /// Null without a support: nothing is to be changed then.
+    /// Null without a support object: paths are then stored unchanged.
     static QSharedPointer<const AppSettingsPathCodec>
     create(const QSharedPointer<QtAppPortableModeSupport> &support);
 

@@ -72,12 +72,12 @@ Q_ENUM_NS(Setting)
 } // namespace DmCoreSettings
 
 /**
- * The setting's key: the enumerator's name, as QMetaEnum tells it. Empty for a number that is no
+ * The setting's key: the enumerator's name, from QMetaEnum. Empty for a number that is no
  * enumerator.
  *
- * Two numbers have two names: those limits of the traffic modes that begin and end the range. The
- * key is the name that is declared first, as QMetaEnum::valueToKey() has it: so 4 has the
- * key "TumSettingsFirstValue", not "MaxDownloadSpeed", and 9 has "MaxURatio". The main application
- * derives its keys in the same way; another name would split the setting in two.
+ * Two numbers have two names each: the first and the last limit of the traffic modes. The key is
+ * the name that is declared first, as in QMetaEnum::valueToKey(): 4 has the key
+ * "TumSettingsFirstValue", not "MaxDownloadSpeed", and 9 has "MaxURatio". The main application
+ * derives its keys in the same way; with another name there would be two settings.
  */
 QString toString(DmCoreSettings::Setting setting);

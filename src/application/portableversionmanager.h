@@ -14,8 +14,8 @@ class QtAppPortableModeSupport;
 class PortableVersionManager : public QObject {
     Q_OBJECT
 public:
-    /// A path that is not empty turns portable mode on with that data directory, whether it exists
-    /// or not. With an empty one, portable mode is on when this build supports it and there is a
+    /// A path that is not empty turns portable mode on with that data directory, whether or not it
+    /// exists. With an empty one, portable mode is on if this build supports it and there is a
     /// folder "portabledata" beside the executable.
     explicit PortableVersionManager(const QString &portableDataPath = {},
                                     QObject *parent = nullptr);
@@ -24,13 +24,13 @@ public:
     static bool supportsPortableMode();
 
     bool isPortableMode() const { return m_portable; }
-    /// Meaningful in portable mode only; QDir() before it was decided.
+    /// Only meaningful in portable mode; otherwise QDir().
     QDir dataDir() const { return m_dataDir; }
     /// The same: a portable installation has one data directory for both roles.
     QDir localDataDir() const { return m_dataDir; }
-    /// Where the executable is.
+    /// The executable's folder.
     QDir appRootDir() const { return m_appRootDir; }
-    /// Null when portable mode is neither asked for nor supported.
+    /// Null if portable mode is neither requested nor supported.
     QSharedPointer<QtAppPortableModeSupport> portableModeSupport() const
     {
         return m_portableModeSupport;

@@ -12,7 +12,7 @@ public:
 
     /// QStandardPaths::AppDataLocation.
     virtual QDir dataDir() const;
-    /// For what need not follow the user to other machines: QStandardPaths::AppLocalDataLocation.
+    /// For data that does not roam with the user: QStandardPaths::AppLocalDataLocation.
     virtual QDir localDataDir() const;
     /// "logs" in localDataDir().
     virtual QDir logsDir() const;

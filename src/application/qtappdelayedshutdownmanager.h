@@ -5,9 +5,9 @@
 #include <QString>
 
 /**
- * Ends the program's event loop once that was requested and no registered object holds it back.
+ * Ends the program's event loop once a shutdown was requested and no registered object delays it.
  *
- * Belongs to the main thread; other threads come through shutdownAppQueued() or queued signals.
+ * Belongs to the main thread; other threads use shutdownAppQueued() or queued signals.
  * There is no time-out: an object that is registered and neither unregistered nor destroyed keeps
  * the program running.
  */
@@ -16,16 +16,17 @@ class QtAppDelayedShutdownManager : public QObject {
 public:
     explicit QtAppDelayedShutdownManager(QObject *parent = nullptr);
 
-    /// Holds the end back (true), which its destruction ends too, or lets go (false). Registering
-    /// twice counts once. Letting go breaks every connection from the object to this manager.
+    /// Registers an object that delays the shutdown (true) or unregisters it (false); destroying
+    /// the object unregisters it, too. Registering twice counts once. Unregistering disconnects the
+    /// object's signals from this manager.
     void registerObject(QObject *object, bool hold);
     /// Calls shutdownApp() from the event loop. Any thread, and from inside any handler.
     void shutdownAppQueued(const QString &reason);
-    /// Of the first request; empty before.
+    /// The reason of the first request; empty before.
     QString shutdownReason() const { return m_shutdownReason; }
 
 public Q_SLOTS:
-    /// Asks for the end. Only the first call counts.
+    /// Requests the shutdown. Only the first call counts.
     void shutdownApp(const QString &reason);
     /// To be connected to a signal; the reason is the sender's object name.
     void shutdownAppViaConnection();
@@ -33,7 +34,7 @@ public Q_SLOTS:
     void onObjectDestroyed(QObject *object);
 
 Q_SIGNALS:
-    /// The time to finish what is under way and to let go.
+    /// The shutdown was requested: finish pending work, then unregister.
     void shutdownRequested();
     /// The event loop is about to be left.
     void readyToQuit();

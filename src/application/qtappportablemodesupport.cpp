@@ -9,7 +9,7 @@
 
 namespace {
 
-/// The path with the leading from replaced by to; nothing when it neither is from nor lies below.
+/// The path with its prefix "from" replaced by "to"; nothing if it is neither "from" nor below it.
 std::optional<QString> withPrefixReplaced(const QString &path, const QString &from,
                                           const QString &to)
 {

@@ -18,10 +18,10 @@ class QtAppPortableModeSupport {
 public:
     explicit QtAppPortableModeSupport(bool portable);
 
-    /// The form to store; the path itself when not portable or in none of the known folders.
+    /// The form to store; the path itself if not in portable mode or in none of the known folders.
     QString encodePath(const QString &path) const;
-    /// The path that was stored. Tags are understood whether portable or not; anything else comes
-    /// back as it is.
+    /// The path from its stored form. Tags are replaced in portable mode or not; anything else is
+    /// returned unchanged.
     QString decodePath(const QString &path) const;
 
 private:

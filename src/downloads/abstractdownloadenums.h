@@ -5,18 +5,18 @@
 #include <QtGlobal>
 
 /**
- * The enumerations that the download records carry over the link, where each travels as its number.
- * Both ends must agree on the numbers: a number once given is never given to another meaning. A
- * number that an end does not know (its peer may be newer) is kept as it came and passed on.
- * Codes of generic errors, the other numbers that both ends share, are in genericerrorcode.h.
+ * The enumerations in download records. On the link each is encoded as its number, so both ends
+ * must agree on the numbers: a number is never reused for another meaning. An unknown number (the
+ * peer may be newer) is kept and passed on. The codes of generic errors, which both ends share,
+ * too, are in genericerrorcode.h.
  */
 
-/// What the user wants of a source that offers more than one thing.
+/// What the user wants from a source that offers several things.
 enum class AbstractDownloadType : qint32 {
     Any = 0,
     Audio = 1,
     Video = 2,
-    /// A stream described by a playlist, with all that belongs to it.
+    /// A stream described by a playlist, with all its parts.
     MediaStream = 4,
 };
 
@@ -27,7 +27,7 @@ enum class AbstractDownloadCreatedBy : qint32 {
     Browser = 2,
     /// Another download led to it.
     ParentDownload = 3,
-    /// A program, through an interface without a user.
+    /// A program, through an API.
     Automation = 4,
 };
 
@@ -35,15 +35,15 @@ enum class AbstractDownloadCreatedBy : qint32 {
 enum class AbstractDownloadAbortReason : qint32 {
     None = 0,
     CancelledByUser = 1,
-    /// The downloads are there already, or were merged into existing ones. Towards the browser this
-    /// counts as success: the browser must not download them by itself.
+    /// The downloads exist already, or were merged into existing ones. For the browser this counts
+    /// as success: it must not download them itself.
     AlreadyExists = 2,
 };
 
 enum class AbstractDownloadPriority : qint32 {
-    /// Of a file in a download only: leave it out.
+    /// Only for a file in a download: leave it out.
     Skip = -1,
-    /// Of a file in a download only: as the download.
+    /// Only for a file in a download: the same as for the download.
     Inherited = 0,
     Low = 1,
     Normal = 2,
@@ -52,7 +52,7 @@ enum class AbstractDownloadPriority : qint32 {
 
 /// What to do when the file to be written exists.
 enum class AbstractDownloadFileExistsAction : qint32 {
-    /// What the settings say.
+    /// According to the settings.
     Default = 0,
     Rename = 1,
     Overwrite = 2,
@@ -60,7 +60,7 @@ enum class AbstractDownloadFileExistsAction : qint32 {
     Ask = 4,
 };
 
-/// Of 64 bits as in the lists that carry it; what a single file or download says is an int.
+/// 64 bits wide, as in the lists that contain it; for a single file or download it is an int.
 enum class AbstractFileType : qint64 {
     Unknown = 0,
     Video = 1,
@@ -69,7 +69,7 @@ enum class AbstractFileType : qint64 {
     Image = 4,
 };
 
-/// How a mask changes the flags it is applied to.
+/// How a mask changes the flags to which it is applied.
 enum class BitFlagsUpdateMode : qint32 {
     /// The mask becomes the flags.
     Replace = 0,
@@ -81,7 +81,7 @@ enum class AbstractDownloadCommand : qint32 {
     None = 0,
     Start = 1,
     Stop = 2,
-    /// From the beginning, what was downloaded is thrown away.
+    /// From the beginning; what was downloaded is discarded.
     Restart = 3,
     Remove = 4,
     /// With the files on disk.
@@ -101,8 +101,8 @@ enum class CompareDownloadsResult : qint32 {
     SameResource = 2,
 };
 
-/// What of a download can be set by the user. Each is one bit, so that
-/// AbstractDownloadPersistentInfo::supportedOptions can name several.
+/// The properties of a download that the user can set. Each is one bit, for
+/// AbstractDownloadPersistentInfo::supportedOptions.
 enum class AbstractDownloadOption : qint64 {
     None = 0x0,
     Referer = 0x1,
@@ -127,7 +127,7 @@ enum class AbstractNewDownloadsRequestSource : qint32 {
 /// Bits of AbstractDownloadSourceInfo::flags.
 namespace AbstractDownloadSourceFlag {
 enum Flag : quint32 {
-    /// The page was not known, and the referring page was taken for it.
+    /// The page was not known; the referrer was used instead.
     WebPageUrlIsReferer = 0x1,
 };
 }

@@ -10,7 +10,7 @@ namespace {
 
 using Extensions = QSet<QByteArray>;
 
-/// In the order in which they are asked: an extension that is in more than one is of the first.
+/// In order of precedence: an extension that is in several lists is of the first one's type.
 const std::array<std::pair<AbstractFileType, Extensions>, 4> &extensionsOfTypes()
 {
     static const std::array<std::pair<AbstractFileType, Extensions>, 4> types{{
@@ -47,7 +47,7 @@ const std::array<std::pair<AbstractFileType, Extensions>, 4> &extensionsOfTypes(
     return types;
 }
 
-/// ASCII letters only, as file systems and servers mean extensions.
+/// Lower case of ASCII letters only.
 QByteArray lowerCaseExtension(const QString &fileName)
 {
     return QStringView(fileName).sliced(fileName.lastIndexOf(u'.') + 1).toUtf8().toLower();

@@ -4,10 +4,10 @@
 
 #include <QString>
 
-/// Guesses what kind of file it is.
+/// Guesses the type of a file.
 class AbstractFileTypeDetector {
 public:
-    /// By the extension, in any case; a name without a dot is taken for one. An extension of both
-    /// videos and music, such as "ogg", is that of a video.
+    /// By the extension, ignoring case; a name without a dot is taken as an extension. One that is
+    /// used for both video and audio, such as "ogg", counts as video.
     AbstractFileType typeFromFileName(const QString &fileName) const;
 };

@@ -6,7 +6,7 @@
 #include <QObject>
 #include <QString>
 
-/// Takes downloads that come from outside of the application, and tells what became of them.
+/// Takes downloads from outside the application, and reports their outcome.
 class AbstractIncomingDownloadsProcessor : public QObject {
     Q_OBJECT
 public:
@@ -14,12 +14,12 @@ public:
 
     /// An empty job with an id of its own.
     virtual AbstractNewDownloadsRequestJob createJob() = 0;
-    /// Begins a job that createJob() made. Its outcome is told by finished(), once, now or later.
+    /// Starts a job made by createJob(). finished() reports its outcome, once, now or later.
     virtual void process(const AbstractNewDownloadsRequestJob &job) = 0;
 
 Q_SIGNALS:
-    /// Neither added nor aborted means that it failed; error is the text for the user then, and
-    /// isSilent says that it is not to be shown. The reason says why it was aborted, if it was.
+    /// Neither added nor aborted means that it failed; then error is the text for the user, which
+    /// is not shown if isSilent. The reason is for a job that was aborted.
     void finished(qint64 id, bool added, bool aborted, AbstractDownloadAbortReason reason,
                   const QString &error, bool isSilent);
 };

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// QString::fromUtf8() would drop a byte order mark, which within a cookie is a character like any.
+/// QString::fromUtf8() would drop a byte order mark; within a cookie it is an ordinary character.
 QString textOf(const QByteArray &bytes)
 {
     QStringDecoder decoder(QStringDecoder::Utf8,

@@ -4,9 +4,9 @@
 #include <QNetworkCookie>
 #include <QString>
 
-/// "name=value" of each cookie in order, separated by the separator alone.
+/// "name=value" of each cookie in order, with only the separator between them.
 QString cookiesToString(const QList<QNetworkCookie> &cookies, QChar separator);
 
-/// The reverse, for what a browser sends in a Cookie header (separator ';'). Names and values are
-/// taken as they are, without the white space around each part; a part without "=" is skipped.
+/// The reverse, for the value of a Cookie header (separator ';'). Names and values are kept
+/// verbatim, except for the white space around them; a part without "=" is skipped.
 QList<QNetworkCookie> cookiesFromString(const QString &text, QChar separator);

@@ -25,7 +25,7 @@ QString fromUtf8OrLatin1(const QByteArray &bytes)
     return fromUtf8(bytes).value_or(QString::fromLatin1(bytes));
 }
 
-/// Bytes in a named character set; nothing if the set is not known or the bytes are not of it.
+/// Decodes bytes in a named character set; nothing if it is unknown or the bytes are invalid in it.
 std::optional<QString> fromCharset(std::string_view charset, const QByteArray &bytes)
 {
     const std::string name = asciiLowerCase(charset);
@@ -52,8 +52,8 @@ int hexDigit(char c)
     return -1;
 }
 
-/// Each marker with two hexadecimal digits behind it becomes a byte; any other stands for itself,
-/// where QByteArray::fromPercentEncoding() would make something up.
+/// Each marker followed by two hexadecimal digits becomes a byte; any other marker is kept, whereas
+/// QByteArray::fromPercentEncoding() would turn it into some byte.
 QByteArray decodedHexPairs(std::string_view text, char marker)
 {
     QByteArray bytes;
@@ -129,7 +129,7 @@ QString decodedPlainValue(std::string_view value)
 {
     if (const auto words = decodedWords(value))
         return *words;
-    // Not by any standard, but widespread: percent-encoded UTF-8 in the plain parameter.
+    // Not in any standard, but widespread: percent-encoded UTF-8 in the plain parameter.
     if (const auto text = fromUtf8(decodedHexPairs(value, '%')))
         return *text;
     return fromUtf8OrLatin1(toByteArray(value));
@@ -150,8 +150,8 @@ QString fileNameFromContentDisposition(std::string_view value)
 {
     std::optional<QString> plain;
     std::optional<QString> extended;
-    // The disposition type itself has no "=" and is skipped like any other such word; where a
-    // server left it out, the first parameter is read all the same.
+    // The disposition type has no "=" and is skipped like any other such word; if the server left
+    // it out, the first parameter is still read.
     for (const auto &[name, text] : httpParameters(value)) {
         if (name == "filename*" && !extended)
             extended = decodedExtendedValue(text);

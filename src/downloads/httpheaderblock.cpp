@@ -57,7 +57,7 @@ HttpHeaderBlock::HttpHeaderBlock(std::string_view text)
     while (!rest.empty()) {
         const std::string_view line = takeLine(rest);
         if (continues && (line.starts_with(' ') || line.starts_with('\t'))) {
-            // A folded line (RFC 9112, 5.2) counts as one blank.
+            // A folded line (RFC 9112, 5.2) is joined with one space.
             if (const std::string_view more = trimmedHttpSpace(line); !more.empty())
                 m_fields.back().value.append(1, ' ').append(more);
             continue;

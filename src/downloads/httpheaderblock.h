@@ -18,7 +18,7 @@ struct HttpMediaType {
     std::string parameter(std::string_view parameterName) const;
 };
 
-/// What a Content-Range field of the unit "bytes" says (RFC 9110, 14.4). Positions are inclusive.
+/// A Content-Range field in the unit "bytes" (RFC 9110, 14.4). Positions are inclusive.
 struct HttpContentRange {
     std::optional<quint64> first;
     std::optional<quint64> last;
@@ -29,8 +29,8 @@ struct HttpContentRange {
  * The header fields of an HTTP message, from the text that browsers report: "Name: value" lines,
  * with or without the message's first line.
  *
- * Any bytes are accepted; a line that is no header field is skipped. Names are compared without
- * regard to case. Costs are linear in the length of the text.
+ * Any bytes are accepted; a line that is no header field is skipped. Names are case-insensitive.
+ * Linear in the length of the text.
  */
 class HttpHeaderBlock {
 public:
@@ -42,14 +42,14 @@ public:
     /// The values of all fields of that name, in order.
     std::vector<std::string> values(std::string_view name) const;
     /// The same as one text, joined as RFC 9110, 5.3 allows: with ", ", and with "; " for Cookie.
-    /// Empty if there is no such field. Of no use for Set-Cookie, whose values cannot be joined.
+    /// Empty if there is no such field. Not for Set-Cookie, whose values cannot be joined.
     std::string value(std::string_view name) const;
 
-    /// Content-Type; of repeated fields the last that can be read counts, as in browsers.
+    /// Content-Type; of repeated fields the last valid one counts, as in browsers.
     std::optional<HttpMediaType> mediaType() const;
-    /// Content-Length; nothing if it is no number of 64 bits or repeated with another number.
+    /// Content-Length; nothing if it is no 64-bit number, or if repeated fields differ.
     std::optional<quint64> contentLength() const;
-    /// Content-Range; nothing if it cannot be read or contradicts itself.
+    /// Content-Range; nothing if it is malformed or contradicts itself.
     std::optional<HttpContentRange> contentRange() const;
     /// The file name that Content-Disposition suggests (RFC 6266, RFC 8187 and the broken forms
     /// that browsers accept), without any folder and control characters; empty if there is none.

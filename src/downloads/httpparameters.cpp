@@ -2,14 +2,14 @@
 
 namespace {
 
-/// Reads from just behind the opening quote; leaves rest behind the closing one.
+/// Reads from just after the opening quote; leaves rest after the closing one.
 std::string takeQuotedString(std::string_view &rest)
 {
     std::string value;
     size_t at = 0;
     for (; at < rest.size() && rest[at] != '"'; ++at) {
-        // Only quotes and backslashes are ever escaped for good reason. Any other backslash is
-        // part of a Windows path, whose folders are cut off later.
+        // Only quotes and backslashes need an escape. Any other backslash is part of a Windows
+        // path, whose folders are removed later.
         if (rest[at] == '\\' && at + 1 < rest.size()
             && (rest[at + 1] == '"' || rest[at + 1] == '\\'))
             ++at;

@@ -12,8 +12,8 @@ std::string asciiLowerCase(std::string_view text);
 
 /**
  * "; name=value; name="quoted value"" (RFC 9110, 5.6.6), names in lower case and in order. Quoted
- * values come without quotes and escapes; a quote that is not closed ends with the text; a value
- * that is not quoted reaches to the next semicolon, since names with blanks are often sent so. What
- * has no "=" is skipped.
+ * values are returned without quotes and escapes; an unclosed quote ends at the end of the text; an
+ * unquoted value ends at the next semicolon, since names with blanks are often sent unquoted. Words
+ * without "=" are skipped.
  */
 std::vector<std::pair<std::string, std::string>> httpParameters(std::string_view text);

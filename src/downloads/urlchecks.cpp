@@ -48,7 +48,7 @@ bool isRootHostEqualTo(const QUrl &url, const QString &rootHost)
     const QString host = url.host(QUrl::FullyDecoded);
     if (host.compare(rootHost, Qt::CaseInsensitive) == 0)
         return true;
-    // Something must stand before the dot: a host that begins with it is below nothing.
+    // There must be a label before the dot: a host that begins with a dot is not a subdomain.
     return host.size() > rootHost.size() + 1 && host.endsWith(rootHost, Qt::CaseInsensitive)
         && host[host.size() - rootHost.size() - 1] == u'.';
 }

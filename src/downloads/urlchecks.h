@@ -3,23 +3,23 @@
 #include <QString>
 #include <QUrl>
 
-/// What is asked of a URL before it is downloaded. Costs are linear in its length.
+/// Checks of a URL before it is downloaded. Linear in its length.
 
 /// A valid URL that has a scheme.
 bool isValid(const QUrl &url);
-/// Of the scheme "http" or "https", which QUrl has in lower case however it was written.
+/// Whether the scheme is "http" or "https"; QUrl always has it in lower case.
 bool isValidHttpUrl(const QUrl &url);
 bool isValidHttpsUrl(const QUrl &url);
 
-/// Whether the kind of downloader named can fetch a URL of this scheme.
+/// Whether that kind of downloader supports the URL's scheme.
 bool isDownloadableByQt(const QUrl &url);
 bool isDownloadableByWww(const QUrl &url);
 bool isDownloadableByCurl(const QUrl &url);
 
-/// The URL with the query added behind the one that it has, if any.
+/// The URL with the query appended to its own, if any.
 QUrl appendQuery(const QUrl &url, const QString &query, QUrl::ParsingMode mode);
 
 /// Whether the URL's host is rootHost or below it, ignoring case: "a.example.org" is below
-/// "example.org", "badexample.org" is not. rootHost is spelt as QUrl::host() spells it, which
-/// decodes international names only where it holds the domain's registry trustworthy.
+/// "example.org", "badexample.org" is not. rootHost must be in the form of QUrl::host(), which
+/// decodes international names only for registries that Qt trusts.
 bool isRootHostEqualTo(const QUrl &url, const QString &rootHost);

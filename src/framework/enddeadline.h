@@ -6,26 +6,27 @@
 #include <chrono>
 
 /**
- * The one deadline that everything shares which the program waits for at its end.
+ * The deadline that all waits at the end of the program share.
  *
- * Browsers kill a host 2 seconds after they have closed its input. Each wait has a limit of its
- * own, but their sum would be too long: whoever waits asks limited() how long he may.
+ * Browsers kill a host 2 seconds after they have closed its input. Each wait has a timeout of its
+ * own, but their sum would be too long, so every wait at the end first limits its timeout with
+ * limited().
  *
- * main() makes the process's one. Without it, and before the end has begun, nothing is limited. Any
- * thread.
+ * main() creates the only instance. Without it, and before the end has begun, nothing is limited.
+ * Any thread.
  */
 class EndDeadline {
 public:
     using Milliseconds = std::chrono::milliseconds;
 
-    /// After the beginning of the end. What is left of 2 seconds is for what needs no wait.
+    /// From the beginning of the end. The rest of the 2 seconds is for work that needs no wait.
     static constexpr Milliseconds endWithin{1750};
 
     EndDeadline();
     ~EndDeadline();
     Q_DISABLE_COPY_MOVE(EndDeadline)
 
-    /// The end has begun: the input has ended, or somebody asked for it. Only the first call
+    /// The end has begun: the input has ended, or a shutdown was requested. Only the first call
     /// counts.
     static void begin();
     /// So long, but not past the moment that is so long after the beginning of the end.

@@ -150,7 +150,7 @@ void QtAbstractComplexModule::startNextChild()
 
 void QtAbstractComplexModule::initializeCurrent()
 {
-    // Only the pass of now counts: a child whose bring-up is abandoned ends that one too.
+    // Only the current pass counts: a child whose bring-up is abandoned also ends that pass.
     m_currentConnections[0] = connect(m_current, &QtAbstractModule::initializeRunning, this,
                                       [this](bool running, bool init) {
                                           if (init == isGoingUp())
@@ -180,8 +180,8 @@ void QtAbstractComplexModule::onStepFinished(Step step, bool init)
 {
     if (!isPassing() || m_step != step || isGoingUp() != init)
         return;
-    // A step that ends inside its own call is followed up when that call returns. A later end is
-    // followed up from the event loop, since the next step may destroy the object that reports it.
+    // After a step that ends inside its own call, the next one starts when that call returns. After
+    // a later end, the event loop starts it, since it may destroy the object that reports the end.
     if (isInsideStep()) {
         m_stepState = StepState::CalledAndFinished;
         return;

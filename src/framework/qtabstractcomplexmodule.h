@@ -8,23 +8,23 @@
 #include <array>
 
 /**
- * A module made of others.
+ * A module that consists of child modules.
  *
  * Up: initializeSelfBefore(true), the children one after another in the order added, then
- * initializeSelfAfter(true). Down: initializeSelfBefore(false), the children whose bring-up was
- * begun in reverse order, then initializeSelfAfter(false). Each step may end later: the next begins
- * when onInitializeSelfBeforeFinished(), the child's own end of pass, or
- * onInitializeSelfAfterFinished() says so; for an end that comes later than the step's call, from
- * the event loop.
+ * initializeSelfAfter(true). Down: initializeSelfBefore(false), the children whose bring-up had
+ * begun, in reverse order, then initializeSelfAfter(false). Each step may be asynchronous: the next
+ * one begins after onInitializeSelfBeforeFinished(), the end of the child's pass, or
+ * onInitializeSelfAfterFinished(); if that comes after the step's call, from the event loop.
  *
- * A step that fails or asks to exit, a child's or the module's own, ends the bring-up with the same
- * verdict; a child that is destroyed during its pass has failed. The children brought up before
- * stay up until the take-down.
+ * A step that fails or requests the exit, a child's or the module's own, ends the bring-up with the
+ * same result; a child that is destroyed during its pass has failed. The children that are already
+ * up stay up until the take-down.
  *
- * A take-down that is asked for while a bring-up waits for a step abandons that bring-up (it ends
- * as failed) and starts at once; one that is asked for from inside a step starts when that step's
- * call returns. Taking down what is down already only marks the start and the end of the pass. A
- * bring-up needs a module that is down: any other is refused as a failed check.
+ * A take-down that is requested while a bring-up waits for a step abandons that bring-up (it ends
+ * as failed) and starts at once; one that is requested from inside a step starts when that step's
+ * call returns. Taking down a module that is already down only marks the start and the end of the
+ * pass. Only a module that is down can be brought up; otherwise the request is refused and logged
+ * as a failed check.
  */
 class QtAbstractComplexModule : public QtAbstractModule {
     Q_OBJECT
@@ -44,10 +44,10 @@ protected:
     void onInitializeSelfBeforeFinished(bool init);
     void onInitializeSelfAfterFinished(bool init);
 
-    /// The module stays the caller's. It may be added while a bring-up is under way and is then
-    /// brought up in its turn, unless the module's own last step has begun.
+    /// The caller keeps the ownership. A child added during a bring-up is brought up in its turn,
+    /// unless the module's own last step has begun.
     void addModule(QtAbstractModule *module);
-    /// Forgets the children, in whatever state they are. A pass that waits for one goes on.
+    /// Forgets the children, whatever their state. A pass that waits for one of them continues.
     void clearModules();
     /// The child that is being brought up or taken down now; null between children.
     QtAbstractModule *currentModule() const { return m_current; }
@@ -56,9 +56,9 @@ private:
     enum class State {
         Down,
         GoingUp,
-        /// Going up, and to go down as soon as the step that is inside its call returns.
+        /// Being brought up; the take-down starts as soon as the call of the current step returns.
         Abandoning,
-        /// Or failed on the way up: what is there has to be taken down.
+        /// Or the bring-up failed: the children that are up have to be taken down.
         Up,
         GoingDown,
     };
@@ -66,7 +66,7 @@ private:
     enum class StepState {
         /// Inside its call.
         Called,
-        /// Inside its call, and has said that it is finished.
+        /// Inside its call, and already finished.
         CalledAndFinished,
         Waiting,
         Finished,
@@ -84,7 +84,7 @@ private:
     void beginPass(bool init);
     void endPass();
     void abandonBringUp();
-    /// Walks on from step to step until one has to be waited for.
+    /// Runs the steps until one is asynchronous.
     void advance();
     void startNextChild();
     void initializeCurrent();

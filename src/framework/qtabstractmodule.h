@@ -22,19 +22,19 @@ public:
     bool isInitializeRunning(bool init) const { return pass(init).running; }
     /// Whether the last pass in that direction failed.
     bool initFailed(bool init) const { return pass(init).failed; }
-    /// Whether the module asked the process to end.
+    /// Whether the module requested the end of the process.
     bool needExit() const { return m_needExit; }
 
 Q_SIGNALS:
     void initializeRunning(bool running, bool init);
 
 protected:
-    /// Marks the start and the end of a pass and tells of it. A start forgets the failure of the
+    /// Marks the start or the end of a pass and emits the signal. A start clears the failure of the
     /// last pass in that direction.
     void setInitializeRunning(bool running, bool init);
-    /// Records that the running pass failed; to be called before it is marked as ended.
+    /// Marks the running pass as failed; call it before the end of the pass.
     void setInitFailed(bool init);
-    /// Asks the process to end; the parent module sees it when the pass ends.
+    /// Requests the end of the process; the parent module sees it when the pass ends.
     void setNeedExit();
 
 private:

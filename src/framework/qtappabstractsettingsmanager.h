@@ -8,10 +8,10 @@
 #include <utility>
 
 /**
- * Settings: texts under names, with defaults beneath them.
+ * Settings: text values by name, with defaults.
  *
- * "source" names who made a change and comes back with the signal that tells of it, so that a
- * listener can ignore its own echo.
+ * "source" identifies who made a change. The signal about the change carries it, so that a listener
+ * can ignore its own changes.
  */
 class QtAppAbstractSettingsManager : public QObject {
     Q_OBJECT

@@ -7,11 +7,11 @@
 class QtSingleShotTimer;
 
 /**
- * What time it is, and timers that follow that time.
+ * The current time, and timers that run on it.
  *
- * Whatever waits or compares times asks the clock that it was given: the system's one, unless a
- * test passes one that it turns by hand (tests/support/turnedclock.h). A class takes it as its last
- * constructor argument, "QtClock &clock = QtClock::system()", and the clock outlives the class.
+ * Code that waits or compares times uses an injected clock: the system's, or a test's fake clock
+ * (tests/support/turnedclock.h). A class takes it as its last constructor argument,
+ * "QtClock &clock = QtClock::system()"; the clock must outlive the object.
  */
 class QtClock {
 public:
@@ -26,6 +26,6 @@ public:
     virtual std::time_t wallTime() const = 0;
     /// Milliseconds since an unspecified moment; never goes back.
     virtual qint64 monotonicMs() const = 0;
-    /// A stopped timer of the calling thread.
+    /// A timer of the calling thread, not started.
     virtual std::unique_ptr<QtSingleShotTimer> createTimer() = 0;
 };

@@ -13,7 +13,7 @@ template <typename T> void qtTrackObject(T *object)
         tracker->registerObject(object, T::staticMetaObject.className());
 }
 
-/// Makes a long-lived object, without a parent, and registers it with the objects tracker.
+/// Creates a long-lived object, without a parent, and registers it with the objects tracker.
 template <typename T, typename... Args> QSharedPointer<T> qtCreateObject(Args &&...args)
 {
     auto object = QSharedPointer<T>::create(std::forward<Args>(args)...);

@@ -5,16 +5,16 @@
 #include <QObject>
 
 /**
- * Knows the long-lived objects of the process and logs, when it is destroyed, those that are still
- * alive: each of them is a leak or a wrong order of taking down.
+ * Tracks the long-lived objects of the process. When it is destroyed, it logs those that are still
+ * alive: each of them is a leak or was taken down in the wrong order.
  *
- * One per process, made first and destroyed last by main(). registerObject() may be called from any
- * thread.
+ * One per process, created first and destroyed last by main(). registerObject() may be called from
+ * any thread.
  */
 class QtQObjectsTracker : public QObject {
     Q_OBJECT
 public:
-    /// Null before main() has made one.
+    /// Null until main() has created it.
     static QtQObjectsTracker *instance();
 
     explicit QtQObjectsTracker(QObject *parent = nullptr);

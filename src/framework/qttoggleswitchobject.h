@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-/// Something that is on or off and tells when that changes. Belongs to one thread.
+/// An on/off state with a change signal. Belongs to one thread.
 class QtToggleSwitchObject : public QObject {
     Q_OBJECT
 public:

@@ -3,7 +3,7 @@
 #include <QtGlobal>
 #include <atomic>
 
-/// Hands out ids that are unique within the process: 1, 2, 3 … Any thread.
+/// Generates ids that are unique within the process: 1, 2, 3 … Any thread.
 class UniqueInt64IdGen {
 public:
     explicit UniqueInt64IdGen(qint64 firstId = 1) : m_next(firstId) { }

@@ -3,8 +3,8 @@
 #include <QString>
 
 /**
- * A failed internal check does not end the program: it leaves a line of level 1 in the log,
- * "ASSERTION FAILED: <expression>, <source>,<line>", and the work goes on. Any thread.
+ * A failed internal check does not end the program: it is logged with level 1,
+ * "ASSERTION FAILED: <expression>, <source>,<line>", and execution continues. Any thread.
  */
 void logAssertionFailed(const QString &expression, const QString &source, int line);
 

@@ -26,8 +26,8 @@ namespace {
 /// Readable and writable by the owner only.
 constexpr mode_t fileMode = 0600;
 
-/// While it lives, writing to a pipe without a reader raises no signal in this thread, and the
-/// thread is not cut off in the middle of a line (and of the lock) when it is being terminated.
+/// RAII: blocks SIGPIPE in this thread, and prevents the thread from being terminated in the middle
+/// of a line, while it holds the lock.
 class UndisturbedThread {
 public:
     UndisturbedThread()
@@ -66,8 +66,7 @@ bool isSameFile(const struct stat &one, const struct stat &other)
 
 bool isControl(QChar character) { return character < u' ' || character == u'\x7f'; }
 
-/// The text without line breaks and what else would confuse a reader of the log: texts come from
-/// outside too.
+/// The text with line breaks and other control characters escaped: texts may come from outside.
 QString asOneLine(const QString &text)
 {
     if (std::none_of(text.cbegin(), text.cend(), isControl))
@@ -116,8 +115,8 @@ void LogSink::write(int level, const QString &text)
         writeAll(line);
 }
 
-// Several hosts share one log file. The one that finds it full renames it; the others notice that
-// the name now belongs to another file and follow.
+// Several hosts share one log file. The first one that finds it full renames it; the others notice
+// that the path now belongs to another file, and reopen it.
 void LogSink::prepareFile(qsizetype lineSize)
 {
     if (m_fd >= 0 && nameBelongsToAnotherFile())
@@ -165,7 +164,7 @@ void LogSink::fallBackToStderr(const QString &reason)
             QStringLiteral("[LogSink]: WARNING: \"%1\" is not written to: %2").arg(path, reason)));
 }
 
-// A descriptor of its own: were stderr closed, its number would soon be another file's.
+// A duplicate: if stderr were closed, its number would soon belong to another file.
 void LogSink::openStderr() { adopt(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)); }
 
 void LogSink::closeFile()
@@ -212,7 +211,7 @@ void LogSink::writeAll(const QByteArray &line)
     const QByteArray text = m_lineTorn ? '\n' + line : line;
     qsizetype written = 0;
     while (written < text.size()) {
-        // The reader may have stopped reading: only what the pipe takes at once is written.
+        // The reader may have stopped reading: write only what the pipe takes without blocking.
         pollfd target = {m_fd, POLLOUT, 0};
         if (!m_regularFile && (::poll(&target, 1, 0) != 1 || (target.revents & POLLOUT) == 0))
             break;

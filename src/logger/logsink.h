@@ -7,15 +7,15 @@
 /**
  * Where log lines go: stderr or a file. Any thread.
  *
- * Nothing that it meets disturbs the caller: no signal is raised and no write waits for a reader;
- * what cannot be written is dropped. A destination that is also the process's stdout (unless a
- * terminal or another device) is refused: that is the message channel. So is a file that this
- * class would not have made: a link, one of another user, or one with other permissions than 0600;
- * the lines go to stderr then, and the first says why.
+ * Failures never affect the caller: no signal is raised, no write blocks, and what cannot be
+ * written is dropped. A destination that is also the process's stdout (unless it is a terminal or
+ * another device) is refused: that is the message channel. So is a file that this class would not
+ * have created: a link, another user's file, or one with permissions other than 0600; then lines
+ * go to stderr, and the first one says why.
  */
 class LogSink {
 public:
-    /// An empty path means stderr. A file is opened when the first line comes.
+    /// An empty path means stderr. A file is opened with the first line.
     LogSink(const QString &filePath, qint64 rotateAtBytes);
     ~LogSink();
     Q_DISABLE_COPY_MOVE(LogSink)

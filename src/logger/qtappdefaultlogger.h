@@ -3,9 +3,9 @@
 #include "qtapplogger.h"
 
 /**
- * The process's one logger.
+ * The process-wide logger.
  *
- * Set once before other threads start and taken back after they ended; in between, instance() may
+ * Set once before other threads start, and unset after they have ended; in between, instance() may
  * be called from any thread.
  */
 class QtAppDefaultLogger {
@@ -13,7 +13,7 @@ public:
     /// May be null: nothing is logged then.
     static QtAppLogger *instance();
 
-    /// Makes the logger the default one for the lifetime of this object.
+    /// Makes the logger the default one during the lifetime of this object.
     explicit QtAppDefaultLogger(QtAppLogger::Options options);
     ~QtAppDefaultLogger();
     Q_DISABLE_COPY_MOVE(QtAppDefaultLogger)

@@ -4,8 +4,8 @@
 
 #include <cstring>
 
-/// What an errno(3) means, for the log: English whatever the user's language, in which
-/// qt_error_string() and strerror(3) have it.
+/// The meaning of an errno(3), for the log. Always in English, unlike qt_error_string() and
+/// strerror(3), which use the user's language.
 inline QString systemErrorText(int error)
 {
     const char *const text = ::strerrordesc_np(error);

@@ -63,7 +63,7 @@ bool pmxJson2SerializationInputStream::HasNode(const std::string &name) const
 bool pmxJson2SerializationInputStream::CanHaveNodes() const
 {
     const bool isObject = m_node && m_node->kind == Kind::Object;
-    // Whoever asks knows its name, and tells of it better.
+    // The caller knows the name, and logs it.
     m_toldOfNoObject = m_toldOfNoObject || !isObject;
     return isObject;
 }

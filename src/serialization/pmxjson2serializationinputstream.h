@@ -10,13 +10,13 @@ struct pmxJsonNode;
  * Reads from one JSON value.
  *
  * Nodes share the parsed text instead of copying their part of it; a node stays usable after the
- * stream it was selected from has been cleared, bound anew or destroyed.
+ * stream from which it was selected has been cleared, rebound or destroyed.
  *
- * What follows the first JSON value of a text is not looked at. Values nested more than 100 levels
- * deep count as malformed. A number too large for a double is held as null.
+ * Text after the first JSON value is ignored. Values nested more than 100 levels deep count as
+ * malformed. A number too large for a double is read as null.
  *
- * A member that is there but of another kind than is read, and a node that is no object where
- * members are read from it, is logged by name.
+ * A member of the wrong type, and a node that is not an object although members are read from it,
+ * are logged by name.
  */
 class pmxJson2SerializationInputStream : public pmxSerializationInputStream {
 public:
@@ -37,7 +37,7 @@ public:
     /// Reads the stream to its end.
     bool BindToStream(std::istream *stream) override;
 
-    /// The same as BindToStream() for a text that is in memory already.
+    /// Like BindToStream(), for a text in memory.
     bool BindToText(std::string text);
     /// The same without a copy of the text, which must stay where it is as long as nodes that were
     /// selected from it are used.
@@ -46,7 +46,7 @@ public:
 private:
     /// The member of that name, or the node itself; null when there is none.
     const pmxJsonNode *find(std::string_view name) const;
-    /// The same of one that is a value of this kind.
+    /// The same, if it is a value of this kind; else null.
     template <typename Kind> const pmxJsonNode *findOfKind(std::string_view name, Kind kind) const;
     std::shared_ptr<pmxSerializationInputStream> share(const pmxJsonNode &part) const;
 

@@ -12,13 +12,13 @@ namespace {
 
 constexpr std::size_t usualMembers = 8;
 
-/// Whether the library writes the character as it is.
+/// Whether the library writes the character unescaped.
 bool isPlain(char c)
 {
     return static_cast<unsigned char>(c) >= ' ' && c != '"' && c != '\\' && c != '/' && c != '\x7f';
 }
 
-/// As the library writes it, but not character by character.
+/// Writes the same as the library, but not character by character.
 void appendString(std::string &out, const std::string &text)
 {
     out += '"';

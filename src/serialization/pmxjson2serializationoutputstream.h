@@ -44,7 +44,7 @@ private:
         bool arrayMark;
     };
     using Children = std::multimap<std::string, Child>;
-    /// A plain value under its name, as the text that it becomes.
+    /// A plain value with its name, as JSON text.
     struct Member {
         std::string name;
         std::string text;

@@ -27,14 +27,13 @@ struct TextIterator {
 
 using Input = picojson::input<TextIterator>;
 
-/// The library takes texts character by character; most of them are in the input as they are meant.
+/// The library copies strings character by character; most of them stand unescaped in the input.
 class TextInput : public Input {
 public:
     explicit TextInput(std::string_view text)
         : Input({text.data()}, {text.data() + text.size()}) { }
 
-    /// The characters before the next one that ends the text, or is none or the beginning of an
-    /// escape sequence.
+    /// The characters up to the closing quote, an invalid character, or an escape sequence.
     std::string_view takePlain()
     {
         const char *const begin = cur().at;
@@ -43,7 +42,7 @@ public:
         });
         return {begin, cur_.at};
     }
-    /// Whether the text ends here; its end is taken then.
+    /// Whether the string ends here; then consumes the closing quote.
     bool takeQuote()
     {
         if (cur() == end_ || *cur() != '"')
@@ -52,7 +51,7 @@ public:
         return true;
     }
 
-    /// Where the name of a member stands that was just read; nothing when it is written otherwise.
+    /// The place in the input of the member name that was just read; nothing if it has escapes.
     std::string_view findBefore(std::string_view name, const char *textBegin) const
     {
         const char *quote = cur().at;
@@ -63,7 +62,7 @@ public:
     }
 };
 
-/// In place of the library's own, for the names of members.
+/// An overload that replaces the library's own, for the names of members.
 bool _parse_string(std::string &name, Input &in) // NOLINT(bugprone-reserved-identifier)
 {
     auto &input = static_cast<TextInput &>(in);
@@ -74,11 +73,11 @@ bool _parse_string(std::string &name, Input &in) // NOLINT(bugprone-reserved-ide
 } // namespace
 
 /**
- * Makes nodes of what the library's parser reports.
+ * Creates nodes from the events of the library's parser.
  *
- * Stands in for the library's own context, which copies every text into a tree, limits the depth of
- * arrays but not that of objects, so that a hostile text would exhaust the stack, and throws on a
- * number too large for a double.
+ * Replaces the library's own context, which copies every string into a tree, limits the depth of
+ * arrays but not of objects, so that a hostile text would exhaust the stack, and throws on a number
+ * too large for a double.
  */
 class pmxJsonDocument::Context {
 public:
@@ -153,9 +152,9 @@ private:
 
     pmxJsonDocument &m_document;
     const char *const m_textBegin;
-    /// Of the next node.
+    /// The name of the next node.
     std::string_view m_key;
-    /// The arrays and objects that the parser is in.
+    /// The arrays and objects that are open.
     std::vector<std::size_t> m_open;
 };
 

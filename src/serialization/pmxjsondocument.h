@@ -8,8 +8,8 @@
 #include <vector>
 
 /**
- * A value of a JSON text: a view into the text, and no copy of it. The values of a text stand one
- * after another in its order, an array or an object before what it holds.
+ * A value of a JSON text: a view into the text, without a copy. The values of a text are stored one
+ * after another in document order, an array or object before its elements.
  */
 struct pmxJsonNode {
     enum class Kind : unsigned char { Null, Bool, Number, String, Array, Object };
@@ -19,8 +19,8 @@ struct pmxJsonNode {
     /// Of a string, without escape sequences.
     std::string_view text;
     double number = 0;
-    /// How many nodes there are up to the next one that is not within this one: itself and all that
-    /// it holds.
+    /// The size of its subtree: itself and everything within it. The next sibling follows after so
+    /// many nodes.
     std::size_t span = 1;
     Kind kind = Kind::Null;
     bool boolean = false;
@@ -32,7 +32,7 @@ struct pmxJsonNode {
     const pmxJsonNode *member(std::string_view name) const;
 };
 
-/// The first value of a JSON text; what follows it is not looked at.
+/// The first value of a JSON text; text after it is ignored.
 class pmxJsonDocument {
 public:
     /**
@@ -48,7 +48,8 @@ private:
 
     static std::shared_ptr<const pmxJsonNode>
     parseInto(const std::shared_ptr<pmxJsonDocument> &document, std::string_view text);
-    /// A text that stands nowhere as it is. Its address stays.
+    /// Strings that were unescaped, so that the input does not contain them. Their addresses are
+    /// stable.
     std::string &keep(std::string_view text) { return m_keptTexts.emplace_back(text); }
 
     std::string m_ownText;

@@ -13,7 +13,7 @@ public:
     virtual ~pmxSerializable() = default;
 
     /**
-     * Reads the record from the stream or writes it there, whichever the stream is for.
+     * Reads the record from the stream or writes it, depending on the stream.
      *
      * flags is handed down to nested records. False means that a required member was missing or
      * could not be written; what was read until then stays in the record. Without an override

@@ -8,8 +8,8 @@ template <typename T> class pmxSerializablePtrObjVector : public pmxSerializable
 public:
     using pmxSerializableObjVector<T>::pmxSerializableObjVector;
 
-    /// Reading replaces the elements. The first element that fails ends the work with false; what
-    /// was read before it stays.
+    /// Reading replaces the elements. At the first element that fails, stops and returns false; the
+    /// elements before it stay.
     bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override
     {
         return stream->isReading() ? read(stream, flags) : write(stream, flags);
@@ -32,7 +32,7 @@ private:
             if (!item->Serialize(node.get(), flags))
                 return false;
             this->add_item_(std::move(item));
-            node.reset(); // many nodes and many records need not be there at once
+            node.reset(); // so that not all nodes and all records are in memory at once
         }
         return true;
     }

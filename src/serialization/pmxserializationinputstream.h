@@ -27,8 +27,7 @@ public:
     virtual std::vector<std::shared_ptr<pmxSerializationInputStream>>
     SelectNodes(const std::string &name) const = 0;
 
-    /// Whether there is a child of that name, of whatever kind. False for a node that can have
-    /// none.
+    /// Whether there is a child of that name, of any type. False for a node that can have none.
     virtual bool HasNode(const std::string & /*name*/) const { return false; }
     /// Whether this node is of a kind that can have children.
     virtual bool CanHaveNodes() const { return true; }
@@ -44,7 +43,7 @@ public:
         return ReadValue(name, text, attribute) && pmxValueFromText(text, value);
     }
 
-    /// Forgets the held node; nothing can be read until the next BindToStream().
+    /// Releases the node; nothing can be read until the next BindToStream().
     virtual void clear() = 0;
     /// Parses the text of the whole tree; false, and an empty node, when it is malformed.
     virtual bool BindToStream(std::istream *stream) = 0;

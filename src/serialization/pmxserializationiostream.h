@@ -20,7 +20,7 @@ public:
     explicit pmxSerializationIoStream(std::shared_ptr<pmxSerializationOutputStream> output);
 
     bool isReading() const { return m_input != nullptr; }
-    /// Reading: whether there is a member of that name, of whatever kind. Writing: false.
+    /// Reading: whether there is a member of that name, of any type. Writing: false.
     bool hasMember(const std::string &name) const { return m_input && m_input->HasNode(name); }
     /// Reading: whether this node is of a kind that can have members. Writing: true.
     bool canHaveMembers() const { return !m_input || m_input->CanHaveNodes(); }

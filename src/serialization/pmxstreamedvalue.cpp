@@ -4,12 +4,12 @@
 
 namespace {
 
-/// Reads a text where it stands.
+/// Reads a text in place, without a copy.
 class TextBuffer : public std::streambuf {
 public:
     void setText(std::string_view text)
     {
-        // The base class reads through pointers to what could be written to; nothing is.
+        // The base class wants pointers to non-const; it only reads.
         char *const begin = const_cast<char *>(text.data());
         setg(begin, begin, begin + text.size());
     }

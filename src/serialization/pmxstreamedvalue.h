@@ -11,14 +11,14 @@
 #include <type_traits>
 #include <utility>
 
-/// Numbers whose text is nothing but their digits: streams take the small ones for characters.
+/// Integers that streams read and write as digits: the 8-bit ones count as characters there.
 template <typename T>
 constexpr bool
     pmxIsPlainNumber = std::is_integral_v<T> && (std::is_same_v<T, bool> || sizeof(T) > 2);
 
 /**
- * Values as texts, in the form that standard streams give them: 5 is "5", true is "1". Always in
- * the classic locale. An enumeration without stream operators of its own goes as its number.
+ * Values as texts, in the form of standard streams: 5 is "5", true is "1". Always in the classic
+ * locale. An enumeration without stream operators is written as its number.
  */
 template <typename T> std::string pmxTextFromValue(const T &value)
 {
@@ -33,8 +33,8 @@ template <typename T> std::string pmxTextFromValue(const T &value)
     return stream.str();
 }
 
-/// Reads a text that is nothing but the digits of such a number, as most texts are. False for any
-/// other, which a stream may be able to read.
+/// Fast path: reads a text that consists only of the digits of such a number, as most do. False for
+/// any other, which a stream may still be able to read.
 template <typename T> bool pmxNumberFromDigits(std::string_view text, T &value)
 {
     if constexpr (std::is_same_v<T, bool>) {
@@ -55,8 +55,8 @@ template <typename T> bool pmxNumberFromDigits(std::string_view text, T &value)
     }
 }
 
-/// This thread's stream over the text, in the classic locale; good until the next call. One stream
-/// serves all texts: making one costs many times what reading a number does.
+/// This thread's stream over the text, in the classic locale; valid until the next call. The stream
+/// is reused: constructing one costs many times as much as reading a number.
 std::istream &pmxStreamOverText(std::string_view text);
 
 /**

@@ -16,9 +16,9 @@ class RecordsStreamContext;
 struct AbstractDownloadFileInfo : AbstractFileInfo {
     AbstractDownloadPriority priority = AbstractDownloadPriority::Inherited;
     QList<AbstractDownloadSection> sections;
-    /// Where the next byte is written when the file is written from its beginning to its end.
+    /// The position of the next byte if the file is written sequentially.
     qint64 writeOffset = 0;
-    /// The file's name while it is not complete.
+    /// The file's name while it is incomplete.
     QString tmpPath;
     quint32 flags = 0;
 
@@ -37,5 +37,5 @@ QList<AbstractDownloadFileInfo> toDownloadFilesInfos(const QVariantList &list);
 /// The key of the files within a download.
 inline QString downloadFilesKey() { return QStringLiteral("files"); }
 
-/// A hash that says nothing but the files, under their key.
+/// A hash with only the files, under their key.
 QVariantHash filesInfosToHash(const QList<AbstractDownloadFileInfo> &files);

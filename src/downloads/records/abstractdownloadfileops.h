@@ -4,12 +4,12 @@
 
 namespace AbstractDownloadFileOps {
 
-/// Prepares a file on disk before a download writes to it.
+/// How to prepare a file on disk before a download writes to it.
 struct FileInitializeOperation {
     QString path;
     /// The size to reserve in bytes; -1 if it is not known.
     qint64 size = -1;
-    /// Fill what is reserved with zeros instead of leaving a hole.
+    /// Fill the reserved space with zeros instead of leaving the file sparse.
     bool allocate = false;
 
     bool operator==(const FileInitializeOperation &) const = default;

@@ -3,12 +3,12 @@
 #include <QString>
 #include <QVariantHash>
 
-/// The identity of a download in another system than this one. An empty guid means that there is
-/// none, whatever the types say; it is not encoded.
+/// The identity of a download in another system. An empty guid means that there is none, whatever
+/// the types are; it is not encoded.
 struct AbstractDownloadGuid {
     /// How the guid is formed; 0 is unknown.
     int guidType = 0;
-    /// Which system it is from; 0 is unknown.
+    /// The system that assigned it; 0 is unknown.
     int type = 0;
     QString guid;
 

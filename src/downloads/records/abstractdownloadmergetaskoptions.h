@@ -4,12 +4,12 @@
 
 #include <QVariantHash>
 
-/// What becomes of a new download whose resource is downloaded already.
+/// What to do with a new download of a resource that is already being downloaded.
 struct AbstractDownloadMergeTaskOptions {
     AbstractDownloadMergeOptions mo;
     /// Add it beside the existing one.
     bool dontMergeJustAddNew = false;
-    /// Download the existing one again, or go on with it.
+    /// Download the existing one again, or resume it.
     bool restart = false;
     bool start = false;
 

@@ -20,15 +20,15 @@
 
 class RecordsStreamContext;
 
-/// The description of a download as it is stored, and as it is handed to the application when the
-/// download is new.
+/// The description of a download, as it is stored, and as a new download is handed to the
+/// application.
 struct AbstractDownloadPersistentInfo {
-    /// Names of the components that passed the download on, the outermost first.
+    /// Names of the components through which the download came, the outermost first.
     QStringList originatorsNamesChain;
-    /// Null until the application that stores the download gives it one.
+    /// Null until the application assigns one.
     QUuid uuid;
     AbstractDownloadGuid guid;
-    /// Names the engine module that handles it; the application chooses one if empty.
+    /// The name of the engine module that handles it; the application chooses one if empty.
     QString moduleUid;
     AbstractDownloadCreatedBy createdBy = AbstractDownloadCreatedBy::Unknown;
     quint64 flags = 0;
@@ -42,14 +42,14 @@ struct AbstractDownloadPersistentInfo {
     QString title;
     QDateTime creationTime;
     QDateTime finishedTime;
-    /// What the engine module needs to go on after an interruption.
+    /// The engine module's state for resuming.
     QVariantHash resumeData;
     AbstractError lastError;
     QDateTime lastErrorTime;
-    /// How far the source lets a download be resumed; 0 is not known yet.
+    /// Whether the source supports resuming; 0 is not known yet.
     int resumeSupport = 0;
     QList<AbstractDownloadFileInfo> files;
-    /// The type that all files have.
+    /// The type of all files, if it is the same.
     AbstractFileType allFilesType = AbstractFileType::Unknown;
     /// A counter of the engine; encoded only when it is not 0.
     qint64 tbu2c = 0;
@@ -59,7 +59,7 @@ struct AbstractDownloadPersistentInfo {
     QString userAgent;
     QString preferredFileTitle;
     QList<DownloadableSubtitlesInfo> subtitles;
-    /// Which of the files to open after completion; -1 for none.
+    /// The index of the file to open after completion; -1 for none.
     int launchableFileIndex = -1;
     AbstractDownloadFileExistsAction existingFileReaction =
         AbstractDownloadFileExistsAction::Default;

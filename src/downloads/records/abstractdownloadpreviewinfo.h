@@ -3,7 +3,7 @@
 #include <QString>
 #include <QVariantHash>
 
-/// The pictures that stand for a download in the list.
+/// The preview pictures of a download in the list.
 struct AbstractDownloadPreviewInfo {
     /// Names of stored pictures; empty if there is none.
     QString smallPreviewId;

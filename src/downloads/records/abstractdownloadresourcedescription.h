@@ -7,14 +7,14 @@
 #include <QUrl>
 #include <QVariantHash>
 
-/// What the page tells about what is downloaded, to be shown to the user.
+/// The page's description of the downloaded resource, to be shown to the user.
 struct AbstractDownloadResourceDescription {
     QString title;
     QList<AbstractFileType> filesTypes;
     QUrl previewImageUrl;
-    /// The duration as a person reads it, such as "3:25".
+    /// The duration in readable form, such as "3:25".
     QString mediaDurationHr;
-    /// The age as a person reads it, such as "2 days ago".
+    /// The age in readable form, such as "2 days ago".
     QString ageHr;
 
     bool operator==(const AbstractDownloadResourceDescription &) const = default;

@@ -8,7 +8,7 @@
 #include <QString>
 #include <QVariantHash>
 
-/// What is true of a download only as long as the application runs.
+/// The state of a download that is not stored.
 struct AbstractDownloadRunTimeInfo {
     AbstractLiveDownloadRunTimeInfo live;
     quint32 flags = 0;
@@ -17,9 +17,9 @@ struct AbstractDownloadRunTimeInfo {
     /// The operation that locks it.
     AbstractLockedDownloadOperationInfo loi;
     QList<AbstractFileType> allFilesTypes;
-    /// How many reasons there are not to try again by itself after an error.
+    /// How many reasons there are not to retry automatically after an error.
     int forbidAutoRetryCount = 0;
-    /// Names the disk that the download is written to.
+    /// The name of the disk to which the download is written.
     QString storageId;
 
     bool operator==(const AbstractDownloadRunTimeInfo &) const = default;

@@ -2,7 +2,7 @@
 
 #include <QVariantHash>
 
-/// A piece of a file that is downloaded on its own. All in bytes.
+/// A part of a file that is downloaded separately. All in bytes.
 struct AbstractDownloadSection {
     qint64 offset = 0;
     qint64 size = 0;

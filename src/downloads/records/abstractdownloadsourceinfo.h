@@ -10,7 +10,7 @@
 
 class RecordsStreamContext;
 
-/// Where to fetch a download from, and with what.
+/// The source of a download: its URL, and what to send with the request.
 struct AbstractDownloadSourceInfo {
     QUrl url;
     QString referer;
@@ -19,7 +19,7 @@ struct AbstractDownloadSourceInfo {
     QByteArray postData;
     /// The page on which the download was found.
     QUrl webPageUrl;
-    /// What the engine module knows besides.
+    /// Further values of the engine module.
     QVariantHash customData;
     /// Bits of AbstractDownloadSourceFlag.
     quint32 flags = 0;
@@ -27,8 +27,8 @@ struct AbstractDownloadSourceInfo {
     bool operator==(const AbstractDownloadSourceInfo &) const = default;
 };
 
-/// Cookies travel in their full raw form, one a line. A cookie without a name has no such form and
-/// is left out; a line feed within a cookie begins another one for the decoder.
+/// Cookies are encoded in their full raw form, one per line. A cookie without a name has no raw
+/// form and is left out; a line feed within a cookie starts another one for the decoder.
 QVariantHash toVariantHash(const AbstractDownloadSourceInfo &source);
 /// The bytes of that hash, see StreamFieldsWriter.
 QByteArrayView toStream(RecordsStreamContext &context, const AbstractDownloadSourceInfo &source);

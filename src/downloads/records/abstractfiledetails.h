@@ -5,7 +5,7 @@
 #include <QString>
 #include <QVariantHash>
 
-/// What is known of a file's content. A number that is not known is 0.
+/// Properties of a file's content. A number that is not known is 0.
 struct AbstractFileDetails {
     AbstractFileType type = AbstractFileType::Unknown;
     /// The media type, such as "video/mp4".
@@ -16,7 +16,7 @@ struct AbstractFileDetails {
     int height = 0;
     /// In bits per second.
     qint64 bitrate = 0;
-    /// Pictures per second; always finite.
+    /// Frames per second; always finite.
     double fps = 0;
     /// In milliseconds.
     qint64 duration = 0;

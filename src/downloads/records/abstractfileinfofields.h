@@ -4,7 +4,7 @@
 
 #include <QString>
 
-/// The fields of a file, for the codecs of AbstractFileInfo and of what derives from it.
+/// The fields of a file, for the codecs of AbstractFileInfo and its subclasses.
 inline constexpr auto abstractFileInfoFields = [](auto &fields) {
     fields.value(u"originType"_qs, &AbstractFileInfo::originType);
     fields.record(u"details"_qs, &AbstractFileInfo::details, AbstractFileDetails::fromVariantHash);

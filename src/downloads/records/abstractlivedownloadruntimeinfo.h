@@ -7,8 +7,8 @@
 #include <QVariantHash>
 #include <QVariantList>
 
-/// What a running download is doing. Speeds are in bytes per second, the payload's without what the
-/// protocols add.
+/// The activity of a running download. Speeds are in bytes per second; those of the payload are
+/// without protocol overhead.
 struct AbstractLiveDownloadRunTimeInfo {
     qint64 downloadSpeed = 0;
     qint64 uploadSpeed = 0;
@@ -16,11 +16,11 @@ struct AbstractLiveDownloadRunTimeInfo {
     qint64 payloadUploadSpeed = 0;
     bool running = false;
     bool stopping = false;
-    /// Names of what is being done, such as "check", and how far each is, in percent or -1.
+    /// The names of the current tasks, such as "check", and the progress of each, in percent or -1.
     QStringList tasks;
     QList<int> tasksProgress;
     QtConnectionsMap connections;
-    /// What the engine module tells besides.
+    /// Further values of the engine module.
     QVariantHash details;
 
     bool operator==(const AbstractLiveDownloadRunTimeInfo &) const = default;

@@ -8,10 +8,10 @@
 /// An operation that keeps a download locked while it runs, such as moving its files.
 struct AbstractLockedDownloadOperationInfo {
     bool running = false;
-    /// In percent: of the step being done and of all steps.
+    /// In percent: of the current step, and of all steps.
     int currentProgress = 0;
     int totalProgress = 0;
-    /// How the operation failed when it last did, and when.
+    /// The operation's last failure, and when it was.
     AbstractError error;
     QDateTime errorTime;
 

@@ -14,16 +14,16 @@ class RecordsStreamContext;
 struct AbstractNewDownloadRequest {
     std::shared_ptr<AbstractDownloadPersistentInfo> info;
 
-    /// Compares what the descriptions say.
+    /// Compares the descriptions by value.
     bool operator==(const AbstractNewDownloadRequest &other) const;
 };
 
 /// Without a description the hash is empty.
 QVariantHash toVariantHash(const AbstractNewDownloadRequest &request);
-/// The description is never null: of an empty hash, it is one of the default values.
+/// The description is never null: for an empty hash, it has the default values.
 AbstractNewDownloadRequest toNewDownloadRequest(const QVariantHash &hash);
 
-/// Encodes downloads one after another, so that many of them never stand in memory as records.
+/// Encodes downloads one after another, so that many of them are never in memory as records.
 class NewDownloadsEncoder {
 public:
     NewDownloadsEncoder();
@@ -31,7 +31,7 @@ public:
     Q_DISABLE_COPY_MOVE(NewDownloadsEncoder)
 
     void add(const AbstractNewDownloadRequest &download);
-    /// What was added: stands for the list of the variant hashes.
+    /// The added downloads, in place of the list of variant hashes.
     const QtEncodedVariantList &downloads() const { return m_downloads; }
 
 private:

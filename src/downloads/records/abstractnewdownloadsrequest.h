@@ -11,7 +11,7 @@
 /// Downloads that are handed over together.
 struct AbstractNewDownloadsRequest {
     QList<AbstractNewDownloadRequest> downloads;
-    /// One bit per download: whether it is selected where the user is asked.
+    /// One bit per download: whether it is preselected when the user is asked.
     QBitArray selectedDownloads;
     int flags = 0;
     AbstractNewDownloadsRequestSource source = AbstractNewDownloadsRequestSource::Unknown;

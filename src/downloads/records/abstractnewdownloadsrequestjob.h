@@ -5,15 +5,14 @@
 
 #include <QVariantHash>
 
-/// A request and the number under which its outcome is told.
+/// A request, and the id under which its outcome is reported.
 struct AbstractNewDownloadsRequestJob {
     qint64 id = 0;
     AbstractNewDownloadsRequest request;
-    /// The browser makes these downloads by itself when this process ends before they were handed
-    /// over. Not part of the message.
+    /// The browser continues these downloads if this process ends before they were handed over. Not
+    /// part of the message.
     bool isBrowsersOwn = false;
-    /// In place of the request's downloads, when they are so many that nobody looks at them one by
-    /// one any more.
+    /// In place of the request's downloads, if there are so many that they are encoded at once.
     QtEncodedVariantList encodedDownloads = {};
 
     bool operator==(const AbstractNewDownloadsRequestJob &) const = default;

@@ -4,9 +4,9 @@
 #include <QString>
 #include <QVariant>
 
-/// An error after which a download may be tried again without asking the user.
+/// An error after which a download may be retried without asking the user.
 struct DownloadErrorAllowedToAutoRetry {
-    /// Which list of codes the code is from (AbstractError::category).
+    /// The category to which the code belongs (AbstractError::category).
     QString category;
     int code = 0;
 

@@ -5,7 +5,7 @@
 #include <QStringList>
 #include <QVariant>
 
-/// What belongs to a tag that the user gives to downloads.
+/// The properties of a tag that the user gives to downloads.
 struct DownloadsTagDetails {
     /// A download of a file with one of these extensions gets the tag.
     QStringList defaultExtensions;

@@ -5,10 +5,10 @@
 #include <QMap>
 #include <QVariant>
 
-/// How many connections a download has to each peer.
+/// The number of a download's connections to each peer.
 using QtConnectionsMap = QMap<QtHostAndPort, int>;
 
 /// A list of hashes, one per peer.
 QVariant toVariant(const QtConnectionsMap &connections);
-/// A peer that is listed more than once has the number of its last entry.
+/// For a peer that is listed more than once, the last entry counts.
 QtConnectionsMap toConnectionsMap(const QVariant &variant);

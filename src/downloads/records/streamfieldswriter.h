@@ -18,7 +18,7 @@
 #include <utility>
 #include <vector>
 
-/// What is kept from one record to the next while many are encoded. Use it with one thread.
+/// The state that is kept from one record to the next while many are encoded. Not thread-safe.
 class RecordsStreamContext {
 public:
     /// The one object of each type; a copy of this one when it is first asked for.
@@ -37,7 +37,7 @@ private:
 
 namespace StreamFields {
 
-/// Whether two values are told alike on the link. What is equal there may be told in several ways.
+/// Whether two values have the same encoding on the link. Equal values may have several encodings.
 template <typename T> bool isSame(const T &a, const T &b) { return a == b; }
 inline bool isSame(const QVariantHash &a, const QVariantHash &b)
 {
@@ -62,12 +62,12 @@ inline bool isSame(const QList<QNetworkCookie> &a, const QList<QNetworkCookie> &
 } // namespace StreamFields
 
 /**
- * Encodes records of one kind, one after another, straight into the bytes of a variant hash: field
- * by field, as VariantFieldsWriter makes the hash itself. What a record has in common with the one
- * before it is copied from there.
+ * Encodes records of one type, one after another, directly into the bytes of a variant hash: field
+ * by field, as VariantFieldsWriter builds the hash. Fields that are equal to the previous record's
+ * are copied from its bytes.
  *
  * A nested record, or a list of them, is encoded in the same way if it has a function
- * QByteArrayView toStream(RecordsStreamContext &, const T &), and otherwise by way of its hash.
+ * QByteArrayView toStream(RecordsStreamContext &, const T &), otherwise through its hash.
  */
 template <typename Record> class StreamFieldsWriter {
 public:
@@ -165,8 +165,8 @@ private:
         }
         copyPending();
         if (isPresent) {
-            // As in the hash, what equals the default is told as the default is: a text that is
-            // empty may not be null.
+            // As in the hash, a value equal to the default is encoded like the default: an empty
+            // text need not be null.
             const T &usual = nothing().*member;
             m_writer.writeKey(key);
             if constexpr (std::is_void_v<decltype(encode(value))>)
@@ -207,7 +207,7 @@ private:
         return m_index == 0 ? qsizetype(sizeof(m_count)) : m_previousEnds[m_index - 1];
     }
 
-    /// Fields that follow one another are copied at once.
+    /// Adjacent fields are copied at once.
     void copyPending()
     {
         if (m_pendingSize > 0)
@@ -223,10 +223,10 @@ private:
 
     Record m_previous;
     QByteArray m_previousBytes;
-    /// Where each of its fields ends.
+    /// The end of each of its fields.
     std::vector<qsizetype> m_previousEnds;
     std::vector<qsizetype> m_newEnds;
-    /// Of the previous bytes, what is to be copied next.
+    /// The range of the previous bytes that is still to be copied.
     qsizetype m_pendingBegin = 0;
     qsizetype m_pendingSize = 0;
 };

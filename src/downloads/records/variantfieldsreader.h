@@ -9,9 +9,8 @@
 
 #include <type_traits>
 
-/// Decodes a record from a variant hash, field by field: see VariantFieldsWriter, where the meaning
-/// of each function is told. A key that is missing is read as an invalid variant, which makes the
-/// member zero or empty.
+/// Decodes a record from a variant hash, field by field. VariantFieldsWriter documents the
+/// functions. A missing key is read as an invalid variant, which makes the member zero or empty.
 template <typename Record> class VariantFieldsReader {
 public:
     /// Both must live as long as the reader.

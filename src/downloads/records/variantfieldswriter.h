@@ -12,12 +12,12 @@
 
 /**
  * Encodes a record into a variant hash, field by field. VariantFieldsReader has the same functions
- * and decodes: see variantrecordcodec.h. Every function names the key and the member.
+ * for decoding: see variantrecordcodec.h. Each function takes the key and the member.
  */
 template <typename Record> class VariantFieldsWriter {
 public:
-    /// Given a record that the hash holds already, only the members that differ from it are
-    /// written; else all. Everything must live as long as the writer.
+    /// If the hash already contains a record ("written"), only the members that differ from it are
+    /// written; else all. All arguments must outlive the writer.
     VariantFieldsWriter(const Record &record, QVariantHash &hash, const Record *written)
         : m_record(record), m_hash(hash), m_written(written)
     {
@@ -34,29 +34,29 @@ public:
         value(key, member);
     }
 
-    /// Is the fallback when the key is missing or its value no number.
+    /// Read as the fallback if the key is missing or its value is no number.
     template <typename Owner, typename T>
     void numberOr(const QString &key, T Owner::*member, std::type_identity_t<T> /*fallback*/)
     {
         value(key, member);
     }
 
-    /// Is not written when it is 0.
+    /// Not written if it is 0.
     template <typename Owner, typename T> void valueUnlessZero(const QString &key, T Owner::*member)
     {
         if (m_record.*member != 0)
             m_hash.insert(key, toVariantValue(m_record.*member));
     }
 
-    /// In milliseconds since the epoch; not written when it is invalid.
+    /// In milliseconds since the epoch; not written if it is invalid.
     template <typename Owner> void millisecondsIfValid(const QString &key, QDateTime Owner::*member)
     {
         if ((m_record.*member).isValid())
             m_hash.insert(key, (m_record.*member).toMSecsSinceEpoch());
     }
 
-    /// Of a form of its own: encode makes it something that fits into a variant, decode reads it
-    /// from a variant.
+    /// With custom functions: encode converts it to something that fits into a variant, decode
+    /// reads it from a variant.
     template <typename Owner, typename T, typename Encode, typename Decode>
     void value(const QString &key, T Owner::*member, Encode encode, Decode /*decode*/)
     {

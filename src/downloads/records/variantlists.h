@@ -16,7 +16,7 @@ QVariantList toVariantListWith(const Container &elements, Encode encode)
     return list;
 }
 
-/// The reverse: decode makes an element of a variant.
+/// The reverse: decode makes an element from a variant.
 template <typename Element, typename Decode>
 QList<Element> fromVariantListWith(const QVariantList &list, Decode decode)
 {
@@ -27,7 +27,7 @@ QList<Element> fromVariantListWith(const QVariantList &list, Decode decode)
     return elements;
 }
 
-/// Elements that are nested records: decode makes one of a variant hash.
+/// Elements that are nested records: decode makes one from a variant hash.
 template <typename Element, typename Decode>
 QList<Element> fromVariantHashesWith(const QVariantList &list, Decode decode)
 {

@@ -6,8 +6,8 @@
 #include <QVariantHash>
 
 /**
- * A record as a variant hash and back. The record's fields are told once, by a function object that
- * takes either a writer or a reader of fields:
+ * Converts a record to a variant hash and back. The record's fields are listed once, in a function
+ * object that takes a writer or a reader of fields:
  *
  *     constexpr auto destinationFields = [](auto &fields) {
  *         fields.value(u"type"_qs, &AbstractDownloadDestination::type);
@@ -17,8 +17,8 @@
 template <typename Record, typename Fields>
 QVariantHash encodedRecord(const Record &record, Fields describeFields)
 {
-    // Most members of most records have their defaults. Copying those along with the whole hash
-    // saves hashing their keys, and a record that says nothing shares its hash with all such.
+    // Most members of most records have their defaults. Starting from a copy of the default hash
+    // saves hashing their keys, and all records with only defaults share one hash.
     static const Record nothing{};
     static const QVariantHash encodedNothing = [&describeFields] {
         QVariantHash hash;

@@ -16,8 +16,8 @@
 #include <concepts>
 #include <type_traits>
 
-/// How the plain values of a record stand in a variant. Reading never fails: what cannot be
-/// converted becomes the type's zero or empty value.
+/// How the plain values of a record are converted to variants and back. Reading never fails: what
+/// cannot be converted becomes the type's zero or empty value.
 
 template <typename T>
 concept PlainVariantValue = std::same_as<T, bool> || std::same_as<T, int> || std::
@@ -34,7 +34,7 @@ template <PlainVariantValue T> QVariant toVariantValue(const T &value)
 /// A port number.
 inline QVariant toVariantValue(quint16 value) { return QVariant(quint32{value}); }
 
-/// An enumeration travels as an int.
+/// An enumeration is encoded as an int.
 template <typename T>
 requires std::is_enum_v<T> QVariant toVariantValue(const T &value)
 {
@@ -74,7 +74,7 @@ inline void readVariantValue(const QVariant &variant, quint64 &value)
 {
     value = variant.toULongLong();
 }
-/// Not a number and infinity are taken for 0: no record has a use for them.
+/// NaN and infinity become 0: they have no meaning in any record.
 inline void readVariantValue(const QVariant &variant, double &value)
 {
     const double number = variant.toDouble();

@@ -4,7 +4,7 @@
 
 #include <string>
 
-/// What came of a sniffing request.
+/// The outcome of a sniffing request.
 class pmxFlvSniffCallProcTaskResponse : public pmxSerializable {
 public:
     bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override;

@@ -8,7 +8,7 @@ bool pmxKovBhIpcQuerySettingsTaskResponse::Serialize(pmxSerializationIoStream *s
     const auto node = stream->SelectOrCreateNode("settings", false);
     if (!node)
         return false;
-    // The owner's record is not ours to pass to a function that could read into it.
+    // The owner's record is const; Serialize() could also read into it.
     auto record = std::make_shared<WebExtensionSettings>();
     if (settings && !stream->isReading())
         *record = *settings;

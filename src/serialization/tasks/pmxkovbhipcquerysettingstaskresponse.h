@@ -8,8 +8,8 @@
 /**
  * The extension settings.
  *
- * The record is shared with its owner, so that the answer says what holds when it is written.
- * Reading makes a record of its own.
+ * The record is shared with its owner, so that the answer has the settings at the time when it is
+ * written. Reading creates a separate record.
  */
 class pmxKovBhIpcQuerySettingsTaskResponse : public pmxKovBhIpcTaskResponse {
 public:

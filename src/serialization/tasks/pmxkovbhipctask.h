@@ -25,7 +25,7 @@ public:
     kov_ipc_task_type get_type() const;
 
     bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override;
-    /// Whether the task holds only what was read of a message before a required member was missing.
+    /// Whether a required member was missing: the task holds only what was read before it.
     bool readFailed() const { return m_readFailed; }
 
     std::string id;

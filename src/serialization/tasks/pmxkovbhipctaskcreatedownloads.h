@@ -4,13 +4,13 @@
 #include "pmxserializable.h"
 #include "pmxserializablesharedobjvector.h"
 
-/// Downloads that the application is to make.
+/// Downloads for the application.
 class pmxKovBhIpcTaskCreateDownloads : public pmxSerializable {
 public:
     bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override;
 
     pmxSerializableSharedObjVector<pmxKovBhIpcDownloadInfo> downloads;
-    /// The browser was about to make them; otherwise the user asked for them.
+    /// The extension caught them in the browser; otherwise the user picked them.
     bool catchedDownloads = false;
     bool waitResponse = false;
     /// The capture rules do not apply.

@@ -4,7 +4,7 @@
 
 #include <string>
 
-/// The state of a download that the browser makes itself.
+/// The state of one of the browser's own downloads.
 class pmxKovBhIpcTaskDownloadState : public pmxSerializable {
 public:
     bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override;

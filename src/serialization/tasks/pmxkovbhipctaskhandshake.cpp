@@ -5,8 +5,7 @@
 
 bool pmxKovBhIpcTaskHandshake::Serialize(pmxSerializationIoStream *stream, unsigned int)
 {
-    // Each flag stands for itself: a malformed one stays off and does not keep the others from
-    // being read.
+    // A malformed flag stays off; the others are still read.
     const bool ok = pmxSerializeOptionalTextBools(
         stream,
         {{"response_add_crlf", &response_add_crlf},

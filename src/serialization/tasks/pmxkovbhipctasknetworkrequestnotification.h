@@ -4,12 +4,12 @@
 
 #include <string>
 
-/// Something that happened to a network request of the browser.
+/// An event of a network request of the browser.
 class pmxKovBhIpcTaskNetworkRequestNotification : public pmxSerializable {
 public:
     bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override;
 
-    /// What happened.
+    /// The event.
     std::string type;
     std::string url;
     /// The page of the tab that made the request.
@@ -19,6 +19,6 @@ public:
     /// Raw header blocks, "Name: value" lines.
     std::string requestHeaders;
     std::string responseHeaders;
-    /// What belongs to the type.
+    /// Its meaning depends on the type.
     std::string data;
 };

@@ -8,8 +8,8 @@
 #include <type_traits>
 
 /**
- * A member of a settings record: all that is to be known of it, in one row. Records list their
- * rows in "static constexpr auto members()", in the order in which they are written.
+ * The complete description of a member of a settings record, in one row. Records list their rows in
+ * "static constexpr auto members()", in the order in which they are written.
  */
 template <typename Record, typename Value> struct pmxMember {
     constexpr pmxMember(const char *keyInJson, Value Record::*member)
@@ -24,8 +24,8 @@ template <typename Record, typename Value> struct pmxMember {
         copy.setting = settingName;
         return copy;
     }
-    /// The application's setting that switches it on. In the record, 0 and the empty text stand for
-    /// what is switched off.
+    /// The application's setting that switches it on. When it is off, the record has 0 or the empty
+    /// text.
     constexpr pmxMember switchedBy(const char *settingName) const
     {
         pmxMember copy = *this;
@@ -39,7 +39,7 @@ template <typename Record, typename Value> struct pmxMember {
         copy.writtenWith = member;
         return copy;
     }
-    /// A change of it alone is no change of the record.
+    /// Not compared: a change of it alone does not count as a change of the record.
     constexpr pmxMember notCompared() const
     {
         pmxMember copy = *this;
@@ -57,7 +57,7 @@ template <typename Record, typename Value> struct pmxMember {
 
 namespace pmxMembers {
 
-/// Logs that a member of a message is passed over because it cannot be read.
+/// Logs that a member of a message is ignored because it cannot be read.
 void logUnreadable(const char *key);
 
 inline bool serialize(pmxSerializationIoStream *stream, const char *key, bool &value)

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-/// The values of an enumeration with the names that stand for them in JSON.
+/// The values of an enumeration with their names in JSON.
 template <typename Enum> class pmxNamedValues {
 public:
     explicit pmxNamedValues(std::vector<std::pair<Enum, std::string>> values)
@@ -24,7 +24,7 @@ public:
         return it == m_values.cend() ? nullptr : &it->second;
     }
 
-    /// Null when it is no name; upper and lower case differ.
+    /// Null if there is no such name. Case-sensitive.
     const Enum *value(std::string_view name) const
     {
         const auto it = std::find_if(m_values.cbegin(), m_values.cend(),
@@ -39,7 +39,7 @@ public:
         return text ? stream << *text : stream;
     }
 
-    /// Takes one word. Sets the fail state when it is no name.
+    /// Reads one word. Sets the fail state if it is no name.
     std::istream &read(std::istream &stream, Enum &read) const
     {
         std::string word;

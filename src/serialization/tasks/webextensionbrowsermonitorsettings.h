@@ -23,7 +23,7 @@ public:
 
     WebExtensionVideoMonitoringSettings video;
     bool enable = true;
-    /// A download that the user turns down in the application goes on in the browser.
+    /// A download that the user declines in the application continues in the browser.
     bool allowDownload = true;
     /// In bytes; 0: no size rule.
     std::int64_t skipSmallerThan = 0;

@@ -10,7 +10,7 @@
 /// The extension's options. Members missing from a JSON text keep their values.
 class WebExtensionSettings : public pmxSerializable {
 public:
-    /// Tells whether there is a change worth reporting, so it leaves out the menu's dlvideo.
+    /// Whether there is no change worth reporting: ignores the menu's dlvideo.
     bool operator==(const WebExtensionSettings &other) const
     {
         return pmxEqualMembers(*this, other);

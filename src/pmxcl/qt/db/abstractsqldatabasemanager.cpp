@@ -17,7 +17,7 @@ void logCorrupt(int number, const QString &error)
                 .arg(QString::number(number), error));
 }
 
-/// Whether what failed says that the file is broken.
+/// Whether the error means that the file is corrupt.
 bool tellsOfDamage(int number, const QSqlError &error)
 {
     if (isBusyError(error)) {

@@ -36,7 +36,7 @@ MultiThreadedSqlDatabaseManager::thisThreadDbManager(bool create) const
         qtCreateObject<SqlDatabaseManager>(m_filePath, thisThreadConnectionName(), m_sharedMutex);
     if (!db->openDatabase() && SqlFailureLog::isNews(m_filePath, QStringLiteral("open")))
         checkOrLog(false, "db->openDatabase()");
-    // Direct: a connection is closed on the thread that it belongs to, before that is gone.
+    // Direct: a connection must be closed on its own thread, before that ends.
     connect(thread, &QThread::finished, this, &MultiThreadedSqlDatabaseManager::onThreadFinished,
             static_cast<Qt::ConnectionType>(Qt::DirectConnection | Qt::UniqueConnection));
     m_managers.insert(thread, db);

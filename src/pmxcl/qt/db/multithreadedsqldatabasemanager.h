@@ -10,23 +10,23 @@
 class QThread;
 
 /**
- * A database that any thread can use: each gets a connection of its own, made when it first needs
- * one and closed when the thread ends. Writes of all threads take turns.
+ * A database that any thread can use: each has its own connection, opened on first use and closed
+ * when the thread ends. Writes of all threads are serialized.
  *
- * Has to outlive its use by other threads.
+ * Must outlive its use by other threads.
  */
 class MultiThreadedSqlDatabaseManager : public AbstractSqlDatabaseManager {
     Q_OBJECT
 public:
-    /// The connection name is what the names of the threads' connections begin with; two managers
-    /// with the same one cannot serve different files at the same time.
+    /// The connection name is the prefix of the names of all threads' connections; two managers
+    /// with the same one cannot use different files at the same time.
     MultiThreadedSqlDatabaseManager(QString filePath, QString connectionName,
                                     QObject *parent = nullptr);
 
     /// "<connection name>_<address of the QThread, decimal>".
     QString thisThreadConnectionName() const;
-    /// The manager of the current thread's connection. Without one, it is made and opened, or null
-    /// is returned when it is not to be created. It is returned even if it could not be opened.
+    /// The manager of the current thread's connection. If there is none, it is created and opened,
+    /// unless create is false: then null. It is returned even if it could not be opened.
     QSharedPointer<AbstractSqlDatabaseManager> thisThreadDbManager(bool create = true) const;
 
     QString databaseFilePath() const override { return m_filePath; }
@@ -41,7 +41,7 @@ public:
     QSqlDatabase database() override;
 
 private Q_SLOTS:
-    /// Runs on the thread that ends.
+    /// Called on the thread that ends.
     void onThreadFinished();
 
 private:

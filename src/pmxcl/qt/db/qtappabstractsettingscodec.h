@@ -2,8 +2,7 @@
 
 #include <QString>
 
-/// The form in which values of settings are stored, where it differs from the value itself. Any
-/// thread.
+/// Encodes and decodes those settings that are stored in another form than their value. Any thread.
 class QtAppAbstractSettingsCodec {
 public:
     QtAppAbstractSettingsCodec() = default;

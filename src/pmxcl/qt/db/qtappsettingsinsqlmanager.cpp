@@ -20,7 +20,7 @@ QtAppSettingsInSqlManager::QtAppSettingsInSqlManager(
     QSharedPointer<const QtAppAbstractSettingsCodec> codec, QObject *parent)
     : QtAppSettingsInMemoryManager(parent), m_db(std::move(db)), m_codec(std::move(codec))
 {
-    // Direct: the change is stored when the call that made it returns, on whichever thread.
+    // Direct: the change is stored when the call that made it returns, on any thread.
     connect(this, &QtAppAbstractSettingsManager::valuesChanged, this,
             &QtAppSettingsInSqlManager::onValuesChanged, Qt::DirectConnection);
     connect(this, &QtAppAbstractSettingsManager::allValuesChanged, this,
@@ -72,7 +72,7 @@ bool QtAppSettingsInSqlManager::load()
         for (auto it = records.begin(); it != records.end(); ++it)
             *it = m_codec->decode(it.key(), *it);
     if (m_allUnstored)
-        return true; // none of them is to stay
+        return true; // the table is rewritten
     m_loading = true;
     addValues(records, QString());
     m_loading = false;
@@ -121,12 +121,12 @@ void QtAppSettingsInSqlManager::storePending()
         return;
     if (!checkStored(m_table->beginTransaction(), "m_table->beginTransaction()"))
         return;
-    // Another thread may have changed the same settings since, and stored them already: what
-    // counts is the memory as it is now, not what was reported.
+    // Another thread may have changed and stored the same settings since: store the values that are
+    // now in memory, not the reported ones.
     QSet<QString> failed;
     if (m_allUnstored) {
         const bool written = writeAll();
-        // Half of the values are worse than all of the old ones.
+        // All old values are better than a mix of old and new ones.
         if (!checkStored(m_table->endTransaction(written), "m_table->endTransaction(written)")
             || !written)
             return;
@@ -161,7 +161,7 @@ QSet<QString> QtAppSettingsInSqlManager::writeUnstoredKeys()
         const std::optional<QString> value = ownValue(key);
         if (!value)
             continue;
-        // After one timeout the other process is not waited for again with every value.
+        // After one timeout, do not wait again for every other value.
         if (busy || !checkStored(write(key, *value), "m_table->write(p.first, p.second)")) {
             busy = busy || isBusyError(m_table->lastError());
             failed.insert(key);

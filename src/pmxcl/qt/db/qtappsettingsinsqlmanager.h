@@ -13,40 +13,39 @@ class QtAppAbstractSettingsCodec;
 class QtAppSettingsSqlTable;
 
 /**
- * Settings in memory that are read from the database's settings table once and write every change
- * through to it.
+ * A write-through cache of the database's settings table: read once, every change is written.
  *
- * Any thread. A change is in the table when the call that made it returns, or, when the thread that
- * made it cannot use the database manager, when this object's thread comes to it.
+ * Any thread. A change is in the table when the call that made it returns; or, if the calling
+ * thread cannot use the database manager, later, from the event loop of this object's thread.
  *
- * A database that fails costs nothing but the storing: the settings are served from memory, what
- * is wrong is logged once per file, and the next change, or storeUnstored(), stores what could not
- * be stored before. A table that could not be read is read then, beneath what was changed since.
- * Before it was read to its end nothing is written to it, so that a broken file stays as it is.
+ * When the database fails, the settings are still served from memory, the error is logged once per
+ * file, and the next change, or storeUnstored(), stores what could not be stored before. A table
+ * that could not be read is read then; values changed since take precedence. Nothing is written to
+ * the table before it has been read completely, so that a corrupt file is not changed.
  */
 class QtAppSettingsInSqlManager : public QtAppSettingsInMemoryManager {
     Q_OBJECT
 public:
-    /// How far memory and table are the same.
+    /// Whether the table has the values in memory, and why not.
     enum class StoreState {
         InStep,
-        /// Another process has the database.
+        /// Another process has locked the database.
         Busy,
-        /// The file is broken, the disk is full, or the like.
+        /// The file is corrupt, the disk is full, or the like.
         Failed,
     };
 
-    /// The codec may be null: values are stored as they are.
+    /// The codec may be null: values are stored unchanged.
     explicit QtAppSettingsInSqlManager(QSharedPointer<AbstractSqlDatabaseManager> db,
                                        QSharedPointer<const QtAppAbstractSettingsCodec> codec = {},
                                        QObject *parent = nullptr);
     ~QtAppSettingsInSqlManager() override;
 
-    /// Whether the table was read to its end.
+    /// Whether the table has been read completely.
     bool isRead() const;
-    /// InStep when the table was read and every change is in it; else what was in the way last.
+    /// InStep if the table was read and every change is in it; else the last failure.
     StoreState storeState() const;
-    /// Tries again what failed: reads the table, stores the changes.
+    /// Retries what failed: reads the table, stores the changes.
     void storeUnstored();
 
 private Q_SLOTS:
@@ -55,19 +54,19 @@ private Q_SLOTS:
     void onSettingsResetToDefaults();
 
 private:
-    /// Makes the table if need be, and reads it. False when that fails.
+    /// Creates the table if necessary, and reads it. False if that fails.
     bool load();
     void storeAllValues();
-    /// Writes what is not stored yet. It and what it calls run under the database's lock.
+    /// Writes unstored changes. It and the functions that it calls run under the database's lock.
     void storePending();
-    /// Makes the table what the memory is.
+    /// Replaces the table's contents by the values in memory.
     bool writeAll();
     /// Returns the keys whose values could not be written.
     QSet<QString> writeUnstoredKeys();
     bool write(const QString &key, const QString &value);
-    /// Logs a failed step of storing, unless an earlier one is logged and still stands.
+    /// Logs a failed step of storing, unless an earlier failure was logged and persists.
     bool checkStored(bool ok, const char *step, int line = __builtin_LINE());
-    /// Keeps why the table cannot be used; a file that may be broken is looked at, once.
+    /// Records why the table cannot be used; checks a file that may be corrupt, once.
     void noteFailure(const QSqlError &error);
 
     const QSharedPointer<AbstractSqlDatabaseManager> m_db;
@@ -77,7 +76,7 @@ private:
     bool m_isRead = false;
     bool m_loading = false;
     StoreState m_failure = StoreState::InStep;
-    // What could not be stored so far.
+    // Changes that could not be stored so far.
     bool m_failureLogged = false;
     bool m_allUnstored = false;
     QSet<QString> m_unstoredKeys;

@@ -8,7 +8,7 @@ namespace {
 QString nameColumn() { return QStringLiteral("Name"); }
 QString valueColumn() { return QStringLiteral("Value"); }
 
-/// A null string would become NULL, of which a primary key may hold many, and which stands for a
+/// A null string would become NULL, which a primary key may contain many times, and which means a
 /// value that was never written.
 QString notNull(const QString &text) { return text.isNull() ? QLatin1String("") : text; }
 
@@ -43,7 +43,7 @@ QHash<QString, QString> QtAppSettingsSqlTable::readAll()
     }
     if (rows.lastError().isValid())
         setLastError(rows.lastError());
-    // What kept the table from being made says more than that there is none.
+    // The error of creating the table is more helpful than "no such table".
     if (lastError().isValid() && setupError().isValid())
         setLastError(setupError());
     if (const QString failure = sqlFailureText(lastError());

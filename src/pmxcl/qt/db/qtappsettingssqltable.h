@@ -14,7 +14,7 @@ public:
 
     bool write(const QString &name, const QString &value);
     bool remove(const QString &name);
-    /// Rows without a value, which older tables have, are left out. A failure is logged once, told
-    /// by lastError(), and leaves what could be read before it.
+    /// Rows without a value, which older tables have, are skipped. After a failure, which is logged
+    /// once and kept in lastError(), returns what could be read before it.
     QHash<QString, QString> readAll();
 };

@@ -51,8 +51,8 @@ bool isBusyError(const QSqlError &error)
 {
     if (!error.isValid())
         return false;
-    // SQLITE_BUSY and the extended codes that have it as their lowest byte, but for
-    // SQLITE_BUSY_SNAPSHOT, which lasts as long as the transaction
+    // SQLITE_BUSY and its extended codes (the lowest byte), except SQLITE_BUSY_SNAPSHOT, which
+    // persists until the transaction ends
     // (https://sqlite.org/rescode.html).
     const int busy = 5;
     const int busySnapshot = 517;

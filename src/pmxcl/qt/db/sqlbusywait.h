@@ -7,40 +7,40 @@
 #include <chrono>
 
 /**
- * For how long SQLite itself waits while another process has the database, before a step is
- * repeated.
+ * SQLite's own busy timeout, after which a step is retried.
  *
- * SQLite looks at the lock less and less often, every 100 ms in the end, and a process that writes
- * continuously releases it for microseconds only. Short waits poll often, which avoids starvation.
+ * SQLite polls a lock at increasing intervals, up to 100 ms, and a process that writes continuously
+ * releases it for microseconds only. Retrying with a short timeout polls often, which avoids
+ * starvation.
  */
 constexpr std::chrono::milliseconds sqlBusyTimeout{10};
-/// For how long an operation waits, all its steps together: the main thread answers nothing then.
-/// At the end of the program it may be less (EndDeadline).
+/// How long an operation waits at most, all its steps together: the main thread is blocked
+/// meanwhile. At the end of the program it may be less (EndDeadline).
 constexpr std::chrono::milliseconds sqlBusyWaitTime{500};
 
-/// Whether another process has the database, so that the same step may go well later.
+/// Whether another process has locked the database, so that the same step may succeed later.
 bool isBusyError(const QSqlError &error);
 
 /**
- * One wait for another process that has the database, for all steps that are taken on this thread
- * while this object lives. Within another's life it is part of that one.
+ * RAII: one time limit for all steps on this thread that wait for another process's lock on the
+ * database. A nested object shares the limit of the outer one.
  *
- * A file whose lock timed out is not waited for again, by any thread, until a step goes well
- * that found it free.
+ * After a timeout no thread waits for that file again until a step has found it unlocked and
+ * succeeded.
  */
 class SqlBusyWait {
 public:
-    /// Without a path nothing is remembered.
+    /// Without a path, timeouts are not remembered.
     explicit SqlBusyWait(QString filePath = {});
     ~SqlBusyWait();
     Q_DISABLE_COPY_MOVE(SqlBusyWait)
 
-    /// Runs a step, which returns its error, again and again while another process has the
+    /// Runs a step, which returns its error, and repeats it while another process has locked the
     /// database and there is time left. Returns the last error; invalid on success.
     template <typename Step> QSqlError retry(Step step)
     {
         QSqlError error = step();
-        // Some steps, such as turning on the write-ahead log, are refused without any waiting.
+        // Some steps, such as turning on the write-ahead log, fail without waiting.
         while (isBusyError(error) && m_outermost.pause())
             error = step();
         m_outermost.note(error);
@@ -48,7 +48,7 @@ public:
     }
 
 private:
-    /// False when the time is over.
+    /// False when the time is up.
     bool pause();
     void note(const QSqlError &error);
 
@@ -59,5 +59,5 @@ private:
     bool m_wentWell = false;
 };
 
-/// SqlBusyWait::retry() for a step that may stand alone.
+/// SqlBusyWait::retry() for a single step.
 template <typename Step> QSqlError retryWhileBusy(Step step) { return SqlBusyWait().retry(step); }

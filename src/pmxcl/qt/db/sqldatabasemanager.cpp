@@ -15,14 +15,15 @@
 
 namespace {
 
-/// SQLite gives a new file, and those that it puts beside it, the permissions that the process
-/// gives to all its files; settings hold passwords. SQLite takes an empty file for a new database.
+/// SQLite creates its files with the process's default permissions, but settings may contain
+/// passwords. It takes an empty file for a new database, and its other files get the permissions of
+/// that file.
 void createPrivateFile(const QString &filePath)
 {
     QDir().mkpath(QFileInfo(filePath).absolutePath());
     QFile file(filePath);
-    // A file that exists is left alone. Where this fails, opening the database does, too, and has
-    // the reason.
+    // An existing file is not changed. If this fails, opening the database fails, too, with the
+    // reason.
     file.open(QIODevice::WriteOnly | QIODevice::NewOnly, QFile::ReadOwner | QFile::WriteOwner);
 }
 
@@ -83,7 +84,7 @@ void SqlDatabaseManager::addConnection()
 
 void SqlDatabaseManager::useWriteAheadLog()
 {
-    // The driver passes over connect options that it does not know.
+    // The driver ignores unknown connect options.
     QSqlQuery query = createQuery(QStringLiteral("PRAGMA journal_mode=WAL"));
     const QString mode = executeQuery(query) && query.next() ? query.value(0).toString()
                                                              : sqlFailureText(query.lastError());

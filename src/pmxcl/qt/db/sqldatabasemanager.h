@@ -11,14 +11,14 @@ class QThread;
 /**
  * One named connection to a database file. It belongs to the thread that opened it.
  *
- * The file is created readable and writable by its user only. Write-ahead logging is asked for, so
- * that other processes can read while one writes; a file system that cannot do that gets a rollback
- * journal. What waits while another process has the database, and for how long: see SqlBusyWait.
+ * The file is created with mode 0600. Write-ahead logging is used if possible, so that other
+ * processes can read while one writes; on file systems without support for it, a rollback journal.
+ * SqlBusyWait describes the waits while another process has locked the database.
  */
 class SqlDatabaseManager : public AbstractSqlDatabaseManager {
     Q_OBJECT
 public:
-    /// The mutex is shared by all connections whose writes are to take turns.
+    /// The mutex is shared by all connections whose writes are serialized.
     SqlDatabaseManager(QString filePath, const QString &connectionName,
                        QSharedPointer<QRecursiveMutex> mutex, QObject *parent = nullptr);
     /// Closes the connection.
@@ -30,9 +30,9 @@ public:
     bool canBeUsedInCurrentThread() const override;
     void lock() override { m_mutex->lock(); }
     void unlock() override { m_mutex->unlock(); }
-    /// Uses a connection of this name that exists already; false when it is to another file.
+    /// Uses an existing connection of this name; false if it is to another file.
     bool openDatabase() override;
-    /// A connection that someone else made stays open.
+    /// A connection that this object did not open stays open.
     void closeDatabase() override;
     bool databaseOpened() const override { return m_db.isOpen(); }
     QSqlQuery createQuery(const QString &sql) override;

@@ -5,8 +5,8 @@
 #include <utility>
 
 /**
- * A table that T describes, with the static functions sqlTableName() and sqlTableColumns(). It is
- * created, or brought up to date, when the manager is made.
+ * A table described by T, with the static functions sqlTableName() and sqlTableColumns(). The
+ * constructor creates the table or brings it up to date.
  */
 template <typename T> class SqlEasyTableManager : public SqlTableManager {
 public:

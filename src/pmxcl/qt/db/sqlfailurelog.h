@@ -8,15 +8,15 @@ class QSqlError;
 QString sqlFailureText(const QSqlError &error);
 
 /**
- * The failures of database files that this process has logged.
+ * Which failures of database files this process has logged already.
  *
- * A store is opened again for each change unless it is kept, and would log the same failure each
- * time. Any thread.
+ * A store that is reopened for each change would otherwise log the same failure each time. Any
+ * thread.
  */
 class SqlFailureLog {
 public:
-    /// True for the first time since the file's failures were forgotten.
+    /// Whether this is the first failure of the file since forget().
     static bool isNews(const QString &filePath, const QString &failure);
-    /// To be called when the file was written.
+    /// Call after the file has been written.
     static void forget(const QString &filePath);
 };

@@ -63,7 +63,7 @@ bool SqlTableManager::makeSureAllColumnsExists()
     if (error.isValid())
         return false;
     for (const table_column &column : tableColumns()) {
-        // Another process may have added the column since it was looked for.
+        // Another process may have added the column since the check.
         if (!existing.contains(column.name) && !addTableColumn(column.name, column.type, {})
             && !tableColumns(*m_db, m_tableName).contains(column.name))
             return false;

@@ -14,11 +14,11 @@
 class AbstractSqlDatabaseManager;
 
 /**
- * One table of a database: creates it, adds columns that it lacks, changes and reads its rows.
+ * One table of a database: creates it, adds missing columns, changes and reads its rows.
  *
- * Operations return whether they succeeded; lastError() has the reason when they did not. Names of
- * tables and columns, types, conditions and column defaults go into the SQL text as they are: they
- * come from the program only. Any thread that can use the database manager.
+ * Operations return whether they succeeded; else lastError() has the reason. Names of tables and
+ * columns, types, conditions and column defaults are inserted into the SQL text verbatim: they must
+ * be the program's own. Any thread that can use the database manager.
  */
 class SqlTableManager {
 public:
@@ -35,26 +35,26 @@ public:
 
     QString databaseFilePath() const;
 
-    /// The columns that the table should have; none by default.
+    /// The required columns; none by default.
     virtual QList<table_column> tableColumns() const;
-    /// The names of the columns that a table has; empty when there is no such table. An error that
-    /// is asked for is set, to an invalid one on success.
+    /// The names of a table's columns; empty if there is no such table. The error, if not null, is
+    /// set, to an invalid one on success.
     static QStringList tableColumns(AbstractSqlDatabaseManager &db, const QString &tableName,
                                     QSqlError *error = nullptr);
 
-    /// Leaves a table that exists as it is.
+    /// Does not change an existing table.
     bool createTable();
     bool addTableColumn(const QString &name, const QString &type, const QVariant &defaultValue);
     /// Adds the columns that an older version did not have.
     bool makeSureAllColumnsExists();
 
-    /// Writes a row in place of the one with the same primary key.
+    /// Inserts a row, replacing one with the same primary key.
     bool replaceRecord(const QList<std::pair<QString, QVariant>> &values);
     /// Removes the rows that have all these values; at least one must be given.
     bool removeRecordWithValues(const QMap<QString, QVariant> &values);
     bool clearTable();
-    /// The rows that meet the condition, all without one. The query is active on success; it has
-    /// to go before the connection does.
+    /// The rows that meet the condition; all rows if it is empty. On success the query is active;
+    /// it must be destroyed before the connection is closed.
     QSqlQuery tableIterator(const QStringList &columns, const QString &condition = {});
 
     /// On success, keeps other threads from writing until endTransaction() is called on the same
@@ -72,9 +72,9 @@ private:
     using Bindings = QList<std::pair<QString, QVariant>>;
 
     bool execute(const QString &sql, const Bindings &bindings = {});
-    /// Executes what changes rows, and tells the database's listeners.
+    /// Executes a statement that changes rows, and emits the database's signals.
     bool change(const QString &sql, const Bindings &bindings);
-    // They are called under the database's lock, and tell of a database that is not open.
+    // Called under the database's lock; they fail if the database is not open.
     static QSqlQuery preparedQuery(AbstractSqlDatabaseManager &db, const QString &sql);
     static QSqlError executeQuery(AbstractSqlDatabaseManager &db, QSqlQuery &query,
                                   const Bindings &bindings);

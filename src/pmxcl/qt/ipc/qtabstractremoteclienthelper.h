@@ -13,12 +13,12 @@ class QtAbstractSocket;
 class QtAutomaticServerLauncher;
 class QtSocketConnectionKeeper;
 
-/// Switches what keeps a link up, the connection keeper and the automatic server launcher, on and
-/// off together. Belongs to the socket's thread.
+/// Enables and disables the connection keeper and the automatic server launcher of a link together.
+/// Belongs to the socket's thread.
 class QtAbstractRemoteClientHelper : public QObject {
     Q_OBJECT
 public:
-    /// Keeper and launcher may be null: then nothing connects, or launches.
+    /// Keeper and launcher may be null.
     QtAbstractRemoteClientHelper(QSharedPointer<QtAbstractSocket> socket,
                                  QSharedPointer<QtSocketConnectionKeeper> keeper,
                                  const QSharedPointer<QtAbstractServerLauncher> &launcher,
@@ -27,7 +27,7 @@ public:
 
     void enable(bool enable);
     bool isEnabled() const { return m_enabled; }
-    /// Launching takes place while this and the helper itself are enabled.
+    /// The launcher is enabled while this and the helper itself are.
     void enableAutomaticServerLauncher(bool enable);
     bool isAutomaticServerLauncherSupported() const { return m_automaticLauncher != nullptr; }
     void applyEnabled();

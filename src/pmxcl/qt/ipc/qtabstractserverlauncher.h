@@ -4,7 +4,7 @@
 
 #include <QObject>
 
-/// Starts the server once when asked to and tells how it went.
+/// Starts the server on request, and reports the result.
 class QtAbstractServerLauncher : public QObject {
     Q_OBJECT
 public:
@@ -13,6 +13,6 @@ public:
     virtual void launchServer() = 0;
 
 Q_SIGNALS:
-    /// The end of each launchServer(), during it or later; code 0 means that it was started.
+    /// The result of each launchServer(), during the call or later; code 0 means started.
     void launchServerFinished(const AbstractError &error);
 };

@@ -26,7 +26,7 @@ constexpr qint32 noLengthYet = -1;
 constexpr int maxSkippedNesting = 10000;
 constexpr auto unreadBytesDelay = 10ms;
 
-/// The socket copies what it is to write: it is not given more while it has so much.
+/// Limit of the socket's write buffer, into which it copies: at this size it is given no more.
 constexpr qint64 enoughToWrite = qint64{128} * 1024;
 
 constexpr int cborErrorSourceLine = 213;
@@ -90,7 +90,7 @@ void QtAbstractSocketBasicIpc::sendPieces(const QList<QByteArray> &pieces)
         rest.first().prepend(length); // a usual message is written with one system call
     else
         rest.prepend(length);
-    // What is not encoded beforehand is one piece, which need not be shared.
+    // A message that was not encoded beforehand is one piece, which is not shared.
     const qsizetype atOnce = 1 + rest.size() - pieces.size();
     for (qsizetype i = 0; i < atOnce && m_connection.waiting.isEmpty(); ++i)
         writeAtOnce(rest.takeFirst());
@@ -206,7 +206,7 @@ bool QtAbstractSocketBasicIpc::readHandshake()
 
 bool QtAbstractSocketBasicIpc::readCborStep(QCborStreamReader &reader)
 {
-    // Asked for first: while a part of an item is missing, the reader still shows what was before.
+    // Checked first: while an item is incomplete, the reader still shows the one before.
     if (isDataMissing(reader))
         return false;
     if (reader.lastError() != QCborError::NoError || !reader.hasNext())

@@ -15,8 +15,8 @@ class QCborStreamReader;
 class QCborStreamWriter;
 
 /**
- * Cuts the byte stream of a socket into messages of bytes, and makes the handshake that may open a
- * connection.
+ * Splits the byte stream of a socket into messages (framing), and performs the handshake, if any,
+ * at the start of a connection.
  *
  * Two encodings, the same in both directions:
  *  - data stream: [magic, version] frame…, a frame being a signed 32-bit big-endian length and as
@@ -25,10 +25,11 @@ class QCborStreamWriter;
  *    byte string per message. Needs a handshake: with version 0 nothing is sent or received.
  *
  * A message may have any length up to 2 GiB - 1 byte. It stays in the socket's buffer until it is
- * there as a whole, and no memory is reserved ahead of the bytes.
+ * complete, and no memory is allocated for bytes that have not arrived.
  *
- * A peer that breaks the protocol is logged, told by fatalError() (category "GenericError") and cut
- * off with QtAbstractSocket::abort(). Belongs to the socket's thread.
+ * When the peer violates the protocol, that is logged, reported by fatalError() (category
+ * "GenericError"), and the connection is closed with QtAbstractSocket::abort(). Belongs to the
+ * socket's thread.
  */
 class QtAbstractSocketBasicIpc : public QObject {
     Q_OBJECT
@@ -36,10 +37,10 @@ public:
     QtAbstractSocketBasicIpc(QSharedPointer<QtAbstractSocket> socket, IpcVersion ipcVersion,
                              bool useCbor, QObject *parent = nullptr);
 
-    /// Nothing while not connected.
+    /// Does nothing while not connected.
     void send(const QByteArray &bytes);
-    /// One message, in the data stream encoding. A long one is given to the socket little by
-    /// little: the pieces are shared until then.
+    /// One message in pieces, in the data stream encoding. A long one is passed to the socket piece
+    /// by piece; the pieces are shared until then.
     void sendPieces(const QList<QByteArray> &pieces);
 
     /// The version that the peer sent; -1 while unknown.
@@ -56,7 +57,7 @@ private Q_SLOTS:
     void writeWaiting();
 
 private:
-    /// What is known of one connection.
+    /// The state of one connection.
     struct ConnectionData {
         QSharedPointer<QCborStreamWriter> cborWriter;
         QSharedPointer<QCborStreamReader> cborReader;
@@ -65,15 +66,15 @@ private:
         bool magicSeen = false;
         /// The length of the frame that is arriving; -1 before it was read.
         qint32 pendingLength = -1;
-        /// Whether the peer has kept to the protocol; nothing more is read once it has not.
+        /// Whether the peer has followed the protocol; after a violation nothing more is read.
         bool intact = true;
-        /// What is to be written when the socket has written enough of what it was given.
+        /// Data to write when the socket's write buffer has room.
         QList<QByteArray> waiting;
     };
 
     void sendHandshake();
     void writeAtOnce(const QByteArray &bytes);
-    /// Both read one step further; false when there is no more to read for now.
+    /// Both do one step of reading; false if there is nothing more to read for now.
     bool readDataStreamStep();
     bool readCborStep(QCborStreamReader &reader);
     bool readHandshake();

@@ -52,7 +52,7 @@ void QtAbstractSocketVhIpc::onReceived(const QByteArray &bytes)
                                "decoded")
                     .arg(bytes.size()));
     }
-    // The message may end the link, and with it this object.
+    // Reentrancy: the message may end the link, and destroy this object.
     const QSharedPointer<QtAbstractVhIpcPart> processor = m_processor;
     if (map || !m_useCbor) {
         processor->processVh(map.value_or(QHash<QString, QVariant>()));

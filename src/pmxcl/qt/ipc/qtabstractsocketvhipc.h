@@ -14,8 +14,8 @@ class QtAbstractSocketBasicIpc;
 class QtAbstractVhIpcPart;
 
 /**
- * Carries messages that are maps of variants over a socket: what arrives goes to the processor's
- * processVh(), what the processor asks to send is sent.
+ * Exchanges messages, which are maps of variants, over a socket: received ones go to the
+ * processor's processVh(), and those of its signal sendVh() are sent.
  *
  * Errors are those of QtAbstractSocketBasicIpc and a CBOR body that cannot be decoded. A data
  * stream body that cannot be decoded reaches the processor as an empty map. Belongs to the socket's
@@ -32,9 +32,9 @@ public:
     QSharedPointer<QtAbstractVhIpcPart> processor() const { return m_processor; }
 
 public Q_SLOTS:
-    /// Nothing while not connected. With the data stream encoding an empty map is not sent.
+    /// Does nothing while not connected. In the data stream encoding an empty map is not sent.
     void send(const QHash<QString, QVariant> &map);
-    /// With the data stream encoding there is no keep-alive message and nothing is sent.
+    /// The data stream encoding has no keep-alive message: nothing is sent.
     void sendKeepAliveMessage();
 
 Q_SIGNALS:

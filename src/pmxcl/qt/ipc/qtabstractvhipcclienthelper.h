@@ -4,7 +4,7 @@
 
 class QtAbstractSocketVhIpc;
 
-/// Launches the server only while the processor of a link has work that requires it.
+/// Enables launching only while the processor of a link has work that requires the server.
 class QtAbstractVhIpcClientHelper : public QtAbstractRemoteClientHelper {
     Q_OBJECT
 public:

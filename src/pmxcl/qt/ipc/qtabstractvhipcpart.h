@@ -8,35 +8,36 @@
 #include <functional>
 #include <optional>
 
-/// One conversation over the link: takes the messages that are meant for it and asks for its own to
-/// be sent. Belongs to the link's thread.
+/// One of the protocols on the link: handles its incoming messages, and emits those to send.
+/// Belongs to the link's thread.
 class QtAbstractVhIpcPart : public QObject {
     Q_OBJECT
 public:
     explicit QtAbstractVhIpcPart(QObject *parent = nullptr);
 
-    /// A message arrived. One that could not be decoded comes as an empty map.
+    /// A message arrived. One that could not be decoded is an empty map.
     virtual void processVh(const QHash<QString, QVariant> &map) = 0;
-    /// The link is up or down. An override calls this one, which keeps the value.
+    /// The link is up or down. An override must call this one, which stores the value.
     virtual void onConnectChanged(bool connected);
 
-    /// Whether the part has all that the rest of the program wants of it; true at first.
+    /// Whether the part has everything that the program needs from it; initially true.
     bool isReady() const { return m_ready; }
     void setReady(bool ready);
-    /// Whether the part has work for which the server must run; false at first.
+    /// Whether the part has work that requires the server to run; initially false.
     bool isRequiringServer() const { return m_requiringServer; }
     void setRequiringServer(bool requiring);
     bool isConnected() const { return m_connected; }
 
-    /// Tells who takes this part's messages, and whether he minds lists that are encoded already.
+    /// Sets the function that says whether the receiver of sendVh() accepts lists that are already
+    /// encoded.
     void setTaker(std::function<bool()> mayBeEncoded);
-    /// Whether a QtEncodedVariantList may stand in a message for the list itself: nobody sees the
-    /// message but the taker, and he writes it as a data stream. Found out once for a connection,
-    /// with the first message.
+    /// Whether a message may contain a QtEncodedVariantList instead of the list itself: only if its
+    /// sole receiver writes it as a data stream. Determined once per connection, with the first
+    /// message.
     bool maySendEncoded();
 
 Q_SIGNALS:
-    /// A message to send. It carries the part's own name under the key "name".
+    /// A message to send. It has the part's own name under the key "name".
     void sendVh(const QHash<QString, QVariant> &map);
     void readyStateChanged(bool ready);
     void requiringServerChanged(bool requiring);

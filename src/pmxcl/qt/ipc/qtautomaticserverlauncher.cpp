@@ -6,7 +6,7 @@
 namespace {
 /// Seconds between launches.
 constexpr int launchSpacing = 180;
-/// A connection of so many seconds was a normal run of the server.
+/// A connection that lasted so many seconds counts as a normal run of the server.
 constexpr double normalRun = 15.0;
 } // namespace
 
@@ -53,7 +53,7 @@ void QtAutomaticServerLauncher::scheduleNextLaunchAttempt()
 {
     if (m_launching || isLaunchScheduled() || m_connected)
         return;
-    // A clock that was set back counts as if it had stood still.
+    // If the clock was set back, no time counts as passed.
     const double sinceLaunch = std::max(std::difftime(m_clock.wallTime(), m_lastLaunchTime), 0.0);
     if (m_lastLaunchTime == 0 || sinceLaunch >= launchSpacing || m_restartDue)
         launchServer();

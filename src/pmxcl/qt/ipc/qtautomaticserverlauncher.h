@@ -12,9 +12,9 @@
 #include <memory>
 
 /**
- * Decides when the server is started: at once when it is enabled while the link is down, at once
- * when a link that was up for at least 15 seconds is lost, otherwise not before 180 seconds have
- * passed since the last launch. Times are calendar seconds. Belongs to one thread.
+ * Decides when to start the server: at once when it is enabled while the link is down, or when a
+ * link that was up for at least 15 seconds is lost; otherwise not until 180 seconds after the last
+ * launch. Times are calendar seconds. Belongs to one thread.
  */
 class QtAutomaticServerLauncher : public QObject {
     Q_OBJECT
@@ -25,7 +25,7 @@ public:
 
     void enable(bool enable);
     bool isEnabled() const { return m_enabled; }
-    /// Nothing while connected.
+    /// Does nothing while connected.
     void launchServer();
 
     bool isLaunchScheduled() const;
@@ -36,7 +36,7 @@ public Q_SLOTS:
     void onConnectedStateChanged(bool connected);
 
 Q_SIGNALS:
-    /// Failed or not, after what follows from it was set up.
+    /// Failed or not; emitted after the next launch was scheduled.
     void launchServerFinished(const AbstractError &error);
 
 private Q_SLOTS:
@@ -51,8 +51,8 @@ private:
     bool m_connected = false;
     std::time_t m_lastLaunchTime = 0;
     std::time_t m_lastConnectedTime = 0;
-    /// A connection that was a normal run was lost and no launch has answered that yet. Once only:
-    /// a server that cannot be started any more must not be tried without a pause.
+    /// A connection that counts as a normal run was lost, and there was no launch since. Allows one
+    /// immediate launch only: a server that cannot be started must not be retried without a pause.
     bool m_restartDue = false;
     const std::unique_ptr<QtSingleShotTimer> m_launchTimer;
 };

@@ -4,7 +4,8 @@
 
 namespace {
 
-// RFC 8949, section 3: an initial byte is a major type of three bits and five bits of information.
+// RFC 8949, section 3: an initial byte has a major type (3 bits) and additional information (5
+// bits).
 enum MajorType : quint8 {
     UnsignedInteger = 0,
     NegativeInteger = 1,
@@ -17,8 +18,8 @@ enum MajorType : quint8 {
 };
 constexpr int infoBits = 5;
 constexpr quint8 infoMask = 0x1F;
-/// The argument is the information itself below this value, and in the next 1, 2, 4 or 8 bytes from
-/// it on.
+/// Below this value the additional information is the argument itself; from it on, the argument is
+/// in the next 1, 2, 4 or 8 bytes.
 constexpr quint8 oneByteArgument = 24;
 constexpr quint8 twoByteArgument = 25;
 constexpr quint8 fourByteArgument = 26;

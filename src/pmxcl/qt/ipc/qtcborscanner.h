@@ -5,9 +5,9 @@
 #include <QByteArrayView>
 
 /**
- * Looks through one CBOR data item (RFC 8949) and tells whether it is safe to let QCborValue read
- * it: counts and lengths are held against the bytes that are there, and nesting is bounded. Whether
- * texts are valid UTF-8 and the like is left to QCborValue. Bytes after the item are ignored.
+ * Scans one CBOR data item (RFC 8949), and says whether QCborValue can safely decode it: counts and
+ * lengths must fit into the available bytes, and nesting is limited. Other checks, such as valid
+ * UTF-8, are left to QCborValue. Bytes after the item are ignored.
  */
 class QtCborScanner {
 public:
@@ -21,7 +21,7 @@ private:
     bool scanString(quint8 majorType, quint8 info);
     bool scanItems(quint8 info, quint64 itemsPerEntry, int depth);
     bool readArgument(quint8 info, quint64 &argument);
-    /// Whether the next byte ends what has an indefinite length; if so it is taken.
+    /// Whether the next byte ends an item of indefinite length ("break"); if so, consumes it.
     bool takeBreak();
 
     QtScanCursor m_cursor;

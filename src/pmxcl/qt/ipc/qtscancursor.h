@@ -4,10 +4,10 @@
 #include <QtEndian>
 
 /**
- * Walks over received bytes before anything is built from them, and keeps count of what they have
- * announced: a body that announces more items than its bytes can hold is found out when it does so.
+ * A cursor over received bytes that scans them before they are decoded. It tracks how many items
+ * the bytes have announced: a body that announces more items than its bytes can hold fails at once.
  *
- * Every function is false, and the walk over, when the bytes do not suffice.
+ * Every function returns false if there are too few bytes; then the scan is over.
  */
 class QtScanCursor {
 public:
@@ -37,7 +37,7 @@ public:
     }
     QByteArrayView rest() const { return m_bytes; }
 
-    /// So many items follow, one after another, each of at least minSize bytes.
+    /// Announces that so many items follow, each of at least minSize bytes.
     bool announce(quint64 count, quint64 minSize)
     {
         if (count > free() / minSize)
@@ -45,11 +45,11 @@ public:
         m_announced += count * minSize;
         return true;
     }
-    /// The next one of the announced items begins here.
+    /// The next announced item begins here.
     void begin(quint64 minSize) { m_announced -= minSize; }
 
 private:
-    /// Bytes that no announced item lays claim to.
+    /// Bytes that are not reserved for announced items.
     quint64 free() const { return static_cast<quint64>(m_bytes.size()) - m_announced; }
 
     QByteArrayView m_bytes;

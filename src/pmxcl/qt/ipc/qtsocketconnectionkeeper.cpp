@@ -8,12 +8,12 @@
 
 namespace {
 
-/// A connection that lasted longer makes the waits start anew, in milliseconds.
+/// A connection that lasted longer resets the backoff, in milliseconds.
 constexpr qint64 shortConnection = 2999;
-/// Longer waits need no precise timer, in milliseconds.
+/// From this delay on, a coarse timer is enough, in milliseconds.
 constexpr int longestPreciseWait = 1999;
 
-// The error by which sockets report that a proxy wants credentials.
+// The error code of sockets for a proxy that requires credentials.
 constexpr std::string_view proxyAuthCategory = "QtAbstractSocketError";
 constexpr int proxyAuthCode = 13;
 
@@ -70,7 +70,7 @@ void QtSocketConnectionKeeper::connect()
 void QtSocketConnectionKeeper::forceConnect()
 {
     m_currentRetryInterval = m_minRetryInterval;
-    // A long wait that was begun before must not stand in the way of the next, short one.
+    // A long delay that is already running must not postpone the next, short one.
     m_reconnectTimer->stop();
     connect();
 }

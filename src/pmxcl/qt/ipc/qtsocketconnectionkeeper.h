@@ -12,9 +12,9 @@
 #include <optional>
 
 /**
- * Keeps a socket connected while it is enabled: connects, and when an attempt fails or a connection
- * ends tries again after a wait that doubles from the minimum to the maximum. A connection that
- * lasted at least 3 seconds starts the waits anew. Belongs to the socket's thread.
+ * Keeps a socket connected while it is enabled: connects, and reconnects after a failed attempt or
+ * the end of a connection, with exponential backoff from the minimum to the maximum delay. A
+ * connection that lasted at least 3 seconds resets the backoff. Belongs to the socket's thread.
  */
 class QtSocketConnectionKeeper : public QObject {
     Q_OBJECT
@@ -23,23 +23,23 @@ public:
                                       QObject *parent = nullptr,
                                       QtClock &clock = QtClock::system());
 
-    /// An empty address, as at first, is never connected to.
+    /// With an empty address, the initial value, nothing is connected.
     void setServerAddress(const QtAbstractServerAddress &address);
-    /// Milliseconds, 300 and 3000 at first. Ignored when min is negative or more than max; a max of
-    /// 0 becomes 1.
+    /// Milliseconds, initially 300 and 3000. Ignored if min is negative or greater than max; a max
+    /// of 0 becomes 1.
     void setRetryInterval(int min, int max);
 
     void enable(bool enable);
     bool isEnabled() const { return m_enabled; }
     bool isOkToConnect() const;
     void connect();
-    /// Connects now and starts the waits anew, in place of one that is under way.
+    /// Connects now, instead of after the current delay, and resets the backoff.
     void forceConnect();
 
 public Q_SLOTS:
     void onSocketStateChanged();
     void onScheduledReconnect();
-    /// The proxy's credentials were provided; no attempt was made since it asked for them.
+    /// The proxy's credentials were provided; no attempt was made since the proxy required them.
     void onGotProxyAuth();
 
 private:
@@ -53,7 +53,7 @@ private:
     int m_minRetryInterval = 300;
     int m_currentRetryInterval = 300;
     int m_maxRetryInterval = 3000;
-    /// When the connection came up, on the monotonic clock; empty while there is none.
+    /// The start of the connection, on the monotonic clock; empty while there is none.
     std::optional<qint64> m_connectedSince;
     const std::unique_ptr<QtSingleShotTimer> m_reconnectTimer;
 };

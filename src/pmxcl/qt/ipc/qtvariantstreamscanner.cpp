@@ -7,12 +7,12 @@
 
 namespace {
 
-// The least that an item takes up: the length of a text, and the type and null flag of a variant.
+// The minimum sizes of items: the length of a text; the type and null flag of a variant.
 constexpr quint64 minTextSize = sizeof(quint32);
 constexpr quint64 minVariantSize = sizeof(quint32) + sizeof(qint8);
 constexpr quint64 minEntrySize = minTextSize + minVariantSize;
 
-/// Bytes of a value whose type fixes them; -1 for other types.
+/// The size of a value of a fixed-size type, in bytes; -1 for other types.
 int fixedSize(quint32 type)
 {
     switch (type) {
@@ -56,8 +56,8 @@ int fixedSize(quint32 type)
     }
 }
 
-/// Whether a name, in big-endian UTF-16, may be looked up among the files of the time zone
-/// database: without dots it does not lead out of their folder.
+/// Whether a name, in big-endian UTF-16, may be looked up in the files of the time zone database:
+/// without dots it cannot lead out of their folder (path traversal).
 bool isTimeZoneName(QByteArrayView name)
 {
     constexpr qsizetype maxSize = 128;
@@ -70,7 +70,7 @@ bool isTimeZoneName(QByteArrayView name)
     return true;
 }
 
-/// The name that QTimeZone gives to a zone of its own making.
+/// The name of a custom QTimeZone.
 constexpr QByteArrayView customTimeZone("\0O\0f\0f\0s\0e\0t\0F\0r\0o\0m\0U\0t\0c", 26);
 
 } // namespace

@@ -5,14 +5,14 @@
 #include <QByteArrayView>
 
 /**
- * Looks through a QHash<QString, QVariant> as QDataStream writes it (version Qt_5_12) and tells
- * whether it is safe to let QDataStream read it.
+ * Scans a QHash<QString, QVariant> in QDataStream's format (version Qt_5_12), and says whether
+ * QDataStream can safely decode it.
  *
- * QDataStream descends into lists as deep as they go, and makes a value of whatever type is named.
- * Here counts and lengths are held against the bytes that are there, nesting and the lookups of
- * time zones are bounded, and only plain values let in: numbers, texts, byte arrays, bit arrays,
- * dates and times, URLs, UUIDs, geometry, and lists, maps and hashes of them. Bytes after the hash
- * are ignored.
+ * QDataStream itself recurses into lists without a limit, and creates values of any type that the
+ * bytes name. The scanner checks that counts and lengths fit into the available bytes, limits
+ * nesting and lookups of time zones, and accepts only plain values: numbers, texts, byte arrays,
+ * bit arrays, dates and times, URLs, UUIDs, geometry, and lists, maps and hashes of them. Bytes
+ * after the hash are ignored.
  */
 class QtVariantStreamScanner {
 public:
@@ -27,11 +27,11 @@ private:
     bool scanMap(int depth);
     bool scanDateTime();
     bool scanTimeZone();
-    /// A length and as many bytes.
+    /// A length, and as many bytes.
     bool scanBytes();
     bool scanText();
     bool takeBytes(QByteArrayView &bytes);
-    /// A count and as many items of at least minSize bytes, each of which the function scans.
+    /// A count, and as many items of at least minSize bytes, each scanned by the function.
     template <typename ScanItem> bool scanItems(quint64 minSize, ScanItem scanItem);
 
     QtScanCursor m_cursor;

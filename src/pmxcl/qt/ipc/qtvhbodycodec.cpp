@@ -12,7 +12,7 @@
 
 namespace {
 
-/// CBOR knows lists of values only.
+/// CBOR has only lists of values.
 QVariant withoutEncodedLists(const QVariant &value)
 {
     if (value.typeId() == qMetaTypeId<QtEncodedVariantList>())

@@ -9,23 +9,23 @@
 #include <optional>
 
 /**
- * The bytes of a message that is a map of variants, in the two encodings of the link. Both decoders
- * take bytes from anybody: time and memory follow the size of the body, and nothing is made but
- * plain values.
+ * Encodes and decodes messages, which are maps of variants, in the two encodings of the link. Both
+ * decoders are safe for untrusted bytes: time and memory are linear in the size of the body, and
+ * only plain values are created.
  */
 namespace QtVhBodyCodec {
 
-/// As QDataStream writes a QHash<QString, QVariant>, version Qt_5_12. An empty map has no bytes.
+/// QDataStream's format of a QHash<QString, QVariant>, version Qt_5_12. An empty map has no bytes.
 QByteArray toDataStream(const QHash<QString, QVariant> &map);
 /// The same in pieces, see QtEncodedVariantList.
 QList<QByteArray> toDataStreamPieces(const QHash<QString, QVariant> &map);
-/// Nothing when the body cannot be decoded or is not safe to read, see QtVariantStreamScanner.
+/// Nothing if the body cannot be decoded, or not safely: see QtVariantStreamScanner.
 std::optional<QHash<QString, QVariant>> fromDataStream(const QByteArray &body);
 
-/// A CBOR map with texts for keys.
+/// A CBOR map with text keys.
 QByteArray toCbor(const QHash<QString, QVariant> &map);
-/// Nothing when the body is not CBOR or is not safe to read, see QtCborScanner; an empty map when
-/// it is something else than a map. Tags do not count.
+/// Nothing if the body cannot be decoded, or not safely: see QtCborScanner; an empty map if it is
+/// not a map. Tags are ignored.
 std::optional<QHash<QString, QVariant>> fromCbor(const QByteArray &body);
 
 } // namespace QtVhBodyCodec

@@ -124,7 +124,7 @@ QtVhIpcCompositePart::allowedPart(const QHash<QString, QVariant> &map) const
 
 void QtVhIpcCompositePart::reportConnectedStateToAll()
 {
-    // A part that is told may add others.
+    // Reentrancy: the notified part may add others.
     const QStringList names = m_parts.keys();
     for (const QString &name : names)
         reportConnectedStateIfRequired(m_parts[name]);

@@ -8,13 +8,14 @@
 class QtToggleSwitchObject;
 
 /**
- * Lets several parts share one link: a message goes to the part whose name it carries under the key
- * "name". Messages for unknown parts, and those that a closed gate stops, are dropped silently.
+ * Lets several parts share one link: a message is dispatched to the part whose name it has under
+ * the key "name". Messages for unknown parts, and those blocked by a closed gate, are dropped
+ * silently.
  *
- * Two gates may hold parts back. A part is told of a connection only once its gates are open; a
- * gate that closes later stops its messages without telling it of a disconnection.
+ * A part may depend on two gates. It is notified of a connection only once its gates are open; a
+ * gate that closes later blocks its messages, but does not notify it of a disconnection.
  *
- * Ready when all parts are; requires the server when one part does.
+ * Ready when all parts are; requires the server when any part does.
  */
 class QtVhIpcCompositePart : public QtAbstractVhIpcPart {
     Q_OBJECT
@@ -24,10 +25,10 @@ public:
                          const QSharedPointer<QtToggleSwitchObject> &secondGate,
                          QObject *parent = nullptr);
 
-    /// The first part that is added under a name stays.
+    /// A second part with the same name is ignored.
     void addPart(const QString &name, const QSharedPointer<QtAbstractVhIpcPart> &part,
                  bool needsFirstGate, bool needsSecondGate);
-    /// Null when there is none of that name.
+    /// Null if there is none of that name.
     QSharedPointer<QtAbstractVhIpcPart> part(const QString &name) const;
 
     /// Logs a change.
@@ -50,7 +51,7 @@ private:
     void onPartRequiringServerChanged(bool requiring);
 
     bool isAllowed(const Part &record) const;
-    /// The part that a message is meant for or comes from; null when the message may not pass.
+    /// The part that receives or sent a message; null if the message is blocked.
     QSharedPointer<QtAbstractVhIpcPart> allowedPart(const QHash<QString, QVariant> &map) const;
     void reportConnectedStateToAll();
     void reportConnectedStateIfRequired(Part &record);

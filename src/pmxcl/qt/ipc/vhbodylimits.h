@@ -1,10 +1,10 @@
 #pragma once
 
-/// What a received message may ask for. Messages of honest peers stay far below.
+/// Limits for received messages. Legitimate messages stay far below them.
 namespace VhBodyLimits {
-/// Levels of lists and maps, the message itself being the first. Decoding descends, and the stack
-/// is finite.
+/// Nesting of lists and maps, the message itself being the first level. Decoding is recursive, and
+/// the stack is finite.
 constexpr int maxDepth = 100;
-/// Date-times with a time zone: each may be looked up in the file system.
+/// Date-times with a time zone: each may need a lookup in the file system.
 constexpr int maxTimeZones = 1000;
 } // namespace VhBodyLimits

@@ -7,10 +7,10 @@
 #include <optional>
 
 /**
- * Settings that live as long as this object.
+ * Settings in memory only.
  *
- * Any thread. Signals are emitted on the thread that made the change, after the lock was let go.
- * A value is never taken away by itself: one that equals its default stays once it was set.
+ * Any thread. Signals are emitted on the thread that made the change, after the lock was released.
+ * A value that was set stays set, even if it equals its default.
  */
 class QtAppSettingsInMemoryManager : public QtAppAbstractSettingsManager {
     Q_OBJECT
@@ -25,20 +25,20 @@ public:
     Values allDefaultValues() const override;
     /// Replaces the defaults first, so that slots for allValuesChanged() see both.
     void setAll(const Values &values, const Values &defaultValues, const QString &source) override;
-    /// Emits allValuesChanged(), whether anything differs or not.
+    /// Emits allValuesChanged(), even if nothing differs.
     void setAllValues(const Values &values, const QString &source) override;
     void setAllDefaultValues(const Values &values) override;
-    /// Takes over, in the order of the list, the pairs that differ from value(), and reports them
-    /// with valuesChanged(); nothing when none does.
+    /// Sets, in the order of the list, the pairs that differ from value(), and emits
+    /// valuesChanged() with them, unless there are none.
     void setValues(const QList<std::pair<QString, QString>> &values,
                    const QString &source) override;
-    /// Forgets all values and emits settingsResetToDefaults(); nothing when there are none.
+    /// Removes all values and emits settingsResetToDefaults(), unless there are none.
     void resetToDefaults(const QString &source) override;
 
 protected:
     /// The value that was set, if one was; unlike value(), never a default.
     std::optional<QString> ownValue(const QString &key) const;
-    /// Takes over the values of keys that have none, and emits allValuesChanged().
+    /// Sets the values of keys that have none, and emits allValuesChanged().
     void addValues(const Values &values, const QString &source);
 
 private:

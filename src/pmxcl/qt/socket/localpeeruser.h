@@ -7,8 +7,8 @@
 class QLocalSocket;
 
 /**
- * The user as which the process at the other end of a connection ran when it began to listen
- * (SO_PEERCRED, see unix(7)); nothing when that cannot be told.
+ * The user of the process at the other end of a connection, at the time when it began to listen
+ * (SO_PEERCRED, see unix(7)); nothing if unknown.
  *
  * Any user can create a socket of an expected name in a shared folder, so clients check the peer
  * before anything is read or written.

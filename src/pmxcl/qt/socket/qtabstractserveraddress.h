@@ -3,7 +3,7 @@
 #include <QHostAddress>
 #include <QString>
 
-/// Where a server is: a value of one of four kinds. The program itself uses local server names.
+/// The address of a server, of one of four kinds. The program itself uses local server names.
 class QtAbstractServerAddress {
 public:
     enum Kind {
@@ -16,7 +16,7 @@ public:
     explicit QtAbstractServerAddress(const QString &localServerName);
     explicit QtAbstractServerAddress(qint64 numericId);
     QtAbstractServerAddress(const QHostAddress &hostAddress, quint16 port);
-    /// The extra string is carried along for the transport that knows its meaning.
+    /// The meaning of the extra string depends on the transport.
     QtAbstractServerAddress(const QString &hostName, quint16 port, const QString &extra);
 
     int kind() const { return m_kind; }

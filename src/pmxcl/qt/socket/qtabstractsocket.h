@@ -7,9 +7,9 @@
 #include <QObject>
 
 /**
- * A connection to a server, whatever carries it. Belongs to one thread.
+ * A connection to a server over any transport. Belongs to one thread.
  *
- * An attempt that fails is told by errorOccurred() and stateChanged(); nothing is retried here.
+ * A failed attempt is reported by errorOccurred() and stateChanged(); it is not retried here.
  */
 class QtAbstractSocket : public QObject {
     Q_OBJECT
@@ -29,11 +29,11 @@ public:
 
     virtual void connectToServer(const QtAbstractServerAddress &address,
                                  QIODeviceBase::OpenMode mode) = 0;
-    /// Closes after what was written has left.
+    /// Closes after all written data has been sent.
     virtual void disconnectFromHost() = 0;
-    /// Closes at once; what was written and has not left is dropped.
+    /// Closes at once; written data that has not been sent is dropped.
     virtual void abort() = 0;
-    /// The device that carries the bytes; may be null.
+    /// The device to read and write; may be null.
     virtual QIODevice *ioDevice() const = 0;
     /// True between connectedStateChanged(true) and connectedStateChanged(false).
     virtual bool isConnected() const = 0;
@@ -41,15 +41,15 @@ public:
     /// The last error.
     virtual AbstractError error() const = 0;
 
-    /// Tells the peer that nothing more will come; what the peer still says is received. To be
-    /// called when all that was written has left. Without effect where the transport knows no such
-    /// thing.
+    /// Half-close: tells the peer that no more data will come; data from the peer is still
+    /// received. Call it when all written data has been sent. No effect if the transport does not
+    /// support it.
     virtual void closeSending();
-    /// Whether the peer has taken all that has left this process, as far as the transport can tell.
+    /// Whether the peer has read all sent data, as far as the transport knows.
     virtual bool hasPeerTakenAll() const;
-    /// Writes past the device, which has nothing to write, without waiting for the event loop, and
-    /// returns how many bytes; the device is to be given the others. Emits no signal: what fails is
-    /// told when the device is used. 0 where the transport cannot do it.
+    /// Writes directly, bypassing the device, whose write buffer must be empty, and the event loop.
+    /// Returns the number of written bytes; write the others to the device. Emits no signal: an
+    /// error shows when the device is used. 0 if the transport does not support it.
     virtual qint64 writeAtOnce(QByteArrayView bytes);
 
     bool isConnecting() const;

@@ -63,13 +63,13 @@ AbstractError localSocketError(QLocalSocket::LocalSocketError error, const QStri
                          text.toStdString());
 }
 
-/// Where Qt has sockets of a name that is no path.
+/// Qt's folder for sockets whose name is not a path.
 QString pathOfServer(const QString &name)
 {
     return name.startsWith(u'/') ? name : QDir::cleanPath(QDir::tempPath()) + u'/' + name;
 }
 
-/// Why no connection can be made, for the log; empty when there is simply no listener.
+/// Why no connection is possible, for the log; empty if there is just no listener.
 QString obstacleAt(const QString &path, std::optional<uid_t> requiredUser,
                    QLocalSocket::LocalSocketError error)
 {
@@ -85,10 +85,10 @@ QString obstacleAt(const QString &path, std::optional<uid_t> requiredUser,
         return QStringLiteral("another file is in its place");
     if (requiredUser && file.st_uid != *requiredUser)
         return QStringLiteral("it belongs to user %1").arg(file.st_uid);
-    // What a server leaves behind that could not tidy up.
+    // Left behind by a server that could not clean up.
     if (error == QLocalSocket::ConnectionRefusedError)
         return {};
-    // By its name: the text is in the user's language.
+    // The error's name, as its text is in the user's language.
     return QLatin1String(QMetaEnum::fromType<QAbstractSocket::SocketError>().valueToKey(error));
 }
 
@@ -156,8 +156,8 @@ void QtLocalSocket::attempt(const Attempt &attempt)
     if (!self || !m_socket || m_socket->state() != QLocalSocket::ConnectingState)
         return;
 
-    // connect(2) said EAGAIN: the queue is full. QLocalSocket would try again without a pause, for
-    // ever, and cannot be made to give up otherwise: abort() leaves it in its connecting state.
+    // connect(2) returned EAGAIN: the queue is full. QLocalSocket would retry without a pause,
+    // forever, and can be stopped only in this way: abort() leaves it in its connecting state.
     {
         const QSignalBlocker silence(m_socket.data());
         m_socket->abort();
@@ -307,12 +307,12 @@ void QtLocalSocket::onError(QLocalSocket::LocalSocketError error)
 
 void QtLocalSocket::onSocketStateChanged(QLocalSocket::LocalSocketState state)
 {
-    // The second and later attempts at a full queue are no news.
+    // A retry at a full queue is not reported as a new attempt.
     if (m_phase == Phase::FullQueue && state == QLocalSocket::ConnectingState) {
         m_phase = Phase::Idle;
         return;
     }
-    // Before connected() the descriptor, and by it the server's user, cannot be asked for yet.
+    // Before connected(), the descriptor, and thereby the server's user, is not available.
     const bool isForConnected = m_requiredServerUser && state == QLocalSocket::ConnectedState;
     if (isForConnected)
         return;
@@ -368,8 +368,8 @@ void QtLocalSocket::refuse(std::optional<uid_t> user)
     m_ownError = localSocketError(QLocalSocket::SocketAccessError, text, __LINE__);
     m_phase = Phase::Refusing;
 
-    // QLocalSocket is in the middle of telling that it is connected, and would close the descriptor
-    // twice if it were aborted now. What it tells until then, and what it reads, is ignored.
+    // Reentrancy: QLocalSocket is just emitting its signals for the connection, and would close the
+    // descriptor twice if it were aborted now. Until then, its signals and data are ignored.
     m_socket->blockSignals(true);
     QMetaObject::invokeMethod(this, &QtLocalSocket::closeRefused, Qt::QueuedConnection);
 }

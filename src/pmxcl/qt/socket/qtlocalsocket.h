@@ -13,7 +13,7 @@
 /**
  * A QtAbstractSocket over a local-domain socket.
  *
- * It connects on its own, or takes a socket that a QLocalServer accepted and is then connected from
+ * It connects to a server, or wraps a socket that a QLocalServer accepted, which is connected from
  * the start. States that have no counterpart in QtAbstractSocket::SocketState are -1.
  *
  * Errors are of the category "QtLocalSocketError", see the table in the source. Any reason other
@@ -22,22 +22,22 @@
 class QtLocalSocket : public QtAbstractSocket {
     Q_OBJECT
 public:
-    /// Without a socket it makes one of its own. A socket that has a parent, as one accepted by a
-    /// QLocalServer does, is shared with QObject::deleteLater() for its deleter.
+    /// Without a socket it creates one. For a socket that has a parent, such as one accepted by a
+    /// QLocalServer, use QObject::deleteLater() as the deleter.
     explicit QtLocalSocket(QSharedPointer<QLocalSocket> socket = {}, QObject *parent = nullptr);
 
     ~QtLocalSocket() override;
 
     /**
-     * From now on connects only to servers that run as this user. Anybody can make a socket of an
-     * expected name in a shared folder; a server of someone else, or one whose user cannot be told,
-     * is never reported as connected: it is logged, and the attempt fails with SocketAccessError
+     * From now on connects only to servers that run as this user. Any user can create a socket of
+     * the expected name in a shared folder. Another user's server, or one whose user is unknown, is
+     * never reported as connected: it is logged, and the attempt fails with SocketAccessError
      * (code 4) before anything is read or written.
      */
     void setRequiredServerUser(uid_t user);
 
-    /// How long a server whose queue of connections is full is tried, in milliseconds. After that
-    /// the attempt has failed, with SocketTimeoutError (code 6).
+    /// How long to retry a server whose queue of connections is full, in milliseconds. After that,
+    /// the attempt fails with SocketTimeoutError (code 6).
     static constexpr int fullQueueWithinMs = 1000;
 
     /// Does nothing for an address that is not a local server name. When called from a slot for the
@@ -46,7 +46,7 @@ public:
                          QIODeviceBase::OpenMode mode) override;
     void disconnectFromHost() override;
     void abort() override;
-    /// Null once the local socket is gone; nothing has an effect then.
+    /// Null once the local socket was destroyed; then no function has an effect.
     QIODevice *ioDevice() const override;
     bool isConnected() const override;
     SocketState state() const override;
@@ -63,18 +63,18 @@ private Q_SLOTS:
     void onSocketStateChanged(QLocalSocket::LocalSocketState state);
 
 private:
-    /// What QLocalSocket's own state does not say.
+    /// The state, as far as QLocalSocket's own state does not cover it.
     enum class Phase {
-        /// Not connected: the local socket's state says all.
+        /// Only the local socket's state counts.
         Idle,
         /// The server's queue is full: the local socket is idle between two attempts.
         FullQueue,
-        /// The server was found to be of another user and is not closed yet; the local socket is
-        /// silent meanwhile.
+        /// The server belongs to another user, and the connection is not closed yet; meanwhile the
+        /// local socket's signals are ignored.
         Refusing,
         Connected,
-        /// Telling that a connection, or an attempt, has ended. The local socket empties its
-        /// buffers only afterwards: what a new connection were given to write now would be lost.
+        /// Emitting the signals for the end of a connection or an attempt. The local socket clears
+        /// its buffers only afterwards: data written to a new connection now would be lost.
         Ending,
         /// The same, while connectedStateChanged(false) is still to come.
         EndingConnected,
@@ -99,13 +99,13 @@ private:
     QSharedPointer<QLocalSocket> m_socket;
     Phase m_phase = Phase::Idle;
     std::optional<uid_t> m_requiredServerUser;
-    /// The last attempt to connect, and until when a full queue is waited for.
+    /// The last attempt to connect, and the deadline for retrying a full queue.
     Attempt m_attempt;
     QDeadlineTimer m_attemptDeadline;
     QTimer m_attemptTimer;
-    /// To be connected to once the end has been told.
+    /// Where to connect once the signals for the end were emitted.
     std::optional<Attempt> m_postponed;
-    /// Why the last attempt failed, where the local socket does not know.
+    /// The error of the last attempt, if it is not the local socket's.
     std::optional<AbstractError> m_ownError;
     QString m_loggedObstacle;
 };

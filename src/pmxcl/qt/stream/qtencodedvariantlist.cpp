@@ -34,7 +34,7 @@ void QtEncodedVariantList::append(QByteArrayView encodedVariant)
 {
     if (m_pieces.isEmpty() || m_pieces.constLast().size() + encodedVariant.size() > pieceSize) {
         m_pieces.emplaceBack();
-        // A short list has no need of all that.
+        // A short list does not need it all.
         if (m_pieces.size() > 1)
             m_pieces.last().reserve(pieceSize);
     }

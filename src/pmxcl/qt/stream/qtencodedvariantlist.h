@@ -6,12 +6,12 @@
 #include <QVariantList>
 
 /**
- * Stands in a message for a list of variants that is encoded already, as QDataStream would do it
- * (version Qt_5_12): a list of many records takes a fraction of the memory so. A variant that holds
- * one converts to a QVariantList, and is not equal to it.
+ * A list of variants in a message, already encoded in QDataStream's format (version Qt_5_12): for
+ * many records this takes a fraction of the memory. A variant that holds one can be converted to a
+ * QVariantList, but does not compare equal to it.
  *
- * The bytes are in pieces of some 64 KiB, shared by all copies: whoever sends them can let go of
- * each when it is sent.
+ * The bytes are in pieces of about 64 KiB, shared by all copies, so that a sender can release each
+ * piece once it is sent.
  */
 class QtEncodedVariantList {
 public:
@@ -22,7 +22,7 @@ public:
     const QList<QByteArray> &pieces() const { return m_pieces; }
     QVariantList decoded() const;
 
-    /// One variant, with its type before it.
+    /// One variant, preceded by its type.
     void append(QByteArrayView encodedVariant);
 
     bool operator==(const QtEncodedVariantList &) const = default;

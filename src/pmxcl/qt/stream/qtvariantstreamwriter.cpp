@@ -20,14 +20,14 @@
 
 namespace {
 
-/// Room for a usual message, so that it does not grow piece by piece.
+/// Initial capacity: enough for a usual message, to avoid reallocations.
 constexpr qsizetype usualSize = 2048;
 
 /// The type and the null flag of a variant.
 constexpr qsizetype headSize = sizeof(quint32) + sizeof(quint8);
 
-/// So many items of a list are written before room for the rest is made, and not for more bytes
-/// than these. A message of megabytes that grows by doubling is copied as a whole again and again.
+/// After so many items of a list, memory for the rest is reserved, up to so many bytes. Otherwise a
+/// message of megabytes, growing by doubling, would be copied as a whole again and again.
 constexpr qsizetype sampleItems = 16;
 constexpr qsizetype maxReserve = qsizetype{64} * 1024 * 1024;
 
@@ -140,7 +140,7 @@ void QtVariantStreamWriter::writeEncoded(const QtEncodedVariantList &list)
     writeCount(static_cast<quint32>(list.count()));
     m_pieces.append(std::exchange(m_bytes, {}));
     m_pieces.append(list.pieces());
-    // They stand in the piece that has ended.
+    // They are in the piece that has ended.
     m_writtenHashes.fill({});
 }
 
@@ -198,7 +198,7 @@ void QtVariantStreamWriter::writeList(const QVariantList &list)
     }
 }
 
-/// The items of a long list are alike: what the first ones took tells what the others will take.
+/// The items of a long list are alike: the size of the first ones predicts that of the others.
 void QtVariantStreamWriter::reserveForItems(qsizetype sampleSize, qsizetype moreItems)
 {
     const qsizetype itemSize = (sampleSize + sampleSize / 8) / sampleItems;
@@ -245,7 +245,7 @@ void QtVariantStreamWriter::writeString(const QString &text)
     const qsizetype size = text.size() * qsizetype(sizeof(char16_t));
     char *const at = append(qsizetype(sizeof(quint32)) + size);
     qToBigEndian(static_cast<quint32>(size), at);
-    // Not utf16(), which makes a copy of every text that stands in the program itself.
+    // Not utf16(), which copies every string literal.
     qToBigEndian<char16_t>(text.constData(), text.size(), at + sizeof(quint32));
 }
 
