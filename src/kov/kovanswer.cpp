@@ -28,7 +28,7 @@ constexpr qint64 millisecondsPerSecond = 1000;
 /// The longest wait that a server can ask for (Retry-After).
 constexpr qint64 longestRetryAfterMs = 3600 * millisecondsPerSecond;
 
-/// Decimal digits and nothing else; -1 for anything else, and for what does not fit.
+/// Decimal digits only; -1 for anything else, and for a number that does not fit.
 qint64 toLength(const QByteArray &text)
 {
     const bool digits = !text.isEmpty()
@@ -219,8 +219,7 @@ KovFailure checkFirstAnswer(const KovAnswer &answer, const KovDownloadRequest &r
         return lastingFailure(
             QStringLiteral("the server sent another file: %1 bytes, not %2")
                 .arg(QString::number(answer.totalBytes), QString::number(request.announcedBytes)));
-    // A page that asks for a login is no file. The name in the answer is its server's word that it
-    // is.
+    // A web page instead of the file is usually a login form, unless the response has a file name.
     const QString announced = KovFileName::sanitized(request.suggestedName);
     const QString name = announced.isEmpty() ? KovFileName::fromUrl(request.url) : announced;
     if (isHtml(answer.contentType) && answer.fileName.isEmpty() && promisesFile(name))

@@ -35,22 +35,22 @@ struct KovFailure {
 KovFailure passingFailure(const QString &text);
 KovFailure lastingFailure(const QString &text);
 
-/// The text with everything replaced that a terminal, a log or a notification would not show but
-/// obey: control and formatting characters, and half characters.
+/// The text with control and formatting characters and unpaired surrogates replaced, which a
+/// terminal, a log or a notification would interpret instead of showing them.
 QString printable(const QString &text);
 
-/// A time in the form that HTTP has for it (RFC 9110, 5.6.7); invalid for any other text.
+/// Parses an HTTP date (RFC 9110, 5.6.7); invalid for any other text.
 QDateTime toHttpDate(const QByteArray &text);
 
-/// What a server says before the first byte of a file.
+/// The information in a server's response before the first byte of a file.
 struct KovAnswer {
     int status = 0;
     QUrl url = {};
-    /// Of the whole file; -1 when it does not say.
+    /// Of the whole file; -1 if unknown.
     qint64 totalBytes = -1;
-    /// Of the body of this answer; -1 when it does not say.
+    /// Of the body of this answer; -1 if unknown.
     qint64 bodyBytes = -1;
-    /// With which byte of the file the body begins.
+    /// The offset in the file at which the body begins.
     qint64 from = 0;
     bool acceptsRanges = false;
     KovValidators validators = {};
@@ -58,11 +58,11 @@ struct KovAnswer {
     QByteArray contentEncoding = {};
     QByteArray contentType = {};
     QString fileName = {};
-    /// What is wrong with the answer itself, whatever was asked.
+    /// What is wrong with the answer itself, whatever the request.
     KovFailure failure = {};
 
-    /// Of a reply whose header is there. When the name of the file says that it is compressed and
-    /// so does its type, the encoding is a mistake of the server, and left out.
+    /// Of a reply whose headers have arrived. If both name and type of the file are those of a
+    /// compressed one, the encoding is a mistake of the server, and is left out.
     static KovAnswer of(const QNetworkReply &reply);
     /// Whether a URL holds the file itself (RFC 2397): no server is asked for it.
     static bool isWithin(const QUrl &url);
@@ -70,7 +70,7 @@ struct KovAnswer {
 
 /// Whether the answer to the first request for a file is the file that was announced.
 KovFailure checkFirstAnswer(const KovAnswer &answer, const KovDownloadRequest &request);
-/// Whether the body is the range that was asked for, of the file that we know.
+/// Whether the body is the requested range, of the same file as before.
 KovFailure checkRangeAnswer(const KovAnswer &answer, qint64 from, const KovJob &job);
-/// Why a reply has ended without being whole; none when it is.
+/// Why a reply is incomplete; none if it is complete.
 KovFailure replyFailure(const QNetworkReply &reply);

@@ -5,7 +5,7 @@
 #include <QString>
 #include <QStringList>
 
-/// The command line's end of the link: sends a command and receives its result.
+/// The command line's part of the link: sends a command and receives its result.
 class KovCommandClientPart : public QtAbstractVhIpcPart {
     Q_OBJECT
 public:

@@ -8,7 +8,7 @@ struct KovCommandLine {
     enum class Action {
         /// Print "output" and exit with "exitCode".
         Print,
-        /// Be the service.
+        /// Run as the service.
         Serve,
         /// Send "words" to the service, and print its answer.
         Ask,

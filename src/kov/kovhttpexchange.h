@@ -27,8 +27,7 @@ public:
     /// Whether the scheme is supported: http, https, and "data:".
     static bool isSupported(const QUrl &url);
 
-    /// Exchanges that belong together share their cookies: those of the request go into a jar of
-    /// their own only.
+    /// Exchanges for the same file may share a cookie jar; without one, each has its own.
     KovHttpExchange(KovDownloadRequest request, QSharedPointer<KovNetworkPool> pool,
                     const QSharedPointer<QNetworkCookieJar> &cookies = {},
                     QObject *parent = nullptr);
@@ -36,11 +35,11 @@ public:
 
     /// Requests the whole file.
     void start();
-    /// The bytes from "from" up to but not including "to", to the end when that is -1, if the file
-    /// is still the one that the value of an If-Range field means.
+    /// Requests the bytes from "from" up to but not including "to", or to the end if that is -1,
+    /// provided that the file still matches the value of an If-Range field.
     void start(qint64 from, qint64 to, const QByteArray &ifRange);
-    /// What belongs to the file of the request and lies at another URL: all of it, or a range as
-    /// above. It is given the cookies and the referrer that the file's own site lets it have.
+    /// Requests a part of the file at another URL: all of it, or a range as above. The cookies and
+    /// the referrer are sent as far as the rules for the file's site allow.
     void startAt(const QUrl &url);
     void startAt(const QUrl &url, qint64 from, qint64 to, const QByteArray &ifRange);
     /// Emits no more signals.

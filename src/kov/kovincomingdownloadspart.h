@@ -9,10 +9,11 @@ class KovDownloadsQueue;
 /**
  * The application's end of "incomingDownloads".
  *
- * A single download is asked for at once, and is answered with the server's answer: the browser
- * that offers it may still have it, and keeps it when we cannot get it. Of several, which the user
- * has picked, the browser has none: they are added without a look, and one that fails is shown as
- * failed; so is a stream, which no browser saves. A job of which nothing can be downloaded fails.
+ * A single download is requested at once, and answered when the server's response has arrived: the
+ * browser may still have the download, and keeps it if we cannot get it. Several downloads were
+ * picked by the user, and the browser has none of them: they are added without a request, and one
+ * that fails later is shown as failed. The same holds for a stream, which browsers cannot save. A
+ * job without any supported URL fails.
  */
 class KovIncomingDownloadsPart : public QtAbstractVhIpcPart {
     Q_OBJECT

@@ -15,7 +15,7 @@ QString runningLink() { return QStringLiteral("application-running"); }
 QString socketLink() { return QStringLiteral("application-socket"); }
 QString answersLink() { return QStringLiteral("application-answers"); }
 
-/// Not running is no fault: a download starts the application.
+/// An application that is not running is no fault: a download starts it.
 bool isExecutable(Chain &chain, const QString &program)
 {
     const QFileInfo info(program);

@@ -3,7 +3,7 @@
 #include "browserinstallation.h"
 #include "finding.h"
 
-/// How the browser finds the host at present: one that uses the proxy needs a script while there is
+/// How the browser currently finds the host: one that uses the proxy needs a script while there is
 /// no proxy.
 BrowserInstallation::Way wayNow(const BrowserInstallation &installation);
 

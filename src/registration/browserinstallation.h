@@ -58,8 +58,7 @@ public:
     /// The folders for the script, whether or not the browser also has another way.
     QStringList scriptFolders() const;
     QStringList policyFolders() const;
-    /// Where the extension is found that the browser loads for every user; empty where it loads
-    /// none.
+    /// The system-wide folder from which the browser loads the extension; empty if it has none.
     QString extensionForEverybody() const;
     const UserFolders &folders() const { return m_folders; }
 

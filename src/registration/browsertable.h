@@ -30,8 +30,8 @@ struct Browser {
     QStringList everybody;
     /// Policy folders; empty when unknown.
     QStringList policies;
-    /// Where a package puts the extension, for the browser to load it; empty where it looks
-    /// nowhere.
+    /// Where a package installs the extension for all users; empty if the browser has no such
+    /// folder.
     QString extension;
     /// The ids of its Flatpaks.
     QStringList flatpaks;

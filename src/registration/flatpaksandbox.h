@@ -7,7 +7,7 @@
 
 /// The script that a browser in a Flatpak starts as its host; it starts the real one outside.
 namespace FlatpakSandbox {
-/// The script lies beside the manifest that names it.
+/// The script is beside the manifest that names it.
 QString scriptPath(const QString &manifestFolder);
 QByteArray script(const QString &flatpakId, const QString &hostPath);
 /// The host that a script starts; empty when the script is not ours.

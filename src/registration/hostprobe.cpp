@@ -26,7 +26,7 @@ QByteArray frame(const QByteArray &body)
     return QByteArray(reinterpret_cast<const char *>(&length), sizeof(length)) + body;
 }
 
-/// Takes the body of the frame at the start of the bytes; nothing while it is not whole.
+/// Takes the body of the frame at the start of the bytes; nothing while it is incomplete.
 std::optional<QByteArray> takeBody(QByteArray &bytes)
 {
     quint32 length = 0;
@@ -43,7 +43,7 @@ std::optional<QByteArray> takeBody(QByteArray &bytes)
     return body;
 }
 
-/// The next message; nothing when the process ends or the time is over before it is whole.
+/// The next message; nothing if the process ends, or the time is up, before it is complete.
 std::optional<QByteArray> receive(QProcess &process, QByteArray &received,
                                   const QDeadlineTimer &end)
 {
@@ -56,7 +56,7 @@ std::optional<QByteArray> receive(QProcess &process, QByteArray &received,
     return body;
 }
 
-/// What the host says of the option that hands downloads over, whatever else it says.
+/// The option to catch downloads in the host's answer.
 std::optional<bool> askWhetherCatching(QProcess &process, QByteArray &received, int timeoutMs)
 {
     process.write(frame(R"({"id":"2","type":"query_settings"})"));

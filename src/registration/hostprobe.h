@@ -21,11 +21,11 @@ public:
         qint64 milliseconds = 0;
         /// From the answer.
         QString version;
-        /// Whether downloads are to be caught; nothing when it did not tell.
+        /// Whether the option to catch downloads is on; nothing if unknown.
         std::optional<bool> isCatching;
     };
-    /// Starts the host with a browser's arguments, and has it answer a handshake, tell its settings
-    /// and end.
+    /// Starts the host with a browser's arguments, requests a handshake and the settings, and ends
+    /// it.
     Handshake handshake(const QStringList &arguments) const;
 
 private:

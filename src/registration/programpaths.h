@@ -6,7 +6,7 @@
 namespace ProgramPaths {
 /// The host beside this program.
 QString host();
-/// What mends the host beside this program; empty when it can be executed.
+/// How to repair the host beside this program; empty if it can be executed.
 QString hostRepair();
 /// The extension's folder in an unpacked archive; empty elsewhere.
 QString unpackedExtension();

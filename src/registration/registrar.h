@@ -25,7 +25,7 @@ public:
     QList<Result> registerOrdinary(const BrowserInstallation &installation) const;
     /// Writes the script in a Flatpak's folder, and the manifest that names it.
     QList<Result> registerScript(const BrowserInstallation &installation) const;
-    /// Writes what the browser's way needs; nothing for the way None.
+    /// Writes the files for the browser's way; none for the way None.
     QList<Result> registerHost(const BrowserInstallation &installation) const;
     /// Writes a manifest to the first system-wide folder of each browser that has one.
     QList<Result> registerForEverybody(const UserFolders &folders) const;

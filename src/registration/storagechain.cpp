@@ -46,7 +46,7 @@ bool makeUsable(const QString &path)
     return QFile::setPermissions(path, QFile::permissions(path) | needed);
 }
 
-/// What gives the user these rights. Only the owner and root can change them.
+/// The command that gives the user these permissions. Only the owner and root can change them.
 QString permissionCure(const QString &rights, const QString &path)
 {
     if (QFileInfo(path).ownerId() == ::geteuid())

@@ -25,7 +25,7 @@ QByteArray Base64Transport::encode(const QByteArray &bytes) { return bytes.toBas
 
 QByteArray Base64Transport::decode(const QByteArray &text)
 {
-    // The end of the text reads like a zero byte, which is in no alphabet.
+    // The end of the text is treated like a zero byte, which is outside the alphabet.
     const auto at = [&text](qsizetype i) { return i < text.size() ? text.at(i) : '\0'; };
 
     QByteArray bytes(text.size() / 4 * 3 + 3, Qt::Uninitialized);

@@ -8,9 +8,9 @@ namespace Base64Transport {
 
 QByteArray encode(const QByteArray &bytes);
 
-/// Lenient at the end: a zero byte or any other character outside the alphabet ends the text when
-/// it stands where a group of four begins, and so does the padding. Anywhere else such a character,
-/// or the end of the text, is an error, and the result is empty.
+/// Lenient at the end: padding, or any character outside the alphabet at the beginning of a group
+/// of four (also a zero byte), ends the text. Anywhere else such a character, or the end of the
+/// text, is an error, and the result is empty.
 QByteArray decode(const QByteArray &text);
 
 } // namespace Base64Transport

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Whether the predicate holds for a piece of the list, which may be empty.
+/// Whether the predicate holds for any piece of the list; pieces may be empty.
 template <typename Predicate> bool anyPiece(std::string_view list, Predicate predicate)
 {
     for (;;) {

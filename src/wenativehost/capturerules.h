@@ -4,28 +4,27 @@ class KeyStateWatcher;
 class WebExtensionSettings;
 class pmxKovBhIpcDownloadInfo;
 
-/// The rule of the user's that leaves a download that the browser was about to make to the browser,
-/// in words for the log; null when none does. A null watcher stands for a key that is not pressed.
+/// The capture rule that leaves a caught download to the browser, as text for the log; null if
+/// there is none. A null watcher means that the key is not pressed.
 const char *captureRuleAgainst(const pmxKovBhIpcDownloadInfo &info,
                                const WebExtensionSettings &settings, KeyStateWatcher *watcher);
 
-/// Whether the user's rules leave a download that the browser was about to make to the browser.
-/// Not zero: they do.
+/// Whether the capture rules leave a caught download to the browser. Nonzero: they do.
 int pmxIsCatchedDownloadShoudBeIgnored(const pmxKovBhIpcDownloadInfo *info,
                                        const WebExtensionSettings &settings,
                                        KeyStateWatcher *watcher);
 
 /**
- * Whether a file extension matches one of the masks, which single spaces separate. Not zero: it
- * does.
+ * Whether a file extension matches one of the masks, which are separated by single spaces. Nonzero:
+ * it does.
  *
- * Two spaces in a row hold an empty mask, and so does an empty list; it matches the empty
+ * Two spaces in a row contain an empty mask, and so does an empty list; it matches the empty
  * extension. A null pointer matches nothing.
  */
 int IsExtInExtsStr(const char *exts, const char *ext);
 
 /**
- * Whether a host is one of the masks, which single spaces separate, or lies below one of them. Not
- * zero: it is or does. A null or empty host matches nothing.
+ * Whether a host name, or a domain above it, matches one of the masks, which are separated by
+ * single spaces. Nonzero: it does. A null or empty host matches nothing.
  */
 int IsServerInServersStr(const char *servers, const char *server);

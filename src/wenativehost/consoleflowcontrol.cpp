@@ -13,9 +13,9 @@
 
 namespace {
 
-/// What a message costs beside its text: the event that carries it, and the heads of allocations.
+/// The memory that a message takes besides its text: its event, and the overhead of allocations.
 constexpr qint64 messageOverhead = 256;
-/// How often the handling thread is asked how far it is.
+/// The interval at which the handling thread is asked for its progress.
 constexpr qint64 announcedAtOnce = ConsoleFlowControl::maxUnhandledBytes / 16;
 
 } // namespace
@@ -53,8 +53,8 @@ void ConsoleFlowControl::handled(qint64 bytes)
         ::eventfd_write(m_roomEvent, 1);
 }
 
-// The reader's thread is cut off in here, its stack unwound without this frame being left: what the
-// address sanitizer marked around the variables would stay marked.
+// The reader thread may be terminated in here. Its stack is unwound without leaving this frame, so
+// the address sanitizer's redzones around the variables would stay poisoned.
 [[gnu::no_sanitize_address]] void ConsoleFlowControl::waitForRoom(int inputDescriptor)
 {
     if (m_unhandledBytes <= maxUnhandledBytes)

@@ -9,14 +9,14 @@
  * messages to the one that reads them, so that a browser that sends faster than it reads answers
  * does not cost memory without bound; and, in the other direction, the end of the input.
  *
- * Lives in the thread in which messages are handled. The other functions may be called from any
- * thread, those of the reader from one only.
+ * Belongs to the thread that handles messages. The functions may be called from any thread, those
+ * for the reader from one thread only.
  */
 class ConsoleFlowControl : public QObject {
     Q_OBJECT
 public:
-    /// What messages that were read and not handled may cost, in bytes of memory, before the
-    /// reader waits. One message may cost more.
+    /// The memory in bytes that messages which were read but not handled may take before the reader
+    /// waits. A single message may take more.
     static constexpr qint64 maxUnhandledBytes = qint64{4} * 1024 * 1024;
 
     explicit ConsoleFlowControl(QObject *parent = nullptr);
@@ -25,10 +25,10 @@ public:
 
     /// The reader has just posted a message of so many bytes to the handling thread.
     void posted(qsizetype bytes);
-    /// The reader waits for room, and meanwhile watches the input for its end.
+    /// The reader waits until there is room, and meanwhile watches the input for its end.
     void waitForRoom(int inputDescriptor);
 
-    /// The peer has closed its end; what it sent may not all be read yet.
+    /// The peer has closed its end; there may still be unread data.
     void setInputEnded();
     bool isInputEnded() const { return m_inputEnded; }
 
@@ -36,7 +36,7 @@ private:
     void handled(qint64 bytes);
 
     std::atomic<qint64> m_unhandledBytes = 0;
-    /// Posted, and not yet announced to the handling thread.
+    /// Posted bytes that were not yet announced to the handling thread.
     qint64 m_unannouncedBytes = 0;
     std::atomic<bool> m_inputEnded = false;
     std::atomic<bool> m_waiting = false;

@@ -9,8 +9,8 @@
 
 namespace {
 
-/// What strtol() in base 10 makes of a text, taken one character at a time, so that a text without
-/// an end costs no memory.
+/// Parses a number like strtol() in base 10, but one character at a time, so that an endless text
+/// takes no memory.
 class DecimalText {
 public:
     void append(char character)
@@ -60,8 +60,8 @@ constexpr qsizetype firstPiece = qsizetype{64} * 1024;
 
 ConsoleFrameReader::ConsoleFrameReader(std::FILE *input) : m_input(input) { }
 
-// These functions are where the thread is cut off. Its stack is then unwound without their frames
-// being left, and what the address sanitizer marked around their variables would stay marked.
+// The thread is terminated inside these functions. Its stack is then unwound without leaving their
+// frames, so the address sanitizer's redzones around their variables would stay poisoned.
 [[gnu::no_sanitize_address]] std::optional<quint32> ConsoleFrameReader::readLength(LengthForm form)
 {
     if (form == LengthForm::Text)

@@ -6,10 +6,10 @@
 #include <optional>
 
 /**
- * Cuts one frame after another out of a stream: a length, then as many bytes.
+ * Reads frames from a stream: a length, then as many bytes.
  *
- * Blocks until they are there. Memory grows with the bytes that arrive, not with the length that a
- * frame announces.
+ * Blocks until they have arrived. Memory is allocated for the bytes that arrive, not for the length
+ * that a frame announces.
  */
 class ConsoleFrameReader {
 public:
@@ -20,16 +20,16 @@ public:
         Text,
     };
 
-    /// The stream stays the caller's.
+    /// The caller keeps the ownership of the stream.
     explicit ConsoleFrameReader(std::FILE *input);
 
-    /// In bytes. Nothing at the end of the input, when it cannot be read, and for a length in text
-    /// form that is 0 or not a number. A text is read as strtol() reads it, white space before the
-    /// digits and a sign included, and cut to 32 bits.
+    /// In bytes. Nothing at the end of the input, if it cannot be read, and for a length in text
+    /// form that is 0 or not a number. A text is parsed like strtol() does, with leading white
+    /// space and a sign, and truncated to 32 bits.
     std::optional<quint32> readLength(LengthForm form);
 
-    /// Nothing when the input ends first. Empty when there is not enough memory for so many bytes;
-    /// they are skipped then.
+    /// Nothing if the input ends first. Empty if there is not enough memory for so many bytes; then
+    /// they are skipped.
     std::optional<QByteArray> readBody(quint32 length);
 
 private:

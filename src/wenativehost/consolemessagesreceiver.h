@@ -12,11 +12,12 @@
 class ConsoleFlowControl;
 
 /**
- * Reads the browser's messages from standard input, one frame per turn of its thread's event loop.
+ * Reads the browser's messages from standard input, one frame per iteration of its thread's event
+ * loop.
  *
  * Lives in a thread of its own (see ReadConsoleThread), where it blocks while there is no input.
- * A change of the flags holds for every frame that arrives after it, the one that is being waited
- * for included.
+ * A change of the flags applies to all frames that arrive after it, including the one that the
+ * reader is waiting for.
  */
 class ConsoleMessagesReceiver : public QObject {
     Q_OBJECT
@@ -26,34 +27,34 @@ public:
         PercentEncoded = 1,
         /// Bodies are encoded in Base64; PercentEncoded is then ignored.
         Base64Encoded = 2,
-        /// Lengths are decimal texts, each ended by a space, instead of four bytes.
+        /// Lengths are decimal texts, each followed by a space, instead of four bytes.
         TextLength = 4,
     };
 
     explicit ConsoleMessagesReceiver(QObject *parent = nullptr, std::FILE *input = stdin);
 
-    /// Before start(): reading waits while too much is unhandled. Without it, it never does.
+    /// Call it before start(): reading then waits while too much is unhandled.
     void setFlowControl(QSharedPointer<ConsoleFlowControl> flowControl);
 
-    /// Whether the input has ended, and nothing is read any more. Any thread.
+    /// Whether the input has ended, and nothing more is read. Any thread.
     bool hasInputEnded() const { return m_inputEnded; }
 
 public Q_SLOTS:
-    /// Begins to read, until the input ends. Any thread.
+    /// Starts reading, until the input ends. Any thread.
     void start();
     /// Sets or clears the bits given. Any thread.
     void enableFlags(quint32 flags, bool enable);
-    /// Reads one frame and sees to it that the next one is read.
+    /// Reads one frame, and schedules reading the next one.
     void receive();
 
 Q_SIGNALS:
     /// A frame's body, decoded. Empty when there was not enough memory for it.
     void gotMessage(const QString &message);
-    /// The same in UTF-8: what is no UTF-8 is replaced as QString does it. Who takes the bytes away
-    /// saves that they stay until the signal has been handled. Whoever connects to only one of the
-    /// two signals saves the making of the other.
+    /// The same in UTF-8: invalid bytes are replaced as in QString. A slot may move the bytes out,
+    /// so that they need not stay in memory until the signal has been handled. A signal without
+    /// connections is not emitted, which saves its conversion.
     void gotBytes(const QSharedPointer<QByteArray> &message);
-    /// The input has ended or cannot be read. Once.
+    /// The input has ended or cannot be read. Emitted once.
     void finished();
 
 private:

@@ -25,7 +25,7 @@ void logFailedCheck(const QString &expression, int line)
                        line);
 }
 
-/// How often a write that is stuck looks whether the input has ended, in milliseconds.
+/// The interval at which a blocked write checks whether the input has ended, in milliseconds.
 constexpr int lookAgainMs = 100;
 
 } // namespace
@@ -38,7 +38,7 @@ ConsoleMessagesSender::ConsoleMessagesSender(QObject *parent, std::FILE *output)
 void ConsoleMessagesSender::setFlowControl(QSharedPointer<ConsoleFlowControl> flowControl)
 {
     m_flowControl = std::move(flowControl);
-    // The output's own stream would wait within the kernel, where nothing ends the wait.
+    // Writing to the output's own stream would block in the kernel, without a way to stop it.
     cookie_io_functions_t functions = {};
     functions.write = [](void *sender, const char *data, size_t size) -> ssize_t {
         return static_cast<ConsoleMessagesSender *>(sender)->writeOut(data,
@@ -100,7 +100,7 @@ qint64 ConsoleMessagesSender::writeOut(const char *data, qint64 size)
 {
     qint64 written = 0;
     while (written < size && m_channel != Channel::Abandoned && waitUntilWritable()) {
-        // A pipe that poll(2) calls writable takes so much without a wait (pipe(7)).
+        // A pipe that is writable according to poll(2) takes so much without blocking (pipe(7)).
         const auto piece = static_cast<size_t>(std::min<qint64>(PIPE_BUF, size - written));
         const ssize_t count = ::write(::fileno(m_output), data + written, piece);
         if (count >= 0)

@@ -13,10 +13,10 @@ class ConsoleFlowControl;
 /**
  * Writes messages to the browser on standard output; nothing else writes there.
  *
- * Every message is written whole and flushed before the call returns, however long the browser
- * takes to read it; calls from other threads are queued to the sender's own. What cannot be written
- * is logged, once for all the messages in a row that fail, and otherwise ignored: when the browser
- * is gone, the end of standard input ends the program.
+ * Every message is written completely and flushed before the call returns, however long the browser
+ * takes to read it; calls from other threads are queued to the sender's own. Failures are logged,
+ * once for consecutive messages, and otherwise ignored: when the browser is gone, the end of
+ * standard input ends the program.
  */
 class ConsoleMessagesSender : public QObject {
     Q_OBJECT
@@ -24,7 +24,7 @@ public:
     enum Flag : quint32 {
         /// A carriage return and a line feed follow each body, not counted in its length.
         AddCrLf = 1,
-        /// Lengths are decimal texts, each ended by a space, instead of four bytes.
+        /// Lengths are decimal texts, each followed by a space, instead of four bytes.
         TextLength = 2,
         /// Bodies are percent-encoded.
         PercentEncode = 4,
@@ -34,11 +34,11 @@ public:
 
     explicit ConsoleMessagesSender(QObject *parent = nullptr, std::FILE *output = stdout);
 
-    /// How long a write waits for a reader once the input has ended, in milliseconds. After that
-    /// nothing is written any more.
+    /// How long a write waits for a reader once the input has ended, in milliseconds. After that,
+    /// nothing more is written.
     static constexpr int stuckWithinMs = 400;
 
-    /// Tells when the input has ended; without it, a write that is stuck waits for ever.
+    /// Says when the input has ended; without it, a blocked write waits forever.
     void setFlowControl(QSharedPointer<ConsoleFlowControl> flowControl);
 
 public Q_SLOTS:
@@ -52,7 +52,7 @@ private:
         Working,
         /// The last message could not be written; that was logged.
         Failing,
-        /// Nobody will read the output again: it is stuck, and the input has ended.
+        /// The output is given up: a write was blocked after the input had ended.
         Abandoned,
     };
 
@@ -60,8 +60,8 @@ private:
     void writeLength(quint32 size);
     void writeBody(const QByteArray &body);
     std::FILE *stream() const;
-    /// Writes to the output's descriptor, and returns how many bytes; fewer when that failed or was
-    /// given up.
+    /// Writes to the output's descriptor, and returns the number of written bytes; fewer if that
+    /// failed or was given up.
     qint64 writeOut(const char *data, qint64 size);
     bool waitUntilWritable();
     void onWriteFailed(int error);
@@ -74,7 +74,7 @@ private:
     QSharedPointer<ConsoleFlowControl> m_flowControl;
     quint32 m_flags = 0;
     Channel m_channel = Channel::Working;
-    /// With flow control, in place of the output's own stream: its bytes go to writeOut(), which
-    /// needs the members above.
+    /// With flow control, used instead of the output's own stream: its bytes go to writeOut(),
+    /// which needs the members above.
     std::unique_ptr<std::FILE, Closer> m_pieceByPiece;
 };

@@ -11,14 +11,14 @@ std::string domainFromHttpUrl(const std::string &url)
         return at < url.size() && Delimiters.find(url[at]) == None;
     };
 
-    // No line break may stand before the slashes.
+    // There must be no line break before the slashes.
     std::size_t slashes = url.rfind("//", url.find_first_of(LineBreaks));
     while (slashes != None && !beginsName(slashes + 2))
         slashes = slashes > 0 ? url.rfind("//", slashes - 1) : None;
     if (slashes == None)
         return {};
 
-    // Nor after the name, though one may stand in it.
+    // Nor after the name, though the name itself may contain one.
     const std::size_t begin = slashes + 2;
     const std::size_t end = url.find_first_of(Delimiters, begin);
     if (end != None && url.find_first_of(LineBreaks, end) != None)

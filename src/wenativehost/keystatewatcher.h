@@ -17,8 +17,8 @@ public:
     int keyCode() const { return m_keyCode; }
     /// With update, samples the key first.
     bool isPressed(bool update);
-    /// Samples the key. A platform that can read the keyboard overrides it and tells setPressed()
-    /// what it found; the default samples nothing.
+    /// Samples the key. For a platform that can read the keyboard, an override calls setPressed()
+    /// with the result; the default does nothing.
     virtual void update();
 
 Q_SIGNALS:

@@ -40,7 +40,7 @@ QString endReason(const WeNativeHostAppModule &appModule,
     return reason.isEmpty() ? QStringLiteral("asked to") : reason;
 }
 
-/// Brings the modules up, runs the event loop, and returns its result when they are down again.
+/// Brings the modules up, runs the event loop, and returns its result once they are down again.
 int runModules(const QSharedPointer<QtAppConfigBase> &config,
                const QSharedPointer<QtAppPortableModeSupport> &portableModeSupport,
                const QSharedPointer<QtAppDelayedShutdownManager> &shutdownManager)
@@ -73,7 +73,7 @@ int runModules(const QSharedPointer<QtAppConfigBase> &config,
     return QCoreApplication::exec();
 }
 
-/// Delivers what another process of this program could not wait for. Has no browser.
+/// Delivers the messages of an earlier process of this program, without a browser.
 int runSuccessor(const QSharedPointer<QtAppConfigBase> &config,
                  const QSharedPointer<QtAppPortableModeSupport> &portableModeSupport,
                  const QSharedPointer<QtAppDelayedShutdownManager> &shutdownManager)
@@ -100,8 +100,8 @@ int runSuccessor(const QSharedPointer<QtAppConfigBase> &config,
     return QCoreApplication::exec();
 }
 
-/// What a browser gives: the extension's origin or id. Some give the path of a manifest as well,
-/// which holds the user's name.
+/// The arguments from a browser, for the log: the extension's origin or id. Some browsers also pass
+/// the path of a manifest, which contains the user's name.
 QString shownArguments(const QStringList &arguments)
 {
     QStringList shown;
@@ -115,8 +115,8 @@ QString shownArguments(const QStringList &arguments)
 int run(int argc, char *argv[])
 {
     QCoreApplication application(argc, argv);
-    // The application has just made the user's locale the C library's, whose error texts go to the
-    // log. Qt finds the user's language without it.
+    // The application object has just set the C library to the user's locale; its error texts go to
+    // the log, which is in English. Qt determines the user's language without it.
     std::setlocale(LC_MESSAGES, "C");
     setAppIdentity();
     logLine(1,
@@ -132,7 +132,7 @@ int run(int argc, char *argv[])
                                                                                    : runModules;
     const int exitCode =
         runProgram(config, portableVersionManager->portableModeSupport(), shutdownManager);
-    // What was released with deleteLater() is not to be counted as alive.
+    // Objects released by deleteLater() must not be counted as alive.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     logLine(2, QStringLiteral("[main]: ended"));
     return exitCode;
@@ -140,8 +140,8 @@ int run(int argc, char *argv[])
 
 std::terminate_handler defaultTerminate = nullptr;
 
-/// An uncaught exception is logged and ends the program: abnormally, or, when
-/// there is no memory left to go on with, with status 1.
+/// An uncaught exception is logged and ends the program: abnormally, or with status 1 if it is out
+/// of memory.
 [[noreturn]] void logUncaught()
 {
     try {
@@ -163,8 +163,8 @@ std::terminate_handler defaultTerminate = nullptr;
 
 void ignoreSignal(int) { }
 
-/// Writing must fail, not kill. Handlers, unlike SIG_IGN, do not pass to the application that is
-/// launched.
+/// A failed write must return an error, not kill the process. Unlike SIG_IGN, handlers are not
+/// inherited by the launched application.
 void turnWriteSignalsIntoErrors()
 {
     struct sigaction action = {};

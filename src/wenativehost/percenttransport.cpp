@@ -9,7 +9,7 @@ bool isLetterOrDigit(char c)
     return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
-/// -1 for what is no hexadecimal digit.
+/// -1 for any character other than a hexadecimal digit.
 int hexValue(char c)
 {
     if (c >= '0' && c <= '9')

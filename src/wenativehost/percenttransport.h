@@ -8,8 +8,8 @@ namespace PercentTransport {
 /// Keeps ASCII letters and digits only; the hexadecimal digits are in upper case.
 QByteArray encode(const QByteArray &bytes);
 
-/// What is not "%" and two hexadecimal digits is kept as it is. A "%" among the last two bytes is
-/// kept too, and "+" is no space.
+/// Anything but "%" and two hexadecimal digits is kept unchanged. So is a "%" among the last two
+/// bytes; "+" is not a space.
 QByteArray decode(const QByteArray &text);
 
 } // namespace PercentTransport

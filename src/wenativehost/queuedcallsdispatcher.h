@@ -5,11 +5,10 @@
 #include <atomic>
 
 /**
- * The events of a thread in which nothing but queued signals and calls is to happen: no timers, no
- * sockets; asking for one is a failed check.
+ * An event dispatcher for a thread that only handles queued signals and calls: no timers, no
+ * sockets; requesting one is a failed check.
  *
- * Being cut off in the middle of an event does it no harm, and between two events it makes no
- * system call.
+ * Safe to terminate in the middle of an event; makes no system call between two events.
  */
 class QueuedCallsDispatcher : public QAbstractEventDispatcher {
     Q_OBJECT
@@ -31,7 +30,6 @@ public:
     int remainingTime(int timerId) override;
 
 private:
-    /// Whether there may be something to do since the last look; an int is what a thread can wait
-    /// for without a detour.
+    /// Whether there may be new events; an int, since threads can wait for it directly (futex).
     std::atomic<int> m_wokenUp = 1;
 };

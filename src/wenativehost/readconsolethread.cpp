@@ -20,7 +20,7 @@ void ReadConsoleThread::stop(Reading reading)
         if (QAbstractEventDispatcher *const dispatcher = eventDispatcher())
             dispatcher->wakeUp();
     }
-    // To be terminated costs the loading of what unwinds the thread's stack.
+    // Terminating the thread would load the stack unwinder's library.
     if (reading == Reading::MayBlock)
         terminate();
     wait();
@@ -29,7 +29,7 @@ void ReadConsoleThread::stop(Reading reading)
 void ReadConsoleThread::run()
 {
     setTerminationEnabled(false);
-    // An event loop object would complain when the thread is cut off inside of it.
+    // QEventLoop would warn when the thread is terminated inside it.
     while (!isStopping())
         eventDispatcher()->processEvents(QEventLoop::WaitForMoreEvents);
 }

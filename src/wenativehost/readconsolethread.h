@@ -5,16 +5,16 @@
 #include <mutex>
 
 /**
- * A thread that spends its time blocked in reads that nothing but input ends. Besides, it takes
- * queued signals and calls (see QueuedCallsDispatcher).
+ * A thread that mostly blocks in reads that cannot be interrupted. In between it handles queued
+ * signals and calls (see QueuedCallsDispatcher).
  *
- * It can be cut off only inside a Blocking section. Everywhere else it may hold a lock of an event
- * queue, and other threads would then wait for it forever.
+ * It can be terminated only inside a Blocking section. Anywhere else it may hold the lock of an
+ * event queue, and other threads would then wait for it forever.
  */
 class ReadConsoleThread : public QThread {
     Q_OBJECT
 public:
-    /// Encloses a blocking read; an end of the thread that was asked for before takes effect here.
+    /// RAII: encloses a blocking read. If the thread was asked to end before, it ends here.
     class Blocking {
     public:
         Blocking() { setTerminationEnabled(true); }
@@ -28,11 +28,11 @@ public:
     enum class Reading {
         /// The thread may be blocked in a read.
         MayBlock,
-        /// It does not read any more, and never will: it ends by itself.
+        /// It has stopped reading for good, and ends by itself.
         Ended,
     };
 
-    /// Ends the thread wherever it is and waits for that.
+    /// Ends the thread, whatever it is doing, and waits for its end.
     void stop(Reading reading = Reading::MayBlock);
 
 protected:
@@ -41,7 +41,7 @@ protected:
 private:
     bool isStopping();
 
-    /// Held while the thread is being stopped: its event dispatcher must live as long.
+    /// Held while the thread is being stopped, to keep its event dispatcher alive.
     std::mutex m_stoppingMutex;
     bool m_stopping = false;
 };

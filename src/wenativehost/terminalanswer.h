@@ -6,6 +6,6 @@
 
 /**
  * The text for "--help" or "--version" on a terminal; nothing otherwise. Browsers pass other
- * arguments and no terminal.
+ * arguments, and stdin and stdout are no terminal then.
  */
 std::optional<QString> terminalAnswer(int argc, char *argv[]);

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// What the handler, which may do next to nothing (signal-safety(7)), wakes the event loop with.
+/// By this the handler wakes the event loop; it may call only a few functions (signal-safety(7)).
 int wakeUp = -1;
 
 void onSignal(int)

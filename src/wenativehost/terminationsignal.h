@@ -3,8 +3,8 @@
 #include <QObject>
 
 /**
- * Makes the first SIGTERM, which browsers and the end of a user's session send, a signal of Qt's,
- * so that the program can end in order. It has to: after graceSeconds, or with the next SIGTERM, it
+ * Turns the first SIGTERM, which is sent by browsers and at the end of a user's session, into a Qt
+ * signal, so that the program can shut down cleanly. After graceSeconds, or by the next SIGTERM, it
  * is killed as without this class. One per process, on the main thread.
  */
 class TerminationSignal : public QObject {

@@ -15,22 +15,23 @@
 
 namespace {
 
-/// More downloads than these are encoded one by one, instead of being kept as records.
+/// If there are more downloads, they are encoded one by one instead of being kept as records.
 constexpr size_t keptAsRecords = 16;
 
 QString fromUtf8(const std::string &text) { return QString::fromStdString(text); }
 
-/// The size that the browser was told, by which the application knows a cut file.
+/// The size that the browser knows from the server; the application detects a truncated file by it.
 QList<AbstractDownloadFileInfo> announcedFiles(std::uint64_t size)
 {
     AbstractDownloadFileInfo file;
     file.size = static_cast<qint64>(size);
-    // A record that says nothing of the size has 0.
+    // A record without a size has 0.
     return file.size > 0 ? QList{file} : QList<AbstractDownloadFileInfo>();
 }
 
-/// What a text (or a number) becomes. The downloads of a page have many texts in common: what the
-/// one before it became is taken again, and shared. Empty texts and 0 become empty values.
+/// A cache for one conversion. The downloads of a page have many texts (or numbers) in common: for
+/// the same source as before, the previous result is reused and shared. Empty texts and 0 become
+/// empty values.
 template <typename Value, typename Source = std::string> class Converted {
 public:
     template <typename Convert> const Value &of(const Source &source, Convert convert)
@@ -47,7 +48,7 @@ private:
     Value m_value{};
 };
 
-/// Makes downloads of what the browser says, one after another.
+/// Converts the extension's download records, one after another.
 class NewDownloads {
 public:
     explicit NewDownloads(WbeIncomingDownloadsProcessor::Owner owner) : m_owner(owner) { }
@@ -72,7 +73,7 @@ public:
             return cookiesFromString(fromUtf8(text), u';');
         });
         source.postData = QByteArray::fromStdString(info.httpPostData);
-        // What is known of a video's size may be of another part of it.
+        // The size known for a video may be that of another part of it.
         if (m_owner == WbeIncomingDownloadsProcessor::Owner::Browser)
             download->files = m_files.of(info.fileSize, announcedFiles);
         return {download};
@@ -88,7 +89,7 @@ private:
     Converted<QList<AbstractDownloadFileInfo>, std::uint64_t> m_files;
 };
 
-/// The two ends number the kinds of media differently.
+/// The two enumerations have different numbers.
 AbstractDownloadType downloadType(pmxKovBhIpcDownloadInfo::MediaKind kind,
                                   AbstractDownloadType otherwise)
 {
@@ -149,7 +150,7 @@ qsizetype WbeIncomingDownloadsProcessor::fillRequest(AbstractNewDownloadsRequest
     NewDownloadsEncoder encoder;
     const bool areKept = downloads.size() <= keptAsRecords;
     for (auto &each : downloads) {
-        // Ends with the turn, unless the caller keeps it.
+        // Freed after this iteration, unless the caller keeps it.
         const auto info = std::exchange(each, nullptr);
         const QUrl url(fromUtf8(info->url));
         if (!isValid(url))

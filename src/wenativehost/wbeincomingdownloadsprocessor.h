@@ -15,7 +15,7 @@
 class AppClientModule;
 struct AbstractNewDownloadsRequestJob;
 
-/// Hands downloads of the browser to the application and tells what became of them. Belongs to the
+/// Hands downloads of the browser to the application, and reports their outcome. Belongs to the
 /// main thread.
 class WbeIncomingDownloadsProcessor : public QObject {
     Q_OBJECT
@@ -26,24 +26,23 @@ public:
     explicit WbeIncomingDownloadsProcessor(QSharedPointer<AppClientModule> appClientModule,
                                            QObject *parent = nullptr);
 
-    /// Where the downloads are when this process ends before they were handed over.
+    /// Who has the downloads if this process ends before they were handed over.
     enum class Owner {
-        /// Nowhere else: the user picked them, so they must be delivered.
+        /// Nobody: the user picked them, so they must be delivered.
         User,
-        /// In the browser, which continues them.
+        /// The browser, which continues them.
         Browser,
     };
     using Callback = std::function<void(const DownloadsOutcome &)>;
 
-    /// Downloads without a valid URL are left out. Calls back now or later, or never when the
-    /// application never answers. An outcome that failed has for its error "app_not_installed",
+    /// Downloads without a valid URL are left out. Calls back now or later, or never if the
+    /// application never answers. The error of a failure is "app_not_installed",
     /// "invalid_parameter" (no download had a valid URL) or the application's text.
     void process(Downloads &&downloads, Owner owner, const Callback &callback);
-    /// The same for a task that is known by its id: the outcome is told by finished(). While it is
-    /// under way, another one of the same id takes its place, and its own outcome is not
-    /// reported.
+    /// The same for a task with an id: the outcome is reported by finished(). If another task with
+    /// the same id comes while it is pending, only the outcome of that one is reported.
     void process(const QString &id, const Downloads &downloads, Owner owner = Owner::User);
-    /// Of many downloads, each ends as soon as it has been converted.
+    /// For many downloads: each record is freed as soon as it has been converted.
     void process(const QString &id, Downloads &&downloads, Owner owner = Owner::User);
 
 Q_SIGNALS:
@@ -55,14 +54,14 @@ public Q_SLOTS:
                     AbstractDownloadAbortReason abortReason, const QString &error);
 
 private:
-    /// Returns how many downloads the request has then.
+    /// Returns the number of downloads in the request.
     static qsizetype fillRequest(AbstractNewDownloadsRequestJob &job, Downloads &&downloads,
                                  Owner owner);
 
     const QSharedPointer<AppClientModule> m_appClientModule;
-    /// By the number of the request.
+    /// By the id of the request.
     QHash<qint64, Callback> m_callbacks;
-    /// Which of the tasks of an id was the last one.
+    /// For each task id, the number of the latest task.
     QHash<QString, qint64> m_latest;
     qint64 m_lastNumber = 0;
 };

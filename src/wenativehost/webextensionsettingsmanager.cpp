@@ -26,7 +26,7 @@ QString valueOf(const QtAppAbstractSettingsManager &settings, const char *name)
 }
 
 void read(const QString &text, bool &value) { value = text.toInt() != 0; }
-/// What is no number of 32 bits counts as 0.
+/// Anything but a 32-bit number counts as 0.
 void read(const QString &text, std::int64_t &value) { value = text.toInt(); }
 void read(const QString &text, std::string &value) { value = text.toStdString(); }
 
@@ -34,7 +34,7 @@ QString written(bool value) { return value ? QStringLiteral("1") : QStringLitera
 QString written(std::int64_t value) { return QString::number(value); }
 QString written(const std::string &value) { return QString::fromStdString(value); }
 
-/// Calls with each member that a setting of the application holds.
+/// Calls the function for each member that is stored in a setting of the application.
 template <typename Function> void forEachHeldMember(Function function)
 {
     const auto callWithHeld = [&function](const auto &member) {
@@ -149,7 +149,7 @@ void WebExtensionSettingsManager::onSettingsInitialized()
     updateSettings(false);
     m_waitTimer->stop();
     m_initialized = true;
-    // Posts first: the answer to a query that came after one shows what was posted.
+    // Posts first: the answer to a later query must contain what was posted.
     for (const auto &callback : std::exchange(m_waiting, {}))
         callback();
     Q_EMIT initialized();

@@ -17,16 +17,16 @@
 class AppClientModule;
 
 /**
- * The extension's options, kept in step with the application's settings in both directions.
+ * The extension's options, kept in sync with the application's settings in both directions.
  *
- * What one side wrote is not reported back to it. Options without an application setting (menu
- * entries, videos, locale) live here only. Belongs to the main thread.
+ * Changes are not echoed to the side that made them. Options without an application setting (menu
+ * entries, videos, locale) are stored only here. Belongs to the main thread.
  */
 class WebExtensionSettingsManager : public QObject {
     Q_OBJECT
 public:
-    /// For how long a connected application is given to send its settings. It answers within
-    /// milliseconds unless it hangs.
+    /// The timeout for a connected application to send its settings. It answers within milliseconds
+    /// unless it hangs.
     static constexpr int waitForApplicationMs = 1000;
 
     /// The module must be up as long as this object is used.
@@ -37,21 +37,21 @@ public:
 
     /// The defaults until initialized.
     const WebExtensionSettings &settings() const { return m_settings; }
-    /// Never goes back to false.
+    /// Never becomes false again.
     bool isInitialized() const { return m_initialized; }
-    /// Sees to it that the settings become known: those of a connected application, which has
-    /// waitForApplicationMs to send them, else those of the local store.
+    /// Loads the settings: from a connected application, within waitForApplicationMs, else from the
+    /// local store.
     void initialize();
-    /// Calls back, at once or later, when the settings are known, and has them initialized. In the
-    /// order of the calls.
+    /// Starts loading the settings if necessary, and calls back, at once or later, when they are
+    /// known. In the order of the calls.
     void whenInitialized(std::function<void()> callback);
-    /// If it waits for the application, does so no longer.
+    /// Stops waiting for the application, if it does.
     void stopWaiting();
 
-    /// Takes the options and writes them to the application's settings; nothing when they are equal
-    /// to those that hold.
+    /// Applies the options and writes them to the application's settings; does nothing if they are
+    /// equal to the current ones.
     void setSettings(const WebExtensionSettings &settings, bool byExtension);
-    /// Reads the application's settings. With notify, tells of a change.
+    /// Reads the application's settings. With notify, emits a signal for a change.
     void updateSettings(bool notify);
     /// Reads the application's settings, or writes them. A size limit or a list that is switched
     /// off is not written, so that the application keeps its last value.
@@ -70,7 +70,7 @@ public Q_SLOTS:
                                  const QString &origin);
 
 private:
-    /// Nothing when the settings are known, unless reading the store failed.
+    /// Does nothing if the settings are known, unless reading the store failed.
     void loadStored();
     void readFromApplication();
     void writeToApplication() const;
@@ -80,6 +80,6 @@ private:
     WebExtensionSettings m_settings;
     bool m_initialized = false;
     std::vector<std::function<void()>> m_waiting;
-    /// The application's size limit is beyond what can be shown, and was not changed here.
+    /// The application's size limit does not fit into the option, and was not changed here.
     bool m_hasForeignSizeLimit = false;
 };

@@ -11,7 +11,7 @@ class QtAppPortableModeSupport;
 class WeNativeHostModule;
 
 /// The whole program: the client of the main application, then, once that is up, the browser's
-/// side. Holds the program's end back until it is taken down.
+/// side. Delays the shutdown until it has been taken down.
 class WeNativeHostAppModule : public QtAbstractComplexModule {
     Q_OBJECT
 public:

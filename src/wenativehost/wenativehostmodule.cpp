@@ -23,10 +23,10 @@
 
 namespace {
 
-/// Given by browsers that do not frame messages as the others do: lengths are texts then.
+/// The argument for a browser that frames messages with text lengths.
 QString textLengthSwitch() { return QStringLiteral("--buggybrowser"); }
 
-/// Qt's own messages do not belong in this program's log.
+/// Keeps Qt's own messages out of this program's log.
 void silenceQt()
 {
     // New rules set every category back to its defaults, so they come first.
@@ -67,7 +67,7 @@ void WeNativeHostModule::bringUp()
 
     m_flowControl = qtCreateObject<ConsoleFlowControl>();
     m_receiver = qtCreateObject<ConsoleMessagesReceiver>();
-    // What the log gives as the reason of the end.
+    // The log gives this name as the reason of the end.
     m_receiver->setObjectName(QStringLiteral("end of input"));
     m_receiver->setFlowControl(m_flowControl);
     if (QCoreApplication::arguments().contains(textLengthSwitch()))
@@ -91,7 +91,7 @@ void WeNativeHostModule::bringUp()
     m_tasksProcessor = qtCreateObject<WeNativeHostTasksProcessor>(
         m_delayedShutdownManager, m_receiver.toWeakRef(), m_sender.toWeakRef(), m_settingsManager,
         m_appClientModule);
-    // It takes texts from any receiver; this one has them as bytes, without a conversion.
+    // The dispatcher also takes QStrings; this receiver's bytes need no conversion.
     disconnect(m_receiver.data(), &ConsoleMessagesReceiver::gotMessage, m_tasksProcessor.data(),
                nullptr);
     connect(m_receiver.data(), &ConsoleMessagesReceiver::gotBytes, m_tasksProcessor.data(),
@@ -103,7 +103,7 @@ void WeNativeHostModule::bringUp()
 
 void WeNativeHostModule::takeDown()
 {
-    // What waits for the application's settings is done with the local ones.
+    // Tasks that wait for the application's settings are handled with the local ones.
     if (m_settingsManager)
         m_settingsManager->stopWaiting();
     m_tasksProcessor.reset();
@@ -155,7 +155,7 @@ std::optional<QLocale> WeNativeHostModule::firstInstalledOfTheUser() const
     return installed == candidates.cend() ? std::nullopt : std::optional(*installed);
 }
 
-// At start-up the settings are rarely known: the application sends them when it is connected to.
+// At start-up the settings are rarely known: the application sends them after the connection.
 void WeNativeHostModule::followLocaleSetting()
 {
     using Settings = QtAppAbstractSettingsManager;

@@ -30,9 +30,9 @@ public:
 
     void initialize(bool init) override;
 
-    /// Switches to the language of the settings; without one to the system's, or to the first of
-    /// the user's languages for which there is a translation, else to English. Nothing is loaded
-    /// again while that stays the same.
+    /// Switches to the language of the settings; if there is none, to the system's, or to the first
+    /// of the user's languages for which there is a translation, else to English. Does nothing if
+    /// the language is unchanged.
     Q_INVOKABLE void loadLocalization();
 
 private:

@@ -49,8 +49,8 @@ constexpr int watchedKeyCode = 45;
 /// In bytes.
 constexpr qsizetype largeMessage = qsizetype{1024} * 1024;
 
-/// The error as it may be logged. Others than these are texts for the user, in the user's language,
-/// and the application's may name files.
+/// The error in a form that may be logged. All others are texts in the user's language, and the
+/// application's may contain file names.
 QString loggedError(const std::string &error)
 {
     static constexpr std::string_view plain[] = {
@@ -76,7 +76,7 @@ public:
             log(response);
         if (const auto sender = m_sender.toStrongRef())
             sender->sendMessage(pmxResponseText(response).value_or(QString()));
-        // What the message took lies about in pieces that the C library would keep.
+        // The message's memory is now fragmented free memory, which the C library would keep.
         if (m_wasLarge)
             ::malloc_trim(0);
     }
@@ -162,7 +162,8 @@ void WeNativeHostTasksProcessor::handleMessage(QByteArray &&message)
     }
 }
 
-// The message and what it was parsed into end with this function, before the task is handled.
+// The message and its parsed form are freed at the end of this function, before the task is
+// handled.
 bool WeNativeHostTasksProcessor::readTask(pmxKovBhIpcTask &task, QByteArray &&message)
 {
     const QByteArray text = std::move(message);
@@ -175,7 +176,7 @@ void WeNativeHostTasksProcessor::process(std::shared_ptr<pmxKovBhIpcTask> task, 
     const kov_ipc_task_type type = task->get_type();
     if (type == kov_ipc_task_shutdown) {
         logLine(1, QStringLiteral("[WeNativeHostTasksProcessor]: the extension ends the host"));
-        // Nothing of this object may be used afterwards: the take-down that follows destroys it.
+        // This object must not be used afterwards: the take-down destroys it.
         const auto manager = m_delayedShutdownManager;
         manager->shutdownApp(QString());
         return;

@@ -26,12 +26,12 @@ class WbeIncomingDownloadsProcessor;
 class WebExtensionSettingsManager;
 
 /**
- * The dispatcher: turns each message from the browser into a task, hands it to the processor of the
- * task's type, and sends what that answers.
+ * The dispatcher: parses each message from the browser into a task, hands it to the processor of
+ * the task's type, and sends that one's answer.
  *
- * Belongs to the main thread and takes messages in the order of their arrival. Keeps no record of
- * tasks under way. Logs each answer: an error at level 1, any other at level 3. A "shutdown" task
- * may destroy it before process() returns.
+ * Belongs to the main thread, and handles messages in the order of their arrival. Does not track
+ * pending tasks. Logs each answer: an error at level 1, any other at level 3. A "shutdown" task may
+ * destroy it before process() returns.
  */
 class WeNativeHostTasksProcessor : public QObject {
     Q_OBJECT
@@ -50,13 +50,13 @@ public:
     virtual void process(std::shared_ptr<pmxKovBhIpcTask> task, Callback callback);
 
 Q_SIGNALS:
-    /// To be emitted by the owner when the language of the texts has changed.
+    /// The owner emits it when the language has changed.
     void translationsLoaded();
 
 public Q_SLOTS:
-    /// A message that cannot be read is logged and dispatched as far as it was read.
+    /// A malformed message is logged, and dispatched as far as it could be read.
     void onConsoleGotMessage(const QString &message);
-    /// The same of a message in UTF-8, which is taken away.
+    /// The same for a message in UTF-8, which is moved out.
     void onConsoleGotBytes(const QSharedPointer<QByteArray> &message);
 
 private:

@@ -42,7 +42,7 @@ const char *strcmp_m(const char *str, const char *mask)
 
 const char *strcmpi_m(const char *str, const char *mask)
 {
-    // Not std::tolower(), which leaves an I as it is where the user's language is Turkish.
+    // Not std::tolower(), which does not change an "I" in a Turkish locale.
     const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
     return str && mask && matches(str, mask, lower) ? str : nullptr;
 }

@@ -1,14 +1,14 @@
 #pragma once
 
 /**
- * Whether the whole text matches the mask, in which "*" stands for any run of characters and "?"
- * for any one. The result is null when it does not, and otherwise points into str.
+ * Whether the whole text matches the mask, in which "*" matches any run of characters and "?" any
+ * single one. The result is null if it does not match; otherwise it points into str.
  *
- * A "*" at the mask's end stands for at least one character: neither "*" matches an empty text nor
- * "a*" the text "a". Elsewhere it may stand for none. The cost is at most the product of both
- * lengths. Nothing matches a null pointer.
+ * A "*" at the mask's end matches at least one character: neither does "*" match an empty text, nor
+ * "a*" the text "a". Elsewhere it may match none. The cost is at most the product of both lengths.
+ * A null pointer never matches.
  */
 const char *strcmp_m(const char *str, const char *mask);
 
-/// The same whatever the case of ASCII letters, in every locale.
+/// The same, ignoring the case of ASCII letters, in every locale.
 const char *strcmpi_m(const char *str, const char *mask);

@@ -18,10 +18,10 @@ class QtAppPortableModeSupport;
 class UniqueInt64IdGen;
 
 /**
- * What a client of the main application needs: the link to it, its settings, the local data.
+ * The services of a client of the main application: the link to it, its settings, the local data.
  *
- * Bringing it up starts to connect but waits for nothing, and opens no database. Belongs to one
- * thread.
+ * Bringing it up starts to connect, but does not wait for the connection and opens no database.
+ * Belongs to one thread.
  */
 class AppClientModule : public QtAbstractComplexModule {
     Q_OBJECT
@@ -31,7 +31,7 @@ public:
                     QSharedPointer<QtAppPortableModeSupport> portableModeSupport,
                     QObject *parent = nullptr, QtClock &clock = QtClock::system());
 
-    /// See there; to be called before the module is brought up.
+    /// See AppRemoteFrontendClientModule; call it before the module is brought up.
     void setHandOver(AppRemoteFrontendClientModule::HandOver handOver);
 
     bool isConnected() const;
@@ -40,7 +40,7 @@ public:
 
     /// These are null while the module is down.
     QSharedPointer<AppDataAccessHelper> dataAccessHelper() const { return m_dataAccessHelper; }
-    /// In memory; kept equal to the application's settings while the link is up.
+    /// In memory; in sync with the application's settings while the link is up.
     QSharedPointer<QtAppAbstractSettingsManager> settingsManager() const;
     QSharedPointer<AppRemoteFrontendClientModule> remoteFrontendClientModule() const;
     QSharedPointer<AppClientSettingsInitializer> settingsInitializer() const;

@@ -7,8 +7,8 @@ class AppDataAccessHelper;
 class AppRemoteFrontendClientModule;
 class QtAppAbstractSettingsManager;
 
-/// Knows whether the client's settings are there: once the main application has sent them, or once
-/// they were read from the local store, whichever comes first. Belongs to one thread.
+/// Tracks whether the client's settings are available: once the main application has sent them, or
+/// once they were read from the local store, whichever comes first. Belongs to one thread.
 class AppClientSettingsInitializer : public QObject {
     Q_OBJECT
 public:
@@ -18,14 +18,14 @@ public:
         QSharedPointer<QtAppAbstractSettingsManager> target,
         QSharedPointer<AppDataAccessHelper> dataAccessHelper, QObject *parent = nullptr);
 
-    /// Never goes back to false.
+    /// Never becomes false again.
     bool isSettingsInitialized() const { return m_settingsInitialized; }
-    /// Tells that the settings are there; nothing when they were before.
+    /// Marks the settings as available, and emits the signal the first time.
     void setSettingsInitialized();
 
 public Q_SLOTS:
-    /// Fills the target from the local store. Nothing once the settings are there, unless they are
-    /// no more than defaults because the store could not be read: it is tried again then.
+    /// Loads the target from the local store. Does nothing once the settings are available, unless
+    /// they are only defaults because the store could not be read: then it retries.
     void initializeSettings();
     void onVhIpcSettingsReadyStateChanged(bool ready);
 

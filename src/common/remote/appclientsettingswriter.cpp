@@ -89,7 +89,7 @@ void AppClientSettingsWriter::onConnectedStateChanged(bool connected)
 void AppClientSettingsWriter::store(const QList<std::pair<QString, QString>> &changed,
                                     const QString &source)
 {
-    // One wait for opening, reading and writing.
+    // One time limit for opening, reading and writing.
     const SqlBusyWait wait(m_dataAccessHelper->databaseFilePath());
     const auto store = m_dataAccessHelper->settings();
     store->setValues(changed, source);

@@ -17,21 +17,22 @@ class QtAppAbstractSettingsManager;
 
 /**
  * Writes changes of the client's settings to the local store while the main application, which
- * owns the settings, is not connected, and when the link breaks those that it had not confirmed.
+ * owns the settings, is not connected; and when the link breaks, the changes that the application
+ * had not confirmed.
  *
- * What cannot be stored is kept and tried again: with the next change, every retryAfterMs, and at
- * the end. When the application connects first, it is told of those changes instead. Belongs to one
+ * Changes that cannot be stored are kept and retried: with the next change, every retryAfterMs, and
+ * at the end. If the application connects first, they are sent to it instead. Belongs to one
  * thread.
  */
 class AppClientSettingsWriter : public QObject {
     Q_OBJECT
 public:
-    /// A store that could not be used is waited for once; later attempts take no time.
+    /// The interval of retries. Only the first attempt waits for a locked store.
     static constexpr int retryAfterMs = 2000;
 
     enum class Outcome {
         Stored,
-        /// Another process has the store.
+        /// Another process has locked the store.
         Busy,
         Failed,
     };
@@ -45,8 +46,8 @@ public:
     ~AppClientSettingsWriter() override;
 
 Q_SIGNALS:
-    /// A change could not be stored, or what could not be is stored now or the application's
-    /// matter.
+    /// A change could not be stored; or such changes are stored now, or were sent to the
+    /// application.
     void outcomeChanged(AppClientSettingsWriter::Outcome outcome);
 
 private Q_SLOTS:
@@ -58,7 +59,7 @@ private Q_SLOTS:
 private:
     void store(const QList<std::pair<QString, QString>> &changed, const QString &source);
     void retry();
-    /// Lets the store go when it has everything.
+    /// Closes the store once everything is stored.
     void finish(const QSharedPointer<QtAppAbstractSettingsManager> &store);
     void setOutcome(Outcome outcome);
 
@@ -66,7 +67,7 @@ private:
     const QSharedPointer<QtAppAbstractSettingsManager> m_watched;
     const QSharedPointer<AppDataAccessHelper> m_dataAccessHelper;
     const std::unique_ptr<QtSingleShotTimer> m_retryTimer;
-    /// The store with what it could not store yet.
+    /// The store, kept open while it has unstored changes.
     QSharedPointer<QtAppAbstractSettingsManager> m_unstored;
     Outcome m_outcome = Outcome::Stored;
 };

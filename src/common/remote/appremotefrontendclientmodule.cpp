@@ -42,7 +42,7 @@ AppRemoteFrontendClientModule::AppRemoteFrontendClientModule(
             &AppRemoteFrontendClientModule::continueTakeDown);
     connect(m_flushTimer.get(), &QtSingleShotTimer::timeout, this,
             &AppRemoteFrontendClientModule::finishTakeDown);
-    // Queued: the socket is still emitting its signal, and is to be aborted.
+    // Queued: the socket, which will be aborted, is still emitting its signal.
     connect(this, &AppRemoteFrontendClientModule::sentAllData, this,
             &AppRemoteFrontendClientModule::continueTakeDown, Qt::QueuedConnection);
     connect(m_socket.data(), &QtAbstractSocket::connectedStateChanged, this,
@@ -161,7 +161,7 @@ void AppRemoteFrontendClientModule::continueTakeDown()
     }
     const bool isWaitingForAnswers =
         m_vhIpcProcessor->awaitsAnswers() && m_answersTimer->isActive();
-    // The peer ends the connection when it has read up to there.
+    // The peer closes the connection once it has read everything.
     if (!isWaitingForAnswers && !isWriting())
         m_socket->closeSending();
 }

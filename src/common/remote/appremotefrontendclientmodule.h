@@ -30,27 +30,28 @@ class RemoteJsonRequestsManager;
 class UniqueInt64IdGen;
 
 /**
- * The whole link to the main application: made and kept connected by initialize(true), ended by
+ * The link to the main application: created and kept connected by initialize(true), closed by
  * initialize(false).
  *
- * The take-down first sees to what still waits for the application, see setHandOver(). Then it
- * waits for what was sent: for answersWithinMs until the application has answered the downloads,
- * then, with the sending half of the link closed, until it has taken everything, for flushWithinMs
- * in all. With nothing under way it ends at once. Belongs to one thread.
+ * The take-down first hands over the messages that still wait for the application, see
+ * setHandOver(). Then it waits for sent messages: up to answersWithinMs for the answers to
+ * downloads; then it closes the sending half of the link, and waits until the application has read
+ * everything, up to flushWithinMs in all. If nothing is pending, it ends at once. Belongs to one
+ * thread.
  */
 class AppRemoteFrontendClientModule : public QtAbstractModule {
     Q_OBJECT
 public:
-    /// Both count from the beginning of the program's end, where that is known (EndDeadline).
+    /// Both count from the beginning of the program's end, if it has begun (EndDeadline).
     static constexpr int flushWithinMs = 1500;
     static constexpr int answersWithinMs = flushWithinMs - 300;
-    /// Both are at least this, so that what fits into the kernel's buffers goes out even when the
+    /// The minimum of both, so that data that fits into the kernel's buffers is sent even when the
     /// take-down begins late.
     static constexpr int leastWaitMs = 100;
-    /// How much longer both are for a process that no browser waits for.
+    /// The time by which both are longer in a process for which no browser waits.
     static constexpr int heldLongerMs = 30'000;
 
-    /// Takes messages over; false when it cannot.
+    /// Takes over messages; false on failure.
     using HandOver = std::function<bool(const QList<VhIpcQueuedMessage> &)>;
 
     AppRemoteFrontendClientModule(QSharedPointer<QtAbstractSocket> socket, IpcVersion ipcVersion,
@@ -61,13 +62,13 @@ public:
                                   QtClock &clock = QtClock::system());
     ~AppRemoteFrontendClientModule() override;
 
-    /// Any thread; on another than the module's it takes effect when that thread comes to it.
+    /// Any thread; on another than the module's it takes effect from the module's event loop.
     Q_INVOKABLE void initialize(bool init) override;
 
     /**
      * Sets the function that takes over, at the take-down, the messages that still wait for the
      * application, except those that end with this process. If it fails, the take-down waits until
-     * they were sent or have expired. Without one, the default, they are dropped.
+     * they are sent or have expired. Without such a function, the default, they are dropped.
      */
     void setHandOver(HandOver handOver) { m_handOver = std::move(handOver); }
 
@@ -80,7 +81,7 @@ public:
 
 Q_SIGNALS:
     void connectedStateChanged(bool connected);
-    /// Nothing of what was written to the link is left in the process.
+    /// Whether all data written to the link has left the process.
     void sentAllData();
 
 private Q_SLOTS:

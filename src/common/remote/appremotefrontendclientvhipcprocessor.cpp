@@ -9,8 +9,8 @@
 
 namespace {
 
-/// The application's settings count. What changes there or here while the link is up is told, but
-/// not a replacement of everything, which here only comes from the local store.
+/// The application's settings take precedence. Changes at either end are sent while the link is up,
+/// but not a replacement of all values, which at this end only comes from the local store.
 constexpr quint32 settingsFlags = VhIpcSettings::ApplyChanged | VhIpcSettings::ApplyAll
     | VhIpcSettings::ApplyReset | VhIpcSettings::SendChanged | VhIpcSettings::RequestAll;
 

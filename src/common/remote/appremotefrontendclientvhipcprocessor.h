@@ -15,7 +15,7 @@ class VhIpcJsonRequests;
 class VhIpcMiscTasksClient;
 class VhIpcSettings;
 
-/// All conversations of the client with the main application: "settings", "incomingDownloads",
+/// The client's parts of the link to the main application: "settings", "incomingDownloads",
 /// "jsonRequests" and "miscTasks".
 class AppRemoteFrontendClientVhIpcProcessor : public QtVhIpcCompositePart {
     Q_OBJECT
@@ -29,13 +29,13 @@ public:
     QSharedPointer<VhIpcSettings> settingsPart() const { return m_settingsPart; }
     QSharedPointer<VhIpcMiscTasksClient> miscTasksPart() const { return m_miscTasksPart; }
 
-    /// Whether anything waits for the application; true at most while isRequiringServer().
+    /// Whether messages wait for the application; only while isRequiringServer().
     bool hasQueued() const;
-    /// What waits for the application, of all parts; see VhIpcQueuedPart.
+    /// The messages of all parts that wait for the application; see VhIpcQueuedPart.
     QList<VhIpcQueuedMessage> queued() const;
     void dropQueued();
     void dropQueuedEndingWithProcess();
-    /// A message for a part that does not queue is dropped.
+    /// A message for a part without a queue is dropped.
     void sendOrQueue(const VhIpcQueuedMessage &queued);
     /// Whether downloads that were sent have not been answered yet.
     bool awaitsAnswers() const;

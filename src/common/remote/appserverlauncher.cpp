@@ -12,7 +12,7 @@
 
 namespace {
 
-/// How much of what a launched server wrote is logged: its last words, in characters.
+/// How much of a launched server's output is logged: the last so many characters.
 constexpr int loggedStderr = 1000;
 
 QString statusText(int waitStatus)
@@ -70,7 +70,7 @@ void AppServerLauncher::launchServer()
 
 void AppServerLauncher::logEnd(const ServerProcess &process, int waitStatus, qint64 ranForMs)
 {
-    // It ends with status 0 when it was asked to, and when another one serves already.
+    // It exits with status 0 when it was asked to end, and when another instance is running.
     if (waitStatus == 0) {
         logLine(2, QStringLiteral("[AppServerLauncher]: the launched server has ended"));
         return;

@@ -8,26 +8,26 @@ class ServerProcess;
 
 /**
  * Starts the main application in the background: the executable "kov" beside this one, with the
- * argument "-service". It runs on its own: in its own session, with none of this process's open
- * files, so that the browser does not take it for the host, and outlives it.
+ * argument "-service". It is detached: it has its own session and none of this process's open
+ * files, so that it outlives this process, and the browser does not wait for it.
  *
- * A failed start is an error of the category "GenericError", code 1. A server that ends while this
- * object lives, and not with status 0, is logged with its last words.
+ * A failed start is an error of the category "GenericError", code 1. If the server exits during the
+ * lifetime of this object with a status other than 0, that is logged with the end of its output.
  */
 class AppServerLauncher : public QtAbstractServerLauncher {
     Q_OBJECT
 public:
-    /// Launching does not depend on the flag.
+    /// The flag does not affect launching.
     explicit AppServerLauncher(bool flag, QObject *parent = nullptr);
 
     bool flag() const { return m_flag; }
 
     static QString serverBinaryPath();
     static bool serverBinaryExists();
-    /// Whether it can be executed, too: if not, it is as good as not installed.
+    /// Whether it exists and can be executed; if not, it counts as not installed.
     static bool serverBinaryCanRun();
 
-    /// Finished when it returns.
+    /// Synchronous.
     void launchServer() override;
 
 private:

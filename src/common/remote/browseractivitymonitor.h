@@ -7,9 +7,9 @@
 #include <string>
 
 /**
- * What the browser is downloading by itself: the URLs whose download it reported as begun and not
- * yet as ended, as many of them as RecentUrls keeps. Their requests are no business of the host.
- * Belongs to one thread.
+ * The browser's own current downloads: the URLs whose download it reported as in progress and not
+ * yet as ended, within the limits of RecentUrls. The host ignores their requests. Belongs to one
+ * thread.
  */
 class BrowserActivityMonitor : public QObject {
     Q_OBJECT

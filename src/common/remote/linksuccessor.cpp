@@ -33,7 +33,7 @@ bool write(QFile &file, const QList<VhIpcQueuedMessage> &messages)
     return file.flush() && stream.status() == QDataStream::Ok;
 }
 
-/// What the user knows the job by: its first download.
+/// The name under which the user knows the job: that of its first download.
 QString nameOf(const QHash<QString, QVariant> &message)
 {
     const QString key = VhIpcIncomingDownloadsKeys::request();
@@ -74,10 +74,10 @@ bool start(const QList<VhIpcQueuedMessage> &messages)
         logLine(1, QStringLiteral("[LinkSuccessor]: WARNING: no memory for the messages"));
         return false;
     }
-    // Opened anew, and so read from its beginning.
+    // Reopened, to be read from its beginning.
     process.setStandardInputFile(QStringLiteral("/proc/self/fd/%1").arg(file.handle()));
-    // The browser waits for its pipes to close. Whatever else is open ends with exec(); an old
-    // kernel knows neither the call nor the flag, and Qt's own descriptors do not need it.
+    // The browser waits until its pipes are closed. All other descriptors are closed by exec(). An
+    // old kernel has neither the call nor the flag; Qt's own descriptors do not need it.
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
     (void)::close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);

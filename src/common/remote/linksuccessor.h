@@ -12,23 +12,23 @@ class AbstractIncomingDownloadsProcessor;
 
 /**
  * A second, detached process of this program, which delivers the messages that still wait for the
- * application when the browser ends the first one. It waits as long as the messages may.
+ * application when the browser ends the first one. It waits until they are delivered or expire.
  *
- * They are passed on its standard input, from memory, in the link's encoding, and so appear neither
- * on a command line or in the environment nor on the disk, but for the names of downloads that
- * could not be delivered (LostDownloads).
+ * They are passed on its standard input, in a memory file, in the link's encoding. So they appear
+ * neither on a command line nor in the environment nor on the disk, except the names of downloads
+ * that could not be delivered (LostDownloads).
  */
 namespace LinkSuccessor {
 
-/// On the command line: messages to deliver are on standard input, and no browser.
+/// The command-line option: standard input has messages to deliver, and is not a browser's pipe.
 QString commandLineSwitch();
-/// False, with a line in the log, when the process cannot be started.
+/// False, and logged, if the process cannot be started.
 bool start(const QList<VhIpcQueuedMessage> &messages);
-/// In the successor: what start() was given, as far as it can be read.
+/// In the successor: the messages that were given to start(), as far as they can be read.
 QList<VhIpcQueuedMessage> receive();
 
-/// In the successor: follows what becomes of the downloads among the messages. Its destruction logs
-/// that, and keeps those that were lost.
+/// In the successor: tracks the outcome of the downloads among the messages. The destructor logs
+/// it, and stores the lost ones.
 class DownloadsReport : public QObject {
     Q_OBJECT
 public:
@@ -37,7 +37,7 @@ public:
     ~DownloadsReport() override;
 
 private:
-    /// By the job's id; the reason is that of a job of which no end was told.
+    /// By the job's id; the reason is the one for a job whose end was not reported.
     QHash<qint64, LostDownload> m_pending;
     const qsizetype m_count;
     const LostDownloads m_lost;

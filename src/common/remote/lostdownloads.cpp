@@ -30,7 +30,7 @@ void LostDownloads::add(const LostDownload &lost) const
         QJsonDocument(QJsonObject{{nameKey(), lost.name}, {reasonKey(), lost.reason}})
             .toJson(QJsonDocument::Compact)
         + '\n';
-    // Unbuffered, for one write: lines of two processes do not mix.
+    // Unbuffered, in one write, so that lines of two processes do not mix.
     QFile file(m_filePath);
     const bool isOpen = file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered,
                                   QFile::ReadOwner | QFile::WriteOwner);
@@ -40,7 +40,7 @@ void LostDownloads::add(const LostDownload &lost) const
 
 QList<LostDownload> LostDownloads::take() const
 {
-    // By its new name the file is nobody else's.
+    // Under its new name no other process uses the file.
     const QString taken = m_filePath + QString::number(QCoreApplication::applicationPid());
     QList<LostDownload> lost;
     QFile file(taken);

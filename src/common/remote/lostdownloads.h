@@ -5,26 +5,26 @@
 
 class AppDataAccessHelper;
 
-/// A download that never reached the application, as far as the user needs it told.
+/// A download that never reached the application, with the data that is reported to the user.
 struct LostDownload {
-    /// Of the file, or of the server when the address names none.
+    /// The name of the file, or of the server if the URL has no file name.
     QString name;
     /// A text for the user.
     QString reason;
 };
 
 /**
- * Downloads that could not be handed over when no browser was there to be told (see LinkSuccessor).
- * They wait in a file beside the settings, readable by the user alone, for the next extension that
- * greets a host. Addresses and cookies are not kept. Several processes may use it at once.
+ * Downloads that could not be handed over after the browser had ended (see LinkSuccessor). They are
+ * kept in a file beside the settings, with mode 0600, until the next handshake of an extension.
+ * URLs and cookies are not stored. Several processes may use the file at the same time.
  */
 class LostDownloads {
 public:
     explicit LostDownloads(const AppDataAccessHelper &dataAccess);
 
-    /// Passed over, with a line in the log, when it cannot be written, and beyond maxBytes.
+    /// Skipped, and logged, if it cannot be written, or if the file would exceed maxBytes.
     void add(const LostDownload &lost) const;
-    /// What was added, the oldest first. The file is gone then.
+    /// Returns all of them, oldest first, and removes the file.
     QList<LostDownload> take() const;
 
 private:

@@ -8,8 +8,9 @@
 #include <utility>
 
 /**
- * URLs with a value each. Beyond maxUrls of them, or maxBytes of their texts, the one touched
- * longest ago is dropped, so that no page can make them grow. Belongs to one thread.
+ * An LRU map from URLs to values. Beyond maxUrls entries, or maxBytes of URL text, the least
+ * recently used one is dropped, so that no page can make it grow without bound. Belongs to one
+ * thread.
  */
 template <typename Value> class RecentUrls {
 public:
@@ -22,8 +23,8 @@ public:
         const auto known = m_byUrl.find(url);
         return known == m_byUrl.end() ? nullptr : &known->second->second;
     }
-    /// The value of the URL, which is the latest now; a new one begins with Value(). Nothing is
-    /// remembered of a URL that is longer than all of them may be: its value is thrown away.
+    /// The value of the URL, which becomes the most recently used one; a new entry has Value(). A
+    /// URL longer than maxBytes is not stored: its value is discarded.
     Value &touch(const std::string &url)
     {
         if (const auto known = m_byUrl.find(url); known != m_byUrl.end()) {
@@ -49,7 +50,7 @@ public:
         m_byUrl.erase(known); // first, since its key is a view of the entry's text
         m_oldestFirst.erase(entry);
     }
-    /// All of them, oldest first; none is left.
+    /// Removes and returns all of them, oldest first.
     std::list<std::pair<std::string, Value>> takeAll()
     {
         m_byUrl.clear();

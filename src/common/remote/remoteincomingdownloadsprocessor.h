@@ -7,15 +7,15 @@
 
 class UniqueInt64IdGen;
 
-/// Hands downloads to the main application over the link; see VhIpcIncomingDownloadsClient, which
-/// carries them and the answers.
+/// Hands downloads to the main application over the link; VhIpcIncomingDownloadsClient sends them
+/// and receives the answers.
 class RemoteIncomingDownloadsProcessor : public AbstractIncomingDownloadsProcessor {
     Q_OBJECT
 public:
     explicit RemoteIncomingDownloadsProcessor(QSharedPointer<UniqueInt64IdGen> idGen,
                                               QObject *parent = nullptr);
 
-    /// An empty job with a fresh id.
+    /// An empty job with a new id.
     AbstractNewDownloadsRequestJob createJob() override;
     void process(const AbstractNewDownloadsRequestJob &job) override;
 

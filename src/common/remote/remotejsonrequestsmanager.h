@@ -6,7 +6,7 @@
 
 class UniqueInt64IdGen;
 
-/// JSON requests that travel over the link; see VhIpcJsonRequests, which carries them.
+/// JSON requests over the link; VhIpcJsonRequests sends and receives them.
 class RemoteJsonRequestsManager : public AbstractJsonRequestsManager {
     Q_OBJECT
 public:

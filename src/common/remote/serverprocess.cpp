@@ -18,7 +18,8 @@
 
 namespace {
 
-/// A file in memory of a fixed size (sealed), so that writing to it neither blocks nor costs more.
+/// A memory file of a fixed size (sealed), so that writing to it never blocks, and its memory is
+/// limited.
 int createStderr()
 {
     const int file = ::memfd_create("stderr", MFD_CLOEXEC | MFD_ALLOW_SEALING);
@@ -52,7 +53,7 @@ public:
             ::posix_spawn_file_actions_adddup2(&m_actions, stderrFile, STDERR_FILENO);
         else
             ::posix_spawn_file_actions_addopen(&m_actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-        // The browser waits for its pipes to close when the host ends.
+        // When the host ends, the browser waits until its pipes are closed.
         ::posix_spawn_file_actions_addclosefrom_np(&m_actions, STDERR_FILENO + 1);
     }
     ~SpawnSettings()
@@ -107,7 +108,7 @@ QString ServerProcess::start(const QString &program, const QStringList &argument
 
 void ServerProcess::watch()
 {
-    // Linux 5.3 and later; on an older kernel the end goes unnoticed.
+    // Linux 5.3 and later; on an older kernel the end is not noticed.
     m_pidDescriptor = static_cast<int>(::syscall(SYS_pidfd_open, m_pid, 0));
     if (m_pidDescriptor < 0)
         return;
@@ -127,7 +128,7 @@ void ServerProcess::onEnded()
 
 QString ServerProcess::stderrText() const
 {
-    // The two processes share the position at which is written.
+    // The two processes share the file offset.
     const auto written = ::lseek(m_stderr, 0, SEEK_CUR);
     QByteArray bytes(std::clamp<qsizetype>(written, 0, stderrBytes), '\0');
     const auto count = ::pread(m_stderr, bytes.data(), static_cast<size_t>(bytes.size()), 0);

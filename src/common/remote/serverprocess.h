@@ -12,12 +12,11 @@
 class QSocketNotifier;
 
 /**
- * A program that runs on its own: in its own session, with default signals and none of this
- * process's open files. It outlives this object and this process; as long as both live, its end is
- * noticed.
+ * A detached program: it has its own session, default signal handlers, and none of this process's
+ * open files. It outlives this object and this process; as long as both live, its end is reported.
  *
- * Its stderr is a file in memory that keeps the first stderrBytes; further writes fail with EPERM.
- * QProcess can do neither for a program that is to outlive it. Belongs to one thread.
+ * Its stderr is a memory file for the first stderrBytes; further writes fail with EPERM. QProcess
+ * supports neither for a detached program. Belongs to one thread.
  */
 class ServerProcess : public QObject {
     Q_OBJECT
@@ -28,15 +27,15 @@ public:
     ~ServerProcess() override;
     Q_DISABLE_COPY_MOVE(ServerProcess)
 
-    /// Once. Empty when the program runs; otherwise which call failed and why, as "execv: ...".
+    /// Call it once. Empty if the program runs; else the failed call and the reason, as
+    /// "execv: ...".
     QString start(const QString &program, const QStringList &arguments);
 
-    /// What it has written to stderr so far.
+    /// Its output on stderr so far.
     QString stderrText() const;
 
 Q_SIGNALS:
-    /// The program has ended: with a status as wait(2) gives it, so many milliseconds after
-    /// start().
+    /// The program has ended, with a status as in wait(2), so many milliseconds after start().
     void ended(int waitStatus, qint64 ranForMs);
 
 private:

@@ -11,15 +11,15 @@
 class RemoteIncomingDownloadsProcessor;
 
 /**
- * The part "incomingDownloads" of the link: takes download jobs to the main application and brings
- * its answers back. Each job is sent at most once and finished exactly once:
+ * The part "incomingDownloads" of the link: sends download jobs to the main application and
+ * receives its answers. Each job is sent at most once and finished exactly once:
  *
- * Jobs that are made while the link is down wait for it and are sent, in order, when it comes up;
- * when it has not come up 30 seconds after the last of them, all fail. A job that has waited for
- * longestWaitMs fails in any case: a little later the extension gives its download back to the
- * browser, and the file would be there twice. When the link goes down, the jobs that were sent and
- * not answered fail. Such failures have the text "Connection failure". An answer to a job that is
- * not waiting for one (it failed before) is ignored.
+ * Jobs that are created while the link is down are queued, and sent, in order, when it comes up; if
+ * it does not come up within 30 seconds after the last of them, all fail. A job that has waited for
+ * longestWaitMs fails in any case: soon after, the extension resumes the download in the browser,
+ * and there would be two copies. When the link goes down, the jobs that were sent but not answered
+ * fail. Such failures have the text "Connection failure". An answer to a job that is no longer
+ * pending (it failed before) is ignored.
  */
 class VhIpcIncomingDownloadsClient : public VhIpcQueuedPart {
     Q_OBJECT
@@ -31,7 +31,7 @@ public:
         const QSharedPointer<RemoteIncomingDownloadsProcessor> &processor,
         QObject *parent = nullptr, QtClock &clock = QtClock::system());
 
-    /// The name that routes messages to this part.
+    /// The name under which messages are dispatched to this part.
     static QString partName();
 
     void processVh(const QHash<QString, QVariant> &map) override;

@@ -2,7 +2,8 @@
 
 #include <QString>
 
-/// What the messages of the part "incomingDownloads" are made of, beside VhIpcKeys; for both ends.
+/// The keys and values in messages of the part "incomingDownloads", besides VhIpcKeys; for both
+/// ends.
 namespace VhIpcIncomingDownloadsKeys {
 inline QString partName() { return QStringLiteral("incomingDownloads"); }
 

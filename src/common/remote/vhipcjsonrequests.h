@@ -9,11 +9,11 @@
 class RemoteJsonRequestsManager;
 
 /**
- * The part "jsonRequests" of the link: carries a manager's JSON texts, for either end.
+ * The part "jsonRequests" of the link: sends and receives a manager's JSON texts, at either end.
  *
- * Texts that are sent while the link is down wait for it, in order, and are sent once when it comes
- * up. When it has not come up 30 seconds after the last of them, all are told as failed. Texts that
- * were given to the link are not followed up.
+ * Texts that are sent while the link is down are queued, and sent once, in order, when it comes up.
+ * If it does not come up within 30 seconds after the last of them, all are reported as failed.
+ * Texts that were written to the link are not tracked.
  */
 class VhIpcJsonRequests : public VhIpcQueuedPart {
     Q_OBJECT
@@ -21,7 +21,7 @@ public:
     explicit VhIpcJsonRequests(const QSharedPointer<RemoteJsonRequestsManager> &manager,
                                QObject *parent = nullptr, QtClock &clock = QtClock::system());
 
-    /// The name that routes messages to this part.
+    /// The name under which messages are dispatched to this part.
     static QString partName();
 
     void processVh(const QHash<QString, QVariant> &map) override;

@@ -2,11 +2,11 @@
 
 #include <QString>
 
-/// The keys and values that the messages of several parts of the link have in common.
+/// The keys and values that are common to the messages of several parts of the link.
 namespace VhIpcKeys {
-/// Names the part that a message belongs to.
+/// The name of the message's part.
 inline QString name() { return QStringLiteral("name"); }
-/// What the message is about.
+/// The kind of message.
 inline QString reason() { return QStringLiteral("reason"); }
 inline QString id() { return QStringLiteral("id"); }
 } // namespace VhIpcKeys

@@ -10,12 +10,12 @@ class VhIpcMiscTasksClient : public QtAbstractVhIpcPart {
 public:
     explicit VhIpcMiscTasksClient(QObject *parent = nullptr);
 
-    /// The name that routes messages to this part.
+    /// The name under which messages are dispatched to this part.
     static QString partName();
 
     /// Dropped silently while the link is down.
     void activateMainWindow();
 
-    /// The application sends nothing that this part acts on.
+    /// Ignored: the application sends no messages for this part.
     void processVh(const QHash<QString, QVariant> &map) override;
 };

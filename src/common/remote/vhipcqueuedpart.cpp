@@ -83,7 +83,7 @@ void VhIpcQueuedPart::onConnectChanged(bool connected)
     const QList<Entry> queue = std::exchange(m_queue, {});
     setRequiringServer(false);
     for (const Entry &entry : queue) {
-        // The timer may be late, after a standby for example.
+        // The timer may be late, for example after a suspend.
         if (hasWaitedTooLong(entry, nowMs))
             expire(entry.message);
         else

@@ -12,20 +12,20 @@
 #include <limits>
 #include <memory>
 
-/// A message to the application, as it is to be sent, that waits for the link.
+/// A message to the application that waits for the link.
 struct VhIpcQueuedMessage {
     QHash<QString, QVariant> message;
-    /// How long it has been waiting, in milliseconds.
+    /// How long it has waited so far, in milliseconds.
     qint64 waitedMs = 0;
-    /// Not to be delivered after the end of this process: the browser keeps the download.
+    /// Not delivered after the end of this process, as the browser keeps the download.
     bool endsWithProcess = false;
 };
 
 /**
- * A part of the link whose messages wait, in order, while the link is down; until then they require
- * the application to run. They are sent once, when the link comes up. When it has not come up 30
- * seconds after the last of them, all expire; any one of them expires at the latest when it has
- * waited for the part's own limit, however often newer ones prolonged the wait.
+ * A part of the link whose messages are queued while the link is down, and meanwhile require the
+ * application to run. They are sent once, in order, when the link comes up. If it does not come up
+ * within 30 seconds after the last of them, all expire; in any case each of them expires after the
+ * part's own limit, however often newer messages have prolonged the wait.
  */
 class VhIpcQueuedPart : public QtAbstractVhIpcPart {
     Q_OBJECT
@@ -34,13 +34,13 @@ public:
 
     void onConnectChanged(bool connected) override;
 
-    /// Sends the message now, or when the link is up. Those that have waited elsewhere come in the
-    /// order of their age.
+    /// Sends the message now, or when the link is up. Messages that have already waited elsewhere
+    /// must be added oldest first.
     void sendOrQueue(const VhIpcQueuedMessage &queued);
     bool hasQueued() const { return !m_queue.isEmpty(); }
-    /// The waiting messages, in order.
+    /// The queued messages, in order.
     QList<VhIpcQueuedMessage> queued() const;
-    /// Drops the waiting messages, all or those that end with the process, without a notification.
+    /// Drops the queued messages, all or those that end with the process, without a notification.
     void dropQueued();
     void dropQueuedEndingWithProcess();
 
@@ -51,7 +51,8 @@ protected:
 
     /// The message is about to be sent.
     virtual void onSending(const QHash<QString, QVariant> &message);
-    /// The message was not sent, and will not be. It may be sent anew, which waits anew.
+    /// The message was not sent, and will not be. An override may send it again; then it waits
+    /// again.
     virtual void onExpired(const QHash<QString, QVariant> &message) = 0;
 
 private:
@@ -73,7 +74,7 @@ private:
     QtClock &m_clock;
     QList<Entry> m_queue;
     qint64 m_lastQueuedMs = 0;
-    /// When the timer is due. It may fire somewhat earlier than that.
+    /// When the timer is due. It may fire slightly earlier.
     qint64 m_dueMs = 0;
     const std::unique_ptr<QtSingleShotTimer> m_timer;
 };

@@ -17,53 +17,54 @@
 #include <utility>
 
 /**
- * The part "settings" of the link: keeps a settings manager and that of the peer equal. The flags
- * say what this end takes from the peer and what it tells it.
+ * The part "settings" of the link: keeps a settings manager in sync with the peer's. The flags say
+ * what this end accepts from the peer, and what it sends.
  *
- * What the peer wrote is not written back: this part makes its changes under the source
- * "VhIpcSettings" and does not tell of changes from that source.
+ * Changes by the peer are not echoed: this part applies them with the source "VhIpcSettings", and
+ * does not send changes from that source.
  *
- * With RequestAll this end follows the peer, whose settings count. Changes made at both ends at the
- * same moment cross on the link, and each end would keep the other's. So this end remembers what
- * was changed here until the peer has confirmed it, by its answer to a question for everything that
- * was asked after the change was told, and
- *  - lays over an answer what was changed after its question: it was written before the peer knew;
- *  - asks again when a change of the peer crosses one of those: the answer is what the peer settled
- *    on;
- *  - asks when a change has stood for confirmWithinMs;
- *  - tells a change again after a reconnect when it was told before and not confirmed, when it
- * could not be stored (resendOnConnect()), or when it was made less than resendWithinMs before: the
- *    peer may have read its stored settings before that change.
+ * With RequestAll the peer's settings take precedence. If both ends change a setting at the same
+ * time, the changes cross on the link, and each end would keep the other's value. So this end keeps
+ * each local change as unconfirmed until the peer has answered a request for all settings that was
+ * sent after the change; and it
+ *  - applies the changes made after the request on top of the answer, which the peer wrote before
+ * it knew them;
+ *  - requests again when a change by the peer crosses one of them: the answer has the value on
+ * which the peer settled;
+ *  - requests when a change has been unconfirmed for confirmWithinMs;
+ *  - after a reconnect, sends a change again if it was sent before but not confirmed, if it could
+ *    not be stored (resendOnConnect()), or if it was made less than resendWithinMs before: the peer
+ *    may have read its stored settings before that change.
  */
 class VhIpcSettings : public QtAbstractVhIpcPart {
     Q_OBJECT
 public:
     enum Flag : quint32 {
         ApplyChanged = 1,
-        /// Take "all" at any time.
+        /// Accept "all" at any time.
         ApplyAll = 2,
         ApplyReset = 4,
         SendChanged = 8,
         SendAllOnAllValuesChanged = 16,
         SendReset = 32,
-        /// Ask for everything when the link comes up; not ready before it was applied.
+        /// Request all settings when the link comes up; not ready until they were applied.
         RequestAll = 64,
     };
 
-    /// What is older was in the stored settings before the peer that is connected to now started.
-    /// Starting takes it a few seconds, and the pauses between attempts to connect are 3 s at most.
+    /// Older changes were in the stored settings before the peer started: its start takes a few
+    /// seconds, and the delay between attempts to connect is 3 s at most.
     static constexpr int resendWithinMs = 10'000;
-    /// Changes that follow each other closely are asked about once.
+    /// Changes in quick succession share one request.
     static constexpr int confirmWithinMs = 1000;
 
-    /// "flags" is a combination of Flag. "localNames" are the settings that an "all" of the peer
-    /// does not bring.
+    /// "flags" is a combination of Flag. "localNames" are settings that the peer's "all" does not
+    /// contain.
     VhIpcSettings(QSharedPointer<QtAppAbstractSettingsManager> settingsManager, quint32 flags,
                   QSet<QString> localNames, QObject *parent = nullptr,
                   QtClock &clock = QtClock::system());
     ~VhIpcSettings() override;
 
-    /// The name that routes messages to this part.
+    /// The name under which messages are dispatched to this part.
     static QString partName();
     /// The source of all changes that this part makes.
     static QString changesSource();
@@ -71,15 +72,15 @@ public:
     void requestAllSettings();
     void sendAllSettings();
 
-    /// What was changed here and told to the peer, without a confirmation so far.
+    /// The local changes that were sent to the peer and are still unconfirmed.
     QHash<QString, QString> unconfirmedChanges() const;
-    /// These changes are told at the next connect, however old they are then.
+    /// These changes are sent at the next connect, however old they are then.
     void resendOnConnect(const QStringList &names);
 
     void processVh(const QHash<QString, QVariant> &map) override;
     void onConnectChanged(bool connected) override;
 
-    /// A hash of texts; of pairs with the same name the last one counts.
+    /// A hash of texts; for a repeated name the last value counts.
     static QVariant valuesToVariant(const QHash<QString, QString> &values);
     static QVariant valuesToVariant(const QList<std::pair<QString, QString>> &values);
     static QHash<QString, QString> valuesHashFromVariant(const QVariant &variant);
@@ -95,10 +96,10 @@ private:
     struct LocalChange {
         QString value;
         qint64 madeAtMs = 0;
-        /// Told to the peer, at the latest when it was last connected.
+        /// Sent to the peer, at the latest during the last connection.
         bool told = false;
         bool resend = false;
-        /// The first question that was asked after it, of those of this connection; 0: none yet.
+        /// The number of the first request on this connection after the change; 0: none yet.
         int question = 0;
     };
 
@@ -108,7 +109,7 @@ private:
     void applyReset();
     void sendChanged(const QVariant &values);
     void resendChanges();
-    /// Whether something was changed here after the last question.
+    /// Whether there was a local change after the last request.
     bool hasUnaskedChanges() const;
     void onAnswered();
 
@@ -118,9 +119,9 @@ private:
     QtClock &m_clock;
     const std::unique_ptr<QtSingleShotTimer> m_confirmTimer;
     bool m_connected = false;
-    /// Questions for everything on this connection, and how many of them are answered.
+    /// The number of requests for all settings on this connection, and of answers to them.
     int m_questions = 0;
     int m_answers = 0;
-    /// By name, what was changed here and is not confirmed; with RequestAll only.
+    /// The unconfirmed local changes by name; with RequestAll only.
     QHash<QString, LocalChange> m_localChanges;
 };

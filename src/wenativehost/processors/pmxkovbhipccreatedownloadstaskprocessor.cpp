@@ -38,7 +38,7 @@ pmxKovBhIpcCreateDownloadsTaskProcessor::pmxKovBhIpcCreateDownloadsTaskProcessor
 void pmxKovBhIpcCreateDownloadsTaskProcessor::process(std::shared_ptr<pmxKovBhIpcTask> task,
                                                       Callback callback)
 {
-    // What was read of a broken record is neither all that is wanted nor known to be wanted so.
+    // A record that was only read in part may lack downloads or their options.
     if (task->readFailed() || task->create_downloads.downloads.empty()) {
         callback(task, errorResponse(*task, "invalid arguments"));
         return;
@@ -87,7 +87,7 @@ void pmxKovBhIpcCreateDownloadsTaskProcessor::onFinished(const QString &id, bool
 
 bool pmxKovBhIpcCreateDownloadsTaskProcessor::isJudged(const pmxKovBhIpcTask &task)
 {
-    // The rules are for what the browser caught by itself, one at a time.
+    // The rules are for automatically caught downloads, which come one at a time.
     const pmxKovBhIpcTaskCreateDownloads &created = task.create_downloads;
     return created.downloads.size() == 1 && created.catchedDownloads && !created.ignoreSettings;
 }

@@ -14,10 +14,10 @@ class WbeIncomingDownloadsProcessor;
 class WebExtensionSettingsManager;
 
 /**
- * "create_downloads": leaves a caught download to the browser where the user's rules say so, and
- * has the application make all others. Answered when the application has answered.
+ * "create_downloads": leaves a caught download to the browser if a capture rule says so, and hands
+ * all others to the application. Answered when the application has answered.
  *
- * A task replaces one of the same id that is still under way, which is then never answered.
+ * A task replaces a pending one with the same id, which is then never answered.
  */
 class pmxKovBhIpcCreateDownloadsTaskProcessor : public pmxKovBhIpcTaskProcessor {
     Q_OBJECT
@@ -34,7 +34,7 @@ public Q_SLOTS:
                     AbstractDownloadAbortReason abortReason, const QString &error);
 
 private:
-    /// Whether the user's rules are to be asked.
+    /// Whether the capture rules apply.
     static bool isJudged(const pmxKovBhIpcTask &task);
     bool isLeftToBrowser(const pmxKovBhIpcTask &task) const;
     void submit(const std::shared_ptr<pmxKovBhIpcTask> &task, Callback callback);

@@ -7,8 +7,8 @@
 class BrowserActivityMonitor;
 
 /**
- * "browser_download_state_report": the browser tells that it downloads a URL by itself
- * ("in_progress") or does so no more ("interrupted", "complete"). Answered at once; another state,
+ * "browser_download_state_report": the browser reports that it is downloading a URL itself
+ * ("in_progress"), or no longer does ("interrupted", "complete"). Answered at once; another state,
  * or no URL, with the error "invalid arguments".
  */
 class pmxKovBhIpcDownloadStateReportTaskProcessor : public pmxKovBhIpcTaskProcessor {

@@ -7,8 +7,8 @@
 class ConsoleMessagesReceiver;
 class ConsoleMessagesSender;
 
-/// "handshake": switches the channel to the forms that the extension asks for, which holds for the
-/// answer already, and tells the host's version and capabilities.
+/// "handshake": switches the channel to the formats that the extension requests, which already
+/// apply to the answer, and answers with the host's version and capabilities.
 class pmxKovBhIpcHandshakeTaskProcessor : public pmxKovBhIpcTaskProcessor {
     Q_OBJECT
 public:
@@ -18,7 +18,7 @@ public:
     void process(std::shared_ptr<pmxKovBhIpcTask> task, Callback callback) override;
 
 Q_SIGNALS:
-    /// The extension can be told something now.
+    /// From now on the extension can receive notifications.
     void answered();
 
 private:

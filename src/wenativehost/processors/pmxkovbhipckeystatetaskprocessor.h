@@ -8,8 +8,8 @@
 class ConsoleMessagesSender;
 class KeyStateWatcher;
 
-/// "key_state": whether the watched key is held. From the first such task on, every change is told
-/// without being asked for, in a message with an empty id.
+/// "key_state": whether the watched key is held. The first such task also subscribes to changes,
+/// which are sent as notifications.
 class pmxKovBhIpcKeyStateTaskProcessor : public pmxKovBhIpcTaskProcessor {
     Q_OBJECT
 public:

@@ -10,14 +10,13 @@ class NetworkRequestsCollector;
 class PageMediaNotifier;
 
 /**
- * "network_request_notification": what the browser tells of its requests and tabs. Every
- * notification is answered at once with a plain response; what it says goes to the collector
- * ("request", "response", "redirect", "playlist", "part", "completed", "failed") or the tabs
- * tracker
- * ("tab_navigated", "tab_url_changed", both with the new URL in "data", and "tab_closed").
- * "media_wanted" asks to be told what is found.
+ * "network_request_notification": events of the browser's requests and tabs. Each is answered at
+ * once with a plain response, and passed to the collector ("request", "response", "redirect",
+ * "playlist", "part", "completed", "failed") or to the tabs tracker ("tab_navigated",
+ * "tab_url_changed", both with the new URL in "data", and "tab_closed"). "media_wanted" subscribes
+ * to the media that are found.
  *
- * Requests of what the browser downloads by itself are not collected.
+ * Requests of the browser's own downloads are not collected.
  */
 class pmxKovBhIpcNetworkRequestNotificationTaskProcessor : public pmxKovBhIpcTaskProcessor {
     Q_OBJECT

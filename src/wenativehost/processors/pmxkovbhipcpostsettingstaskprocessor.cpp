@@ -12,7 +12,7 @@ pmxKovBhIpcPostSettingsTaskProcessor::pmxKovBhIpcPostSettingsTaskProcessor(
     QSharedPointer<WebExtensionSettingsManager> manager, QWeakPointer<ConsoleMessagesSender> sender)
     : m_manager(std::move(manager)), m_sender(std::move(sender))
 {
-    // Queued: after the answer to the post that it is about.
+    // Queued: must follow the answer to the post.
     connect(m_manager.data(), &WebExtensionSettingsManager::storeOutcomeChanged, this,
             &pmxKovBhIpcPostSettingsTaskProcessor::onStoreOutcomeChanged, Qt::QueuedConnection);
 }

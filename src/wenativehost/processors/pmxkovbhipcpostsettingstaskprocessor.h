@@ -10,17 +10,16 @@ class ConsoleMessagesSender;
 class WebExtensionSettingsManager;
 
 /**
- * "post_settings": takes over the extension's options, once the current ones are known for
- * comparison. A message without options changes nothing and is answered with the
- * error "invalid arguments".
+ * "post_settings": applies the extension's options, once the current ones are known for comparison.
+ * A message without options changes nothing and is answered with the error "invalid arguments".
  *
- * The answer says nothing of the local store. When that cannot be written, and when it can be
- * again, a message "settings_store" with an empty id tells so.
+ * The answer does not depend on the local store. A notification "settings_store" reports when the
+ * store cannot be written, and when it can be again.
  */
 class pmxKovBhIpcPostSettingsTaskProcessor : public pmxKovBhIpcTaskProcessor {
     Q_OBJECT
 public:
-    /// Without a sender nothing is told of the store.
+    /// Without a sender, the state of the store is not reported.
     explicit pmxKovBhIpcPostSettingsTaskProcessor(
         QSharedPointer<WebExtensionSettingsManager> manager,
         QWeakPointer<ConsoleMessagesSender> sender = {});

@@ -12,8 +12,8 @@ class ConsoleMessagesSender;
 class WebExtensionSettingsManager;
 class pmxKovBhIpcQuerySettingsTaskResponse;
 
-/// "query_settings": the extension's options, as soon as they are known. From the first answer on,
-/// every change that the extension did not make is told in a message with an empty id.
+/// "query_settings": the extension's options, as soon as they are known. The first one also
+/// subscribes to changes that the extension did not make, which are sent as notifications.
 class pmxKovBhIpcQuerySettingsTaskProcessor : public pmxKovBhIpcTaskProcessor {
     Q_OBJECT
 public:
@@ -21,7 +21,7 @@ public:
                                           QWeakPointer<ConsoleMessagesSender> sender);
 
     void process(std::shared_ptr<pmxKovBhIpcTask> task, Callback callback) override;
-    /// Answers with the options as they are.
+    /// Answers with the current options.
     void respond(const std::shared_ptr<pmxKovBhIpcTask> &task, const Callback &callback);
 
 public Q_SLOTS:
@@ -29,7 +29,7 @@ public Q_SLOTS:
     void onSettingsChanged(bool byExtension);
 
 private:
-    /// Lets the response show the manager's record.
+    /// Lets the response share the manager's record.
     void fill(pmxKovBhIpcQuerySettingsTaskResponse &response) const;
 
     const QSharedPointer<WebExtensionSettingsManager> m_manager;

@@ -18,6 +18,6 @@ public:
 
     explicit pmxKovBhIpcTaskProcessor(QObject *parent = nullptr) : QObject(parent) { }
 
-    /// Calls back once: before it returns, or later from the event loop.
+    /// Calls back exactly once: before it returns, or later from the event loop.
     virtual void process(std::shared_ptr<pmxKovBhIpcTask> task, Callback callback) = 0;
 };

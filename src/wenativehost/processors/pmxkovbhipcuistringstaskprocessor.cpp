@@ -10,7 +10,7 @@
 
 namespace {
 
-/// The caption in the user's language, naming the program.
+/// The caption in the user's language, with the product's name.
 std::string caption(const char *sourceText)
 {
     return QCoreApplication::translate("QObject", sourceText)

@@ -8,8 +8,8 @@
 
 class ConsoleMessagesSender;
 
-/// "ui_strings": the captions of the extension's context menu in the user's language. From the
-/// first answer on, a change of the language is told in a message with an empty id.
+/// "ui_strings": the captions of the extension's context menu in the user's language. The first one
+/// also subscribes to changes of the language, which are sent as notifications.
 class pmxKovBhIpcUiStringsTaskProcessor : public pmxKovBhIpcTaskProcessor {
     Q_OBJECT
 public:
@@ -19,11 +19,11 @@ public:
     void process(std::shared_ptr<pmxKovBhIpcTask> task, Callback callback) override;
 
 public Q_SLOTS:
-    /// To be called when other translations are loaded. Nothing when the captions are the same.
+    /// Call it when other translations were loaded. Does nothing if the captions are the same.
     void onTranslationsLoaded();
 
 private:
     const QWeakPointer<ConsoleMessagesSender> m_sender;
-    /// One of those that were told last, which stands for all; empty before.
+    /// One of the captions that were sent last, to detect a change; empty before.
     std::string m_toldCaption;
 };

@@ -74,7 +74,7 @@ void pmxKovBhIpcVideoSnifferTaskProcessor::process(std::shared_ptr<pmxKovBhIpcTa
         fail(QStringLiteral("no_media_found"), "");
         return;
     }
-    // Only a URL of the task may be such: what players make up themselves ("blob:"), or no URL.
+    // Only a URL given by the task may be unsupported: one made by a player ("blob:"), or no URL.
     if (!isDownloadableByCurl(QUrl(QString::fromStdString(candidates.front().request.url)))) {
         fail(QStringLiteral("invalid arguments"), "the URL cannot be downloaded");
         return;

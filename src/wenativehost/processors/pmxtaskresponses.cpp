@@ -6,7 +6,8 @@
 
 void pmxSetOutcome(pmxKovBhIpcTaskResponse &response, const DownloadsOutcome &outcome)
 {
-    // Downloads that the application has already count as taken, or the browser would make them.
+    // Downloads that the application already has count as added, or the browser would download
+    // them.
     if (outcome.added
         || (outcome.aborted && outcome.abortReason == AbstractDownloadAbortReason::AlreadyExists))
         response.result = '1';

@@ -9,7 +9,7 @@
 #include <memory>
 #include <optional>
 
-/// An answer to the task, empty but for the task's id and type.
+/// An answer to the task, with the task's id and type only.
 template <typename Response = pmxKovBhIpcTaskResponse>
 std::shared_ptr<Response> pmxResponseTo(const pmxKovBhIpcTask &task)
 {
@@ -19,18 +19,18 @@ std::shared_ptr<Response> pmxResponseTo(const pmxKovBhIpcTask &task)
     return response;
 }
 
-/// What became of downloads that were handed to the application; neither added nor aborted means
+/// The outcome of downloads that were handed to the application; neither added nor aborted means
 /// that it failed.
 struct DownloadsOutcome {
     bool added = false;
     bool aborted = false;
     AbstractDownloadAbortReason abortReason = AbstractDownloadAbortReason::None;
-    /// The application's text, or that of a failure here.
+    /// The application's text, or that of a failure of the host.
     QString error;
 };
 
 /// Answers "1", "0" or an error text.
 void pmxSetOutcome(pmxKovBhIpcTaskResponse &response, const DownloadsOutcome &outcome);
 
-/// The response as it is sent, a JSON text; nothing when it cannot be written.
+/// The response as JSON text; nothing if it cannot be written.
 std::optional<QString> pmxResponseText(pmxKovBhIpcTaskResponse &response);

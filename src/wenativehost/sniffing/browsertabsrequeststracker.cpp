@@ -22,8 +22,8 @@ void BrowserTabsRequestsTracker::tabUrlChanged(const std::string &fromUrl, const
     if (fromUrl == toUrl || fromUrl.empty() || toUrl.empty())
         return;
     const int *const tabs = m_tabsOfPage.find(fromUrl);
-    // Another tab may still show the old URL, and it is unknown which of them made a request: they
-    // stay where they are then.
+    // If another tab still shows the old URL, it is unknown which tab made which request: then the
+    // requests stay with the old URL.
     const bool isShownElsewhere = tabs && *tabs > 1;
     if (isShownElsewhere)
         --m_tabsOfPage.touch(fromUrl);
@@ -36,7 +36,7 @@ void BrowserTabsRequestsTracker::tabUrlChanged(const std::string &fromUrl, const
 
 void BrowserTabsRequestsTracker::leave(const std::string &url)
 {
-    // A tab without a page of the web says nothing of the requests that belong to no page.
+    // A tab without a web page does not affect the requests that belong to no page.
     if (url.empty())
         return;
     if (const int *const tabs = m_tabsOfPage.find(url); tabs && *tabs > 1) {

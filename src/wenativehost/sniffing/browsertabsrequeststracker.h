@@ -7,21 +7,22 @@
 #include <string>
 
 /**
- * How many tabs show a page, to tell when the last of them leaves it or it gets another URL.
+ * Counts the tabs that show each page, to notify when the last of them leaves it, and when its URL
+ * changes.
  *
- * The browser names pages by their URL only. A page that was never navigated to while the browser
- * told of it, or that RecentUrls dropped, counts as shown in one tab. Belongs to one thread.
+ * The browser identifies pages by their URL only. A page whose navigation was not reported, or that
+ * RecentUrls dropped, counts as shown in one tab. Belongs to one thread.
  */
 class BrowserTabsRequestsTracker : public QObject {
     Q_OBJECT
 public:
     explicit BrowserTabsRequestsTracker(QObject *parent = nullptr);
 
-    /// A tab went from one page to another; the first URL is empty for a new tab. URLs that differ
-    /// in their fragments are places in one page, the same URL is the page loaded again.
+    /// A tab navigated from one page to another; the first URL is empty for a new tab. URLs that
+    /// differ only in their fragments are the same page; the same URL means a reload.
     void tabNavigated(const std::string &fromUrl, const std::string &toUrl);
     void tabClosed(const std::string &url);
-    /// The page of a tab changed its URL without being left.
+    /// The page of a tab changed its URL without a navigation.
     void tabUrlChanged(const std::string &fromUrl, const std::string &toUrl);
 
 Q_SIGNALS:

@@ -11,7 +11,7 @@
 
 namespace {
 
-// RFC 8216 (HLS), ISO/IEC 23009-1 (DASH), and the names in use before and beside them.
+// RFC 8216 (HLS), ISO/IEC 23009-1 (DASH), and older or unofficial names that are in use.
 constexpr std::array<std::string_view, 7> playlistTypes = {
     "application/vnd.apple.mpegurl",
     "application/x-mpegurl",

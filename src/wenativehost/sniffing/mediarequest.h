@@ -4,11 +4,11 @@
 
 #include <optional>
 
-/// A request whose answer is media, and what its headers say of the whole resource.
+/// A request whose response is media, with the properties of the whole resource from its headers.
 struct MediaRequest {
     NetworkRequest request;
     MediaKind kind = MediaKind::NoMediaKind;
-    /// In bytes; nothing if no answer told.
+    /// In bytes; nothing if unknown.
     std::optional<quint64> size;
     /// The file name that the server suggests; empty if none.
     std::string suggestedName;

@@ -21,7 +21,7 @@ const std::string &pageOf(const pmxFlvSniffCallProcTask &task)
     return task.webPageUrl.empty() ? task.srcTabUrl : task.webPageUrl;
 }
 
-/// A candidate that was not observed, only named: by a URL and, perhaps, headers.
+/// A candidate that was not observed, only named by a URL and perhaps headers.
 MediaRequest unobserved(const std::string &url, const pmxFlvSniffCallProcTask &task)
 {
     MediaRequest media;
@@ -37,7 +37,7 @@ bool isSamePage(const std::string &page, const std::string &other)
     return !page.empty() && withoutFragment(page) == withoutFragment(other);
 }
 
-/// "scheme://host/", which is all that servers of other hosts are told of a page.
+/// "scheme://host/", the only part of a page's URL that is sent as referrer cross-origin.
 std::string_view originOf(std::string_view url)
 {
     const size_t authority = url.find("//");
@@ -100,7 +100,7 @@ std::optional<MediaRequest> MediaRequestsAnalyzer::named(const pmxFlvSniffCallPr
 {
     if (!task.requestId.empty()) {
         if (auto media = m_media->request(task.requestId)) {
-            // An id alone says which request is meant; an id with another URL is out of date.
+            // An id alone identifies the request; an id with another URL is outdated.
             if (task.url.empty() || media->request.url == task.url
                 || media->request.originalUrl == task.url)
                 return media;
@@ -123,7 +123,7 @@ std::optional<MediaRequest> MediaRequestsAnalyzer::named(const pmxFlvSniffCallPr
 
 std::vector<MediaRequest> MediaRequestsAnalyzer::observed(const pmxFlvSniffCallProcTask &task) const
 {
-    // Headers are looked through once, not with every comparison.
+    // Parse the headers once, not with every comparison.
     using Rank = std::tuple<bool, bool, quint64, quint64>;
     std::vector<std::pair<Rank, MediaRequest>> ranked;
     for (MediaRequest &media : m_media->mediaRequests()) {

@@ -10,7 +10,7 @@
 class MediaRequestsCollector;
 class pmxFlvSniffCallProcTask;
 
-/// Ranks the media of a page, to choose the one that "Download video" means.
+/// Ranks the media of a page, to choose the one for "Download video".
 class MediaRequestsAnalyzer : public QObject {
     Q_OBJECT
 public:
@@ -20,10 +20,10 @@ public:
     /**
      * The candidates, best first, each resource once.
      *
-     * A task that names a request id or a URL means exactly that one: it is the only candidate, or
-     * there is none. Otherwise: the media of the frame, then of the page, then what the texts that
-     * were handed to the page's player name; within each group playlists before single files,
-     * larger before smaller (unknown sizes last), newer before older.
+     * For a task with a request id or a URL, exactly that one is the only candidate, or there is
+     * none. Otherwise: the media of the frame, then of the page, then the URLs in the parameters of
+     * the page's player; within each group playlists before single files, larger before smaller
+     * (unknown sizes last), newer before older.
      */
     std::vector<MediaRequest> candidates(const pmxFlvSniffCallProcTask &task) const;
 

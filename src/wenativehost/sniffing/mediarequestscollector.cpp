@@ -22,11 +22,11 @@ std::optional<quint64> sizeOfResource(const NetworkRequest &request, const HttpH
         const auto range = headers.contentRange();
         return range ? range->total : std::nullopt;
     }
-    // Content-Length counts the bytes on the wire, compressed where they are.
+    // Content-Length counts the bytes on the wire, which may be compressed.
     return headers.contains("content-encoding") ? std::nullopt : headers.contentLength();
 }
 
-/// The length of a playlist says nothing of the stream's.
+/// The length of a playlist is not that of the stream.
 std::optional<quint64> sizeOfMedia(const NetworkRequest &request, MediaKind kind,
                                    const HttpHeaderBlock &headers)
 {
@@ -49,7 +49,7 @@ MediaRequest toMediaRequest(const NetworkRequest &request)
 
 bool isAnsweredWell(const NetworkRequest &request)
 {
-    // A CORS preflight is answered without the resource.
+    // The response to a CORS preflight does not contain the resource.
     return request.method != "OPTIONS"
         && (request.state == NetworkRequest::State::Answered
             || request.state == NetworkRequest::State::Completed)
@@ -123,7 +123,7 @@ void MediaRequestsCollector::settle()
     }
     for (const auto &[pageUrl, answered] : answeredOfPage)
         settlePage(answered);
-    m_changedPages.takeAll(); // what was forgotten meanwhile is of these pages
+    m_changedPages.takeAll(); // requests that were dropped meanwhile belong to these pages
     m_timer->stop();
     for (const auto &[pageUrl, nothing] : pages)
         Q_EMIT pageSettled(pageUrl);
@@ -140,7 +140,7 @@ void MediaRequestsCollector::settlePage(const Requests &answered)
     }
     size_t mediaLeft = maxMedia;
     size_t partsLeft = maxParts;
-    // From the newest to the oldest, streams first: their pieces would pass for media without them.
+    // From the newest to the oldest, playlists first: without them, segments would count as media.
     for (const bool isStream : {true, false}) {
         for (auto next = latest.rbegin(); next != latest.rend(); ++next) {
             const NetworkRequest &request = **next;
@@ -178,12 +178,12 @@ MediaRequestsCollector::Requests MediaRequestsCollector::latestMedia(const Reque
         const auto [known, added] = byUrl.try_emplace(withoutFragment(request->url), request);
         if (added)
             continue;
-        // Players fetch files in parts, and the playlist of what is being broadcast over and over.
+        // Players fetch files in ranges, and reload the playlist of a live stream periodically.
         const NetworkRequest *older = known->second;
         const NetworkRequest *later = request;
         if (isOlder(later, older))
             std::swap(older, later);
-        // Until then it may fail, and the older one counts.
+        // Until then it may fail; then the older one counts.
         if (later->state == NetworkRequest::State::Completed) {
             byUrl.erase(known);
             m_requests->replace(older->id, later->id,

@@ -15,19 +15,20 @@ class NetworkRequestsCollector;
 /**
  * The media among the requests that were collected.
  *
- * Media is told by its type, else by its file name. Failed requests and errors, the pieces of a
- * stream whose playlist was seen on the page, and answers known to be smaller than minSize are not
- * media. The parts of one resource on one page are one entry with the size of the whole.
+ * Media are recognized by their type, else by their file name. Failed requests, error responses,
+ * the segments of a stream whose playlist was seen on the page, and responses known to be smaller
+ * than minSize are not media. The ranges of one resource on one page are one entry with the size of
+ * the whole.
  *
- * A page is looked through when it is asked for, and settleMs after something happened on it, so
- * that a notification costs nothing here. Media, and the playlists that are parts of others, are
- * kept as long as their page is shown: the latest ones of each page.
+ * A page is evaluated when it is queried, and settleMs after an event on it, so that the events
+ * themselves cost nothing here. Media, and the playlists that are parts of others, are kept as long
+ * as their page is shown: the latest ones of each page.
  */
 class MediaRequestsCollector : public QObject {
     Q_OBJECT
 public:
-    /// In bytes. What is smaller is a sound effect, a beacon or a placeholder; playlists are not
-    /// measured.
+    /// In bytes. Smaller responses are sound effects, beacons or placeholders. Does not apply to
+    /// playlists.
     static constexpr quint64 minSize = quint64{64} * 1024;
     static constexpr int settleMs = 200;
     /// Of one page.
@@ -37,19 +38,18 @@ public:
     explicit MediaRequestsCollector(QSharedPointer<NetworkRequestsCollector> requests,
                                     QObject *parent = nullptr);
 
-    /// All media, oldest first. Of a resource that is just fetched again there may be two.
+    /// All media, oldest first. There may be two of a resource that is being fetched again.
     std::vector<MediaRequest> mediaRequests();
     /// The playlists of a page that are parts of others, oldest first.
     std::vector<MediaRequest> partsOf(const std::string &pageUrl);
-    /// One request by its id, whether it passes as media or not; nothing if it is not known.
+    /// One request by its id, whether or not it is media; nothing if it is not known.
     std::optional<MediaRequest> request(const std::string &requestId) const;
-    /// The same for a request of that URL, before or after redirects: one that was answered well
-    /// rather than another one, one of that page rather than of another, a newer one rather than an
-    /// older one.
+    /// The same for a request of that URL, before or after redirects. Preferred are successful
+    /// ones, then those of that page, then newer ones.
     std::optional<MediaRequest> requestOf(const std::string &url, const std::string &pageUrl) const;
 
 Q_SIGNALS:
-    /// The media of the page may be others than before.
+    /// The media of the page may have changed.
     void pageSettled(const std::string &pageUrl);
 
 private:
@@ -59,7 +59,7 @@ private:
     void settle();
     using Requests = std::vector<const NetworkRequest *>;
     void settlePage(const Requests &answered);
-    /// Judges the kinds of the requests, and returns the latest for each resource that may be
+    /// Determines the kinds of the requests, and returns the latest for each resource that may be
     /// media, oldest first.
     Requests latestMedia(const Requests &answered);
     template <typename Predicate> std::vector<MediaRequest> kept(Predicate predicate);

@@ -87,7 +87,7 @@ private:
 
     static QUrl toUrl(QByteArrayView address) { return QUrl(QString::fromUtf8(address)); }
 
-    /// The value of "name=value"; anything else as it is.
+    /// The value of "name=value"; any other text unchanged.
     static QByteArrayView withoutName(QByteArrayView word)
     {
         const auto equals = word.indexOf('=');
@@ -99,7 +99,7 @@ private:
             : word.sliced(equals + 1);
     }
 
-    /// Whether there is more in a text than one file name.
+    /// Whether a text contains more than one file name.
     static bool hasStructure(QByteArrayView text)
     {
         return text.contains('/') || text.contains(':') || text.contains('=') || text.contains('&')

@@ -7,11 +7,11 @@
 #include <vector>
 
 /**
- * The URLs with a media file name in the texts that a player on a page was given, such as its
- * variables ("file=movie.mp4&image=…") or the address of its program.
+ * The URLs with a media file name in the parameters of a page's player, such as its variables
+ * ("file=movie.mp4&image=…") or the URL of its program.
  *
- * Percent-encoded values are decoded, and decoded values searched again, to a depth of three, since
- * addresses are passed inside addresses. Relative ones are taken relative to the page. Each is
- * returned once, in the order found. Linear in the length of the text.
+ * Percent-encoded values are decoded, and searched again, to a depth of three, since URLs may be
+ * nested. Relative URLs are resolved against the page. Each is returned once, in the order found.
+ * Linear in the length of the text.
  */
 std::vector<QUrl> findMediaUrls(const std::string &text, const QUrl &pageUrl);

@@ -11,17 +11,17 @@
 
 using MediaKind = pmxKovBhIpcDownloadInfo::MediaKind;
 
-/// What is known about one request of the browser. Texts are as the browser reported them.
+/// One request of the browser, from its events. Texts are as the browser reported them.
 struct NetworkRequest {
     enum class State {
-        Sent, ///< no answer yet, or redirected
-        Answered, ///< the response headers are there
+        Sent, ///< no response yet, or redirected
+        Answered, ///< the response headers have arrived
         Completed,
         Failed,
     };
-    /// What it is worth remembering for, as MediaRequestsCollector judges it.
+    /// Why to keep it, as determined by MediaRequestsCollector.
     enum class Worth {
-        Unjudged, ///< something was told of it since
+        Unjudged, ///< not evaluated since its last event
         Ordinary,
         Part, ///< a playlist that is part of another one
         Media,
@@ -37,27 +37,27 @@ struct NetworkRequest {
     std::string method;
     std::string requestHeaders;
     std::string responseHeaders;
-    /// The playlist that it fetched; null unless the browser passed its text on.
+    /// The playlist that it fetched; null unless the extension sent its text.
     std::shared_ptr<const Playlist> playlist;
-    /// An earlier host found that its playlist is part of another one.
+    /// According to an earlier host, its playlist is part of another one.
     bool isKnownPart = false;
-    /// What an earlier request for the same told of the size of the whole, in bytes.
+    /// The size of the whole from an earlier request for the same resource, in bytes.
     std::optional<quint64> knownSize;
     /// The HTTP status; 0 while unknown.
     int status = 0;
     State state = State::Sent;
     Worth worth = Worth::Unjudged;
-    /// What its answer is, as it was judged.
+    /// The kind of its response, as determined.
     MediaKind kind = MediaKind::NoMediaKind;
-    /// Counts up from request to request in the order of their beginning.
+    /// A sequence number, in the order in which the requests began.
     quint64 number = 0;
-    /// When the browser last told of it, on the clock's monotonic scale.
+    /// The time of its last event, on the monotonic clock.
     qint64 changedMs = 0;
 
     bool isFinished() const { return state == State::Completed || state == State::Failed; }
     bool isKept() const { return worth == Worth::Part || worth == Worth::Media; }
 
-    /// What it holds beside its fixed size.
+    /// The memory that it uses besides its fixed size.
     size_t textBytes() const
     {
         return id.size() + url.size() + originalUrl.size() + pageUrl.size() + method.size()

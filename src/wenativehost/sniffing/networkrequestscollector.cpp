@@ -15,18 +15,18 @@ int toStatus(const std::string &text)
     return status;
 }
 
-/// An assignment would keep the capacity of a longer text, which is not accounted for.
+/// An assignment would keep the capacity of a longer text, which is not counted.
 void assign(std::string &text, const std::string &by) { std::string(by).swap(text); }
 
-/// Browsers keep the id through redirects and when they ask for a password, and use it again after
-/// the request's end, of which they do not always tell.
+/// Browsers keep the id across redirects and HTTP authentication, and reuse it after the end of the
+/// request, which they do not always report.
 bool goesOn(const NetworkRequest &request,
             const pmxKovBhIpcTaskNetworkRequestNotification &notification)
 {
     return !request.isFinished() && request.url == notification.url;
 }
 
-/// Whether the notification says anything of the request.
+/// Whether the notification changes anything in the request.
 bool merge(NetworkRequest &request, const pmxKovBhIpcTaskNetworkRequestNotification &notification)
 {
     using State = NetworkRequest::State;
@@ -43,7 +43,7 @@ bool merge(NetworkRequest &request, const pmxKovBhIpcTaskNetworkRequestNotificat
         request.status = toStatus(notification.data);
         assign(request.responseHeaders, notification.responseHeaders);
     } else if (notification.type == "redirect") {
-        // The headers of a redirect say nothing about the resource.
+        // The headers of a redirect do not describe the resource.
         request.state = State::Sent;
         request.status = 0;
         assign(request.url, notification.data);

@@ -16,28 +16,27 @@
 class pmxKovBhIpcTaskNetworkRequestNotification;
 
 /**
- * The requests that the browser made lately, one entry per request id, put together from its
- * notifications:
+ * The browser's recent requests, one entry per request id, assembled from its notifications:
  *
  * | type        | adds                                   | "data"                   |
  * |-------------|----------------------------------------|--------------------------|
  * | "request"   | URL, page and request headers          | method                   |
  * | "response"  | response headers                       | HTTP status              |
  * | "redirect"  | the new URL                            | new URL                  |
- * | "playlist"  | what a playlist that it fetched names  | text                     |
+ * | "playlist"  | the URLs in a playlist that it fetched | text                     |
  * | "part"      | that its playlist is part of another   |                          |
- * | "completed" | that it ended well                     |                          |
- * | "failed"    | that it did not                        |                          |
+ * | "completed" | that it succeeded                      |                          |
+ * | "failed"    | that it failed                         |                          |
  *
- * Other types are ignored. A "request" with a known id goes on with that request if it names the
- * place where the request goes now, as after a redirect; otherwise, and when that one is finished,
- * it is a new one.
+ * Other types are ignored. A "request" with a known id continues that request if its URL is the
+ * request's current one, as after a redirect; otherwise, or if that one is finished, it is a new
+ * one.
  *
- * What is kept is bounded by number, by the bytes of the texts and, but for what was judged worth
- * keeping, by age since the last notification. What goes first is finished, what goes last worth
- * keeping; among equals, what the browser told of longest ago. A request whose texts alone are
- * beyond the bound is not kept. One notification costs the same however many requests are held.
- * Belongs to one thread.
+ * The requests are limited in number, in the bytes of their texts and, except those marked as worth
+ * keeping, in the time since the last notification. Finished ones are dropped first and those worth
+ * keeping last, the least recently notified of them first. A request whose own texts exceed the
+ * limit is not kept. The cost of a notification does not depend on the number of requests. Belongs
+ * to one thread.
  */
 class NetworkRequestsCollector : public QObject {
     Q_OBJECT
@@ -51,27 +50,27 @@ public:
 
     void process(const pmxKovBhIpcTaskNetworkRequestNotification &notification);
 
-    /// The requests of one page are those of another.
+    /// Moves the requests of one page to another.
     void changePageUrl(const std::string &fromUrl, const std::string &toUrl);
     void forgetPage(const std::string &pageUrl);
     /// Forgets the requests of that URL, before or after redirects, whatever their page.
     void forgetUrl(const std::string &url);
 
-    /// Says what a request is worth; it must be known.
+    /// Sets why to keep a request; it must be known.
     void judge(const std::string &requestId, NetworkRequest::Worth worth, MediaKind kind);
-    /// A later request for the same takes over what an older one told, which is forgotten. Both
-    /// must be known.
+    /// Merges an older request for the same resource into a later one, and drops it. Both must be
+    /// known.
     void replace(const std::string &olderId, const std::string &laterId,
                  std::optional<quint64> knownSize);
 
     QtClock &clock() const { return m_clock; }
     /// Null if it is not (or no longer) known. Valid until the next call of a non-const function.
     const NetworkRequest *request(const std::string &requestId) const;
-    /// Those that are not too old, finished ones first and kept ones last. Valid as request() is.
+    /// Those that are not too old, finished ones first and kept ones last. As valid as request().
     std::vector<const NetworkRequest *> requests() const;
 
 Q_SIGNALS:
-    /// Something was told of a request of the page, or one that was kept is not there any more.
+    /// There was a notification about a request of the page, or a kept one was dropped.
     void pageChanged(const std::string &pageUrl);
 
 private:
@@ -80,7 +79,7 @@ private:
     void begin(const pmxKovBhIpcTaskNetworkRequestNotification &notification);
     void update(Requests::iterator request,
                 const pmxKovBhIpcTaskNetworkRequestNotification &notification);
-    /// Moves the request, which was in that list, to the end of the list that is its own now.
+    /// Moves the request from that list to the end of the list to which it belongs now.
     void moveToItsList(Requests &from, Requests::iterator request);
     Requests &listOf(const NetworkRequest &request);
     bool isTooOld(const NetworkRequest &request) const;

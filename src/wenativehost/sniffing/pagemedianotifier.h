@@ -13,9 +13,9 @@ class MediaRequestsAnalyzer;
 class MediaRequestsCollector;
 
 /**
- * Tells the extension what was found on its pages, in messages with an empty id: from start() on,
- * each time that it changes. The list is in the order in which the analyzer ranks the page's media,
- * so that the first entry is the one that "Download video" gets. Belongs to one thread.
+ * Notifies the extension of the media on its pages: from start() on, after each change. The list is
+ * in the analyzer's order, so that the first entry is the one for "Download video". Belongs to one
+ * thread.
  */
 class PageMediaNotifier : public QObject {
     Q_OBJECT
@@ -24,7 +24,7 @@ public:
                       QSharedPointer<MediaRequestsAnalyzer> analyzer,
                       QWeakPointer<ConsoleMessagesSender> sender, QObject *parent = nullptr);
 
-    /// The extension wants to know.
+    /// The extension subscribes.
     void start() { m_isWanted = true; }
 
 private:

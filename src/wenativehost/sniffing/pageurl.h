@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-/// The URL without its fragment: the same for all places in a page or resource.
+/// The URL without its fragment, which identifies the page or resource.
 inline std::string_view withoutFragment(std::string_view url)
 {
     return url.substr(0, url.find('#'));

@@ -20,12 +20,12 @@ std::string_view takeLine(std::string_view &rest)
     return line;
 }
 
-/// What a line of an HLS playlist (RFC 8216, 4.1) or an attribute URI="…" in it refers to.
+/// The reference in a line of an HLS playlist (RFC 8216, 4.1) or in its attribute URI="…".
 std::string_view referenceInLine(std::string_view line)
 {
     if (!line.starts_with('#'))
         return line;
-    // It names the other qualities, of which none is part of another one.
+    // It names the renditions in other qualities, none of which is part of another one.
     if (line.starts_with("#EXT-X-RENDITION-REPORT"))
         return {};
     constexpr std::string_view attribute = "URI=\"";
@@ -36,7 +36,7 @@ std::string_view referenceInLine(std::string_view line)
     return value.substr(0, value.find('"'));
 }
 
-/// Of a line with an attribute RESOLUTION=1920x1080 (RFC 8216, 4.3.4.2); 0 of others.
+/// The height in a line with an attribute RESOLUTION=1920x1080 (RFC 8216, 4.3.4.2); 0 for others.
 int heightInLine(std::string_view line)
 {
     constexpr std::string_view attribute = "RESOLUTION=";

@@ -22,7 +22,7 @@ std::string kindName(MediaKind kind)
     return {};
 }
 
-/// What to call it before a user: the name of its file, else of its server.
+/// Its title for the user: the name of its file, else of its server.
 std::string titleOf(const MediaRequest &media)
 {
     if (!media.suggestedName.empty())

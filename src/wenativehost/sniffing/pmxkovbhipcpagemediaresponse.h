@@ -6,17 +6,17 @@
 #include <string>
 #include <vector>
 
-/// What was found on a page, for the extension to show, and to tell another host of again.
+/// The media of a page, for the extension to show, and to report to the next host.
 class pmxKovBhIpcPageMediaResponse : public pmxKovBhIpcTaskResponse {
 public:
-    /// Texts of a page beyond this are not told of, since browsers take no message over 1 MB, and
-    /// JSON may need six bytes for one.
+    /// The limit for the texts of a page, in bytes: browsers accept messages up to 1 MB, and JSON
+    /// may need six bytes for one.
     static constexpr size_t maxTextBytes = size_t{144} * 1024;
 
     explicit pmxKovBhIpcPageMediaResponse(const std::string &pageUrl);
 
-    /// Media are added best first; parts are playlists that belong to one of them. False when there
-    /// is no room.
+    /// Add the media best first; parts are playlists that belong to one of them. False if it does
+    /// not fit.
     bool add(const MediaRequest &media, bool isPart);
 
     bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override;

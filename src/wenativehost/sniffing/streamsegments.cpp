@@ -52,7 +52,7 @@ bool StreamSegments::isSegment(const std::string &url) const
 
 bool StreamSegments::isPartOfOther(const NetworkRequest &playlist) const
 {
-    // Two streams may lie beside each other; what lies below a playlist belongs to it.
+    // Two streams may be in the same folder; a playlist below another one's folder belongs to it.
     const std::string_view folder = folderOf(playlist.url);
     const auto isAbove = [folder](std::string_view other) {
         return !other.empty() && folder.size() > other.size() && folder.starts_with(other);
