@@ -69,7 +69,7 @@ host.onConnected = async () => {
         apply(await settings.own());
         await settings.query();
     } catch {
-        // The port was closed meanwhile; onDisconnected tells of it.
+        // The port was closed meanwhile; onDisconnected reports that.
     }
 };
 host.onDisconnected = error => {
@@ -144,7 +144,7 @@ const menuActions = {
     dllink: async ({ linkUrl, frameId, frameUrl, pageUrl }, tab) =>
         downloads.add([await pageLink(tab.id, linkUrl, frameId, frameUrl ?? pageUrl)], tab),
     dlvideo: async (info, tab) => {
-        await host.open().catch(() => {}); // a new host is told first what is known of the page
+        await host.open().catch(() => {}); // a new host first gets the page's media
         await observer.observe(tab.id);
         await videos.pick(info, tab);
     },
@@ -289,4 +289,4 @@ chrome.runtime.onStartup.addListener(() => {});
 chrome.alarms.onAlarm.addListener(() => {});
 
 keeping.describe().then(({ next }) => status.keeping(next));
-host.open().catch(() => {}); // the status tells of it
+host.open().catch(() => {}); // the status shows the error

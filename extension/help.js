@@ -18,7 +18,7 @@ addEventListener('focus', showPinning);
 showPinning();
 
 function browserName() {
-    // Chromium's kin call themselves Chrome there, too.
+    // Other Chromium-based browsers are also named Chrome there.
     const brands = navigator.userAgentData?.brands.filter(({ brand }) => !/not.*brand/i.test(brand)) ?? [];
     const own = brands.find(({ brand }) => brand !== 'Chromium') ?? brands[0];
     const [name] = /Firefox\/[\d.]+/.exec(navigator.userAgent) ?? [''];

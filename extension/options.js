@@ -117,7 +117,7 @@ const fields = {
             show: value => {
                 const bytes = Number(value);
                 if (input.value !== '' && Number(input.value) * Number(unit.value) === bytes)
-                    return; // in the unit that the user has chosen
+                    return; // keeps the unit that the user has chosen
                 const [, factor] = byteUnits.findLast(each => bytes >= each[1]) ?? byteUnits[0];
                 unit.value = factor;
                 input.value = bytes / factor;
@@ -134,7 +134,7 @@ const fields = {
         const check = () => {
             const { masks, refused } = understand(input.value);
             input.ariaInvalid = String(refused.length > 0);
-            // What is understood as it stands need not be said twice.
+            // Show nothing if the parsed form is the same.
             const isPlain = input.value.split(/\s+/).filter(Boolean).join(' ') === masks.join(' ');
             chips.replaceChildren(
                 ...(isPlain ? [] : masks).map(mask => make('li', { textContent: mask })),
@@ -209,7 +209,7 @@ function show(settings) {
 
 function showStatus({ version, problem, needsAccess }) {
     element('version').textContent = version ? text('hostVersion', version) : '';
-    element('retry').hidden = version !== ''; // what is connected cannot be tried again
+    element('retry').hidden = version !== ''; // no retry while connected
     if (!version || needsAccess)
         showProblem(problem ?? text('optionsWaiting'));
 }

@@ -106,7 +106,7 @@ onClick('keepNext', async event => {
 
 // --- the last downloads --------------------------------------------------------------------------
 
-/** Beside the words, for who looks for one among many. */
+/** Symbols besides the text, to find an outcome at a glance. */
 const marks = { application: '✓', browser: '↓' };
 
 function showDownloads(downloads) {

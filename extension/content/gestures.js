@@ -1,7 +1,7 @@
 // Runs in every page. In Chromium a download by "Save link as" or by a click with Alt looks the same
-// as one by a link that has the attribute "download"; what the user did before tells them apart. And a
-// key that is held while a link is clicked keeps the download in the browser. Whether it was such a
-// gesture, when, and which of three keys were held, is all that leaves the page.
+// as one by a link with the attribute "download"; only the user's gesture before it differs. Also, a
+// modifier key that is held while a link is clicked keeps the download in the browser. The script sends
+// whether there was such a gesture, when, and which of three keys were held; nothing else.
 
 const tell = (event, saves) => {
     // Pages can create untrusted events. After an update of the extension, chrome.runtime is gone.

@@ -1,15 +1,15 @@
-// Parts of addresses.
+// Parts of URLs.
 
 export function isWebAddress(url) { return /^https?:/i.test(url ?? ''); }
 
-/** In characters. Servers refuse longer addresses, and pages could make up many of them. */
+/** In characters. Servers refuse longer URLs, and a page could create many of them. */
 const longest = 16 * 1024;
 
 export function isTooLong(url) { return url.length > longest; }
 
 export function withoutFragment(url) { return url.split('#', 1)[0]; }
 
-/** The last part of an address's path, decoded where that is possible; may be empty. */
+/** The last segment of a URL's path, decoded if possible; may be empty. */
 export function lastSegment(url) {
     const segment = new URL(url).pathname.split('/').pop();
     try {

@@ -2,18 +2,18 @@
 // it can be paused), so each operation does what is still possible.
 
 /**
- * In milliseconds. A browser that takes longer to choose the path of a file has asked the user, who has
- * chosen where it is to be. Nobody answers a dialog that has yet to open as fast as this.
+ * In milliseconds. If it takes longer until the path of a file is known, the browser has asked the user
+ * where to save it: opening a dialog alone takes longer than this.
  */
 export const askedAfter = 300;
 
 /**
- * In how many turns Chromium is given that time. In each it has to answer a question: where it is busy, a path
- * took up to 182 ms without the user, and more where everything else does.
+ * Into how many round trips to Chromium that time is split, so that it becomes longer on a busy machine:
+ * there a path took up to 182 ms without a dialog, or more.
  */
 const turns = 10;
 
-/** In milliseconds: it has asked the user, however busy it is. */
+/** In milliseconds: after this time it has asked the user, however busy it is. */
 const surelyAskedAfter = 1000;
 
 /** Only Chromium has that event. */
@@ -23,9 +23,9 @@ export const inChromium = 'onDeterminingFilename' in chrome.downloads;
 export async function lookUp(id) { return (await chrome.downloads.search({ id }))[0]; }
 
 /**
- * Chromium keeps the connection of a paused download. Firefox drops it and later asks the server
- * again, which fails for what was posted and for servers that cannot resume; there, a download goes
- * on until the application has it.
+ * Chromium keeps the connection of a paused download. Firefox closes it and later sends a new request,
+ * which fails for a POST and for servers that do not support resuming; so in Firefox the download
+ * continues until the application has it.
  */
 export async function pause(id) {
     if (inChromium)
@@ -33,8 +33,8 @@ export async function pause(id) {
 }
 
 /**
- * Lets it go on in the browser, wherever it stopped. Resolves with whether it does, or is complete.
- * @param {boolean} canRestart whether it may begin anew where it broke off
+ * Continues it in the browser, whatever its state. Resolves with whether it continues, or is complete.
+ * @param {boolean} canRestart whether it may start over if it cannot be resumed
  */
 export async function goOn(id, canRestart = false) {
     const item = await lookUp(id);
@@ -45,27 +45,27 @@ export async function goOn(id, canRestart = false) {
         return true;
     if ((item.paused || item.canResume) && await chrome.downloads.resume(id).then(() => true, () => false))
         return true;
-    // Firefox says that it can resume what the server then does not send in parts.
+    // Firefox reports downloads as resumable even if the server does not support ranges.
     return isInterrupted && canRestart && restart(item);
 }
 
 /**
- * Whether the user has cancelled it. Browsers say the same of what broke off as they ended, and Firefox
- * of what is paused.
+ * Whether the user has cancelled it. Browsers report the same for downloads that were interrupted when
+ * the browser ended, and Firefox for paused ones.
  */
 export function isCancelled(item) {
     return item?.state === 'interrupted' && item.error === 'USER_CANCELED' && !item.canResume;
 }
 
-/** Starts it again in the browser, which then does not offer it to the application. */
+/** Restarts it in the browser; the new download is not offered to the application. */
 async function restart({ id, url }) {
     await chrome.downloads.erase({ id });
     return chrome.downloads.download({ url }).then(() => true, () => false);
 }
 
 /**
- * One that was begun before.
- * @param {boolean} hasEnded whether the browser was: Firefox begins then anew what was not complete
+ * Finds a download that was started earlier.
+ * @param {boolean} hasEnded whether the browser has ended since: then Firefox restarts incomplete ones
  */
 export async function find({ url, startTime }, hasEnded) {
     const items = await chrome.downloads.search({ url });
@@ -81,20 +81,20 @@ export async function discard(id) {
     await chrome.downloads.erase({ id }).catch(() => {});
 }
 
-/** What Chromium calls each download, by id, as nameOf() tells it. */
+/** The names that Chromium has chosen, by download id; see nameOf(). */
 const paths = new Map();
 const rememberedFor = 10_000;
 
 /** To be called at once when the script starts. */
 export function listen() {
-    // Chromium goes on, and may ask the user, when this has returned. As nothing is suggested, the name
-    // is its own.
+    // Chromium continues, and may ask the user, after this has returned. Without a suggestion it uses its
+    // own name.
     chrome.downloads.onDeterminingFilename?.addListener(({ id }) => void pathOf(id));
 }
 
 /**
- * The name under which the browser saves a file. Chromium chooses it within some ms, Firefox before it
- * reports the download.
+ * The name under which the browser saves a file. Chromium chooses it within milliseconds, Firefox before
+ * it reports the download.
  * @returns {Promise<string|undefined>} undefined when the browser asks the user
  */
 export async function nameOf(item) {
@@ -118,7 +118,7 @@ function chosenPath(id) {
             clearTimeout(timer);
             timer = null;
             chrome.downloads.onChanged.removeListener(onChanged);
-            // A script that is busy hears of the name before it hears that the time is over.
+            // In a busy script, the event of the name still comes before the timeout.
             resolve(Date.now() - began > surelyAskedAfter ? undefined : path);
         };
         const onChanged = change => {

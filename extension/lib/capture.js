@@ -1,6 +1,6 @@
-// Decides which of the browser's downloads are offered to the application. docs/downloads.md lists how
-// a download can begin, and how to tell. In doubt it stays in the browser: a file that the user saves
-// with the browser's dialog must be where the user chose.
+// Decides which of the browser's downloads are offered to the application. docs/downloads.md lists the
+// ways in which a download can begin. In doubt it stays in the browser: a file that the user saves with
+// the browser's dialog must be where the user chose.
 
 import { addressOf, isWebAddress, withoutFragment } from './addresses.js';
 import { askedAfter, inChromium } from './browserdownloads.js';
@@ -13,14 +13,15 @@ export function mayBeCaught(item) {
     // The application would keep a record of a private window's download.
     if (item.incognito)
         return false;
-    // A saved page already has its path in Chromium, and no type in Firefox; nor has a file that
-    // is saved from a page.
+    // A saved page already has its path in Chromium, and no type in Firefox; the latter also holds for a
+    // file that is saved from a page.
     return inChromium ? item.filename === '' : Boolean(item.mime);
 }
 
 /**
- * @param {import('./requestlog.js').BrowserRequest|undefined} request the one it began with
- * @param {boolean|undefined} savesItself what the user's last gesture before it says, see gestures.js
+ * @param {import('./requestlog.js').BrowserRequest|undefined} request the one that started it
+ * @param {boolean|undefined} savesItself whether the user's last gesture before it asked the browser to
+ *     save it, see gestures.js
  */
 export function isToBeCaught(item, request, savesItself) {
     if (!request?.sent || request.tabId < 0 || request.status < 200 || request.status > 299)
@@ -36,7 +37,7 @@ export function isToBeCaught(item, request, savesItself) {
     return inChromium && request.type === 'other' && isDownloadLink(item, request) && savesItself === false;
 }
 
-/** Whether a page asked for it, as it does for a link with the attribute "download". */
+/** Whether a page requested it, as for a link with the attribute "download". */
 function isDownloadLink(item, { url, origin }) {
     return isWebAddress(origin) && withoutFragment(item.referrer ?? '') !== url;
 }

@@ -1,14 +1,14 @@
-// The cookies of requests that the browser has not made, or whose headers it does not show.
+// The cookies for requests that the browser has not made, or whose headers it does not expose.
 
 import { isWebAddress } from './addresses.js';
 
 /**
- * What the browser would send if the user followed a link.
+ * The cookies that the browser would send if the user followed a link.
  * @param {string} documentUrl where the link is
- * @param {{id: number, url?: string}|undefined} tab whose cookies they are: private windows and
+ * @param {{id: number, url?: string}|undefined} tab whose cookie store to use: private windows and
  *     Firefox's containers have their own
- * @param {boolean} isInFrame whether the link is in a frame, and what it leads to stays there
- * @returns {Promise<string>} the header's value; '' without cookies, and where the tab is gone
+ * @param {boolean} isInFrame whether the link is in a frame, and is followed there
+ * @returns {Promise<string>} the header's value; '' without cookies, or if the tab was closed
  */
 export async function cookiesForLink(url, documentUrl, tab, isInFrame = false) {
     const stores = await chrome.cookies.getAllCookieStores().catch(() => []);
@@ -41,9 +41,9 @@ function isInPartition({ partitionKey }, url, topLevelUrl) {
 }
 
 /**
- * Whether two addresses surely belong to one site. Browsers refuse a cookie for all of a public
- * suffix, so hosts that share the domain of one belong together; without one, a host and those below
- * it do.
+ * Whether two URLs certainly belong to the same site. Browsers reject cookies for a public suffix, so
+ * two hosts within the domain of a cookie are same-site; without such a cookie, a host and its
+ * subdomains are.
  */
 function isSameSite(url, other, cookies) {
     if (!isWebAddress(other))

@@ -1,4 +1,4 @@
-// Checks the chain from the browser to a file on the disk, step by step, and names the cure.
+// Checks the chain from the browser to a file on the disk, step by step, with a fix for each fault.
 
 import { access } from './siteaccess.js';
 import { text } from './ui.js';
@@ -6,7 +6,7 @@ import { text } from './ui.js';
 const doctor = 'kovalo-host doctor';
 const register = 'kovalo-host register';
 
-/** The command that mends each problem with the host, or tells more of it, by the key of its text. */
+/** The command that fixes or diagnoses each problem with the host, by the key of its text. */
 const hostCures = {
     problemHostMissing: register,
     problemHostForbidden: register,
@@ -27,15 +27,15 @@ const applicationProblems = new Set(['problemApplicationMissing', 'problemApplic
  */
 
 /**
- * @typedef {object} Facts what the background script knows. A problem is {key, words}
+ * @typedef {object} Facts from the background script. A problem is {key, words}
  * @property {string} browser its name
- * @property {string} access one of the words in siteaccess.js
- * @property {string} version the host's, '' while there is no conversation
+ * @property {string} access one of the values in siteaccess.js
+ * @property {string} version the host's, '' while not connected
  * @property {object|null} hostProblem
- * @property {boolean|undefined} isCatching what the options say; undefined while they are not known
+ * @property {boolean|undefined} isCatching by the options; undefined while they are not known
  * @property {object|null|undefined} lastProblem of the last hand-over: null for none, undefined
  *     when there was none
- * @property {object|null|undefined} test the same of a test download
+ * @property {object|null|undefined} test the same for a test download
  */
 
 const step = (name, state, words, cure) => ({ name, state, words, cure });

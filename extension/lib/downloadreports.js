@@ -34,7 +34,7 @@ export class DownloadReports {
             this.announce();
         } else {
             for (const id of [...this.#urls.keys()])
-                this.#end(id, 'interrupted'); // as far as can be told
+                this.#end(id, 'interrupted'); // as far as is known
         }
     }
 

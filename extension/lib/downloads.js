@@ -1,5 +1,5 @@
-// Hands downloads over to the application: those that the browser has begun, and those that the
-// user picks from a page. docs/downloads.md lists what becomes of each.
+// Hands downloads over to the application: those that the browser has started, and those that the
+// user picks from a page. docs/downloads.md lists all outcomes.
 
 import { addressOf, lastSegment } from './addresses.js';
 import { discard, find, goOn, isCancelled, lookUp, nameOf, pause } from './browserdownloads.js';
@@ -14,7 +14,7 @@ import { postedText } from './requestlog.js';
 const result = { added: '1', declined: '0' };
 const leftToBrowser = 'ignoredDueSettings';
 
-/** In milliseconds: for how long a user should see a paused download at most. */
+/** In milliseconds: the maximum time for which the user sees a paused download. */
 const pausePatience = 5000;
 
 const testFileName = 'kovalo-test.txt';
@@ -71,7 +71,7 @@ export class Downloads {
         const now = await lookUp(item.id); // only here Chromium reports other extensions
         if (!now || now.byExtensionId || now.state === 'interrupted')
             return;
-        // At once: a file that is complete when the application takes it is in the way of its own.
+        // At once: a file that is complete when the application takes it would conflict with its own.
         await Promise.all([this.#handovers.begin(item, isRepeatable(request)), pause(item.id)]);
         const isKept = await this.#keeping.keeps(request);
         const name = await nameOf(item);
@@ -205,9 +205,9 @@ async function recordOf(item, name, request) {
     const { sent, origin, type } = request;
     const url = addressOf(item);
     const referrer = item.referrer ?? '';
-    // Chromium does not show what it sends for a link with the attribute "download".
+    // Chromium does not expose the request for a link with the attribute "download".
     const isShown = type !== 'other';
-    // Neither is known of what comes compressed: the file is larger than the answer says.
+    // Unknown for compressed responses: the file is larger than the response's Content-Length.
     const size = item.fileSize > 0 ? item.fileSize : item.totalBytes;
     return {
         url,

@@ -42,7 +42,7 @@ export class FoundMedia {
     /** Reports all lists to a new host. */
     announce() {
         for (const [page, media] of [...this.#byPage]) {
-            if (this.#pages.tabsOf(page).length === 0) // it was left while there was no host to report that
+            if (this.#pages.tabsOf(page).length === 0) // it was left while there was no host
                 this.#byPage.delete(page);
             else
                 media.forEach(each => this.#notifications.mediaAgain(page, each));
@@ -61,7 +61,7 @@ export class FoundMedia {
         const place = this.#byPage.get(page).find(each => each.requestId === requestId);
         const text = await this.#requests.hiding(url, () => playlistText({ ...place, url }));
         this.#reading.delete(requestId);
-        // '' tells the host not to wait for it.
+        // With '' the host does not wait for it.
         this.#notifications.requestTold('playlist', { requestId, url, pageUrl: page }, { data: text });
     }
 }

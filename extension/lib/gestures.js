@@ -1,10 +1,10 @@
-// What the user did lately in each tab, as the script in its pages says: whether it was something that
-// asks the browser itself to save what it is done to, and which keys were held. A download is told of
-// when its server answers, and the user may have done something else by then.
+// The user's recent gestures in each tab, as reported by the content script: whether a gesture may ask
+// the browser itself to save its target, and which keys were held. Several are kept, since a download is
+// reported only when its server responds, and by then there may have been other gestures.
 
 const modifiers = ['alt', 'ctrl', 'shift'];
 
-/** In a tab. */
+/** Per tab. */
 const mostRemembered = 20;
 
 /** Has no entry for tabs whose content script has not reported since this script started. */
@@ -40,10 +40,10 @@ export class Gestures {
         return true;
     }
 
-    /** Whether the browser was asked to save what a request asks for; undefined when that is not known. */
+    /** Whether the user asked the browser itself to save the target of a request; undefined if unknown. */
     savesItself({ tabId, began }) { return this.#before(tabId, began)?.saves; }
 
-    /** Whether a key was held in the tab of a request, or in that from which it was opened. */
+    /** Whether a key was held in the tab of a request, or in its opener. */
     isHeld({ tabId, began }, modifier) {
         const gesture = this.#before(tabId, began) ?? this.#before(this.#openers.get(tabId), began);
         return gesture?.held.includes(modifier) ?? false;

@@ -20,7 +20,7 @@ export class Handovers {
     /** By key, as { url, startTime, name, canRestart, stage, run }. */
     #all = new Map();
     #restored = null;
-    /** What this run of the browser is known by. */
+    /** The id of this run of the browser. */
     #run = '';
     #lastWrite = Promise.resolve();
 
@@ -65,7 +65,7 @@ export class Handovers {
 
     /** One write at a time, or an older state could be written last. */
     #write() {
-        // A script that is ended meanwhile is started again by this, at the latest.
+        // If the script is ended meanwhile, this alarm restarts it at the latest.
         if (this.#all.size > 0)
             chrome.alarms.create(kept, { periodInMinutes: 0.5 });
         else

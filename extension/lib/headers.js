@@ -1,4 +1,4 @@
-// HTTP headers: from the browsers' lists to the raw text that the host takes.
+// HTTP headers: converts the browsers' lists to raw text for the host.
 
 import { cookiesForLink } from './cookies.js';
 import { referrerFor } from './referrer.js';
@@ -15,7 +15,7 @@ export function headerValue(headers = [], name) {
 }
 
 /**
- * Extra options for onSendHeaders: without "extraHeaders" Chromium hides cookies and the referrer.
+ * Further options for onSendHeaders: without "extraHeaders" Chromium hides cookies and the referrer.
  */
 export const allSentHeaders
     = ['requestHeaders', chrome.webRequest.OnSendHeadersOptions?.EXTRA_HEADERS].filter(Boolean);

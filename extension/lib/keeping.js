@@ -8,7 +8,7 @@ const kept = 'keepNext';
 /** The host name of a URL, '' unless http(s). */
 export function hostOf(url) { return URL.canParse(url ?? '') && /^https?:/.test(url) ? new URL(url).hostname : ''; }
 
-/** The servers whose downloads stay in the browser, by the settings. */
+/** The servers whose downloads stay in the browser, according to the settings. */
 export function leftServers(settings) {
     const { skipServersEnabled, skipServers } = settings?.browser.monitor ?? {};
     return skipServersEnabled ? skipServers.split(' ').filter(Boolean) : [];

@@ -34,7 +34,7 @@ export function nameOf({ url, download, text }) {
     return download || nameInAddress(url) || text || url;
 }
 
-/** Words of links that trigger an action (log out, delete), in the languages that the extension speaks. */
+/** Words of links that trigger an action (log out, delete), in the extension's languages. */
 const acts = [
     'log ?(out|off)|sign ?(out|off)|delete|remove|unsubscribe|destroy|cancel|deactivate|disconnect|revoke|trash',
     'abmelden|ausloggen|löschen|entfernen|déconnexion|supprimer|uitloggen|afmelden|verwijderen|logga ut|ta bort|radera',
@@ -42,9 +42,9 @@ const acts = [
     'deconectare|șterge|wyloguj|usuń|odhlásit|smazat|odstranit|kijelentkezés|törlés|çıkış|sil|αποσύνδεση|διαγραφή',
     'выйти|удалить|вийти|видалити|keluar|hapus|đăng xuất|xóa|تسجيل الخروج|حذف|התנתקות|התנתק|מחיקה|מחק',
 ].join('|');
-/** The same in languages that put no space between words. */
+/** The same in languages without spaces between words. */
 const unspacedActs = '退出|注销|登出|删除|刪除|ログアウト|削除|로그아웃|삭제|ออกจากระบบ|ลบ';
-/** Not \b, which knows ASCII letters only. */
+/** Not \b, which supports ASCII letters only. */
 const actsPattern = new RegExp(`(?<![\\p{L}\\p{N}])(${acts})(?![\\p{L}\\p{N}])|${unspacedActs}`, 'iu');
 
 /** Whether requesting the link may have side effects, so that it is not selected by default. */

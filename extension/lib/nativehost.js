@@ -8,24 +8,24 @@ const protocolVersion = '3';
 const firstRetryDelay = 1000;
 const longestRetryDelay = 60_000;
 
-/** Why a port closed, which browsers say in words only, each in its own. */
+/** The reasons why a port closed, by the browsers' error messages, as there are no error codes. */
 const reasons = [
     ['problemHostMissing', /not found|No such native application/i],
     ['problemHostBlocked', /system administrator/i],
     ['problemHostForbidden', /forbidden|not allowed|permission/i],
     ['problemHostOther', /when communicating|tried to send/i],
 ];
-/** Those that say no more than that it ended. */
+/** Messages without a reason. */
 const saysNothing = /^$|has exited|failed to start|unexpected error/i;
 
-/** In milliseconds. A working host answers the handshake within some ms. */
+/** In milliseconds. A working host answers the handshake within a few of them. */
 const handshakePatience = 5000;
 
-/** Longer than the host itself waits for the application to come up. */
+/** Longer than the host itself waits for the application to start. */
 const applicationPatience = 60_000;
 
 /**
- * Opens the port when it is needed, reopens it when it broke, and matches answers with tasks.
+ * Opens the port on demand, reopens it after a failure, and matches answers to tasks.
  * Notifications (messages with an empty id) go to onNotification.
  */
 export class NativeHost {
@@ -50,7 +50,7 @@ export class NativeHost {
         return this.#ready;
     }
 
-    /** The same, but does not wait for what an attempt that is under way comes to. */
+    /** The same, but starts a new attempt instead of waiting for a pending one. */
     openAnew() {
         const port = this.#port;
         if (port && !this.#version) {

@@ -24,7 +24,7 @@ export class Observer {
     #last = Promise.resolve();
     #events;
 
-    /** @param {import('./downloadreports.js').DownloadReports} downloads whose requests are no media */
+    /** @param {import('./downloadreports.js').DownloadReports} downloads their requests are not media */
     constructor(notifications, pages, requests, media, downloads) {
         this.#notifications = notifications;
         this.#pages = pages;

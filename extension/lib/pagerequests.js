@@ -23,7 +23,7 @@ export class PageRequests {
         this.#pages = pages;
     }
 
-    /** The place of a request; undefined when it was forgotten. */
+    /** The tab and frame of a request; undefined if it was dropped. */
     placeOf(requestId) { return this.#requests.get(requestId); }
 
     /** Hides the requests for a URL while an action runs that makes them. */

@@ -18,7 +18,7 @@ export async function playlistText({ tabId, frameId, url }) {
         const [injected] = await Promise.race([read, late]);
         return injected?.result ?? '';
     } catch {
-        return ''; // the frame is gone
+        return ''; // the frame was removed
     }
 }
 

@@ -1,4 +1,4 @@
-// The options that only the extension has; the application knows nothing of them.
+// The extension's own options, which are not part of the settings record.
 
 const kept = 'preferences';
 const defaults = {

@@ -1,5 +1,5 @@
-// What the browser asked the servers lately. A download does not say which request it began with,
-// what that posted, or what was sent along.
+// The browser's recent requests. A download does not have a reference to its request, nor the posted
+// data and the headers.
 
 import { withoutFragment } from './addresses.js';
 import { inChromium } from './browserdownloads.js';
@@ -7,12 +7,12 @@ import { allSentHeaders, headerValue } from './headers.js';
 
 const mostRemembered = 1000;
 
-/** Only Firefox tells of a download before it tells of the request, by up to 300 ms when idle. */
+/** Firefox reports a download before its request, by up to 300 ms when idle. Chromium does not. */
 const requestPatience = inChromium ? 0 : 3000;
 
 const urls = ['http://*/*', 'https://*/*'];
 
-/** The kinds of requests with which a download begins that may be caught. */
+/** The types of requests of downloads that may be caught. */
 const catchable = ['main_frame', 'sub_frame', 'other'];
 
 /** The types of requests of downloads that stay in the browser: saved from a page, or fetched by a worker. */
@@ -21,19 +21,19 @@ const others = ['image', 'media', 'object', 'xmlhttprequest'];
 const formType = 'application/x-www-form-urlencoded';
 
 /**
- * @typedef {object} BrowserRequest a chain of redirections is one request, known by its last part
+ * @typedef {object} BrowserRequest a chain of redirects is one request, with the URL of its last part
  * @property {string} url without fragment
  * @property {string} type
- * @property {number} tabId -1 for what belongs to no tab
+ * @property {number} tabId -1 without a tab
  * @property {number} frameId
  * @property {string} method
  * @property {object} body
- * @property {string} origin the page or the origin that asked for it; '' when the user did
+ * @property {string} origin the page or the origin that initiated it; '' if the user did
  * @property {object|null} sent the headers that matter, once they were sent
- * @property {number} status 0 until the answer has come
- * @property {number} answered when the answer came, in milliseconds
- * @property {number} began when the chain did
- * @property {number} timeStamp when its last part did
+ * @property {number} status 0 until the response has arrived
+ * @property {number} answered the time of the response, in milliseconds
+ * @property {number} began the start of the chain
+ * @property {number} timeStamp the start of its last part
  */
 
 export class RequestLog {
@@ -55,8 +55,7 @@ export class RequestLog {
     }
 
     /**
-     * The request that a download of an address began with; undefined when there is none. It is
-     * forgotten here.
+     * Removes and returns the request that started a download of a URL; undefined if there is none.
      * @returns {Promise<BrowserRequest|undefined>}
      */
     take(url) {
@@ -187,7 +186,7 @@ function textOf({ formData, raw }) {
     if (formData) {
         const pairs = Object.entries(formData)
             .flatMap(([name, values]) => values.map(value => [name, value]));
-        // Chromium gives bytes for what is no UTF-8, and URLSearchParams would name their type.
+        // Chromium returns bytes if it is not UTF-8; URLSearchParams would turn them into their type's name.
         return pairs.every(([, value]) => typeof value === 'string') ? new URLSearchParams(pairs).toString() : '';
     }
     if (!raw?.every(part => part.bytes))

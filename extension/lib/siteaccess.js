@@ -3,7 +3,7 @@
 
 const { host_permissions: sites } = chrome.runtime.getManifest();
 
-/** To how many sites the extension has access. */
+/** The sites to which the extension has access. */
 export const access = { all: 'all', some: 'some', none: 'none' };
 
 /** Resolves with the current access, one of the values above. */
@@ -17,7 +17,7 @@ export async function siteAccess() {
 /** Requests access to all sites. Must be called in a click handler (user activation). */
 export function requestSiteAccess() { return chrome.permissions.request({ origins: sites }); }
 
-/** Calls back with the access, now and after each change. To be called when the script starts. */
+/** Calls back with the access, now and after each change. Call it when the script starts. */
 export function followSiteAccess(callback) {
     const tell = () => siteAccess().then(callback);
     chrome.permissions.onAdded.addListener(tell);

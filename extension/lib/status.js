@@ -16,7 +16,7 @@ export class Status {
     #hostError = null;
     #error = null;
     #version = '';
-    /** Of which sites the user lets the extension see pages, see siteaccess.js. */
+    /** The access to sites, see siteaccess.js. */
     #access = access.all;
     #isKeeping = false;
 

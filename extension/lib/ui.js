@@ -46,8 +46,8 @@ export function make(name, members = {}, ...children) {
 }
 
 /**
- * Shows a list anew. The focus stays on the entry that has it, or goes to the one in its place.
- * @param {HTMLElement[]} entries each with its own data-key, and a button at most
+ * Updates a list. The focus stays on its entry, or moves to the one that takes its place.
+ * @param {HTMLElement[]} entries each with a unique data-key, and at most one button
  */
 export function showEntries(list, entries) {
     const focused = [...list.children].findIndex(each => each.contains(document.activeElement));
@@ -71,7 +71,7 @@ export function sizeInWords(bytes) {
     }).format(bytes / 1024 ** exponent);
 }
 
-/** The short name of a unit: "MB". @param {string} unit as Intl calls it */
+/** The short name of a unit: "MB". @param {string} unit its name in Intl */
 export function unitName(unit) {
     return new Intl.NumberFormat(language, { style: 'unit', unit, unitDisplay: 'short' }).formatToParts(1)
         .find(part => part.type === 'unit').value;
@@ -90,5 +90,5 @@ export function timeInWords(time, now = Date.now()) {
     return format.format(Math.trunc(seconds / 86_400), 'day');
 }
 
-/** Numbers as the language writes them. */
+/** Numbers in the format of the language. */
 export function numberInWords(number) { return new Intl.NumberFormat(language).format(number); }

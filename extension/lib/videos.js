@@ -26,8 +26,8 @@ export class Videos {
     }
 
     /**
-     * For an entry of the page's list; undefined when the page was left meanwhile. All known members are
-     * sent, since the host may have forgotten the entry.
+     * For an entry of the page's list; undefined if the page was left meanwhile. All known members are
+     * sent, since the host may have dropped the entry.
      */
     async download(media, pageUrl) {
         if (!media) {
