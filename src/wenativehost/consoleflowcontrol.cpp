@@ -17,6 +17,9 @@ namespace {
 constexpr qint64 messageOverhead = 256;
 /// The interval at which the handling thread is asked for its progress.
 constexpr qint64 announcedAtOnce = ConsoleFlowControl::maxUnhandledBytes / 16;
+/// How often the reader looks for room when the process may open no descriptor that tells of it, in
+/// milliseconds.
+constexpr int lookAgainMs = 20;
 
 } // namespace
 
@@ -25,7 +28,11 @@ ConsoleFlowControl::ConsoleFlowControl(QObject *parent)
 {
 }
 
-ConsoleFlowControl::~ConsoleFlowControl() { ::close(m_roomEvent); }
+ConsoleFlowControl::~ConsoleFlowControl()
+{
+    if (m_roomEvent >= 0)
+        ::close(m_roomEvent);
+}
 
 void ConsoleFlowControl::posted(qsizetype bytes)
 {
@@ -49,7 +56,7 @@ void ConsoleFlowControl::setInputEnded()
 void ConsoleFlowControl::handled(qint64 bytes)
 {
     m_unhandledBytes -= bytes;
-    if (m_waiting && m_unhandledBytes <= maxUnhandledBytes)
+    if (m_waiting && m_roomEvent >= 0 && m_unhandledBytes <= maxUnhandledBytes)
         ::eventfd_write(m_roomEvent, 1);
 }
 
@@ -62,8 +69,9 @@ void ConsoleFlowControl::handled(qint64 bytes)
     m_waiting = true;
     std::array<pollfd, 2> watched = {
         {{m_roomEvent, POLLIN, 0}, {m_inputEnded ? -1 : inputDescriptor, POLLRDHUP, 0}}};
+    const int timeout = m_roomEvent >= 0 ? -1 : lookAgainMs;
     while (m_unhandledBytes > maxUnhandledBytes) {
-        if (::poll(watched.data(), watched.size(), -1) < 0)
+        if (::poll(watched.data(), watched.size(), timeout) < 0)
             continue;
         if (watched[0].revents != 0) {
             eventfd_t count = 0;

@@ -40,6 +40,6 @@ private:
     qint64 m_unannouncedBytes = 0;
     std::atomic<bool> m_inputEnded = false;
     std::atomic<bool> m_waiting = false;
-    /// An eventfd(2), readable when there is room again.
+    /// An eventfd(2), readable when there is room again; -1 when there is none to be had.
     const int m_roomEvent;
 };

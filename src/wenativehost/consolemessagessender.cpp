@@ -35,16 +35,28 @@ ConsoleMessagesSender::ConsoleMessagesSender(QObject *parent, std::FILE *output)
 {
 }
 
+ConsoleMessagesSender::~ConsoleMessagesSender()
+{
+    if (m_pieceByPiece && stdout == m_pieceByPiece.get())
+        stdout = m_output;
+}
+
 void ConsoleMessagesSender::setFlowControl(QSharedPointer<ConsoleFlowControl> flowControl)
 {
     m_flowControl = std::move(flowControl);
+    if (m_pieceByPiece || ::fileno(m_output) < 0)
+        return;
     // Writing to the output's own stream would block in the kernel, without a way to stop it.
     cookie_io_functions_t functions = {};
     functions.write = [](void *sender, const char *data, size_t size) -> ssize_t {
         return static_cast<ConsoleMessagesSender *>(sender)->writeOut(data,
                                                                       static_cast<qint64>(size));
     };
+    const bool isStdout = m_output == stdout;
     m_pieceByPiece.reset(::fopencookie(this, "w", functions));
+    // A variable like any other ("Standard Streams" in the GNU C library's manual).
+    if (isStdout && m_pieceByPiece)
+        stdout = m_pieceByPiece.get();
 }
 
 std::FILE *ConsoleMessagesSender::stream() const
@@ -113,14 +125,27 @@ qint64 ConsoleMessagesSender::writeOut(const char *data, qint64 size)
 
 bool ConsoleMessagesSender::waitUntilWritable()
 {
+    using std::chrono::milliseconds;
     pollfd target = {::fileno(m_output), POLLOUT, 0};
-    int stuckForMs = 0;
-    while (stuckForMs < stuckWithinMs) {
-        const int ready = ::poll(&target, 1, lookAgainMs);
-        if (ready > 0 || (ready < 0 && errno != EINTR))
+    milliseconds stuckFor{0};
+    while (stuckFor < milliseconds(stuckWithinMs)) {
+        // A reader that takes a piece now and then must not keep the program alive, either.
+        const auto left =
+            std::chrono::ceil<milliseconds>(milliseconds(allStuckWithinMs) - m_waited);
+        const auto wait = std::clamp(left, milliseconds(0), milliseconds(lookAgainMs));
+        const auto begun = std::chrono::steady_clock::now();
+        const int ready = ::poll(&target, 1, static_cast<int>(wait.count()));
+        const int error = errno;
+        const bool isInputEnded = m_flowControl->isInputEnded();
+        if (isInputEnded)
+            m_waited += std::chrono::steady_clock::now() - begun;
+        if (ready > 0 || (ready < 0 && error != EINTR))
             return true;
-        if (ready == 0 && m_flowControl->isInputEnded())
-            stuckForMs += lookAgainMs;
+        if (ready == 0 && isInputEnded) {
+            stuckFor += wait;
+            if (wait == milliseconds(0))
+                break;
+        }
     }
     m_channel = Channel::Abandoned;
     logLine(1,

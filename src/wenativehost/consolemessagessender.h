@@ -5,6 +5,7 @@
 #include <QSharedPointer>
 #include <QString>
 
+#include <chrono>
 #include <cstdio>
 #include <memory>
 
@@ -33,12 +34,16 @@ public:
     };
 
     explicit ConsoleMessagesSender(QObject *parent = nullptr, std::FILE *output = stdout);
+    ~ConsoleMessagesSender() override;
+    Q_DISABLE_COPY_MOVE(ConsoleMessagesSender)
 
-    /// How long a write waits for a reader once the input has ended, in milliseconds. After that,
-    /// nothing more is written.
+    /// How long writes wait for a reader once the input has ended, in milliseconds: at a time, and
+    /// in total. After that, nothing more is written.
     static constexpr int stuckWithinMs = 400;
+    static constexpr int allStuckWithinMs = 1200;
 
-    /// Says when the input has ended; without it, a blocked write waits forever.
+    /// Says when the input has ended; without it, a blocked write waits forever. Where the output
+    /// is "stdout", replaces that variable by a stream whose writes can be given up.
     void setFlowControl(QSharedPointer<ConsoleFlowControl> flowControl);
 
 public Q_SLOTS:
@@ -74,6 +79,8 @@ private:
     QSharedPointer<ConsoleFlowControl> m_flowControl;
     quint32 m_flags = 0;
     Channel m_channel = Channel::Working;
+    /// How long writes have waited since the input ended.
+    std::chrono::nanoseconds m_waited{};
     /// With flow control, used instead of the output's own stream: its bytes go to writeOut(),
     /// which needs the members above.
     std::unique_ptr<std::FILE, Closer> m_pieceByPiece;

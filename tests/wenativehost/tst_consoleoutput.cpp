@@ -6,13 +6,16 @@
 #include "percenttransport.h"
 
 #include <QTest>
+#include <QThread>
 
 #include <algorithm>
 #include <array>
 #include <csignal>
 #include <dlfcn.h>
+#include <memory>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -21,18 +24,18 @@ thread_local int flushes = 0;
 
 } // namespace
 
-// The C library's own, counted.
+// The C library's own, counted for the standard output.
 size_t fwrite(const void *data, size_t size, size_t count, FILE *stream)
 {
     static const auto next = reinterpret_cast<decltype(&fwrite)>(::dlsym(RTLD_NEXT, "fwrite"));
-    ++writes;
+    writes += stream == stdout;
     return next(data, size, count, stream);
 }
 
 int fflush(FILE *stream)
 {
     static const auto next = reinterpret_cast<decltype(&fflush)>(::dlsym(RTLD_NEXT, "fflush"));
-    ++flushes;
+    flushes += stream == stdout;
     return next(stream);
 }
 
@@ -84,11 +87,12 @@ private Q_SLOTS:
                 while ((count = ::read(input, piece.data(), piece.size())) > 0)
                     got.append(piece.data(), count);
             });
-            ConsoleMessagesSender sender(nullptr, output);
+            std::FILE *const real = std::exchange(stdout, output);
+            auto sender = std::make_unique<ConsoleMessagesSender>();
             if (hasFlowControl)
-                sender.setFlowControl(QSharedPointer<ConsoleFlowControl>::create());
-            sender.enableFlags(ConsoleMessagesSender::AddCrLf | ConsoleMessagesSender::TextLength,
-                               true);
+                sender->setFlowControl(QSharedPointer<ConsoleFlowControl>::create());
+            sender->enableFlags(ConsoleMessagesSender::AddCrLf | ConsoleMessagesSender::TextLength,
+                                true);
             QByteArray expected;
             int mostWrites = 0;
             int mostFlushes = 0;
@@ -97,11 +101,13 @@ private Q_SLOTS:
                 for (int i = 0; i < size; i += 7)
                     body[i] = static_cast<char>('a' + i / 7 % 26);
                 writes = flushes = 0;
-                sender.sendMessage(QString::fromLatin1(body));
+                sender->sendMessage(QString::fromLatin1(body));
                 mostWrites = std::max(mostWrites, writes);
                 mostFlushes = std::max(mostFlushes, flushes);
                 expected += QByteArray::number(size) + ' ' + body + "\r\n";
             }
+            sender.reset();
+            QCOMPARE(std::exchange(stdout, real), output);
             std::fclose(output);
             reader.join();
             ::close(ends[0]);
@@ -109,6 +115,32 @@ private Q_SLOTS:
             QCOMPARE(mostWrites, 3); // the length, the body, the line break
             QCOMPARE(mostFlushes, 1);
         }
+    }
+
+    void readerThatTakesLittleIsGivenUpOnceTheInputHasEnded()
+    {
+        constexpr int bodySize = 500'000;
+        std::array<int, 2> ends{};
+        QCOMPARE(::pipe(ends.data()), 0);
+        std::FILE *const output = ::fdopen(ends[1], "w");
+        qint64 got = 0;
+        std::thread reader([&got, input = ends[0]] {
+            std::array<char, 4096> piece{};
+            ssize_t count = 0;
+            while ((count = ::read(input, piece.data(), piece.size())) > 0) {
+                got += count;
+                QThread::msleep(50);
+            }
+        });
+        const auto flow = QSharedPointer<ConsoleFlowControl>::create();
+        flow->setInputEnded();
+        ConsoleMessagesSender sender(nullptr, output);
+        sender.setFlowControl(flow);
+        sender.sendMessage(QString(bodySize, u'x'));
+        std::fclose(output);
+        reader.join();
+        ::close(ends[0]);
+        QVERIFY2(got < bodySize, "it would have kept the program for six seconds");
     }
 
     void outputCannotBeWritten()
