@@ -136,7 +136,7 @@ Qt::LayoutDirection AppLocalizationManager::layoutDirection()
 void AppLocalizationManager::loadTranslators(const QLocale &locale)
 {
     for (const QString &prefix : {QStringLiteral("qt"), QStringLiteral("qtbase")}) {
-        if (loadTranslator(locale, prefix, m_translationsPath))
+        if (!m_qtTextsAreEnglish && loadTranslator(locale, prefix, m_translationsPath))
             logLine(
                 1,
                 QStringLiteral("[AppLocalizationManager]: loaded %1 translation file").arg(prefix));

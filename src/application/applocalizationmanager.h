@@ -36,6 +36,9 @@ public:
     QString findInstalledTranslation(const QLocale &locale) const;
     bool isTranslationInstalled(const QLocale &locale) const;
 
+    /// Leaves Qt's own texts in English. For programs that log them, or show them beside English.
+    void keepQtTextsEnglish() { m_qtTextsAreEnglish = true; }
+
     /// Replaces the translators by those that fit the locale best. Called on another thread, it
     /// takes effect on the manager's thread, from its event loop.
     void load(const QLocale &locale);
@@ -65,6 +68,7 @@ private:
 
     const QString m_translationsPath;
     QLocale m_currentLocale;
+    bool m_qtTextsAreEnglish = false;
     std::vector<std::unique_ptr<QTranslator>> m_translators;
     /// Filled when first asked for.
     mutable std::vector<Translation> m_installed;

@@ -51,6 +51,8 @@ KovNotifications::KovNotifications(QSharedPointer<QtAppAbstractSettingsManager> 
     : QObject(parent), m_settings(std::move(settings)), m_queue(std::move(queue)),
       m_localization(translationsPath)
 {
+    // The reasons of failures, some of which are Qt's, are logged and listed in English.
+    m_localization.keepQtTextsEnglish();
     connect(m_queue.data(), &KovDownloadsQueue::jobAdded, this, &KovNotifications::onAdded);
     connect(m_queue.data(), &KovDownloadsQueue::jobEnded, this, &KovNotifications::onEnded);
 }

@@ -113,6 +113,10 @@ private Q_SLOTS:
         QCOMPARE(add(u"http://127.0.0.1:1/6"_qs, {}), QString());
         QTRY_COMPARE(standIn.told.size(), 6);
         QCOMPARE(standIn.told.at(5).constLast(), u"Wiederholen"_qs);
+        // The reason as in the log.
+        QCOMPARE(add(u"http://127.0.0.1:1/7"_qs, {}), QString());
+        QTRY_COMPARE(standIn.told.size(), 7);
+        QVERIFY(standIn.told.at(6).at(1).contains(u"refused"));
         bus.terminate();
         QVERIFY(bus.waitForFinished());
     }
