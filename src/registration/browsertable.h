@@ -15,6 +15,12 @@ struct BrowserFamily {
     QString manifestFolder;
 
     bool isFirefox() const { return name == u"firefox"; }
+    /// The extension's id as the browser's own files have it: that in "chrome-extension://ID/", or
+    /// the id itself.
+    QString extensionId() const
+    {
+        return isFirefox() ? ids.constFirst() : ids.constFirst().section(u'/', 2, 2);
+    }
 };
 
 /// A supported browser. Paths begin with "~C/", the user's configuration folder, "~/", the home

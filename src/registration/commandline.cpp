@@ -225,8 +225,16 @@ int CommandLine::runCommand(const Command &command)
         return Success;
     }
     m_browsers = m_parser.positionalArguments().mid(1);
-    const bool isForEverybody = m_parser.optionNames().contains(QStringLiteral("everybody"));
-    if (isForEverybody && !m_browsers.isEmpty())
+    const QStringList given = m_parser.optionNames();
+    const QStringList choices = {QStringLiteral("everybody"), QStringLiteral("all"),
+                                 QStringLiteral("flatpak")};
+    const auto chosen = std::count_if(choices.cbegin(), choices.cend(),
+                                      [&given](const auto &each) { return given.contains(each); });
+    if (chosen > 1)
+        return usageError(QStringLiteral("--everybody, --all and --flatpak exclude each other: run "
+                                         "the command once for each"),
+                          m_command);
+    if (given.contains(choices.constFirst()) && !m_browsers.isEmpty())
         return usageError(QStringLiteral("--everybody is for all browsers: name none"), m_command);
     if (command.arguments.isEmpty() && !m_browsers.isEmpty())
         return usageError(QStringLiteral("what is \"%1\"?").arg(m_browsers.constFirst()),

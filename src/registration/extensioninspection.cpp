@@ -109,8 +109,7 @@ ExtensionInspection::ExtensionInspection(const BrowserInstallation &installation
 
 ExtensionInspection::State ExtensionInspection::stateInChromium(const QString &profile) const
 {
-    // The origin "chrome-extension://ID/".
-    const QString id = m_installation.browser().family.ids.constFirst().section(u'/', 2, 2);
+    const QString id = m_installation.browser().family.extensionId();
     QJsonObject record;
     for (const QString &file :
          {QStringLiteral("/Preferences"), QStringLiteral("/Secure Preferences")}) {
@@ -138,7 +137,7 @@ ExtensionInspection::State ExtensionInspection::stateInChromium(const QString &p
 
 ExtensionInspection::State ExtensionInspection::stateInFirefox(const QString &profile) const
 {
-    const QString id = m_installation.browser().family.ids.constFirst();
+    const QString id = m_installation.browser().family.extensionId();
     const QJsonArray all =
         readObject(profile + QStringLiteral("/extensions.json"))[u"addons"].toArray();
     const auto found = std::find_if(all.cbegin(), all.cend(),

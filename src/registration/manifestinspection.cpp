@@ -2,6 +2,7 @@
 
 #include "flatpaksandbox.h"
 #include "hostmanifest.h"
+#include "shellquoted.h"
 
 #include <QDir>
 #include <QFile>
@@ -109,7 +110,9 @@ QJsonObject ManifestInspection::inspectFile()
     const bool isReadable = file.open(QIODevice::ReadOnly);
     m_links.append({links().at(0), isReadable,
                     isReadable ? QStringLiteral("it can be read")
-                               : QStringLiteral("it cannot be read: ") + file.errorString()});
+                        : QFileInfo(m_path).isDir()
+                        ? QStringLiteral("a folder is in its place")
+                        : QStringLiteral("it cannot be read: ") + file.errorString()});
     if (!isReadable)
         return {};
     QJsonParseError error;
@@ -177,11 +180,14 @@ void ManifestInspection::addTo(Chain &chain, const QString &cure,
     chain.ok(foundLink(),
              QStringLiteral("the manifest is %1%2")
                  .arg(m_path, m_forEverybody ? QStringLiteral(", for everybody") : QString()));
+    // "register" removes no folder.
+    const QString wholeCure =
+        QFileInfo(m_path).isDir() ? moveAsideCommand(m_path) + QStringLiteral(" && ") + cure : cure;
     for (const Link &link : m_links) {
         if (link.ok)
             chain.ok(link.name, link.text);
         else
-            chain.broken(link.name, link.text, cure, mend);
+            chain.broken(link.name, link.text, wholeCure, mend);
     }
     chain.notReached(all.mid(m_links.size()), QStringLiteral("it hangs on the one before"));
 }

@@ -2,6 +2,7 @@
 
 #include "flatpaksandbox.h"
 #include "hostmanifest.h"
+#include "shellquoted.h"
 
 #include <QDir>
 #include <QFile>
@@ -26,12 +27,23 @@ QFile::Permissions ownersBits(QFile::Permissions permissions)
     return permissions & (QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
+/// What is in it is not ours to remove. Empty when no folder is in the file's place.
+QString folderInPlace(const QString &path)
+{
+    const QFileInfo info(path);
+    if (!info.isDir() || info.isSymbolicLink())
+        return {};
+    return QStringLiteral("a folder is in its place. To put it aside: ") + moveAsideCommand(path);
+}
+
 Result write(const QString &path, const QByteArray &content, QFile::Permissions permissions)
 {
     QFile present(path);
     if (present.open(QIODevice::ReadOnly) && present.readAll() == content
         && ownersBits(present.permissions()) == ownersBits(permissions))
         return {Result::Done::Unchanged, path, {}};
+    if (const QString reason = folderInPlace(path); !reason.isEmpty())
+        return {Result::Done::Failed, path, reason};
     const QString folder = QFileInfo(path).path();
     if (!QDir().mkpath(folder))
         return {Result::Done::Failed, path, QStringLiteral("the folder cannot be made")};

@@ -32,3 +32,9 @@ QString ownersCommand(const QString &command, const QString &path)
         QFileInfo(path).ownerId() == ::geteuid() ? QString() : QStringLiteral("sudo "), command,
         shellQuoted(path));
 }
+
+QString moveAsideCommand(const QString &path)
+{
+    return ownersCommand(QStringLiteral("mv -T"), path) + u' '
+        + shellQuoted(path + QStringLiteral(".old"));
+}

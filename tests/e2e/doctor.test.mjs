@@ -40,9 +40,10 @@ const hostThat = (content, mode = 0o755) => sandbox => {
     rewrite({ path })(sandbox);
 };
 const policy = (path, policies) => sandbox => put(join(sandbox.system, path), JSON.stringify(policies));
+const chromiumsId = new URL(table.families.chromium.ids[0]).host;
 /** What the browsers note of the extension, in the profile of a user. */
 const inChromium = noted => sandbox => put(sandbox.inHome('.config/chromium/Default/Preferences'), JSON.stringify(
-    { extensions: { settings: { [new URL(table.families.chromium.ids[0]).host]: noted } } }));
+    { extensions: { settings: { [chromiumsId]: noted } } }));
 const inFirefox = (noted, origins) => sandbox => {
     const [id] = table.families.firefox.ids;
     put(sandbox.inHome('.mozilla/firefox/a.default/extensions.json'), JSON.stringify({ addons: [{ id, ...noted }] }));
@@ -123,6 +124,10 @@ const rows = [
         rmSync(chromiumsManifest(sandbox));
         symlinkSync('/nowhere/else.json', chromiumsManifest(sandbox));
     }, { isFixed }],
+    ['manifest-readable', sandbox => {
+        rmSync(chromiumsManifest(sandbox));
+        mkdirSync(chromiumsManifest(sandbox));
+    }, { says: /a folder is in its place; mv -T .* && .* register chromium/ }],
     ['manifest-json', sandbox => put(chromiumsManifest(sandbox), '{"name":'), { isFixed }],
     ['manifest-name', rewrite({ name: 'com.tessmark.other' }), { isFixed }],
     ['manifest-type', rewrite({ type: 'pipe' }), { isFixed }],
@@ -132,6 +137,13 @@ const rows = [
     ['host-executable', hostThat(() => script('exit'), 0o644), { isFixed }],
     ['host-executable', forbid('wenativehost'), { also: ['host-executable'], says: /; .*chmod \+x .*wenativehost/ }],
     ['policies', policy('etc/chromium/policies/managed/a.json', { NativeMessagingBlocklist: ['*'] })],
+    ['policies', policy('etc/chromium/policies/managed/a.json', { ExtensionInstallBlocklist: ['*'] }),
+     { says: /"ExtensionInstallBlocklist" in .*; .*add "[a-p]{32}" to "ExtensionInstallAllowlist"/ }],
+    ['policies', policy('etc/chromium/policies/managed/a.json', {
+        ExtensionInstallAllowlist: [chromiumsId], ExtensionSettings: { [chromiumsId]: { installation_mode: 'removed' } },
+    }), { says: /"ExtensionSettings" in .*; .*allow "[a-p]{32}"/ }],
+    ['policies', policy('etc/chromium/policies/managed/a.json',
+                        { ExtensionSettings: { '*': { blocked_permissions: ['nativeMessaging'] } } })],
     ['policies', policy('etc/firefox/policies/policies.json',
                         { policies: { ExtensionSettings: { '*': { installation_mode: 'blocked' } } } })],
     ['policies', policy('etc/chromium/policies/managed/a.json', { NativeMessagingUserLevelHosts: false }),
@@ -212,6 +224,11 @@ describe('the doctor names', { concurrency: 2 }, () => {
 test('a whole chain is told as one, and mended where that needs no decision', async () => {
     const sandbox = await healthySandbox();
     try {
+        // A policy with an exception for the extension forbids nothing.
+        policy('etc/chromium/policies/managed/a.json', {
+            ExtensionInstallBlocklist: ['*'], ExtensionInstallForcelist: [`${chromiumsId};https://localhost/`],
+            ExtensionSettings: { '*': { installation_mode: 'blocked' } },
+        })(sandbox);
         const { status, output, links } = await doctor(sandbox, {}, '--json');
         strictEqual(status, 0, output);
         deepStrictEqual(links.filter(each => each.state === 'broken'), []);

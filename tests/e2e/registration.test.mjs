@@ -2,7 +2,7 @@
 
 import { deepStrictEqual, match, ok, strictEqual } from 'node:assert';
 import {
-    chmodSync, existsSync, mkdirSync, readFileSync, readdirSync, renameSync, symlinkSync, writeFileSync,
+    chmodSync, existsSync, mkdirSync, readFileSync, readdirSync, renameSync, rmSync, symlinkSync, writeFileSync,
 } from 'node:fs';
 import { dirname, join } from 'node:path';
 import { after, test } from 'node:test';
@@ -82,6 +82,11 @@ test('what is not ours stays', async () => {
     strictEqual(readFileSync(elsewhere, 'utf8'), '{');
     chmodSync(firefox, 0);
     strictEqual((await sandbox.run(['unregister', 'firefox'])).status, 1);
+    rmSync(firefox);
+    mkdirSync(firefox);
+    const { status, errors } = await sandbox.run(['register', 'firefox']);
+    strictEqual(status, 1);
+    match(errors, /a folder is in its place.*: mv -T .*\.json .*\.json\.old\n/);
 });
 
 test('a browser in a Flatpak starts the host by a script, through flatpak-spawn', async () => {
@@ -149,7 +154,9 @@ test('command lines: help for each command, and a clear answer to wrong ones', a
         match(await succeeds(sandbox, command, '--help'), /Usage:.*[^]*Exit status/);
     match(await succeeds(sandbox, '--help'), /doctor +say why/);
     for (const args of [[], ['mend'], ['register', 'lynx'], ['browsers', 'all'], ['doctor', '--no'],
-                        ['register', '--flatpak', 'org.lynx'], ['unregister', '--everybody', 'firefox'], ['doctor', '--timeout', 'x']]) {
+                        ['register', '--flatpak', 'org.lynx'], ['unregister', '--everybody', 'firefox'],
+                        ['register', '--everybody', '--all'], ['register', '--everybody', '--flatpak', 'com.brave.Browser'],
+                        ['unregister', '--everybody', '--all'], ['register', '--all', '--flatpak', 'com.brave.Browser'], ['doctor', '--timeout', 'x']]) {
         const { status, output, errors } = await sandbox.run(args);
         deepStrictEqual([status, output], [2, ''], args.join(' '));
         match(errors, /--help/);
