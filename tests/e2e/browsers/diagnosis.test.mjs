@@ -35,7 +35,8 @@ const hostRows = [
      { chromium: /not allowed to use/, firefox: missing }, 'register'],
     ['host-there', rewrite({ path: '/usr/lib/gone/wenativehost' }), { chromium: missing, firefox: notStarted }],
     ['host-answers', hostThat('exit 3'), notStarted, 'doctor'],
-    ['host-answers', hostThat('echo Hello world'), /Another program is in the place/, 'register'],
+    // One that ends at once may be gone before Firefox has read what it said.
+    ['host-answers', hostThat('echo Hello world; exec cat >/dev/null'), /Another program is in the place/, 'register'],
     ['host-answers', hostThat('cat >/dev/null'), /started but does not answer/, 'doctor'],
 ];
 const applicationRows = [
@@ -130,19 +131,23 @@ describe('the page and the doctor', { concurrency: browserNames.length, timeout:
             for (const [link, breakIt, words, command] of hostRows) {
                 test(`name the host: ${link}, ${words.source ?? words[name].source}`, async () => {
                     const healthy = readFileSync(scene.manifest);
-                    breakIt(scene);
-                    await scene.endHost();
-                    const line = await scene.expect(link, 'host', words, 'again');
-                    if (command)
-                        strictEqual(line, `kovalo-host ${command}`);
-                    if (line === 'kovalo-host register') {
-                        await scene.run('register');
-                        // Newer ones of Firefox have two folders, of which one is enough to be broken here.
-                        rmSync(join(scene.visit.sandbox.home, '.config/mozilla/native-messaging-hosts'), { recursive: true, force: true });
-                    } else {
+                    try {
+                        breakIt(scene);
+                        await scene.endHost();
+                        const line = await scene.expect(link, 'host', words, 'again');
+                        if (command)
+                            strictEqual(line, `kovalo-host ${command}`);
+                        if (line === 'kovalo-host register') {
+                            await scene.run('register');
+                            // Newer ones of Firefox have two folders, of which one is enough to be broken here.
+                            rmSync(join(scene.visit.sandbox.home, '.config/mozilla/native-messaging-hosts'), { recursive: true, force: true });
+                        } else {
+                            writeFileSync(scene.manifest, healthy);
+                        }
+                        strictEqual((await scene.click('again')).host.state, 'ok');
+                    } finally {
                         writeFileSync(scene.manifest, healthy);
                     }
-                    strictEqual((await scene.click('again')).host.state, 'ok');
                 });
             }
 
