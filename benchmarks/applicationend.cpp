@@ -37,7 +37,7 @@ public:
 
 namespace {
 
-/// The bytes that a text or an id has on the link; see "Serializing Qt Data Types".
+/// The encoding of a text or an id on the link; see "Serializing Qt Data Types".
 QByteArray onLink(const QString &text)
 {
     QByteArray bytes;
@@ -54,8 +54,8 @@ QByteArray onLink(const QVariant &value)
     return bytes;
 }
 
-/// Cuts the frames itself and does not decode those that bring downloads: what it takes to answer
-/// one is to look for its id, so that it is the host that is measured.
+/// Splits the frames itself, and does not decode those with downloads: to answer one it only
+/// searches for its id, so that the benchmark measures the host.
 class AnsweringWorker : public ApplicationEnd::Worker {
 public:
     AnsweringWorker()
@@ -83,7 +83,7 @@ public:
         connect(m_settingsPart.data(), &QtAbstractVhIpcPart::sendVh, this,
                 [this](const VhMap &map) {
                     const QByteArray bytes = frame(map);
-                    // A client is told of all settings, too, when it asks for them.
+                    // All settings are also sent to a client that requests them.
                     if (m_changes > 0 && sizes.change == 0)
                         sizes.change = bytes.size();
                     m_socket->write(bytes);
@@ -106,7 +106,7 @@ private:
         qToBigEndian(static_cast<quint32>(body.size()), length.data());
         return length + body;
     }
-    /// Where the eight bytes of the id are.
+    /// The position of the eight bytes of the id.
     static qsizetype idIn(const QByteArray &frame)
     {
         static const QByteArray before =

@@ -4,34 +4,34 @@
 #include <QString>
 #include <QThread>
 
-/// What goes over the socket for one exchange, in bytes with the lengths before them.
+/// The sizes of one exchange on the socket, in bytes including the length prefixes.
 struct ExchangeSizes {
     qsizetype message = 0;
     qsizetype answer = 0;
-    /// Of the message that tells of a changed setting.
+    /// The size of the message about a changed setting.
     qsizetype change = 0;
 };
 
 /**
  * The application's end of a local socket, in a thread of its own, for one client after the other.
- * There are two: one that tells of settings as the application does and says of downloads, which it
- * does not decode, that it has added them, and a bare one, that sends so many bytes for so many.
+ * There are two: one that sends settings like the application and answers downloads, without
+ * decoding them, as added; and a bare one, which answers so many bytes with so many others.
  */
 class ApplicationEnd {
 public:
-    /// The part of it that lives in the thread.
+    /// The part that lives in the thread.
     class Worker;
 
-    /// The one that hosts can speak to.
+    /// The one for hosts.
     explicit ApplicationEnd(const QString &name);
     /// The bare one.
     ApplicationEnd(const QString &name, ExchangeSizes sizes);
     ~ApplicationEnd();
     Q_DISABLE_COPY_MOVE(ApplicationEnd)
 
-    /// Tells the client that a setting has changed; begins in the thread, now.
+    /// Sends the client a changed setting, from the thread, starting now.
     void changeSetting();
-    /// Of the first download and what came after it.
+    /// The exchange of the first download.
     ExchangeSizes sizes() const;
 
 private:

@@ -1,5 +1,5 @@
-// What the way from the browser to the application and back costs: beside a bare relay of as many
-// bytes through the same pipes and sockets (relayfloor.cpp), the two taking turns in one run.
+// The cost of the round trip from the browser to the application, compared with a bare relay of as
+// many bytes through the same pipes and sockets (relayfloor.cpp), alternating in one run.
 
 #include "applicationend.h"
 #include "appservername.h"
@@ -32,10 +32,10 @@ constexpr int bulkRounds = 7;
 constexpr std::array bulkSizes = {100, 1000, 10'000};
 constexpr int hugeSize = 100'000;
 
-/// Whether the downloads of a task have the texts in common that those of one page have.
+/// Whether the downloads of a task share texts, like those of one page.
 enum class Texts { Common, Different };
 
-/// From where nothing can be downloaded: the application that is launched is not to be busy.
+/// Its URL is unreachable, so that the launched application is not busy.
 QByteArray download(int number, Texts texts)
 {
     const QByteArray own = texts == Texts::Different ? QByteArray::number(number) : QByteArray();
@@ -61,7 +61,7 @@ QByteArray task(int downloads, Texts texts = Texts::Common)
                   + R"(]},"catchedDownloads":"1","waitResponse":"1","ignoreSettings":"0"}})");
 }
 
-/// Of each measure, a value from each round.
+/// For each measure, one value per round.
 struct Samples {
     std::vector<double> start;
     std::vector<double> trip;
@@ -69,7 +69,7 @@ struct Samples {
     std::vector<double> push;
 };
 
-/// From the start of a process to the settings that it passes on; the application runs.
+/// The time from the start of a process until it passes on the settings of the running application.
 void runConversation(const QString &program, const QStringList &arguments, ApplicationEnd &peer,
                      Samples &samples)
 {
@@ -118,7 +118,7 @@ void report(const char *what, const std::vector<double> &host, const std::vector
     std::printf("\n");
 }
 
-/// A host that answers by itself is quick.
+/// A quick answer is the host's own: an error.
 void requireDownloads(const ApplicationEnd &application)
 {
     if (application.sizes().message > 0)
@@ -131,7 +131,7 @@ void compareWithFloor(const QString &host)
 {
     const QString relay = QCoreApplication::applicationDirPath() + QStringLiteral("/relayfloor");
     ApplicationEnd application(appServerName());
-    // What the floor is to send is what the host was seen to send.
+    // The floor sends as many bytes as the host did.
     qsizetype answerBody = 0;
     qsizetype pushBody = 0;
     {
@@ -166,12 +166,12 @@ void compareWithFloor(const QString &host)
     report("a setting changed, to the push on stdout", hostSamples.push, floorSamples.push);
 }
 
-/// The time from the start of the host, and of the application by it, to the answer.
+/// The time from the start of the host, which starts the application, to the answer.
 void measureLaunch(const QString &host)
 {
     const QString application = QFileInfo(host).path() + QStringLiteral("/kov");
     std::vector<double> times;
-    // Each home stays until the end: an application that quits still writes there.
+    // Each home folder is kept until the end: a quitting application still writes there.
     const QTemporaryDir homes;
     for (int round = 0; round < launchRounds; ++round) {
         const QString home = homes.filePath(QString::number(round));
@@ -191,7 +191,7 @@ void measureLaunch(const QString &host)
     std::printf("%-44s host %8.1f us\n", "the same, the application launched", median(times));
 }
 
-/// How long this process, in which the application's end is, has been computing; microseconds.
+/// The CPU time of this process, which contains the application's end, in microseconds.
 double ownComputingTime()
 {
     timespec time = {};
@@ -199,7 +199,7 @@ double ownComputingTime()
     return static_cast<double>(time.tv_sec) * 1e6 + static_cast<double>(time.tv_nsec) / 1e3;
 }
 
-/// What a task takes that is larger than any browser makes it, and what of it stays.
+/// The time and memory for a task larger than any browser's, and the memory that is kept after it.
 void measureHuge(const QString &host, Texts texts, const char *kind)
 {
     ChildProcess fresh(host);
@@ -266,7 +266,7 @@ int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
     const QString host = qEnvironmentVariable("KOVALO_HOST", QStringLiteral(KOVALO_HOST_PATH));
-    // Neither another host's settings nor a running application disturb the measurement.
+    // Isolates the measurement from other hosts' settings and a running application.
     const QTemporaryDir home;
     qputenv("HOME", home.path().toLocal8Bit());
     qputenv("TMPDIR", home.path().toLocal8Bit());

@@ -1,8 +1,8 @@
-// What it costs to bring a new-downloads request onto the link and off it again: as variant hashes
-// and as the bytes of a message, with the codecs that the link uses. Each shape handles the same
-// downloads and keeps all results of a step until the step is done, so that the shapes differ in
-// nothing but the size of a request. Beside it, in the same run, the hashes written and read with
-// QDataStream's own operators, and the same texts alone with a bare QDataStream.
+// The cost of encoding a new-downloads request for the link and decoding it: to variant hashes, and
+// to the bytes of a message, with the link's codecs. Each shape handles the same downloads and
+// keeps all results of a step until the step is done, so that the shapes differ only in the size of
+// a request. For comparison, in the same run: the hashes with QDataStream's own operators, and only
+// the texts with a bare QDataStream.
 
 #include "abstractnewdownloadsrequest.h"
 #include "cookiestring.h"
@@ -40,7 +40,7 @@ constexpr std::array shapes{Shape{10'000, 1}, Shape{100, 100}, Shape{1, 10'000}}
 /// The shape that the others are compared with.
 constexpr size_t baseShape = 1;
 
-/// Nanoseconds per download, the least of all rounds.
+/// Nanoseconds per download, the minimum of all rounds.
 struct Costs {
     double encode = std::numeric_limits<double>::max();
     double write = std::numeric_limits<double>::max();
@@ -49,7 +49,7 @@ struct Costs {
     qsizetype bytes = 0;
 };
 
-/// How a hash becomes the bytes of a message, and back.
+/// The functions that encode a hash as the bytes of a message, and decode it.
 struct HashCodec {
     QByteArray (*write)(const QVariantHash &hash) = nullptr;
     QVariantHash (*read)(const QByteArray &message) = nullptr;
@@ -118,9 +118,8 @@ QList<AbstractNewDownloadsRequest> makeRequests(MakeDownload makeDownload, Shape
     return requests;
 }
 
-/// Measures the time that this program's own thread was computing, so that other programs of the
-/// machine disturb as little as possible. The heap is tidied up before: else a step would pay for
-/// what the one before it has freed.
+/// Measures the CPU time of this thread, so that other programs disturb as little as possible.
+/// Trims the heap first: otherwise a step would pay for memory freed by the previous one.
 class ComputingTime {
 public:
     ComputingTime()
@@ -149,7 +148,7 @@ void check(bool ok, const char *what)
     }
 }
 
-/// Each step takes what the one before it left.
+/// Each step uses the previous one's results.
 void measureHashes(const HashCodec &codec, const QList<AbstractNewDownloadsRequest> &requests,
                    Costs &costs)
 {
@@ -187,7 +186,7 @@ void measureHashes(const HashCodec &codec, const QList<AbstractNewDownloadsReque
     check(decoded == requests, "the decoded requests");
 }
 
-/// The same texts, nothing else, in a message per request; all of it counts as writing and reading.
+/// Only the same texts, in one message per request; everything counts as writing and reading.
 void measureTexts(const QList<AbstractNewDownloadsRequest> &requests, Costs &costs)
 {
     std::vector<QByteArray> messages;

@@ -1,5 +1,5 @@
-// What the host costs beside the floor (floor.cpp), and beside the same floor without the libraries
-// that it does not use, taking turns in one run.
+// The cost of the host compared with the floor (floor.cpp), and with the same floor without unused
+// libraries, alternating in one run.
 
 #include "childprocess.h"
 #include "frame.h"
@@ -25,7 +25,7 @@ constexpr int spacedRoundTrips = 20;
 constexpr auto pause = std::chrono::milliseconds(2);
 constexpr int pipelined = 10'000;
 
-/// As the extension sends it, framed.
+/// The extension's message, framed.
 QByteArray handshake()
 {
     return framed(R"({"id":"1","type":"handshake","handshake":{"api_version":"3","browser":)"
@@ -54,7 +54,7 @@ enum Measure {
     MeasureCount
 };
 
-/// Of each measure, a value from each round.
+/// For each measure, one value per round.
 using Samples = std::array<std::vector<double>, MeasureCount>;
 
 long finish(ChildProcess &child, const QString &program)
@@ -67,7 +67,7 @@ long finish(ChildProcess &child, const QString &program)
     return usage.peakMemory;
 }
 
-/// A process that lives like a real one: started, asked now and then, ended.
+/// The life of a process like a real one's: started, some messages, ended.
 void runConversation(const QString &program, Samples &samples)
 {
     const QByteArray message = longHandshake();
@@ -134,7 +134,7 @@ void report(const char *what, const char *unit, Measure measure, const Samples &
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
-    // Neither another host's settings nor a running application disturb the measurement.
+    // Isolates the measurement from other hosts' settings and a running application.
     const QTemporaryDir home;
     qputenv("HOME", home.path().toLocal8Bit());
     qputenv("TMPDIR", home.path().toLocal8Bit());

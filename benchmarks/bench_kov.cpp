@@ -1,5 +1,6 @@
-// What a download costs the service, beside curl in the same run: time, computing time, memory; how
-// much several connections help with a server that limits each; and how long the start takes.
+// The cost of a download in the service compared with curl in the same run: time, CPU time, memory;
+// the gain from several connections to a server that limits the rate of each; and the time of the
+// start.
 //
 //   bench_kov [MEBIBYTES]    the size of the large file (1024)
 
@@ -43,8 +44,8 @@ void require(bool ok, const char *what)
     std::exit(1);
 }
 
-/// Answers one request: "GET /MEBIBYTES-RATE" for a file of zeros, so many bytes a second (0: as
-/// fast as can be), from where a Range field says.
+/// Answers one request: "GET /MEBIBYTES-RATE" for a file of zeros, with so many bytes per second
+/// (0: no limit), starting at the position in a Range field.
 void serve(int connection)
 {
     static const std::vector<char> zeros(mebibyte);
@@ -159,7 +160,7 @@ public:
         command.start(m_program, words);
         require(command.waitForFinished() && command.exitCode() == 0, "kov");
     }
-    /// Seconds from the request to the whole file, which is removed.
+    /// Seconds from the request to the complete file, which is then removed.
     double download(const QString &url)
     {
         const QString file = folder() + url.mid(url.lastIndexOf(u'/'));
@@ -172,7 +173,7 @@ public:
         QFile::remove(file);
         return seconds;
     }
-    /// Seconds of computing so far (proc(5): utime and stime are the 14th and 15th field).
+    /// CPU time so far in seconds (proc(5): utime and stime are the 14th and 15th field).
     double computed() const
     {
         const QByteArray stat = readAll(QStringLiteral("/proc/%1/stat").arg(m_process.processId()));
@@ -180,7 +181,7 @@ public:
         return static_cast<double>(fields.at(11).toLongLong() + fields.at(12).toLongLong())
             / static_cast<double>(::sysconf(_SC_CLK_TCK));
     }
-    /// The most memory so far, in MiB.
+    /// The peak memory so far, in MiB.
     double peakMemory() const
     {
         const QByteArray status =

@@ -1,5 +1,5 @@
-// What the link costs beside a bare local socket that carries the same number of bytes: round
-// trips, and the throughput of 1 MiB messages. Both take turns within one run; shown are medians.
+// The cost of the link compared with a bare local socket for the same number of bytes: round trips,
+// and the throughput of 1 MiB messages. Both alternate in one run; prints medians.
 
 #include "qtabstractsocketvhipc.h"
 #include "qtabstractvhipcpart.h"
@@ -46,7 +46,7 @@ Ends connectedEnds(QLocalServer &listener)
     return ends;
 }
 
-/// Answers every message, or every so many, with the same one.
+/// Answers every message, or every n-th one, with the same message.
 class AnsweringPart : public QtAbstractVhIpcPart {
 public:
     void processVh(const VhMap &map) override
@@ -110,7 +110,7 @@ private:
     QtAbstractSocketVhIpc m_server;
 };
 
-/// The same exchanges with bytes of no meaning.
+/// The same exchanges with arbitrary bytes.
 qint64 exchangeBare(const Ends &ends, qsizetype messageSize, qsizetype answerSize, int exchanges,
                     int burst)
 {
@@ -188,7 +188,7 @@ VhMap finishedMessage()
             {key("isSilent"), false}};
 }
 
-/// Of the shape and size of a download that a browser has handed over.
+/// Has the structure and size of a download from a browser.
 VhMap downloadMessage()
 {
     const QString address = key("https://downloads.example.com/path/to/a/file-1.2.3.tar.gz");

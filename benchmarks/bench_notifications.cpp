@@ -1,5 +1,5 @@
-// What a notification of a browser's request costs compared with an unknown task of the same
-// size, the two taking turns in one host; and the memory of a host that is told of very many.
+// The cost of a notification about a browser's request compared with an unknown task of the same
+// size, alternating in one host; and the host's memory after very many notifications.
 
 #include "childprocess.h"
 #include "frame.h"
@@ -28,8 +28,8 @@ constexpr auto notificationType = "network_request_notification";
 /// As long as the other.
 constexpr auto unknownType = "network_request_notificatiox";
 
-/// What a browser tells of its requests: each begins, is answered, and ends; now and then one is
-/// redirected, or a tab goes elsewhere.
+/// Notifications like a browser's: each request begins, has a response, and ends; occasionally one
+/// is redirected, or a tab navigates.
 class Browser {
 public:
     explicit Browser(const char *type) : m_type(type) { }

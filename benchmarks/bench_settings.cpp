@@ -1,7 +1,7 @@
-// What the settings store costs beside the same statements given to the SQLite driver directly, on
-// a table of 10,000 rows: reading it, changing one value, and changing 100 values in one
-// transaction. The two take turns in one run, each with a file of its own. A change includes making
-// it durable, which on a disk is nearly all of it; the file system in memory shows the rest.
+// The cost of the settings store compared with the same statements executed directly with the
+// SQLite driver, on a table of 10,000 rows: reading it, changing one value, and changing 100 values
+// in one transaction. The two alternate in one run, each with a file of its own. A change includes
+// the sync, which on a disk takes nearly all of the time; a file system in memory shows the rest.
 
 #include "multithreadedsqldatabasemanager.h"
 #include "qtappsettingsinsqlmanager.h"
@@ -45,7 +45,7 @@ ValuesList makeValues(int count, int round)
     return values;
 }
 
-/// The statements that the store makes, without the store.
+/// The store's statements, without the store.
 class PlainTable {
 public:
     explicit PlainTable(const QSqlDatabase &db) : m_db(db) { }

@@ -6,15 +6,15 @@
 
 #include <sys/types.h>
 
-/// What a process has used by its end.
+/// The resources that a process has used by its end.
 struct ChildUsage {
     bool exitedCleanly = false;
     /// In KiB.
     long peakMemory = 0;
 };
 
-/// A native messaging host that was just started, with pipes to its stdin and stdout; its stderr
-/// is not read. The process ends when its input ends. Every failure ends the benchmark.
+/// A native messaging host as a child process, with pipes to its stdin and stdout; its stderr is
+/// not read. The process ends when its input ends. Every failure ends the benchmark.
 class ChildProcess {
 public:
     explicit ChildProcess(const QString &program, const QStringList &arguments = {});
@@ -22,19 +22,19 @@ public:
     Q_DISABLE_COPY_MOVE(ChildProcess)
 
     void write(const QByteArray &bytes);
-    /// So many bytes of its output.
+    /// Reads so many bytes of its output.
     QByteArray read(qsizetype size);
-    /// Reads one answer and returns its size with its length prefix.
+    /// Reads one answer and returns its size including the length prefix.
     qsizetype takeAnswer();
-    /// How long a message takes there and its answer back, in microseconds.
+    /// The time of a message and its answer, in microseconds.
     double roundTrip(const QByteArray &message);
-    /// Writes the bytes while it reads the answers, until there are so many bytes of them.
+    /// Writes the bytes while reading answers, until so many bytes have been read.
     void exchange(const QByteArray &bytes, qsizetype answerSize);
     /// Ends the input and waits for the end of the process.
     ChildUsage finish();
-    /// How long it has been computing so far, in microseconds.
+    /// Its CPU time so far, in microseconds.
     double computingTime() const;
-    /// A line of its status that is given in KiB, such as "VmRSS".
+    /// A line of /proc/PID/status that is in KiB, such as "VmRSS".
     long statusKibibytes(const QByteArray &name) const;
 
 private:

@@ -1,4 +1,4 @@
-// The least that a host can do, for bench_host to compare with: an application object with an event
+// The least that a host must do, as a baseline for bench_host: an application object with an event
 // loop, a thread that blocks on stdin, one queued call for each message, and an echo of it.
 
 #include <QByteArray>

@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QtEndian>
 
-/// A body with its length, as the browser writes it.
+/// A body with its length prefix, as written by a browser.
 inline QByteArray framed(const QByteArray &body)
 {
     const auto length = qToLittleEndian(static_cast<quint32>(body.size()));

@@ -1,9 +1,10 @@
-// The least that can be between a browser and an application, for bench_application to compare
-// with: one thread that blocks on stdin, one queued call for each message, as many bytes to a local
-// socket as the link would take, and for each answer from there a frame to stdout.
+// The least that must be between a browser and an application, as a baseline for bench_application:
+// one thread that blocks on stdin, one queued call for each message, as many bytes to a local
+// socket as on the link, and for each answer from there a frame to stdout.
 //
-// Arguments: the socket's name; the bytes of a message to it, of an answer from it and of the body
-// of the frame that this becomes; the bytes of what comes unasked and of the body of its frame.
+// Arguments: the socket's name; the sizes in bytes of a message to it, of an answer from it, and of
+// the body of the frame for that; the sizes of a notification from it, and of the body of its
+// frame.
 
 #include <QByteArray>
 #include <QCoreApplication>

@@ -1,7 +1,7 @@
-# What every target of the project shares: warnings, hardening, sanitizers, the precompiled headers,
-# and the three functions that declare a library, a test and nothing else.
+# Common to all targets: warnings, hardening, sanitizers, precompiled headers, and the functions that
+# declare libraries and tests.
 
-# One code model for libraries and programs alike, so that they can share the precompiled headers.
+# The same code model for libraries and programs, so that they can share the precompiled headers.
 add_compile_options(-fPIC -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
 add_compile_definitions(
     QT_NO_CAST_FROM_ASCII
@@ -11,8 +11,8 @@ add_compile_definitions(
     QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
     $<$<NOT:$<CONFIG:Debug>>:QT_NO_DEBUG>)
 
-# Debian's hardening flags (`DEB_BUILD_MAINT_OPTIONS=hardening=+all dpkg-buildflags`); the
-# sanitizers and debug builds look closer by themselves.
+# Debian's hardening flags (`DEB_BUILD_MAINT_OPTIONS=hardening=+all dpkg-buildflags`); not for debug
+# builds and the sanitizers, which have stricter checks of their own.
 if(NOT KOVALO_SANITIZE AND NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
     add_compile_options(-fstack-protector-strong -Wformat -Werror=format-security)
     add_compile_definitions(_FORTIFY_SOURCE=2)
@@ -23,7 +23,7 @@ if(KOVALO_SANITIZE)
     add_compile_options(-fsanitize=${KOVALO_SANITIZE} -fno-omit-frame-pointer
                         -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${KOVALO_SANITIZE})
-    # GCC's flow analysis raises false alarms in the code that the sanitizers add.
+    # GCC's flow analysis has false positives in the sanitizers' instrumentation.
     add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 endif()
 
@@ -55,8 +55,8 @@ function(kovalo_use_pch target)
     endif()
 endfunction()
 
-# Has several sources of a library compiled as one. A source whose unnamed namespace declares a name
-# that an earlier one's declares as well stays alone.
+# Compiles several sources of a library as one (unity build). A source is excluded if its unnamed
+# namespace declares a name that an earlier one's declares, too.
 function(kovalo_unite target)
     set(seen)
     list(FILTER ARGN INCLUDE REGEX "\\.cpp$")
@@ -111,7 +111,7 @@ function(kovalo_library name)
     kovalo_use_pch(${name})
 endfunction()
 
-# Lets the thread sanitizer see those of Qt's locks that it does not see by itself.
+# Lets the thread sanitizer see those of Qt's locks that it would miss.
 function(kovalo_show_qt_locks target)
     if(NOT KOVALO_SANITIZE STREQUAL "thread")
         return()
@@ -130,14 +130,14 @@ endfunction()
 function(kovalo_tests)
     cmake_parse_arguments(ARG "" "" "LIBS" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/tst_*.cpp)
-    # QProcess shares its memory with the child until that has become the other program; the thread
-    # sanitizer takes the test itself for a forked child then.
+    # QProcess uses vfork(): until exec(), the child shares its memory, and the thread sanitizer then
+    # mistakes the test itself for a forked child.
     set(tsan_options "die_after_fork=0:suppressions=${CMAKE_SOURCE_DIR}/tests/tsan.supp")
     foreach(source IN LISTS sources)
         get_filename_component(name ${source} NAME_WE)
         add_executable(${name} ${source})
         target_link_libraries(${name} PRIVATE Qt6::Test ${ARG_LIBS})
-        # Hardened, the C library asks that every result be looked at.
+        # With hardening, the C library requires that every result is used.
         target_compile_options(${name} PRIVATE -Wno-error=unused-result)
         target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests/support)
         target_compile_options(${name} PRIVATE ${KOVALO_TEST_OPTIONS})

@@ -1,1 +1,1 @@
-// The translation unit that CMake hangs the shared precompiled headers on.
+// The translation unit to which CMake attaches the shared precompiled headers.

@@ -1,6 +1,6 @@
 // Lets the thread sanitizer see two of Qt's locks, and the end of a thread. Qt is not built with
-// the sanitizer and tells it of QMutex only, in a header. The linker leads our calls here (--wrap),
-// and from here to Qt.
+// the sanitizer, and annotates only QMutex, in a header. The linker redirects our calls here
+// (--wrap), and from here to Qt.
 
 #include <QMutex>
 #include <QReadWriteLock>
@@ -75,7 +75,7 @@ bool wait(QThread *thread, QDeadlineTimer deadline)
     return ended;
 }
 
-// From here on the thread may be terminated: a waiting thread sees everything that it did before.
+// From here on the thread may be terminated: everything before happens before the end of a wait().
 void setTerminationEnabled(bool enabled)
 {
     if (enabled)

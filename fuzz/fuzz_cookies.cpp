@@ -1,4 +1,4 @@
-// A browser's cookie text, from any page: the first byte is the separator.
+// A browser's cookie text, from any page. The first byte is the separator.
 
 #include "cookiestring.h"
 #include "require.h"

@@ -1,6 +1,6 @@
-// Each decoder of a download record, fed with a variant of any shape: the first byte chooses the
-// decoder, the rest tells what the variant is made of. What was decoded must encode, and from the
-// second time on the same must come out.
+// Each decoder of a download record, with an arbitrary variant: the first byte selects the decoder,
+// the rest describes the variant. A decoded record must be encodable, and from the second time on,
+// decoding and encoding must not change it.
 
 #include "abstractdownloadmergetaskoptions.h"
 #include "abstractdownloadpreviewinfo.h"
@@ -23,7 +23,7 @@
 
 namespace {
 
-/// Builds variants as bytes tell. Where the bytes end, every choice is the first one.
+/// Builds variants from bytes. At the end of the bytes, every choice is the first one.
 class VariantBuilder {
 public:
     VariantBuilder(const std::uint8_t *data, std::size_t size)
@@ -114,7 +114,7 @@ private:
         return choice < known.size() ? known[choice] : QString::fromUtf8(bytes());
     }
 
-    /// All keys that any record has, in an order that does not change.
+    /// The keys of all records, in a stable order.
     static QStringList knownKeys()
     {
         QStringList keys{QStringLiteral("info"), QStringLiteral("guidType"), QStringLiteral("guid"),
@@ -186,7 +186,7 @@ private:
     const std::uint8_t *const m_end;
 };
 
-/// The first decoding may drop what has no meaning, such as the type of a guid without a text.
+/// The first decoding may drop meaningless values, such as the type of a guid without a text.
 template <typename Record, typename Argument>
 void check(Record (*decode)(const Argument &), const QVariant &variant)
 {
@@ -200,8 +200,8 @@ template <typename Record> void check(Record (*decode)(const QVariant &), const 
     check<Record, QVariant>(decode, variant);
 }
 
-/// Encoded straight into bytes, a record is what its hash is, whatever the one before it had: here
-/// others with a half of its fields.
+/// Encoded directly into bytes, a record must equal its encoded hash, whatever the previous record
+/// was: here one with half of its fields.
 void checkStreamed(const QVariant &variant)
 {
     const QVariantHash whole = variant.toHash();
@@ -213,7 +213,7 @@ void checkStreamed(const QVariant &variant)
     for (const QVariantHash &hash : {whole, whole, halves[0], halves[1], QVariantHash(), whole}) {
         const auto info = std::make_shared<AbstractDownloadPersistentInfo>(toDownloadInfo(hash));
         downloads.append({info});
-        // The hash of the whole is the source's, too: few of them have one within.
+        // Use the whole hash as the source's, too: few inputs contain a nested one.
         const auto other = std::make_shared<AbstractDownloadPersistentInfo>(*info);
         other->source = toDownloadSourceInfo(hash);
         downloads.append({other});

@@ -1,4 +1,4 @@
-// A block of HTTP header fields, from any server by way of a browser.
+// A block of HTTP header fields, from any server through a browser.
 
 #include "httpheaderblock.h"
 #include "require.h"

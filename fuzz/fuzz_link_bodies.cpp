@@ -1,6 +1,6 @@
-// The body of a message on the link, from an untrusted peer: the first byte chooses the encoding,
-// the rest is the body. Data streams are scanned as far as QDataStream reads them, and written byte
-// for byte as it does.
+// The body of a message on the link, from an untrusted peer: the first byte selects the encoding,
+// the rest is the body. The scanner must consume as many bytes as QDataStream, and the writer must
+// produce the same bytes.
 
 #include "qtvariantstreamscanner.h"
 #include "qtvhbodycodec.h"
@@ -17,7 +17,7 @@ namespace {
 
 void checkDataStream(const QByteArray &body, const QHash<QString, QVariant> &map)
 {
-    // The scanner walks as far as Qt reads: else its bounds would not hold.
+    // The scanner must consume as many bytes as Qt, or its limits would not apply to the rest.
     QDataStream reader(body);
     reader.setVersion(QDataStream::Qt_5_12);
     QHash<QString, QVariant> readByQt;

@@ -1,6 +1,6 @@
-// The bytes of a connection, from an untrusted peer: the first byte chooses encoding, handshake and
-// the size of the pieces in which the rest arrives. In whatever pieces they come, the messages are
-// the same.
+// The bytes of a connection, from an untrusted peer: the first byte selects the encoding, the
+// handshake, and the size of the pieces in which the rest arrives. The pieces must not affect the
+// messages.
 
 #include "qtabstractsocket.h"
 #include "qtabstractsocketbasicipc.h"
@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Shows what has arrived, as a socket does; what is written to it is forgotten.
+/// A fake socket device: provides the arrived bytes, and discards written ones.
 class ArrivedBytes : public QIODevice {
 public:
     ArrivedBytes() { open(ReadWrite | Unbuffered); }
@@ -93,7 +93,7 @@ Outcome read(const QByteArray &bytes, Mode mode, qsizetype pieceSize)
     return outcome;
 }
 
-/// What frames without a handshake mean, said in another way.
+/// An independent parser of frames without a handshake.
 Outcome meaningOfFrames(const QByteArray &bytes)
 {
     Outcome outcome;

@@ -1,5 +1,5 @@
-// Feeds the reader of stdin with any bytes. The first byte chooses its flags. What it makes of the
-// lengths is compared with what the C library makes of them.
+// The reader of stdin, with arbitrary bytes. The first byte selects its flags. Its parsed lengths
+// are compared with those of the C library.
 
 #include "base64transport.h"
 #include "consolemessagesreceiver.h"
@@ -17,7 +17,7 @@
 
 namespace {
 
-/// The length where the bytes begin, which it is cut off from.
+/// Parses the length at the start of the bytes, and removes it.
 std::optional<std::uint32_t> takeLength(QByteArray &bytes, bool asText)
 {
     std::uint32_t length = 0;

@@ -1,6 +1,7 @@
-// Reads any text as a message from the extension. What could be read must come out the same when
-// it is written and read again. The nodes of a text are compared with the JSON library's own tree
-// of it: of the text itself, and of one that is well-formed more often, made as its bytes tell.
+// Reads an arbitrary text as a message from the extension. A task that could be read must not
+// change when it is written and read again. The nodes of a text are compared with the JSON
+// library's own tree: for the text itself, and for one generated from its bytes, which is more
+// often well-formed.
 
 #include "pmxjsondocument.h"
 #include "pmxjsonserializeobject.h"
@@ -26,7 +27,7 @@ std::string written(pmxKovBhIpcTask &task)
 {
     std::ostringstream out;
     require(pmxJsonSerializeObject(task, out, 0));
-    // As the library writes it.
+    // In the library's format.
     picojson::value tree;
     require(picojson::parse(tree, out.str()).empty() && tree.serialize() == out.str());
     return out.str();
@@ -79,7 +80,7 @@ void compareWithTree(const std::string &text)
     try {
         picojson::parse(tree, text.cbegin(), text.cend(), &error);
     } catch (const std::overflow_error &) {
-        return; // a number that is null here
+        return; // a number that is too large for a double
     }
     // The library limits the depth of arrays only.
     if (node || error.empty())
@@ -90,7 +91,7 @@ void compareWithTree(const std::string &text)
                       }) > 100);
 }
 
-/// JSON, mostly, as the bytes tell; where they end, every choice is the first one.
+/// Generates mostly valid JSON from the bytes; at their end, every choice is the first one.
 class TextBuilder {
 public:
     TextBuilder(const std::uint8_t *data, std::size_t size) : m_next(data), m_end(data + size) { }

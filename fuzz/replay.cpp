@@ -1,6 +1,6 @@
-// Runs a fuzz target, for builds without libFuzzer, once over every file of the folders named on
-// the command line, or with "--random COUNT" over as many inputs that begin with random bytes, the
-// same in every run. A folder without files is an error: it would test nothing.
+// Runs a fuzz target, in builds without libFuzzer, with every file of the folders on the command
+// line, or with "--random COUNT" with as many inputs that begin with random bytes, the same in
+// every run. A folder without files is an error: it would test nothing.
 
 #include <cstddef>
 #include <cstdint>
@@ -19,7 +19,7 @@ int main(int argc, char *argv[])
 {
     std::size_t count = 0;
     if (argc == 3 && std::string_view(argv[1]) == "--random") {
-        std::mt19937 random(1); // NOLINT(cert-msc51-cpp): the same ones each time
+        std::mt19937 random(1); // NOLINT(cert-msc51-cpp): reproducible
         std::vector<std::uint8_t> bytes;
         for (; count < std::strtoul(argv[2], nullptr, 10); ++count) {
             bytes.resize(random() % 1024);

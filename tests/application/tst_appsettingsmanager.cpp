@@ -29,7 +29,7 @@ private Q_SLOTS:
         qputenv("XDG_CONFIG_HOME", m_dir.path().toUtf8());
     }
 
-    /// Those that are made of something; the others stand in a table.
+    /// The computed defaults; the constant ones are in a table.
     void defaults()
     {
         const auto settings = AppDataAccessHelper(QDir(m_dir.path()), {}).settings();
@@ -82,7 +82,7 @@ private Q_SLOTS:
     void portablePaths()
     {
         const QtAppPortableModeSupport support(true);
-        // Below the root of the same file system, which has a tag of its own unless it is "/".
+        // Below the root of the same file system, which has its own tag unless it is "/".
         const QString root = QStorageInfo(m_app).rootPath();
         const QString sibling = m_app + u'2';
         const std::pair<QString, QString> cases[] = {

@@ -5,7 +5,7 @@
 #include <QDir>
 #include <QTest>
 
-/// The manager as a build for portable installations has it.
+/// The manager, compiled as in a build for portable installations.
 class TestPortableBuild : public QObject {
     Q_OBJECT
 private Q_SLOTS:

@@ -22,7 +22,7 @@ private Q_SLOTS:
         auto destroyed = std::make_unique<QObject>();
         connect(&asking, &QObject::objectNameChanged, &manager,
                 &QtAppDelayedShutdownManager::shutdownAppViaConnection);
-        // Letting go asks for nothing, and breaks the connections, too.
+        // Unregistering requests no shutdown, and disconnects the object's signals.
         for (const bool hold : {true, false})
             manager.registerObject(&asking, hold);
         asking.setObjectName(u"asking"_qs);

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// What a record is on the link, with the types, which count as much as the values.
+/// The encoding of a record on the link, as text with types, which matter as much as the values.
 QString described(const char *name, const QVariant &value)
 {
     QString text;
@@ -87,7 +87,7 @@ AbstractDownloadPersistentInfo makeInfo()
 class TestDownloadRecords : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    /// Each record is encoded as downloadrecords.txt has it, and comes back as it was.
+    /// Each record is encoded as in downloadrecords.txt, and decodes to the same record.
     void records()
     {
         const AbstractDownloadFileInfo file = makeFile();
@@ -128,7 +128,7 @@ private Q_SLOTS:
             AbstractNewDownloadsRequestSource::Browser,
             AbstractDownloadType::MediaStream};
         check(toNewDownloadsRequest, request);
-        // The id of a job travels in the message, not in the request.
+        // The id of a job is in the message, not in the request.
         QCOMPARE(toVariantHash(AbstractNewDownloadsRequestJob{5, request}), toVariantHash(request));
         QCOMPARE(filesInfosToHash({file}), (QVariantHash{{u"files"_qs, toVariantList({file})}}));
 
@@ -146,7 +146,7 @@ private Q_SLOTS:
         QVERIFY(toVariantHash(AbstractDownloadGuid{1, 2, {}}).isEmpty());
         QVERIFY(!AbstractFileInfo().toVariantHash().contains(u"lastModified"_qs));
         QVERIFY(!AbstractFileInfo::fromVariantHash({}).lastModified.isValid());
-        // A cookie without a name is none.
+        // A cookie without a name is dropped.
         AbstractDownloadSourceInfo source;
         source.cookies = {QNetworkCookie("a", "1"), QNetworkCookie(), QNetworkCookie("b", "2")};
         QCOMPARE(toDownloadSourceInfo(toVariantHash(source)).cookies,
@@ -174,7 +174,8 @@ private Q_SLOTS:
         QCOMPARE(file.details.fps, 0);
     }
 
-    /// Encoded one after another they are what their hashes are, whatever the one before had.
+    /// Encoded one after another, records equal their encoded hashes, whatever the previous record
+    /// was.
     void streamed()
     {
         AbstractDownloadPersistentInfo other = makeInfo();
@@ -191,7 +192,7 @@ private Q_SLOTS:
             downloads.append({std::make_shared<AbstractDownloadPersistentInfo>(info)});
         QVERIFY(isStreamedAsHashes(downloads));
 
-        // A message with them is read as one with the hashes, by whoever does not know them.
+        // The receiver decodes a message with them like one with the hashes.
         NewDownloadsEncoder encoder;
         for (const auto &download : downloads.mid(1))
             encoder.add(download);

@@ -1,5 +1,5 @@
-// What the host knows of downloads apart from their records: kinds of files, cookies, URLs and
-// header blocks. The tables are in downloads.json; of headers, its texts are bytes (Latin-1).
+// File types, cookies, URLs and header blocks. The tables are in downloads.json; texts of headers
+// are bytes there, as Latin-1.
 
 #include "abstractdownloadsmodulemetatypes.h"
 #include "abstractfiletypedetector.h"
@@ -43,8 +43,8 @@ bool isBelow(const QString &host, const QString &rootHost)
     return isRootHostEqualTo(QUrl(u"https://u@"_qs + host + u":8080/"_qs + longPath), rootHost);
 }
 
-/// The first letter of what is said, which may be nothing: name of the file, media type and its
-/// codecs, length, or range ("*" where it is not known).
+/// The values of a header block, each after its initial: name of the file, media type and its
+/// codecs, length, or range ("*" if unknown). Missing ones are left out.
 QString saidBy(const QByteArray &header)
 {
     const HttpHeaderBlock headers("A: b\r\n" + header.toStdString() + "\r\n");
@@ -69,7 +69,7 @@ QString saidBy(const QByteArray &header)
 class TestDownloads : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    /// The first of all, as the others use some of the types.
+    /// Must be first, as the others use some of the types.
     void registersMetatypesInOrder()
     {
         const QByteArray names =

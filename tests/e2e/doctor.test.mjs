@@ -1,4 +1,4 @@
-// Each link between a browser and a finished download is broken for real, and must be named.
+// Breaks each link between a browser and a finished download; the doctor must name it.
 
 import { deepStrictEqual, match, ok, strictEqual } from 'node:assert';
 import { spawn } from 'node:child_process';
@@ -16,11 +16,11 @@ const profiles = ['.config/chromium', '.mozilla'];
 const chromiumsManifest = sandbox =>
     sandbox.inHome('.config/chromium/NativeMessagingHosts', manifestName);
 const firefoxesManifest = sandbox => sandbox.inHome('.mozilla/native-messaging-hosts', manifestName);
-/** Where the package puts the extension for a browser. */
+/** Where the package installs the extension for a browser. */
 const extension = (sandbox, browser) => join(sandbox.system, table.browsers.find(each => each.id === browser).extension);
 const database = sandbox => sandbox.inHome('.local/share/Tessmark/Kovalo/db.sqlite');
 
-/** Puts a file where the program would look for it; a mode of 0 keeps even its owner out. */
+/** Writes a file to the place where the program looks for it; with mode 0 not even its owner has access. */
 function put(path, content, mode = 0o644) {
     mkdirSync(dirname(path), { recursive: true });
     rmSync(path, { recursive: true, force: true });
@@ -32,7 +32,7 @@ const script = text => `#!/bin/sh\n${text}\n`;
 /** Changes members of Chromium's manifest. */
 const rewrite = members => sandbox => put(chromiumsManifest(sandbox), JSON.stringify(
     { ...JSON.parse(readFileSync(chromiumsManifest(sandbox))), ...members }));
-/** Has Chromium start another program. */
+/** Makes Chromium start a different program. */
 const hostThat = (content, mode = 0o755) => sandbox => {
     const path = join(sandbox.folder, 'other/wenativehost');
     put(path, content(sandbox), mode);
@@ -41,7 +41,7 @@ const hostThat = (content, mode = 0o755) => sandbox => {
 };
 const policy = (path, policies) => sandbox => put(join(sandbox.system, path), JSON.stringify(policies));
 const chromiumsId = new URL(table.families.chromium.ids[0]).host;
-/** What the browsers note of the extension, in the profile of a user. */
+/** The browsers' records of the extension, in the profile of a user. */
 const inChromium = noted => sandbox => put(sandbox.inHome('.config/chromium/Default/Preferences'), JSON.stringify(
     { extensions: { settings: { [chromiumsId]: noted } } }));
 const inFirefox = (noted, origins) => sandbox => {
@@ -51,13 +51,13 @@ const inFirefox = (noted, origins) => sandbox => {
 };
 const application = (...content) => sandbox => put(join(sandbox.programs, 'kov'), ...content);
 
-/** A server in the place of the application, which takes connections and is silent. */
+/** A server in place of the application that accepts connections but does not answer. */
 const serverOf = owner => async sandbox => {
     const server = createServer();
     const path = join(sandbox.temporary, `kov6fs${user}`);
     chmodSync(sandbox.temporary, 0o777);
     const self = process.geteuid();
-    process.seteuid(owner); // the peer is told who began to listen
+    process.seteuid(owner); // the peer sees the user who called listen()
     server.listen(path);
     process.seteuid(self);
     await once(server, 'listening');
@@ -104,12 +104,12 @@ async function damageDatabase(sandbox) {
 }
 
 const isFixed = true;
-/** What is broken, how, and what else the program is given, or has to do. */
+/** The broken link, how to break it, and further arguments or expectations. */
 const rows = [
     ['extension-installed', sandbox => rmSync(extension(sandbox, 'firefox')), { says: /apt-get install/ }],
     ['extension-installed', sandbox => {
         rmSync(extension(sandbox, 'chromium'));
-        put(join(sandbox.folder, 'extension/manifest.json'), '{}'); // as the archive has it
+        put(join(sandbox.folder, 'extension/manifest.json'), '{}'); // as in the archive
     }, { says: /load the folder .*\/extension on/ }],
     ['extension-installed', inChromium({ location: 8, path: '/usr/share/webext/gone' }), { says: /not loaded/ }],
     ['extension-enabled', inChromium({ disable_reasons: [1] })],

@@ -1,5 +1,5 @@
-// What becomes of downloads in the service, with servers that break off, lie, are slow, and have
-// another file the next time, and with a service that is killed at any moment.
+// Downloads in the service, with servers that break off, lie, are slow, or have another file the next
+// time, and with a service that is killed at any moment.
 
 import { deepStrictEqual, doesNotMatch, match, ok, rejects, strictEqual } from 'node:assert';
 import { execFileSync, spawn, spawnSync } from 'node:child_process';
@@ -14,7 +14,7 @@ import { sanitized } from './support/hosttest.mjs';
 import { ToldServer, bytesOf, hashOf } from './support/toldserver.mjs';
 
 const mebibyte = 1 << 20;
-/** What gives others than root a file system of their own. */
+/** Gives users other than root a file system of their own. */
 const asRoot = process.getuid() === 0 ? [] : ['--user', '--map-root-user'];
 const canMount = spawnSync('unshare', [...asRoot, '--mount', 'mount', '-t', 'tmpfs', 'none', '/mnt']).status === 0;
 const ending = '.kovdownload';
@@ -26,7 +26,7 @@ after(() => server.stop());
 const answer = (head, body = '') => `HTTP/1.1 ${head}\r\nContent-Length: ${body.length}\r\n\r\n${body}`;
 const bytes = (head, body) => Buffer.concat([Buffer.from(`HTTP/1.1 200 OK\r\n${head}\r\n\r\n`), body]);
 
-/** What a server answers to the request for the file of that name, and what is wrong with it. */
+/** The server's response to the request for the file of that name, and the expected error. */
 const refusals = {
     '401.bin': [{ status: 401, headers: { 'WWW-Authenticate': 'Basic' } }, /401|authentication/],
     '403.bin': [{ status: 403 }, /answered 403/],
@@ -50,14 +50,14 @@ const refusals = {
 const text = Buffer.from('what was compressed on the way '.repeat(1000));
 const zipped = gzipSync(text);
 
-/** What arrives: the answer, the name and the bytes of the file. */
+/** The expected result: the response, the name and the bytes of the file. */
 const arrivals = {
     'empty.bin': [{ raw: answer('200 OK') }, 'empty.bin', Buffer.alloc(0)],
     'unknown.bin': [{ raw: bytes('X: y', Buffer.from('hello')) }, 'unknown.bin', Buffer.from('hello')],
     'gzip.txt': [{ raw: bytes('Content-Encoding: gzip', zipped) }, 'gzip.txt', text],
     'zipped.tar.gz': [{ raw: bytes('Content-Encoding: gzip', zipped) }, 'zipped.tar.gz', zipped],
     'named': [{ raw: bytes('Content-Disposition: attachment; filename="../se\u009bnt.txt"', text) }, 'sent.txt', text],
-    // Qt takes such a length for the last one; the server says that there is more.
+    // Qt treats such a length as the last chunk; the server still has more data.
     'chunks.bin': [{ size: 3 * mebibyte, badChunkAt: mebibyte }, 'chunks.bin'],
 };
 
@@ -79,7 +79,7 @@ describe('downloads', { concurrency: 4 }, () => {
             ok(home.file(file).equals(wanted), name);
         }
 
-        // The browser's own file is in the way until it hears that the download is taken.
+        // The browser's own file has the name until it learns that the download is taken.
         server.tell('/held.bin', { size: 5 });
         writeFileSync(join(home.folder, 'held.bin'), '');
         const item = { url: server.url('/held.bin'), suggestedName: 'a/../held.bin' };
@@ -89,7 +89,7 @@ describe('downloads', { concurrency: 4 }, () => {
         await until(() => home.files().includes('held (2).bin'), 'both files');
         strictEqual(home.file('held.bin').length, 5);
 
-        // What the browser was told of the size tells a file that is cut, also where the server tells none.
+        // By the browser's size a truncated file is detected even if the server sends none.
         const caught = (path, what) => extension.create({ catchedDownloads: '1' }, {
             url: server.tell(path, what), fileSize: String(3 * mebibyte) });
         match((await caught('/half.bin', { size: mebibyte })).error, /another file: 1048576 bytes, not 3145728/);
@@ -97,13 +97,13 @@ describe('downloads', { concurrency: 4 }, () => {
         await until(async () => (await home.jobs()).at(-1).error === 'the connection ended before the file did', 'the cut');
         await home.kov('remove', String((await home.jobs()).at(-1).id));
 
-        // A server that is silent is given up long before the extension gives us up.
+        // A silent server is given up long before the extension's own timeout.
         const began = performance.now();
         const silent = await extension.download(server.tell('/silent.bin', { hold: new Promise(() => {}), size: 5 }));
         match(silent.error, /does not answer/);
         ok(performance.now() - began < 40_000);
 
-        // What the user picked is added at once, with what fails.
+        // Picked downloads are added at once, even those that fail later.
         const many = await extension.download(...Object.keys(refusals).map(name => server.url(`/${name}`)));
         strictEqual(many.result, '1');
         await until(async () => (await home.jobs()).filter(job => job.state === 'failed').length >= 10, 'the failures');
@@ -139,7 +139,7 @@ describe('downloads', { concurrency: 4 }, () => {
             deepStrictEqual(asked(path), ['POST', undefined, undefined, 'a=1&b=%00']);
         deepStrictEqual(asked('/result.txt'), ['GET', undefined, undefined, '']);
         await until(() => home.files().join() === '3.bin,result.txt', 'both files');
-        // Who leaves before the answer does not have a form posted once more.
+        // If the client disconnects before the answer, a form is not posted again.
         let refuse;
         const left = server.tell('/left', { status: 503, hold: new Promise(resolve => { refuse = resolve; }) });
         extension.download({ url: left, httpPostData: 'a=1' }).catch(() => {});
@@ -172,14 +172,14 @@ describe('downloads', { concurrency: 4 }, () => {
         deepStrictEqual([home.files(), home.hash('long.bin')], [['long.bin'], hashOf('/long.bin', size)]);
         const visits = server.visits('/long.bin');
         strictEqual(visits.filter(visit => !visit.headers.range).length, 1);
-        // At most what came since the progress was stored, and what was on its way.
+        // At most the data since the progress was stored, and data in flight.
         const sent = visits.reduce((sum, visit) => sum + visit.sent, 0);
         ok(sent < size + kills * 3 * rate, `${sent} bytes were sent`);
     });
 
     inHome('what passes is tried again, what does not is not, and another file begins anew', async home => {
         const [changed, posted, broken] = ['/changed.bin', '/lost.bin', '/busy.iso'].map(path => server.url(path));
-        // At once, the network library would not have seen an answer yet, and ask again by itself.
+        // Not at once: before a response, the network library would repeat the request by itself.
         server.tell('/changed.bin', { size: 3 * mebibyte, rate: 4 * mebibyte, breaks: [mebibyte] });
         server.tell('/lost.bin', { status: 404 });
         server.tell('/busy.iso', { status: 503, headers: { 'Retry-After': '1' } });
@@ -198,7 +198,7 @@ describe('downloads', { concurrency: 4 }, () => {
                         [[undefined, undefined], [`bytes=${mebibyte}-${3 * mebibyte - 1}`, '"1"']]);
         strictEqual(server.visits('/lost.bin').length, 1);
 
-        // By hand.
+        // Manually.
         server.tell('/lost.bin', { size: 7 * mebibyte, rate: mebibyte });
         await home.kov('retry', String(second));
         await until(async () => (await home.jobs())[1].receivedBytes > 0, 'the second attempt');

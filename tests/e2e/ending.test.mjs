@@ -1,4 +1,4 @@
-// How the host ends: with its input, on request, and in the ways that are documented as abnormal.
+// How the host ends: at the end of its input, on request, and in the documented abnormal ways.
 
 import { deepStrictEqual, doesNotMatch, match, ok, strictEqual } from 'node:assert';
 import { spawn } from 'node:child_process';
@@ -39,7 +39,7 @@ test('200 shutdowns in a row, each with the input left open', async () => {
     for (let round = 0; round < 200; ++round) {
         const host = start();
         const unread = Buffer.concat(Array(50).fill(encodeFrame('{"id":"1","type":"ui_strings"}')));
-        // At once, after an answer, behind unread tasks, before others, and for a browser that reads no more.
+        // At once, after an answer, behind unread tasks, before others, and when the browser no longer reads.
         const when = round % 5;
         if (when === 1 || when === 4)
             await host.handshake();
@@ -56,7 +56,7 @@ test('200 shutdowns in a row, each with the input left open', async () => {
     }
 });
 
-/** How long a host takes to end that waits for all that it may wait for, in milliseconds. */
+/** How long the host takes to end if it waits for everything, in milliseconds. */
 async function slowestEnd(here) {
     const pid = await here.serve();
     const extension = here.extension();
@@ -88,11 +88,11 @@ async function slowestEnd(here) {
     return elapsed;
 }
 
-// Browsers kill it then.
+// Then browsers kill it.
 test('the host ends within 2 s, whatever it waits for', { skip: sanitized }, async () => {
     const here = new Scene();
     try {
-        // A busy machine may be slow now and then.
+        // A busy machine may be slow occasionally.
         const times = [];
         while (times.length < 3 && !(times.at(-1) < 2000))
             times.push(await slowestEnd(here));

@@ -1,5 +1,5 @@
-// The extension's own rules, without a browser: how lists of the options are understood, and what the
-// addresses of links tell, and when a browser has asked the user where to save.
+// The extension's own rules, without a browser: parsing the lists of the options, guesses from URLs of
+// links, and detecting that the browser has asked the user where to save.
 
 import { deepStrictEqual, strictEqual } from 'node:assert';
 import { mock, test } from 'node:test';
@@ -31,7 +31,7 @@ test('a server in a list covers those below it, and no others', () => {
         strictEqual(isServerIn(masks, host), false, host);
 });
 
-/** Address, attribute "download", text of the link; kind, name, whether following it may change something. */
+/** URL, attribute "download", text of the link; kind, name, whether following it may have side effects. */
 const links = [
     ['/a/manual.PDF?x=1', null, 'Manual', 'document', 'manual.PDF', false],
     ['/get?id=5', 'song.mp3', '', 'audio', 'song.mp3', false],
@@ -56,7 +56,7 @@ test('the kind and the name of a link, and whether it does something, are told f
     }
 });
 
-/** In milliseconds: how long Chromium takes for an answer, when it tells a path, and whether the user chose that. */
+/** In milliseconds: Chromium's time for an answer, and until it has a path; and whether the user chose the path. */
 const paths = [[0, 250, false], [0, 400, true], [60, 600, false], [60, 1000, true], [500, 1100, true]];
 
 test('a path that takes long was chosen by the user, unless the browser takes long for everything', async () => {

@@ -1,4 +1,5 @@
-// Faults of the programs around the host, at random moments: killed, hung, missing, too many, too much. Seeded by KOVALO_SEED; KOVALO_FAULTS_SHARE is how much of the rounds to play.
+// Faults of the programs around the host, at random moments: killed, hung, missing, too many, too large.
+// KOVALO_SEED is the random seed; KOVALO_FAULTS_SHARE is the share of the rounds to run.
 
 import { deepStrictEqual, doesNotMatch, match, notStrictEqual, ok, strictEqual } from 'node:assert';
 import { createHash } from 'node:crypto';
@@ -36,7 +37,7 @@ function scene(what, beside, play) {
     });
 }
 
-/** Runs the rounds, several at a time, each runner in a scene of its own. */
+/** Runs the rounds, several in parallel, each runner in a scene of its own. */
 async function playRounds(count, play) {
     let next = 0;
     await Promise.all(Array.from({ length: 4 }, async () => {
@@ -71,7 +72,7 @@ describe('faults', { concurrency: 4 }, () => {
         checkAnswers([await extension.download(server.url('never'))], ['app_not_installed'], 'not executable');
         here.replaceApplication('exit 3');
         const answers = [extension.download(server.url('never')), extension.download(server.url('never'))];
-        strictEqual((await extension.ask('key_state')).error, ''); // the host goes on
+        strictEqual((await extension.ask('key_state')).error, ''); // the host keeps running
         checkAnswers(await Promise.all(answers), ['Connection failure'], 'exits');
         await extension.end();
     });
@@ -100,7 +101,7 @@ describe('faults', { concurrency: 4 }, () => {
             const ends = Promise.all(extensions.map(extension => endsInOrder(extension.host)));
             const canStart = existsSync(here.sandbox.host);
             if (canStart)
-                await ends; // its pipes are closed, too: the browser is not held up by who comes after it
+                await ends; // its pipes are closed, too: the browser does not wait for the second process
             await until(() => readFileSync(here.program('kov.launches')).length === (canStart ? 4 : 2), 'the launches');
             const successors = here.sandbox.running('wenativehost');
             strictEqual(successors.length, canStart ? 2 : 0);
@@ -120,7 +121,7 @@ describe('faults', { concurrency: 4 }, () => {
                 match(log, canStart ? /: 12 messages to deliver[^]*: 10 of 11 downloads were delivered/ : /has got 12 waiting messages/);
                 doesNotMatch(log, /ASSERTION|alive|secret/);
             }
-            // What was lost meanwhile is told once, to the next who comes.
+            // Downloads lost meanwhile are reported once, to the next extension.
             for (const expected of canStart ? [['refused0.zip', 'refused1.zip'], []] : []) {
                 const next = here.extension();
                 await next.ask('handshake', { handshake: {} });
@@ -146,10 +147,10 @@ describe('faults', { concurrency: 4 }, () => {
             process.kill(pid, 'SIGKILL');
             const results = await Promise.all(answers);
             checkAnswers(results, ['1', 'Connection failure'], where);
-            // It is launched again, and works; what was sent before its end was noticed has failed.
+            // It is launched again, and works; messages sent before its end was noticed have failed.
             let tries = 0;
             while ((await extension.download(url(`last ${++tries}`))).error === 'Connection failure');
-            // What was added is finished by the next application.
+            // Added downloads are finished by the next instance of the application.
             const added = results.flatMap(({ result }, i) => result === '1' ? [`${url(i)}\t`] : []);
             await until(async () => {
                 const finished = (await here.kov('jobs')).split('\n').filter(line => /^\d+\tfinished/.test(line));
@@ -171,7 +172,7 @@ describe('faults', { concurrency: 4 }, () => {
             return answer;
         });
         const half = leaving.download({ url: server.url('half'), httpPostData: 'x'.repeat(8 * mebibyte) });
-        // By the second answer the host has come to write what the socket takes.
+        // By the second answer the host has written as much as fits into the socket.
         await leaving.ask('key_state');
         await leaving.ask('key_state');
         await leaving.end();
@@ -191,7 +192,7 @@ describe('faults', { concurrency: 4 }, () => {
             await here.serve();
             const extension = here.extension();
             await extension.reach();
-            // More than the socket takes at once, now and then.
+            // Sometimes more than fits into the socket at once.
             const httpPostData = 'x'.repeat(20_000);
             const downloads = round % 2 ? round % 10 === 1 ? 20 : 1 : 0;
             for (let i = 0; i < downloads; ++i)
@@ -205,7 +206,7 @@ describe('faults', { concurrency: 4 }, () => {
     });
 
     scene('10,000 downloads in one task, and one of 64 MiB', ['kov'], async here => {
-        // None of the many has a file: making and deleting thousands is another program's test.
+        // None of them has a file: creating and deleting thousands of files is not tested here.
         const paths = Array.from({ length: times(10_000) }, (_, i) => `none/${i}`);
         const httpPostData = 'data='.padEnd(64 * mebibyte, '0123456789abcdef~');
         const extension = here.extension();

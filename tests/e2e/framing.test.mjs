@@ -1,4 +1,4 @@
-// Frames and their options, as the host reads and writes them.
+// The host's frames, with all options.
 
 import { deepStrictEqual, strictEqual } from 'node:assert';
 import { test } from 'node:test';
@@ -13,7 +13,7 @@ const unknownEmpty = { error: 'unknown_task_type', id: '', result: '', type: '' 
 for (const args of [[], ['--buggybrowser'], ['origin', '--BuggyBrowser']]) {
     test(`every combination of the handshake's options, with arguments [${args}]`, async () => {
         const host = start({ args });
-        // A long id, so that frames need more than one digit, with what the encodings care about.
+        // A long id, so that lengths have several digits, with characters that the encodings treat specially.
         const id = 'é%41%4 "\\/\r\n+=\u0001' + 'x'.repeat(300) + '日本';
         for (let bits = 0; bits < 1 << handshakeOptions.length; ++bits) {
             const options = handshakeOptions.filter((_, index) => bits & (1 << index));

@@ -1,4 +1,4 @@
-// Much at once, very large, by the hundred thousand, and more than there is room for.
+// Load: many tasks at once, very large ones, hundreds of thousands, and more than memory allows.
 
 import { deepStrictEqual, match, ok, strictEqual } from 'node:assert';
 import { once } from 'node:events';
@@ -75,7 +75,7 @@ test('answers that nobody reads cost little memory, and do not keep the host fro
     const long = 'x'.repeat(60_000);
     for (let i = 0; i < 1000; ++i)
         host.send({ id: long, type: 'key_state' });
-    // The host reads no more once it waits for its own answers to be read.
+    // The host stops reading while its own answers are not read.
     let before = 0;
     await until(async () => {
         const now = host.bytesRead();
@@ -113,11 +113,11 @@ test('a task of 20,000 downloads takes little memory, and gives it back', async 
     const before = host.statusKilobytes('VmRSS');
     const size = JSON.stringify(task(20_000)).length;
     strictEqual((await host.ask(task(20_000))).result, '1');
-    // Once nothing is under way any more.
+    // Once nothing is pending any more.
     strictEqual((await host.ask(task(1))).result, '1');
     const peak = (host.statusKilobytes('VmHWM') - before) * 1024 / size;
     const kept = (host.statusKilobytes('VmRSS') - before) / 1024;
-    // A download has some 2 kB on the link.
+    // A download takes about 2 kB on the link.
     ok(sanitized || peak < 20, `${peak} bytes for each`);
     ok(sanitized || kept < 10, `${kept} MiB stay`);
     host.closeInput();
@@ -125,7 +125,7 @@ test('a task of 20,000 downloads takes little memory, and gives it back', async 
 });
 
 test('limits of the system end nothing, or the host in order', { skip: sanitized }, async () => {
-    // Address space: a task that does not fit is answered, and what follows it is.
+    // Limited address space: a task that does not fit is answered, and so is the next one.
     let host = start({ limit: '-v 500000' });
     host.send({ id: '1', type: 'key_state', padding: 'x'.repeat(300 * mebibyte) });
     match((await host.receive()).error, /^(unknown_task_type|not enough memory)$/);
@@ -134,14 +134,14 @@ test('limits of the system end nothing, or the host in order', { skip: sanitized
     await endsInOrder(host);
     match(host.log, /not enough memory/);
 
-    // Size of files: the log is full.
+    // Limited file size: the log is full.
     host = start({ limit: '-f 1', env: { KOVALO_LOG_LEVEL: '3', KOVALO_LOG_FILE: join(host.folder, 'log') } });
     for (let i = 0; i < 100; ++i)
         strictEqual((await host.ask({ type: 'key_state' })).error, '');
     host.closeInput();
     await endsInOrder(host);
 
-    // Threads: there is no room for the stack of another one.
+    // No threads: there is no memory for the stack of another one.
     host = start({ limit: '-v 3000000 -s 4000000' });
     await endsInOrder(host);
     match(host.log, /no thread can be had.*\n.*ending: the start failed/);

@@ -1,4 +1,4 @@
-// What the host leaves in its log, and where.
+// What the host logs, and where.
 
 import { deepStrictEqual, doesNotMatch, match, ok, strictEqual } from 'node:assert';
 import { execFileSync, spawn } from 'node:child_process';
@@ -13,7 +13,7 @@ import { Sandbox } from '../../tools/drivers/sandbox.mjs';
 const sandbox = new Sandbox();
 after(() => sandbox.remove());
 
-/** One task that is no JSON, then the end of input; returns what came on stderr. */
+/** Sends one task that is not JSON, then ends the input; returns the output on stderr. */
 async function run(env) {
     const host = new HostProcess(sandbox, { env });
     host.send('{');
@@ -26,7 +26,7 @@ async function run(env) {
 const unreadable = 'ASSERTION FAILED: pmxJsonSerializeObject(*task, msg.toStdString()), '
     + '../../src/wenativehost/wenativehosttasksprocessor,136';
 
-/** The texts of the lines, each of which must be of that level or a lower one. */
+/** The texts of the lines; checks that each is of that level or a lower one. */
 function texts(log, level = 1) {
     const line = new RegExp(`^\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}Z \\[\\d+\\] [1-${level}] (.*)$`);
     return log.trimEnd().split('\n').map(each => each.match(line)[1]);
@@ -104,7 +104,7 @@ test('the log is in English whatever the language', async () => {
         await endsInOrder(full);
         match(full.log, /a message was not written: No space left on device/);
 
-        // The application's address is taken, it cannot be launched, nor can who delivers later.
+        // The application's socket path is taken, it cannot be launched, nor can the second process.
         other = spawn('perl', ['-MSocket', '-e', 'socket(S, AF_UNIX, SOCK_DGRAM, 0) && bind(S, sockaddr_un(shift)); <STDIN>',
                                join(here.temporary, `kov6fs${process.getuid()}`)]);
         await until(() => existsSync(other.spawnargs.at(-1)), 'the other socket');

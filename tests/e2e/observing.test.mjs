@@ -1,5 +1,5 @@
-// Which tabs the extension observes, and what it listens to, in a browser that is only made up:
-// private windows cannot be had in all browsers that the other tests drive.
+// Which tabs the extension observes, and which events it listens to, in a fake browser: private windows
+// are not available in all browsers of the other tests.
 
 import { deepStrictEqual, ok, strictEqual } from 'node:assert';
 import { cpSync, mkdtempSync, rmSync, writeFileSync } from 'node:fs';
@@ -33,7 +33,7 @@ globalThis.chrome = {
     storage: { session: { get: async () => ({}), set: async () => {} } },
 };
 
-// Node.js takes these files for no modules where they are.
+// Node.js would not load these files as modules at their place.
 const folder = mkdtempSync(join(tmpdir(), 'kov-observing-'));
 after(() => rmSync(folder, { recursive: true }));
 cpSync(fileURLToPath(new URL('../../extension/lib', import.meta.url)), folder, { recursive: true });
@@ -52,7 +52,7 @@ test('private tabs are not observed, and nothing is listened to while none is', 
     const total = Object.values(eventNames).flat().length;
 
     let lastId = 0;
-    /** What the host is told when a tab requests something, and the browser downloads it. */
+    /** The host's notifications when a tab requests something, and the browser downloads it. */
     async function toldOf(tabId, incognito) {
         told = [];
         const id = ++lastId;
@@ -60,7 +60,7 @@ test('private tabs are not observed, and nothing is listened to while none is', 
         events.webRequest.onSendHeaders.fire({ ...details, requestHeaders: [] });
         events.webRequest.onCompleted.fire(details);
         events.downloads.onCreated.fire({ id, incognito, url: details.url, state: 'in_progress' });
-        await observer.observeEverywhere(true); // what it was told before is worked through then
+        await observer.observeEverywhere(true); // all earlier events have been handled then
         return told.map(each => each.type ?? each.state).sort();
     }
 
@@ -76,7 +76,7 @@ test('private tabs are not observed, and nothing is listened to while none is', 
     await observer.observe(2); // the user asks for it
     deepStrictEqual(await toldOf(2, true), ['completed', 'request']);
 
-    // No page makes the script grow by long addresses.
+    // No page can make the script grow by long URLs.
     told = [];
     events.webNavigation.onHistoryStateUpdated.fire({ tabId: 1, frameId: 0, url: `http://page/${'x'.repeat(1e6)}` });
     await observer.announce();

@@ -1,4 +1,4 @@
-// Browsers are told of the host, by the table that is shipped.
+// Registration of the host with browsers, with the real table of browsers.
 
 import { deepStrictEqual, match, ok, strictEqual } from 'node:assert';
 import {
@@ -18,7 +18,7 @@ function sandboxWith(...profiles) {
 after(() => sandboxes.forEach(each => each.remove()));
 
 const familyOf = browser => table.families[browser.family];
-/** A profile folder, seen from the folder that the browser takes for the user's home. */
+/** A profile folder, relative to the browser's home folder. */
 const inside = (profile, config) => profile.replace(/^~C\//, config).replace(/^~\//, '');
 const manifest = (browser, path) => ({
     name: 'com.tessmark.kovalo',
@@ -109,7 +109,7 @@ test('a browser in a Flatpak starts the host by a script, through flatpak-spawn'
     }
 });
 
-/** Runs the script as in a sandbox, where a stand-in for flatpak-spawn is on the path. */
+/** Runs the script as in a sandbox, with a fake flatpak-spawn in the PATH. */
 async function answersThrough(sandbox, script) {
     const stand = join(sandbox.folder, 'stand-in');
     mkdirSync(stand);

@@ -1,4 +1,4 @@
-// The application's settings as the extension finds them: language and rules, from the first message.
+// The application's settings in the extension: language and rules, from the first message on.
 
 import { deepStrictEqual, strictEqual } from 'node:assert';
 import { test } from 'node:test';
@@ -25,7 +25,7 @@ test('captions follow the language of the application, and rules hold before any
         const captions = () => extension.told.map(message => message.strings.dllink);
         for (const [name, count] of [['fr', 1], ['fr_BE', 1], ['en_AU', 2], ['', 3]]) {
             await here.kov('set', 'LocaleName', name);
-            await extension.ask('query_settings'); // the application has told of the change before it answers
+            await extension.ask('query_settings'); // the application has sent the change before it answers
             await until(() => extension.told.length >= count, `the captions of "${name}"`);
         }
         deepStrictEqual(captions(), ['Télécharger avec KOV', 'Download with KOV', dutch]);

@@ -1,4 +1,4 @@
-// Streams become one file that players play, or none.
+// Streams become one playable file, or none.
 
 import { deepStrictEqual, doesNotMatch, match, ok, strictEqual } from 'node:assert';
 import { spawn } from 'node:child_process';
@@ -14,7 +14,7 @@ let server;
 before(async () => { server = await ToldServer.start(); });
 after(() => server.stop());
 
-/** Puts a stream below a path. change(name, content) may give another content, or what the server is told. */
+/** Serves a stream below a path. change(name, content) may return other content, or server options. */
 function serve(path, files, change = (_name, content) => content) {
     for (const [name, content] of Object.entries(files)) {
         const what = change(name, content);
@@ -22,7 +22,7 @@ function serve(path, files, change = (_name, content) => content) {
     }
 }
 
-/** The command lines of ffmpeg where it saves streams. */
+/** The command lines of the ffmpeg processes that save streams. */
 const commandLines = () => readdirSync('/proc').filter(name => /^\d+$/.test(name)).map(pid => {
     try {
         return readFileSync(`/proc/${pid}/cmdline`, 'utf8').replaceAll('\0', ' ');
@@ -57,7 +57,7 @@ describe('streams', { concurrency: 2 }, () => {
         for (const attempt of [1, 2]) {
             await until(async () => {
                 const [{ state, percent }] = await home.jobs();
-                // How soon ffmpeg tells more than 0 % is up to it.
+                // ffmpeg decides when to report more than 0 %.
                 return state === 'running' && percent >= 0 && server.visits('/film/list1.3.ts').length === attempt;
             }, `a part of it to be there, for the ${attempt}. time`);
             doesNotMatch(commandLines().join(), /given|secret|ticket/);
@@ -76,7 +76,7 @@ describe('streams', { concurrency: 2 }, () => {
         deepStrictEqual(asked('/film/master.m3u8'), ['Browser/1.0', page, 'given=1']);
         deepStrictEqual(asked('/film/list1.1.ts'), ['Browser/1.0', page, 'given=1; ticket=9']);
         deepStrictEqual(asked('/far/list1.0.ts'), ['Browser/1.0', server.url('/'), undefined]);
-        // What is not the best is looked at, no more.
+        // Of the other qualities, only the beginning is read.
         strictEqual(server.visits('/film/list0.3.ts').length, 0);
         await extension.end();
     });
@@ -89,7 +89,7 @@ describe('streams', { concurrency: 2 }, () => {
                 ? content.toString().replaceAll(/^list\S+/gm, 'file:///etc/passwd.ts') : content, /cannot be followed|^ffprobe/],
             'text': [() => 'Film\n', /no playlist/],
             'empty': [() => '#EXTM3U\n', /^ffprobe: /],
-            // Breaks off, once while it is only looked at, and is gone on with.
+            // Breaks off, once while it is only probed, and is resumed.
             'cut': [(name, content) => name === 'list1.2.ts'
                 ? { size: content.length, content, breaks: [5000, 5000] } : content],
         };

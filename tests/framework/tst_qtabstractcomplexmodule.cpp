@@ -23,8 +23,8 @@ void settle()
         QCoreApplication::processEvents();
 }
 
-/// What happened, in order, and what is to happen at which of it: "later" and "never" say when a
-/// step ends, "fails", "failslater" and "exits" how, "takedown" asks for the take-down inside it.
+/// The log of the steps, in order, and the script of their behaviour: "later" and "never" say when
+/// a step ends, "fails", "failslater" and "exits" how, "takedown" requests the take-down inside it.
 struct Play {
     QStringList journal;
     QHash<QString, QString> script;
@@ -74,8 +74,8 @@ private:
 
 class Tree : public QtAbstractComplexModule {
 public:
-    /// The script is made of "STEP=ACT"; steps on the way down begin with "~", the ends of passes
-    /// are "-up" and "-down", with "!" when failed.
+    /// The script consists of "STEP=ACT"; steps of the take-down begin with "~", the ends of passes
+    /// are "-up" and "-down", with "!" if failed.
     explicit Tree(const QString &script = {})
     {
         play.top = this;

@@ -88,7 +88,7 @@ private Q_SLOTS:
         QCOMPARE(second->path(), path(u"a (2).txt"_qs));
         QVERIFY(QFile::remove(path(u"a.txt"_qs)));
         QCOMPARE(folder.freePath(u"a.txt"_qs), path(u"a.txt"_qs));
-        // What was put in the place of a partial file is not written to.
+        // A file or link that replaced a partial file is not written to.
         QVERIFY(first->remove() && QFile::link(second->path(), first->path()));
         QVERIFY(!KovPartialFile::open(first->path(), error));
         QVERIFY(first->remove());
@@ -125,7 +125,7 @@ private Q_SLOTS:
         QVERIFY(error.contains(u"too long"));
         QVERIFY(!KovPartialFile::open(u"/dev/full"_qs, error));
 
-        // Half of it is written before the system says why there is no more.
+        // Half of it is written before a write reports the error.
         ::signal(SIGXFSZ, SIG_IGN);
         const rlimit limit{8, RLIM_INFINITY};
         const auto file = KovDownloadFolder(root.path(), {}).createFile(u"a"_qs, error);

@@ -10,12 +10,12 @@
 
 #include <memory>
 
-/// What the desktop has for notifications.
+/// A fake notification service.
 class StandIn : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
 public:
-    /// Title, body and captions of what was told.
+    /// Title, body and captions of the notifications.
     QList<QStringList> told;
 
 public Q_SLOTS:
@@ -35,7 +35,7 @@ class TestKovNotifications : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    /// On a session bus of its own, and with a program that notes what it is to open.
+    /// On a session bus of its own, and with a fake xdg-open that records its argument.
     void tellsAndDoesWhatIsChosen()
     {
         const QTemporaryDir folder;
@@ -72,7 +72,7 @@ private Q_SLOTS:
         };
         const auto ended = [&queue] { return !queue->hasWork(); };
 
-        // Nobody listens yet.
+        // There is no service yet.
         QCOMPARE(add(u"data:,1"_qs, u"1.txt"_qs), QString());
         QTRY_VERIFY(ended());
         QDBusConnection desktop =

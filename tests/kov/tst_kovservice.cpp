@@ -113,7 +113,7 @@ private Q_SLOTS:
         QCOMPARE(run(u"get LocaleName"_qs), u"not running"_qs);
         QCOMPARE(startService(), KovService::StartResult::Serving);
         const QStringList lines = run(u"list"_qs).split(u'\n', Qt::SkipEmptyParts);
-        // 48 of the application, 53 of the engine, whose two range markers are no settings, and 1.
+        // 48 of the application, 53 of the engine without its two range markers, and 1.
         QCOMPARE(lines.size(), 48 + 53 + 1);
         QVERIFY(lines.contains(u"LocaleName=de\u20ac"_qs));
         QVERIFY(lines.contains(u"PartialDownloadFileSuffix=kovdownload"_qs));
@@ -182,7 +182,7 @@ private Q_SLOTS:
     /// Hosts cannot change the programs to run, not even by a reset.
     void someSettingsAreNotForHosts()
     {
-        // A client that may reset, as a front-end of the application may.
+        // A client that may reset, such as a front end of the application.
         const auto manager = QSharedPointer<QtAppSettingsInMemoryManager>::create();
         const auto socket = QSharedPointer<QtLocalSocket>::create();
         const auto part = QSharedPointer<VhIpcSettings>::create(manager, 127U, QSet<QString>());

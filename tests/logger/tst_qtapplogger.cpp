@@ -20,7 +20,7 @@ QByteArray contents(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// A pipe in the place of stderr while it lives.
+/// RAII: replaces stderr by a pipe.
 class CapturedStderr {
 public:
     CapturedStderr() : m_real(::dup(STDERR_FILENO))
@@ -37,7 +37,7 @@ public:
     }
     Q_DISABLE_COPY_MOVE(CapturedStderr)
 
-    /// What has come since this was last asked for.
+    /// The output since the last call.
     QByteArray read() const
     {
         QByteArray bytes(200'000, '\0');
@@ -93,8 +93,8 @@ private Q_SLOTS:
 
     void linesOfManyStayWhole()
     {
-        // Full about half-way: rotated exactly once, whichever process finds it full, and nothing
-        // is lost. Loggers share no more than those of several processes do.
+        // Full about half-way: rotated exactly once, whichever logger finds it full, and nothing is
+        // lost. The loggers share as little as those of several processes.
         constexpr int loggers = 8;
         constexpr int linesOfEach = 300;
         const QString text(200, u'x');
@@ -126,10 +126,10 @@ private Q_SLOTS:
         const QByteArray first = err.read();
         logger.log(1, u"heard again"_qs);
         const QByteArray second = err.read();
-        // Nor is a pipe waited for that a path leads to.
+        // Nor does it block on a named pipe.
         QCOMPARE(::mkfifo(QFile::encodeName(m_path).constData(), 0600), 0);
         QtAppLogger({.filePath = m_path}).log(1, u"nobody waits"_qs);
-        // A pipe that is stdout as well is the message channel.
+        // A pipe that is also stdout is the message channel.
         const int realOut = ::dup(STDOUT_FILENO);
         ::dup2(STDERR_FILENO, STDOUT_FILENO);
         QtAppLogger({}).log(1, u"not here"_qs);
@@ -154,7 +154,7 @@ private Q_SLOTS:
         QVERIFY(make(kept, own) && QFile::link(kept, m_path + u"link"_qs));
         QVERIFY(make(m_path + u"open"_qs, own | QFile::ReadOther));
         QVERIFY(make(m_path + u"other"_qs, own));
-        // Only root can change a file's owner; other users take a file of root's.
+        // Only root can change a file's owner; as another user, take one of root's files.
         const bool isRoot = ::geteuid() == 0;
         const QString foreign = isRoot ? m_path + u"other"_qs : u"/dev/null"_qs;
         if (isRoot)

@@ -5,7 +5,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-/// Firefox in a Flatpak, on a session bus of its own where a stand-in may have the proxy's name.
+/// Firefox in a Flatpak, on a separate session bus with or without a fake proxy.
 class tst_MessagingProxy : public QObject {
     Q_OBJECT
 
@@ -48,7 +48,7 @@ void tst_MessagingProxy::decidesTheWayOfASandboxedFirefox()
     const auto registered = [] {
         return row.match(QString::fromUtf8(run({QStringLiteral("browsers")}))).captured(1);
     };
-    // By the manifest of a Firefox outside, in which one inside finds nothing by itself.
+    // The manifest of a Firefox outside the sandbox, which one inside cannot use without the proxy.
     QVERIFY(run({QStringLiteral("register"), QStringLiteral("org.mozilla.firefox")})
                 .contains("/.mozilla/native-messaging-hosts/"));
     QCOMPARE(registered(), QStringLiteral("no"));

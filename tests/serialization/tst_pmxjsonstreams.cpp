@@ -12,7 +12,7 @@ using Stream = pmxSerializationIoStream;
 
 namespace {
 
-/// A record that does what a test wants.
+/// A record with a function of the test as its Serialize.
 class Script : public pmxSerializable {
 public:
     explicit Script(std::function<bool(Stream &)> run) : m_run(std::move(run)) { }
@@ -43,7 +43,7 @@ std::string nested(const std::string &open, const std::string &close, int levels
         + QByteArray::fromStdString(close).repeated(levels).toStdString();
 }
 
-/// What a required and an optional member "v" are read as; "!" where that fails.
+/// The results of reading a required and an optional member "v"; "!" for a failure.
 template <typename T> std::string readS(const std::string &json, T before)
 {
     std::string result;
@@ -122,7 +122,7 @@ private Q_SLOTS:
                 && s.SerializeDoubleValue("B", number, true) && s.SerializeValueS("yes", yes, true)
                 && s.SerializeBoolValue("true", yes, true)
                 && write(s, "escapes", "\"\\/\b\f\n\r\t\x01\x7f\xc3\xa9")
-                // What cannot be said is refused and changes nothing.
+                // An invalid write is refused and changes nothing.
                 && !write(s, "", "x") && !write(*text, "n", "y")
                 && !s.SelectOrCreateNode("escapes", false)
                 && !s.SerializeDoubleValue("infinite", infinite, false);

@@ -23,7 +23,7 @@ std::string json(const QJsonValue &value)
 class TestPmxTaskRecords : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    /// What is written where it differs from what was read.
+    /// The expected output, if it differs from the input.
     void rewritten_data() { ADD_VECTORS("tasks.json", "rewritten"); }
     void rewritten()
     {
@@ -35,7 +35,7 @@ private Q_SLOTS:
         QCOMPARE(out.str(), json(row.at(row.at(2).isNull() ? 1 : 2)));
     }
 
-    /// Of what could not be read, id and type may be known.
+    /// If a message could not be read, its id and type may still be known.
     void failed_data() { ADD_VECTORS("tasks.json", "failed"); }
     void failed()
     {
@@ -71,7 +71,7 @@ private Q_SLOTS:
         QVERIFY(pmxJsonSerializeObject(defaults, out, 0));
         const QByteArray text = QByteArray::fromStdString(out.str());
         for (const QByteArray &piece : text.split(',')) {
-            // Another value for one member.
+            // A different value of one member.
             const QByteArray member = piece.mid(piece.lastIndexOf('{') + 1);
             QByteArray other = member;
             other.replace("true", "FALSE").replace("false", "true").replace("FALSE", "false");

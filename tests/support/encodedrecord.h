@@ -1,6 +1,6 @@
 #pragma once
 
-/// The record in its form on the link: a hash, a list or a single value.
+/// The record in its encoding on the link: a hash, a list or a single value.
 template <typename Record> auto encoded(const Record &record)
 {
     if constexpr (requires { record.toVariantHash(); })

@@ -6,7 +6,7 @@
 
 #include <unistd.h>
 
-/// Bytes of address space that the process has reserved, touched or not.
+/// The size of the process's address space in bytes, resident or not.
 inline qint64 reservedMemory()
 {
     QFile file(QStringLiteral("/proc/self/statm"));

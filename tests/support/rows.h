@@ -2,7 +2,7 @@
 
 #include <QTest>
 
-/// The table of a data-driven test: made with the names of the columns, called once for each row.
+/// The table of a data-driven test: constructed with the columns' names, called once for each row.
 template <typename... Values> class Rows {
 public:
     template <typename... Names> explicit Rows(Names... columns)

@@ -25,7 +25,7 @@ inline QVariant withSortedKeys(const QVariant &value)
     return map;
 }
 
-/// Whether the downloads, encoded one after another, become the bytes that their hashes become, but
+/// Whether the downloads, encoded one after another, become the same bytes as their hashes, except
 /// for the order of the keys.
 inline bool isStreamedAsHashes(const QList<AbstractNewDownloadRequest> &downloads)
 {

@@ -48,7 +48,7 @@ public:
         const Timer *next = nextTimer();
         return next ? next->m_dueMs - m_nowMs : -1;
     }
-    /// The type asked for by the next timer that is due; one must be active.
+    /// The type of the next timer that is due; one must be active.
     Qt::TimerType nextTimerType() const { return nextTimer()->m_type; }
 
 private:

@@ -37,7 +37,7 @@ public:
     }
     QJsonValue at(qsizetype column) const { return m_columns[column]; }
     QString text(qsizetype column) const { return at(column).toString(); }
-    /// Bytes that the file spells as the characters of Latin-1.
+    /// Bytes that the file has as Latin-1 characters.
     QByteArray bytes(qsizetype column) const { return text(column).toLatin1(); }
 
 private:

@@ -15,7 +15,7 @@ inline QByteArray frame(const QByteArray &body)
     return QByteArray(reinterpret_cast<const char *>(&length), sizeof length) + body;
 }
 
-/// A file in memory, to be written through its stream or filled to be read from it.
+/// A memory file: written through its stream, or filled and read through it.
 class StreamFile {
 public:
     explicit StreamFile(const QByteArray &bytes = {})
@@ -29,7 +29,7 @@ public:
 
     std::FILE *stream() const { return m_file; }
 
-    /// What has left the stream's buffer.
+    /// The data that was flushed from the stream's buffer.
     QByteArray written() const
     {
         QFile file(QStringLiteral("/proc/self/fd/%1").arg(::fileno(m_file)));

@@ -44,7 +44,7 @@ public:
             client->incomingDownloadsProcessor().objectCast<RemoteIncomingDownloadsProcessor>();
         QObject::connect(downloads.data(), &RemoteIncomingDownloadsProcessor::sendJobToServer,
                          &m_holder, [this](const auto &job) { jobs.append(job); });
-        // Nothing is to end the event loops of the tests.
+        // The shutdown must not end the event loops of the tests.
         shutdownManager->registerObject(&m_holder, true);
         makeDispatcher();
     }
@@ -89,7 +89,7 @@ public:
         return m_server.listen(appServerName())
             && QTest::qWaitFor([this] { return client->isConnected(); });
     }
-    /// Ends what connectToApplication() began.
+    /// The reverse of connectToApplication().
     bool disconnectFromApplication()
     {
         m_server.close();
@@ -98,7 +98,7 @@ public:
             peer->abort();
         return QTest::qWaitFor([this] { return !client->isConnected(); });
     }
-    /// The application tells all its settings.
+    /// The application sends all its settings.
     void takeAll(const QVariantHash &values, const QVariantHash &defaults)
     {
         client->remoteFrontendClientModule()->vhIpcProcessor()->settingsPart()->processVh(
@@ -108,7 +108,7 @@ public:
              {u"defaultValues"_qs, defaults}});
     }
     QString databasePath() const { return m_dir.filePath(u"db.sqlite"_qs); }
-    /// The application's settings, empty until something is written, count as known.
+    /// Marks the application's settings as known; they are empty until something is written.
     void makeSettingsKnown()
     {
         client->settingsInitializer()->onVhIpcSettingsReadyStateChanged(true);
@@ -135,7 +135,7 @@ public:
         QSharedPointer<ConsoleMessagesSender>::create(nullptr, m_output.stream());
     QSharedPointer<WebExtensionSettingsManager> extensionSettings;
     std::unique_ptr<WeNativeHostTasksProcessor> dispatcher;
-    /// What the application was given.
+    /// The jobs that the application received.
     QList<AbstractNewDownloadsRequestJob> jobs;
 };
 

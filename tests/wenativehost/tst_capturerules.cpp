@@ -21,7 +21,7 @@ namespace {
 class PressedKey : public KeyStateWatcher {
 public:
     explicit PressedKey(bool pressed) : KeyStateWatcher(45) { setPressed(pressed); }
-    /// Nothing may be sampled while a download is judged.
+    /// The key must not be sampled while the rules are applied.
     void update() override { setPressed(!isPressed(false)); }
 };
 
@@ -31,7 +31,7 @@ void read(pmxSerializable &record, const QByteArray &json)
         qFatal("the test's own text is malformed");
 }
 
-/// The definition of a match, word for word; its cost explodes with the number of stars.
+/// The literal definition of a match; its cost is exponential in the number of stars.
 bool matchesByDefinition(const char *str, const char *mask)
 {
     if (!*str)
@@ -120,7 +120,7 @@ private Q_SLOTS:
                  ignored && !settings.contains("Key"));
     }
 
-    /// Where the C library's tolower() leaves an I as it is.
+    /// A locale in which the C library's tolower() does not change an "I".
     void caseInTurkish()
     {
         const QTemporaryDir folder;
@@ -153,7 +153,7 @@ private Q_SLOTS:
         QVERIFY(matched > 20'000);
     }
 
-    /// By the definition's own recursion this would not end.
+    /// With the recursive definition this would take forever.
     void manyStars()
     {
         const std::string text(10'000, 'a');

@@ -19,7 +19,7 @@ class TestConsoleInput : public QObject {
 private Q_SLOTS:
     void textLength()
     {
-        // What is read, the length in it (0: none), and what is left.
+        // The input, the length in it (0: none), and the rest.
         const std::tuple<QByteArray, qint64, QByteArray> cases[] = {
             {"\t\r\n\v\f12 x", 12, "x"},
             {"+12 x", 12, "x"},
@@ -76,7 +76,7 @@ private Q_SLOTS:
         thread.start();
         receiver.moveToThread(&thread);
         receiver.start();
-        receiver.start(); // once more is no harm
+        receiver.start(); // a second call is harmless
         QTRY_COMPARE_WITH_TIMEOUT(received, count, 30'000);
         QTRY_VERIFY_WITH_TIMEOUT(flow->isInputEnded(), 30'000);
         const qint64 limit = ConsoleFlowControl::maxUnhandledBytes;
@@ -86,7 +86,7 @@ private Q_SLOTS:
 
     void stopWhileMessagesCome()
     {
-        // The thread is ended at any point between taking a message and posting it.
+        // The thread is stopped at any point between reading a message and posting it.
         const QByteArray messages = QByteArray(frame("x")).repeated(2'000);
         for (int round = 0; round < 100; ++round) {
             int ends[2];
@@ -104,7 +104,7 @@ private Q_SLOTS:
             if (round % 2 == 0)
                 QTRY_VERIFY(received > 0);
             thread.stop();
-            // The event queue of this thread is whole.
+            // The event queue of this thread still works.
             bool delivered = false;
             QMetaObject::invokeMethod(
                 this, [&delivered] { delivered = true; }, Qt::QueuedConnection);

@@ -73,7 +73,7 @@ private Q_SLOTS:
                  QByteArray("azAZ09%2F%3A%40%5B%60%7B%2D%5F%2E%7E%25%20%C3"));
     }
 
-    // Longer than a pipe holds, with and without the means to give up a write that is stuck.
+    // Longer than a pipe's buffer, with and without the means to give up a blocked write.
     void framesAreWrittenAtOnce()
     {
         for (const bool hasFlowControl : {false, true}) {
@@ -153,7 +153,7 @@ private Q_SLOTS:
         sender.enableFlags(1 | 2, true);
         sender.sendMessage(u"a"_qs);
         std::fclose(full);
-        // With a buffer the fault shows when it is flushed.
+        // With a buffer the error shows when it is flushed.
         std::FILE *const buffered = std::fopen("/dev/full", "w");
         ConsoleMessagesSender failing(nullptr, buffered);
         for (int message = 0; message < 3; ++message)
@@ -166,7 +166,7 @@ private Q_SLOTS:
                 .replace(u'@', u"../../src/wenativehost/consolemessagessender"_qs);
         };
         const QString body = failed("size == fwrite (&content.front (), 1, size, stdout), @,85");
-        // The check of the line break is the wrong way round: nothing is said of it.
+        // The check of the line break is inverted: its failure is not logged.
         QCOMPARE(texts,
                  QStringList({failed("4 == fwrite (sz, 1, 4, stdout), @,82"), body,
                               failed("s.length () == fwrite (&s.front (), 1, s.length (), stdout), "
@@ -187,7 +187,7 @@ private Q_SLOTS:
         ::close(ends[0]);
         ConsoleMessagesSender sender(nullptr, output);
         sender.setFlowControl(QSharedPointer<ConsoleFlowControl>::create());
-        const QString large(10'000, u'a'); // a short one fails with the flush alone
+        const QString large(10'000, u'a'); // a short one fails only when flushed
         for (int message = 0; message < 2; ++message)
             sender.sendMessage(large);
         std::fclose(output);

@@ -9,7 +9,7 @@ class TestCreateDownloads : public QObject {
     Q_OBJECT
     std::unique_ptr<IsolatedHost> m_host;
 
-    /// The answer to a task with those members and downloads.
+    /// The answer to a task with these members and downloads.
     QString create(const QString &id, const QString &items, const QString &members = {})
     {
         return m_host->tell(
@@ -70,7 +70,7 @@ private Q_SLOTS:
         QFETCH(const QString, error);
         const bool isRefusedHere = !error.isEmpty() && error != u"invalid_parameter"_qs;
         m_host->set(AppSettings::WbInterceptDownloads, "0");
-        // No application lies beside this program.
+        // There is no application beside this program.
         QCOMPARE(create(u"1"_qs, items, members),
                  answered(u"1"_qs, isRefusedHere ? error : u"app_not_installed"_qs));
         QVERIFY(m_host->connectToApplication());
@@ -125,7 +125,7 @@ private Q_SLOTS:
         QCOMPARE(m_host->jobs.size(), 5);
         QVERIFY(!m_host->jobs.at(3).isBrowsersOwn);
         QVERIFY(finish(3, false).contains(u"'id':'same','result':'','type':'video_sniffer'"_qs));
-        // The first one's outcome is not that of the second, which replaced it.
+        // The outcome of the first task is not reported as that of the second, which replaced it.
         QCOMPARE(finish(1, true), u""_qs);
         QCOMPARE(finish(2, false), answered(u"same"_qs, u"no späce"_qs));
         QCOMPARE(finish(0, true), answered(u"a"_qs, u""_qs, u"1"_qs));

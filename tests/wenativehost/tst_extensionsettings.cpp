@@ -12,7 +12,7 @@ using Values = QList<std::pair<QString, QString>>;
 
 namespace {
 
-/// What the host knows of the application's settings, as a text.
+/// The host's copy of the application's settings, as text.
 QString known(const IsolatedHost &host)
 {
     const WebExtensionBrowserMonitorSettings &monitor =
@@ -48,7 +48,7 @@ Values allValues()
                    {WbDontInterceptDownloadsIfKeyIsPressed, "1"}});
 }
 
-/// The extension's settings with those members of "monitor" and what else is given.
+/// The extension's settings with these members of "monitor", and further ones.
 QString post(const char *monitor, const char *others = "")
 {
     return u"{'id':'1','type':'post_settings','post_settings':{'browser':{'monitor':{%1}}%2}}"_qs
@@ -78,7 +78,7 @@ private Q_SLOTS:
         IsolatedHost other;
         other.settings().setValues(allValues(), application);
         QCOMPARE(known(other), u"11 1048576 'pls mé' 1 'a.org b.org' 1"_qs);
-        // Rules that are switched off keep their values. Only the hosts are read all the same.
+        // Rules that are switched off keep their values. Only the servers are still read.
         const Values off = values({{WbInterceptDownloads, "0"},
                                    {WbAbortedInterceptedDownloadForwardToBrowser, "0"},
                                    {WbDontInterceptTooSmallDownloads, "0"},
@@ -89,7 +89,7 @@ private Q_SLOTS:
         QCOMPARE(written.constLast().at(0).value<Values>(), off);
         other.settings().setValues(off, application);
         QCOMPARE(known(other), u"00 0 '' 0 'a.org b.org' 0"_qs);
-        // Any number of 32 bits but 0 is true.
+        // Any 32-bit number except 0 is true.
         other.settings().setValues(
             values({{WbInterceptDownloads, "-1"},
                     {WbAbortedInterceptedDownloadForwardToBrowser, "2147483648"},
@@ -107,13 +107,14 @@ private Q_SLOTS:
                                  &WebExtensionSettingsManager::settingsChanged);
         host.set(LocaleName, "de");
         host.set(WbInterceptDownloads, "1");
-        for (int i = 0; i < 2; ++i) // the same again is no change
+        for (int i = 0; i < 2; ++i) // the same value again is no change
             host.tell(post("'enable':true,'skipSmallerThan':'5'", ",'locale':'de'"));
         QCOMPARE(changed, QList<QVariantList>({{false}, {true}}));
         host.settings().setValues(values({{WbAbortedInterceptedDownloadForwardToBrowser, "0"}}),
                                   application);
         QCOMPARE(host.extensionSettings->settings().locale, "de");
-        // What the host wrote is not read back; another case is another's origin.
+        // The host's own changes are not read back; a source in other letter case is not the
+        // host's.
         host.settings().setAllValues({}, u"WebExtensionSettingsManager"_qs);
         QCOMPARE(changed.size(), 3);
         host.settings().setAllValues({}, u"webExtensionSettingsManager"_qs);
@@ -125,7 +126,7 @@ private Q_SLOTS:
         IsolatedHost host;
         host.set(WbInterceptDownloads, "1");
         host.set(WbInterceptDownloads, "0");
-        QCOMPARE(host.sent(), u""_qs); // nobody has asked yet
+        QCOMPARE(host.sent(), u""_qs); // no query yet
         host.tell(query(u"1"_qs));
         host.set(LocaleName, "de");
         QCOMPARE(host.sent(), u""_qs);
@@ -142,7 +143,7 @@ private Q_SLOTS:
         QCOMPARE(host.tell(post("", ",'locale':'de'")), posted);
     }
 
-    /// Its defaults are not ours, and none of the user's choices is the host's to change.
+    /// The application has other defaults, and the host must not change any of the user's choices.
     void applicationWithOtherDefaults()
     {
         IsolatedHost host(false);
@@ -164,7 +165,7 @@ private Q_SLOTS:
                  values({{WbAbortedInterceptedDownloadForwardToBrowser, "0"}}));
     }
 
-    /// A connected application is given a moment to tell its settings.
+    /// A connected application has a moment to send its settings.
     void nothingIsJudgedBeforeSettingsAreKnown_data()
     {
         QTest::addColumn<int>("then");
@@ -185,7 +186,7 @@ private Q_SLOTS:
         QString sent = host.tell(
             u"{'id':'c','type':'create_downloads','create_downloads':{'catchedDownloads':'1',"
             "'downloads':{'item':[{'url':'http://a.org/b'}]}}}"_qs);
-        // Compared with nobody's settings, this would be no change.
+        // Compared with the defaults, this would be no change.
         sent += host.tell(post("'enable':true,'skipIfKeyPressed':false"));
         sent += host.tell(query(u"q"_qs));
         QCOMPARE(sent.isEmpty(), then != 0);
@@ -204,7 +205,7 @@ private Q_SLOTS:
     {
         IsolatedHost(false).tell(query(u"1"_qs));
         IsolatedHost host(false);
-        // The connection of another process, for all that SQLite knows.
+        // For SQLite, this is like another process's connection.
         SqlDatabaseManager other(host.databasePath(), u"other"_qs,
                                  QSharedPointer<QRecursiveMutex>::create());
         QVERIFY(other.openDatabase());
@@ -219,11 +220,11 @@ private Q_SLOTS:
                     .exec());
         QElapsedTimer timer;
         timer.start();
-        QVERIFY(host.tell(query(u"1"_qs)).contains(u"'enable':true")); // nothing but defaults
+        QVERIFY(host.tell(query(u"1"_qs)).contains(u"'enable':true")); // only defaults
         const auto store = [](const char *error, const char *result) {
             return answer({}, u"settings_store"_qs, QLatin1String(error), QLatin1String(result));
         };
-        // The change holds, the answer is plain, and what became of it is told after it.
+        // The change is in effect, the answer has no error, and a notification reports the store.
         QCOMPARE(host.tell(post("'enable':true,'skipExtensions':'iso'")), posted);
         QString told;
         QTRY_VERIFY((told += host.sent()).contains(store("busy", "")));
@@ -231,7 +232,8 @@ private Q_SLOTS:
                  posted);
         QVERIFY2(!timer.hasExpired(2500), "it was waited for more than once");
         other.closeDatabase();
-        // What could not be read is read with the next query, beneath what was changed since.
+        // Settings that could not be read are read with the next query; later changes take
+        // precedence.
         told = host.tell(query(u"2"_qs));
         QVERIFY2(told.contains(u"'enable':false") && told.contains(u"'skipExtensions':'iso'"),
                  qPrintable(told));
@@ -241,7 +243,7 @@ private Q_SLOTS:
                  u"iso"_qs);
     }
 
-    /// An application that ends before it has a change finds it in the store.
+    /// A change that an application did not receive before its end is in the store.
     void unconfirmedWhenTheLinkBreaks()
     {
         IsolatedHost host;

@@ -20,7 +20,7 @@
 
 namespace {
 
-/// What finds media, as the dispatcher puts it together, but without the dispatcher.
+/// The objects that find media, connected as in the dispatcher, but without it.
 class Sniffer {
 public:
     void tell(const QJsonObject &record)
@@ -42,7 +42,7 @@ public:
               {u"srcTabUrl"_qs, page},
               {u"requestHeaders"_qs, headers}});
     }
-    /// A request that was answered; what is left out of it is usual.
+    /// A request with a response; members that are left out have usual values.
     void see(const QJsonObject &seen)
     {
         QJsonObject record{{u"requestId"_qs, seen[u"id"]},
@@ -73,7 +73,7 @@ public:
         monitor, requests, QSharedPointer<BrowserTabsRequestsTracker>::create()};
 };
 
-/// Each as "ID:KIND", with its size and its quality where they are known.
+/// Each as "ID:KIND", with its size and quality, if known.
 QString described(const std::vector<MediaRequest> &media)
 {
     QStringList texts;
@@ -91,7 +91,7 @@ QString described(const std::vector<MediaRequest> &media)
     return texts.join(u' ');
 }
 
-/// The ids of the candidates, or the URLs of what was no request.
+/// The ids of the candidates, or the URLs of those that were not observed.
 QString picked(const Sniffer &sniffer, const QJsonObject &members)
 {
     pmxFlvSniffCallProcTask task;
@@ -140,7 +140,7 @@ private Q_SLOTS:
             QCOMPARE(picked(sniffer, pick[u"task"].toObject()), pick[u"gets"].toString());
     }
 
-    /// From what the browser tells, through the dispatcher, to what the application is given.
+    /// From the browser's notifications, through the dispatcher, to the application's job.
     void sniffs()
     {
         IsolatedHost host;
@@ -195,7 +195,7 @@ private Q_SLOTS:
         const auto note = [&tell](const QString &record) {
             tell("network_request_notification", record);
         };
-        // From here on the extension is told what there is: at once, and as it changes.
+        // From here on the extension is notified of the media: at once, and after changes.
         note(u"'type':'media_wanted'"_qs);
         const auto told = [](const QString &media) {
             return u"{'error':'','id':'','page_media':{%1'page':'http://p/'},'result':'',"
@@ -211,11 +211,11 @@ private Q_SLOTS:
         QCOMPARE(nextSent(), told(stream.arg(u""_qs, u"true"_qs)));
         note(request + u"'type':'playlist','data':'<MPD height=\\\"720\\\"/>'"_qs);
         QCOMPARE(nextSent(), told(stream.arg(u"720p"_qs, u"false"_qs)));
-        // What the browser downloads itself is kept out.
+        // The browser's own downloads are ignored.
         tell("browser_download_state_report", u"'url':'http://h/x','state':'in_progress'"_qs);
         QCOMPARE(plain(tell("video_sniffer", u"'webPageUrl':'http://p/'"_qs)),
                  told(u""_qs) + u'|' + sniffed(u"no_media_found"_qs, u""_qs));
-        // Browsers take no message over 1 MB: the best are told of.
+        // Browsers accept no message over 1 MB: only the best media are sent.
         const QString headers = u"\\u0001"_qs.repeated(20'000);
         for (int i = 0; i < 40; ++i) {
             const QString one = u"'requestId':'%1','url':'http://h/%1','srcTabUrl':'http://p/',"_qs;
@@ -244,7 +244,7 @@ private Q_SLOTS:
         QCOMPARE(sniffer.requests->requests().size(), NetworkRequestsCollector::maxRequests);
         QVERIFY(!has("700") && !has("500") && !has("1") && has("2") && has("film"));
 
-        // What a page may play stays while the page does.
+        // A page's media are kept as long as the page.
         sniffer.clock.advance(NetworkRequestsCollector::maxAgeMs);
         sniffer.tell(u"response"_qs, u"3"_qs, u"200"_qs);
         sniffer.clock.advance(1);
@@ -276,13 +276,13 @@ private Q_SLOTS:
             QVERIFY(i < 3'000 || bytes > NetworkRequestsCollector::maxTextBytes / 2);
         }
 
-        // A single notification beyond the bound is not kept, and does no harm.
+        // A single notification beyond the limit is not kept, and has no other effect.
         const size_t before = sniffer.requests->requests().size();
         sniffer.tell(u"request"_qs, u"huge"_qs, {}, {}, QString(20 << 20, u'h'));
         QVERIFY(!sniffer.requests->request("huge"));
         QVERIFY(sniffer.requests->requests().size() + 1 >= before);
 
-        // Nor do URLs add up: of tabs, and of what the browser downloads.
+        // The URLs of tabs, and of the browser's downloads, are limited, too.
         RecentUrls<int> urls;
         const std::string longUrl(RecentUrls<int>::maxBytes / 3, 'u');
         for (const char *end : {"a", "b", "a", "c", "d"})

@@ -53,7 +53,7 @@ private Q_SLOTS:
         const auto key = QSharedPointer<HeldKey>::create();
         pmxKovBhIpcKeyStateTaskProcessor processor(host.sender, key);
         key->setHeld(true);
-        QCOMPARE(host.sent(), u""_qs); // nobody has asked yet
+        QCOMPARE(host.sent(), u""_qs); // no query yet
         bool answered = false;
         processor.process(std::make_shared<pmxKovBhIpcTask>(),
                           [&answered](const auto &, const auto &) { answered = true; });

@@ -9,14 +9,14 @@
 #include <array>
 #include <cstdio>
 
-/// The module within this process, whose standard input is a pipe. The system speaks French.
+/// The module in this process, whose standard input is a pipe. The system's language is French.
 class TestWeNativeHostModule : public QObject {
     Q_OBJECT
     std::array<int, 2> m_input = {};
     std::unique_ptr<IsolatedHost> m_host;
     std::unique_ptr<WeNativeHostModule> m_module;
 
-    /// The first of the captions that the extension is told.
+    /// The first of the captions that are sent to the extension.
     QString caption()
     {
         const QString strings = m_host->tell(u"{'id':'1','type':'ui_strings'}"_qs);

@@ -1,5 +1,5 @@
-// Shows the host at work: `node run.mjs pipes`, or with the name of a browser. Each message is
-// printed as it goes in (>) and comes out (<). The last line and the exit status say how it went.
+// A demonstration of the host: `node run.mjs pipes`, or with the name of a browser. Prints each message
+// to the host (>) and from it (<). The last line and the exit status are the result.
 
 import { createHash } from 'node:crypto';
 import { existsSync, readFileSync } from 'node:fs';
@@ -21,7 +21,7 @@ function showFarewell() {
 
 const checksum = bytes => createHash('sha256').update(bytes).digest('hex');
 
-/** Waits for the application to have the file, and compares it with what the server gives. */
+/** Waits until the application has the file, and compares it with the server's. */
 async function compareDownload(sandbox, server) {
     const file = join(sandbox.downloads, WebServer.fileName(filePath));
     await until(() => existsSync(file), `the application to have ${file}`);

@@ -1,6 +1,6 @@
-// Counts, with valgrind, the instructions that the host executes for each of a few things, which no
-// other program of the machine disturbs, and compares them with the table in docs/performance.md.
-// What has become worse is told by a line that begins with "WARNING:"; it is no failure.
+// Counts with valgrind the instructions of some of the host's operations, which do not depend on the
+// machine's load, and compares them with the table in docs/performance.md. For each one that has become
+// worse, prints a line that begins with "WARNING:", without failing.
 //
 // node tools/dev/instructions.mjs [BINARY-FOLDER-OF-THE-FLOORS]
 
@@ -14,7 +14,7 @@ import { Sandbox } from '../drivers/sandbox.mjs';
 
 const root = join(dirname(fileURLToPath(import.meta.url)), '../..');
 const tablePath = 'docs/performance.md';
-/** How much worse than the table a count may be. */
+/** By which share a count may be worse than in the table. */
 const tolerance = 0.03;
 
 function download(number, own = '') {
@@ -41,7 +41,7 @@ function downloadsTask(count, areDifferent = false) {
     };
 }
 
-/** How many instructions a program executes from its start to its end, given these tasks. */
+/** The number of instructions of a program from its start to its end, with these tasks. */
 async function instructionsOf(program, tasks) {
     const sandbox = new Sandbox();
     const server = await serveAnswers(sandbox.temporary);
@@ -66,7 +66,7 @@ async function instructionsOf(program, tasks) {
 const handshakes = number => Array.from({ length: number }, () => handshakeTask());
 const caught = number => Array.from({ length: number }, () => downloadsTask(1));
 
-/** What "more" takes beyond "base", for each of so many. */
+/** The difference between "more" and "base", per item. */
 const rows = [
     { name: 'start and end', more: [] },
     { name: 'handshake', base: handshakes(1), more: handshakes(101), per: 100 },

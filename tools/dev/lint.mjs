@@ -1,7 +1,7 @@
 // Runs clang-tidy and clazy over every source that the "lint" preset compiles.
 //
-// Most of their time goes into the headers of Qt, so sources are read together, a few at a time, as
-// one translation unit; one by one only when they do not compile so.
+// Most of the time goes into Qt's headers, so several sources are analysed as one translation unit, and
+// separately only if they do not compile together.
 //
 // Clean results are cached by content (sources, the project headers that they include, flags,
 // configuration, versions of the tools), and shared by all clones. --all ignores the cache.
@@ -27,7 +27,7 @@ function hash(...parts) {
     return digest.digest('hex');
 }
 
-/** The sources to read, each with its compiler flags (without the compiler, input and output). */
+/** The sources to analyse, each with its compiler flags (without the compiler, input and output). */
 function compiledSources() {
     const sources = [];
     for (const entry of JSON.parse(readFileSync(join(buildDir, 'compile_commands.json')))) {
@@ -39,7 +39,7 @@ function compiledSources() {
             flags.splice(flags.indexOf(option), 2);
         sources.push({ file, flags });
     }
-    // Some are compiled into several programs.
+    // Some sources are compiled into several programs.
     const kinds = new Map(sources.map(source => [[source.file, ...ownFlags(source)].join(' '), source]));
     return [...kinds.values()].sort((a, b) => (a.file < b.file ? -1 : 1));
 }
@@ -112,7 +112,7 @@ const fuzzFunction = 'LLVMFuzzerTestOneInput';
 
 /** Runs moc, whose output some sources include, without building anything else. */
 async function generateMocOutput(sources) {
-    // Not every AutogenInfo.json: those of targets that are no more stay in the build folder.
+    // Not every AutogenInfo.json: those of removed targets stay in the build folder.
     const folders = new Set(sources.flatMap(source => source.flags.filter(isMocFolder))
         .map(flag => dirname(flag.slice('-I'.length))));
     for (const folder of folders) {
@@ -123,7 +123,7 @@ async function generateMocOutput(sources) {
     }
 }
 
-/** Sources as one translation unit. What main() does in a test program is left out. */
+/** Several sources as one translation unit, without the main() of test programs. */
 function unityOf(batch) {
     const noTestMain = ['#include <QTest>', '#undef QTEST_GUILESS_MAIN', '#define QTEST_GUILESS_MAIN(test)'];
     const sources = batch.flatMap((source, index) => [
@@ -143,7 +143,7 @@ async function readBatch(tool, batch) {
     const together = await tool(name, flags, true);
     if (!/: (fatal )?error: (?!.*-warnings-as-errors\])/.test(together.text))
         return together;
-    const results = []; // names of two sources clashed
+    const results = []; // names of two sources conflict
     for (const source of batch)
         results.push(await tool(source.file, source.flags, false));
     return {
@@ -152,7 +152,7 @@ async function readBatch(tool, batch) {
     };
 }
 
-/** The names in a source's unnamed namespace, of its aliases and main(), as far as lines tell. */
+/** The names in a source's unnamed namespace, of aliases and of main(), found by their lines. */
 function declaredNames(text) {
     const declared = [/^namespace \{\n.*?^\} \/\/ namespace$/gms, /^using \w+ =/gm, /^int main\(/gm].flatMap(place => text.match(place) ?? []);
     const names = declared.join('\n').matchAll(/^(?:[\w:][\w:<>,*& ]*[ *&])?(\w+)(?: =|\(|\[|;|\s*\{)/gm);
@@ -160,8 +160,8 @@ function declaredNames(text) {
 }
 
 /**
- * Sources that can be read together: with the same flags but for the folders and Qt modules that they
- * see, and without a name that two of them declare.
+ * Sources that can be analysed together: with the same flags, except for include folders and Qt
+ * modules, and without a name that two of them declare.
  */
 function batches(sources) {
     const result = [];

@@ -12,14 +12,14 @@ const linter = fileURLToPath(new URL('../../node_modules/.bin/addons-linter', im
 const folder = process.argv[2];
 const english = join(folder, '_locales/en/messages.json');
 
-/** Accepted findings: what they name, and why. */
+/** Accepted findings: their subject, and the reason. */
 const explained = {
     '/background/service_worker': 'Chromium knows no other background; Firefox takes the scripts beside it',
     'downloads.onDeterminingFilename': 'Chromium only, and used only where it exists',
 };
 
 function lint() {
-    // It exits with 1 after errors.
+    // The linter exits with 1 after errors.
     const { stdout, stderr } = spawnSync(linter, ['--output', 'json', folder], { encoding: 'utf8' });
     if (!stdout)
         return [`addons-linter: ${stderr}`];

@@ -1,9 +1,9 @@
-// An application's end of the link that costs next to nothing: it decodes no download.
+// A cheap application's end of the link: it does not decode downloads.
 
 import { createServer } from 'node:net';
 import { join } from 'node:path';
 
-// The link's texts and numbers, see "Serializing Qt Data Types".
+// The encoding of texts and numbers on the link, see "Serializing Qt Data Types".
 function linkText(text) {
     const characters = Buffer.from(text, 'utf16le').swap16();
     const length = Buffer.alloc(4);
@@ -13,7 +13,7 @@ function linkText(text) {
 const linkValue = (type, bytes) => Buffer.concat([Buffer.from([0, 0, 0, type, 0]), bytes]);
 const beforeId = Buffer.concat([linkText('id'), linkValue(4, Buffer.alloc(0))]);
 
-/** The application's answer to the message that holds a job: it has added the downloads. */
+/** The application's answer to a message with a job: the downloads were added. */
 function answerTo(message) {
     const at = message.indexOf(beforeId) + beforeId.length;
     const entries = {
@@ -36,7 +36,7 @@ function answerTo(message) {
 }
 
 /**
- * Adds every download that it is given, and leaves every other message unanswered.
+ * Answers every download as added, and does not answer any other message.
  * @param {string} folder where the host looks for the application's socket
  */
 export function serveAnswers(folder) {

@@ -11,7 +11,7 @@ import { until } from './hostprocess.mjs';
 import { ChromiumDialog, FirefoxDialog } from './savedialogs.mjs';
 import { builtHost } from './sandbox.mjs';
 
-/** The extension as the build puts it together, beside the host's folder. */
+/** The extension that was assembled by the build, beside the host's folder. */
 const extensionFolder = join(dirname(builtHost()), '../webextension');
 const extensionManifest = JSON.parse(readFileSync(join(extensionFolder, 'manifest.json')));
 /** The file name of the host. */
@@ -26,7 +26,7 @@ function chromiumId() {
     return digest.slice(0, 32).replace(/./g, digit => 'abcdefghijklmnop'[parseInt(digit, 16)]);
 }
 
-/** Registers the host as a user does, once the browser has its folder. name: of browserNames. */
+/** Registers the host as a user does, once the browser's folder exists. name: one of browserNames. */
 function registerHost(profile, sandbox, name) {
     mkdirSync(profile, { recursive: true });
     execFileSync(join(dirname(builtHost()), 'kovalo-host'),
@@ -86,7 +86,7 @@ const launchers = {
                 'browser.download.dir': sandbox.downloads,
                 'browser.download.folderList': 2,
                 'browser.download.useDownloadDir': !asksWhere,
-                'network.http.phishy-userpass-length': 255, // a link may name the user without a question
+                'network.http.phishy-userpass-length': 255, // no prompt for URLs with a user name
                 'extensions.webextensions.uuids': JSON.stringify({ [geckoId]: firefoxPagesId }),
             },
         });
@@ -118,7 +118,7 @@ const launchers = {
 
 export const browserNames = Object.keys(launchers);
 
-/** A page of the extension in Chromium: what is evaluated there has the extension's rights. */
+/** A page of the extension in Chromium: code evaluated there has the extension's rights. */
 class ChromiumExtensionPage {
     static async open(browser, address) {
         const page = await browser.newPage();
@@ -128,7 +128,7 @@ class ChromiumExtensionPage {
 
     constructor(page) { this.page = page; }
 
-    /** Runs a function in the page; its arguments and its (awaited) result travel as JSON. */
+    /** Runs a function in the page; its arguments and its (awaited) result are passed as JSON. */
     evaluate(fn, ...args) { return this.page.evaluate(fn, ...args); }
 }
 
@@ -195,7 +195,7 @@ async function chooseMenuInChromium(browser, page, element, entry) {
     }, { ...info, menuItemId: entry });
 }
 
-/** Opens the menu with a right click, and chooses from what it shows. */
+/** Opens the menu with a right click, and chooses an entry. */
 async function chooseMenuInFirefox({ connection }, _page, element, entry) {
     await element.click({ button: 'right' });
     const isShown = await inFirefoxItself({ connection }, async id => {
@@ -216,8 +216,8 @@ export class ExtendedBrowser {
     /**
      * Keeps the profile of an earlier launch in the same sandbox.
      * @param {string} name one of browserNames
-     * @param {object} options screen: the one that it shows its windows on; asksWhere: whether it asks the user
-     *     where to put a download; privately: whether the extension may look into Firefox's private windows;
+     * @param {object} options screen: the one for its windows; asksWhere: whether it asks the user where to
+     *     save a download; privately: whether the extension has access to Firefox's private windows;
      *     language: Chromium's
      */
     static async launch(name, sandbox, { screen, asksWhere = false, privately = false, language = 'en' } = {}) {
@@ -243,18 +243,18 @@ export class ExtendedBrowser {
         this.browser = browser;
         this.#pages = { origin: pagesOrigin, Page: ExtensionPage };
         this.#chooseMenu = chooseMenu;
-        /** The browser's own for where to save something. In Chromium it needs a screen. */
+        /** The browser's save dialogs. Chromium needs a screen for them. */
         this.dialog = dialog;
         /** Ends the extension's background script, as the browser does when it is idle. */
         this.stopScript = stopScript;
-        /** Takes access to pages away from the extension, as the user may on the browser's own page. */
+        /** Revokes the extension's access to pages, as the user can on the browser's own page. */
         this.withholdSites = withholdSites;
     }
 
     /** Right-clicks an element of a page and chooses an entry of the extension, by its id. */
     chooseMenu(page, element, entry) { return this.#chooseMenu(this.browser, page, element, entry); }
 
-    /** The address of a file of the extension. */
+    /** The URL of a file of the extension. */
     address(path) { return `${this.#pages.origin}/${path}`; }
 
     openExtensionPage(path) { return this.#pages.Page.open(this.browser, this.address(path)); }
@@ -316,7 +316,7 @@ class HostPort {
         }, this.name, task);
     }
 
-    /** Sends a task and resolves with the message that comes next. */
+    /** Sends a task and resolves with the next message. */
     ask(task) {
         return this.page.evaluate((name, message) => {
             const entry = globalThis[name];

@@ -1,5 +1,5 @@
-// A sample conversation: an extension's tasks and the host's exact answers. Shown by the demonstration,
-// checked by the tests in each browser.
+// A sample conversation: the extension's tasks and the host's exact answers. Shown by the demonstration,
+// and checked by the tests in each browser.
 
 import { deepStrictEqual } from 'node:assert';
 import { handshakeTask } from './hostprocess.mjs';
@@ -59,7 +59,7 @@ export const conversation = [
 export const farewell = { id: '7', type: 'shutdown' };
 
 /**
- * Holds the conversation, except for "shutdown". ask(task) resolves with the answer; onTurn(turn,
+ * Runs the conversation, except for "shutdown". ask(task) resolves with the answer; onTurn(turn,
  * answer) is called before each comparison.
  */
 export async function converse(ask, onTurn = () => {}) {

@@ -43,12 +43,12 @@ export class DownloadSite {
     /** The requests for a path, oldest first. */
     asked(path) { return this.requests.filter(each => each.path === path); }
 
-    /** Sends the rest of what was held back. */
+    /** Sends the responses that were held back. */
     release(path) {
         this.#held.get(path)();
     }
 
-    /** Breaks the connection off on which a path was last asked for. */
+    /** Breaks the connection of the last request for a path. */
     breakOff(path) { this.#responses.get(path).destroy(); }
 
     stop() {
@@ -84,9 +84,9 @@ export class DownloadSite {
     }
 
     /**
-     * wishes: "auth" (only who names himself is heard at all), "once" (later requests are refused with
-     * this status), "gzip" (comes compressed, if that is accepted), "late" (the first who asks waits for
-     * the release), "held" (after the first half, the first who asks gets the rest slowly).
+     * wishes: "auth" (requires HTTP authentication), "once" (later requests are refused with this
+     * status), "gzip" (compressed, if accepted), "late" (the first response waits for the release),
+     * "held" (after the first half, the rest of the first response comes slowly).
      */
     async #serveFile(path, wishes, request, response) {
         const isFirst = this.asked(path).length === 1;

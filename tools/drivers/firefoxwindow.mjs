@@ -1,6 +1,6 @@
-// Firefox's own window, as seen through the connection that drives it.
+// Access to Firefox's own window through the automation connection.
 
-/** Runs a function in Firefox's own window, with all rights. */
+/** Runs a function in Firefox's own window, with chrome privileges. */
 export async function inFirefoxItself({ connection }, fn, argument = '') {
     const { result: { contexts } } = await connection.send('browsingContext.getTree', { 'moz:scope': 'chrome' });
     const { context } = contexts.find(each => each.url === 'chrome://browser/content/browser.xhtml');

@@ -1,10 +1,10 @@
-// The built host as a browser starts it: a child process with three pipes.
+// The built host, started as by a browser: a child process with three pipes.
 
 import { spawn } from 'node:child_process';
 import { readFileSync } from 'node:fs';
 import { FrameReader, encodeFrame } from './framing.mjs';
 
-/** In milliseconds. Long enough for a sanitized host on a busy machine; only a hang reaches it. */
+/** A timeout in milliseconds. Long enough for a sanitized host on a busy machine; only a hang reaches it. */
 const patience = 120_000;
 
 const handshakeOptions = {
@@ -16,7 +16,7 @@ const handshakeOptions = {
     sendBase64: 'base64_encoding_for_send',
 };
 
-/** A handshake task; options are the keys above that are to be on, as the host sees directions. */
+/** A handshake task; options are those of the keys above to switch on (directions are the host's). */
 export function handshakeTask(id, ...options) {
     const record = { api_version: '3', browser: 'test' };
     for (const [option, name] of Object.entries(handshakeOptions))
@@ -160,7 +160,7 @@ function withPatience(promise, describe) {
     return Promise.race([promise, limit]).finally(() => clearTimeout(timer));
 }
 
-/** Polls until the condition is true. What is waited for is a text, or a function that makes it at the end. */
+/** Polls until the condition is true. "what", for the error, is a text or a function that returns one. */
 export async function until(condition, what) {
     const end = Date.now() + patience;
     while (!await condition()) {

@@ -1,27 +1,27 @@
-// The browsers' own dialogs for where to save something.
+// The browsers' own save dialogs.
 
 import { inFirefoxItself } from './firefoxwindow.mjs';
 import { until } from './hostprocess.mjs';
 
-/** Chromium's dialog for where to save something, on a screen. */
+/** Chromium's save dialog, on a screen. */
 export class ChromiumDialog {
     static #title = 'Save File';
     static #menuKeys = { link: 'k', image: 'v' };
-    /** The button in the toolbar of the PDF viewer, which automation cannot look into, in the usual viewport. */
+    /** The position of the PDF viewer's button in the default viewport; automation has no access to the viewer. */
     static #viewerButton = [695, 26];
 
     constructor(screen) { this.screen = screen; }
 
     prepare() {}
 
-    /** what: "link" or "image", which the element is, "page", or "viewer": the PDF viewer's button. */
+    /** what: "link" or "image" for such an element, "page", or "viewer" for the PDF viewer's button. */
     async ask(what, page, element) {
         await page.bringToFront();
         this.screen.focus(this.screen.window('Chromium'));
         if (what === 'page') {
             this.screen.press('ctrl+s');
         } else if (what === 'viewer') {
-            // Nor is there an event for a viewer that is ready.
+            // There is no event for a viewer that is ready, either.
             await until(async () => {
                 await page.mouse.click(...ChromiumDialog.#viewerButton);
                 return this.isOpen();
@@ -54,7 +54,7 @@ export class FirefoxDialog {
 
     constructor(browser) { this.browser = browser; }
 
-    /** folder: where the user saves things. */
+    /** folder: where the user saves files. */
     prepare(folder) {
         /* eslint-disable no-undef */
         return inFirefoxItself(this.browser, path => {

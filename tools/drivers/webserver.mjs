@@ -4,7 +4,7 @@ import { createHash, randomBytes } from 'node:crypto';
 import { createServer } from 'node:http';
 
 const fileSize = 3 * 1024 * 1024;
-/** In milliseconds: how long a file takes, so that its download can be caught meanwhile. */
+/** In milliseconds: the duration of a response with a file, so that its download can be caught meanwhile. */
 const fileDelay = 1500;
 
 const filesPage = `<title>Files</title>

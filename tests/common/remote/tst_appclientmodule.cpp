@@ -26,7 +26,7 @@ namespace {
 const QString interceptDownloads = u"WbInterceptDownloads"_qs;
 const QString localeName = u"LocaleName"_qs;
 const QString user = u"user"_qs;
-/// More than the buffers of a local socket take.
+/// More than fits into the buffers of a local socket.
 constexpr int hugeTextLength = 4 * 1024 * 1024;
 
 } // namespace
@@ -41,14 +41,14 @@ class TestAppClientModule : public QObject {
             return nullptr;
         std::unique_ptr<QLocalSocket> peer(m_server->nextPendingConnection());
         peer->setParent(nullptr);
-        // The question for the settings, {"name": "settings", "reason": "queryAll"}, is asked at
+        // The request for the settings, {"name": "settings", "reason": "queryAll"}, is sent at
         // once.
         constexpr int size = 4 + 4 + (4 + 8 + 9 + 16) + (4 + 12 + 9 + 16);
         return QTest::qWaitFor([&] { return peer->bytesAvailable() == size; }) ? std::move(peer)
                                                                                : nullptr;
     }
     bool isGoingDown() const { return m_module->isInitializeRunning(false); }
-    /// The settings as another process reads and writes them.
+    /// The stored settings, accessed as by another process.
     QSharedPointer<QtAppAbstractSettingsManager> storedSettings() const
     {
         return AppDataAccessHelper(QDir(m_folder->filePath(u"data"_qs)), nullptr).settings();
@@ -64,7 +64,7 @@ class TestAppClientModule : public QObject {
 private Q_SLOTS:
     void init()
     {
-        qputenv("TMPDIR", m_formerTmpDir); // or the folder would lie in the last one
+        qputenv("TMPDIR", m_formerTmpDir); // or the folder would be inside the previous one
         m_folder = std::make_unique<QTemporaryDir>();
         qputenv("TMPDIR", QFile::encodeName(m_folder->path()));
         m_tracker = std::make_unique<QtQObjectsTracker>();
@@ -92,8 +92,7 @@ private Q_SLOTS:
             QVERIFY(!isGoingDown() && !m_module->settingsManager());
             const auto peer = connectedPeer();
             QVERIFY(peer && m_module->isConnected() && !peer->readAll().isEmpty());
-            // Nothing but work for the application requires it to run. Ids begin anew with the
-            // link.
+            // Only work for the application requires it to run. Ids start over with the link.
             const auto processor = m_module->remoteFrontendClientModule()->vhIpcProcessor();
             QCOMPARE(m_module->incomingDownloadsProcessor()->createJob().id, 1);
             if (i > 0) {
@@ -104,7 +103,7 @@ private Q_SLOTS:
                 QVERIFY(processor->isRequiringServer());
             }
             m_module->initialize(false);
-            // Taken down, at once, it stays away.
+            // After the take-down, which is immediate, it does not reconnect.
             QVERIFY(!isGoingDown() && !m_module->isConnected());
             m_clock->advance(60'000);
             QVERIFY(!m_server->waitForNewConnection(0));
@@ -122,7 +121,7 @@ private Q_SLOTS:
         const QSignalSpy initialized(initializer.data(),
                                      &AppClientSettingsInitializer::settingsInitialized);
         QCOMPARE(settings->value(interceptDownloads), QString());
-        // The application's, once they come; until then, when they are asked for, the stored ones.
+        // The application's, once they arrive; until then, on request, the stored ones.
         initializer->initializeSettings();
         QCOMPARE(settings->value(localeName), u"de_DE"_qs);
         QCOMPARE(settings->value(interceptDownloads), u"1"_qs);
@@ -131,7 +130,7 @@ private Q_SLOTS:
                                {u"values"_qs, QVariantHash{{localeName, u"uk"_qs}}},
                                {u"defaultValues"_qs, QVariantHash{{interceptDownloads, u"0"_qs}}}};
         QDataStream stream(peer.get());
-        stream << QtVhBodyCodec::toDataStream(all); // its length and itself
+        stream << QtVhBodyCodec::toDataStream(all); // its length and its bytes
         QTRY_COMPARE(settings->value(localeName), u"uk"_qs);
         QCOMPARE(settings->value(interceptDownloads), u"0"_qs);
         initializer->initializeSettings();
@@ -190,15 +189,15 @@ private Q_SLOTS:
         if (isDownload) {
             downloads->process(downloads->createJob());
         } else {
-            peer->setReadBufferSize(1); // what is not read stays in the system
+            peer->setReadBufferSize(1); // unread data stays in the kernel
             m_module->jsonRequestsManager()->send(1, QString(hugeTextLength, u'x'), true);
         }
         m_module->initialize(false);
-        m_module->initialize(false); // asked for again, which changes nothing
+        m_module->initialize(false); // a second request changes nothing
         m_clock->advance(withinMs - 1);
         QVERIFY(isGoingDown() && m_module->isConnected());
         m_clock->advance(1);
-        // It is only told that nothing else comes, and ends the connection itself.
+        // It only gets the end of the stream, and closes the connection itself.
         if (isDownload)
             QVERIFY(m_module->isConnected());
         QTRY_VERIFY(!isGoingDown());

@@ -18,8 +18,8 @@ QString reportPath()
     return QFileInfo(QFile::symLinkTarget(u"/proc/self/exe"_qs)).path() + u"/report"_qs;
 }
 
-/// What the program does when it is started as "kov": it tells its session, its group and what it
-/// was given. Open descriptors are told by what they lead to.
+/// The program's behaviour when it is started as "kov": it reports its session, its process group,
+/// its arguments, and the targets of its open descriptors.
 int report(const char *argument)
 {
     QStringList lines{QString::number(::getsid(0)), QString::number(::getpgrp()),
@@ -123,7 +123,7 @@ private Q_SLOTS:
     }
 };
 
-// The server lies beside the program, so the tests run from a copy that has a folder of its own.
+// The server must be beside the program, so the tests run a copy in a folder of its own.
 int main(int argc, char *argv[])
 {
     if (argc == 2 && qstrcmp(argv[1], "-service") == 0)

@@ -32,7 +32,7 @@ Message jsonMessage(const QString &reason, qint64 id, const QString &json)
             {u"json"_qs, json}};
 }
 
-/// Both parts that wait for the application, with what is above them.
+/// Both parts with a queue, and the objects that use them.
 struct Setup {
     TurnedClock clock;
     QSharedPointer<UniqueInt64IdGen> idGen = QSharedPointer<UniqueInt64IdGen>::create();
@@ -129,7 +129,8 @@ private Q_SLOTS:
             }
         }
         QTEST(log.join(u' '), "expected");
-        QCOMPARE(lines.texts().size(), log.filter(u"!"_qs).size()); // says why
+        QCOMPARE(lines.texts().size(),
+                 log.filter(u"!"_qs).size()); // each is logged with the reason
     }
 
     void answers()
@@ -178,7 +179,7 @@ private Q_SLOTS:
             const QSignalSpy sent(&s.json, &VhIpcJsonRequests::sendVh);
             s.json.processVh(message);
             QCOMPARE(received, expected);
-            // The same goes the other way, from any thread.
+            // The same in the other direction, from any thread.
             for (const QVariantList &one : expected) {
                 std::thread([&] {
                     s.json.send(one.at(0).toLongLong(), one.at(1).toString(), one.at(2).toBool());

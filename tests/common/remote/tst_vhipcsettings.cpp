@@ -14,7 +14,7 @@ using Message = QHash<QString, QVariant>;
 using Values = QHash<QString, QString>;
 using Messages = QList<QVariantList>;
 
-/// What a client uses, and what an application uses that serves it.
+/// The flags of a client, and of the application that serves it.
 constexpr quint32 clientFlags = 79;
 constexpr quint32 applicationFlags = 61;
 constexpr quint32 allFlags = 127;
@@ -34,7 +34,7 @@ Message allMessage(const QVariantHash &values, const QVariantHash &defaultValues
                            {{u"values"_qs, values}, {u"defaultValues"_qs, defaultValues}});
 }
 
-/// What a part that sends this has sent.
+/// The messages that a part has sent.
 Messages sentOnce(const Message &message) { return {{QVariant::fromValue(message)}}; }
 
 struct End {
@@ -55,8 +55,8 @@ struct End {
     QSignalSpy sent{&part, &VhIpcSettings::sendVh};
 };
 
-/// Two ends and a link on which messages lie until the test delivers them, so that messages of both
-/// can cross in every order.
+/// Two ends, and a link that holds messages until the test delivers them, so that they can cross in
+/// any order.
 struct Link {
     Link() { setConnected(true); }
     void setConnected(bool connected)
@@ -73,7 +73,7 @@ struct Link {
         to.part.processVh(from.sent.takeFirst().at(0).value<Message>());
         return true;
     }
-    /// Returns how many messages it took until both ends were silent; gives up after a limit.
+    /// Returns the number of messages until both ends were silent; gives up after a limit.
     int deliverAll()
     {
         int count = 0;
@@ -134,7 +134,7 @@ private Q_SLOTS:
 
     void readyWithTheAnswer()
     {
-        // Without ApplyAll, nothing but the answer counts.
+        // Without ApplyAll, only the answer counts.
         End follower(64, {u"Local"_qs});
         follower.manager->setAllDefaultValues({{u"Both"_qs, u"own"_qs}, {u"Local"_qs, u"own"_qs}});
         for (int connection = 0; connection < 2; ++connection) {
@@ -158,9 +158,9 @@ private Q_SLOTS:
         // c1, a2: the client sets the setting to 1, the application to 2.
         // <, >: one message reaches the client, the application.
         // R: the application resets. W: it replaces all values by one that it had.
-        // -, +: the link breaks, and is there again. A number: milliseconds pass.
+        // -, +: the link goes down, comes up again. A number: milliseconds pass.
         const Rows<QString, QString, int> row("script", "expected", "deliveries");
-        // Whether its change had arrived is what a client cannot know: it asks, once.
+        // A client cannot know whether its change had arrived: it requests the settings once.
         row("nothing crosses", u"c1 > a2 <"_qs, u"2"_qs, 4);
         row("nothing crosses any more", u"c1 > a2 < > < a3"_qs, u"3"_qs, 5);
         row("a change made before the answer is there", u"- + c1"_qs, u"1"_qs, 3);
@@ -171,7 +171,7 @@ private Q_SLOTS:
         row("both change twice", u"a2 c1 < a4 c3"_qs, u"3"_qs, 8);
         row("a reset crosses", u"a5 < R c1"_qs, u"1"_qs, 5);
         row("a replacement crosses", u"W c1"_qs, u"1"_qs, 4);
-        // A change of the last ten seconds that met no application is told again.
+        // A change of the last ten seconds without an application is sent again.
         row("made offline just now", u"a0 < - c1 9999 +"_qs, u"1"_qs, 4);
         row("made offline before the application began", u"a0 < - c1 10000 +"_qs, u"0"_qs, 3);
         row("under way when the link broke", u"a0 < c1 - 9999 +"_qs, u"1"_qs, 4);
@@ -206,7 +206,7 @@ private Q_SLOTS:
         delivered += link.deliverAll();
         QCOMPARE(link.client.value(u"S"_qs), expected);
         QCOMPARE(link.application.value(u"S"_qs), expected);
-        // No more messages than it takes to agree.
+        // No more messages than necessary.
         QTEST(delivered, "deliveries");
     }
 

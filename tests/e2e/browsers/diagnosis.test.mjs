@@ -1,5 +1,5 @@
-// Each link between a real browser and a finished download is broken for real. The extension's page
-// must name it in words that are the same in every browser, and the doctor must name it, too.
+// Breaks each link between a real browser and a finished download. The extension's page must name the
+// broken link, with the same text in every browser, and so must the doctor.
 
 import { deepStrictEqual, match, ok, strictEqual } from 'node:assert';
 import { execFile } from 'node:child_process';
@@ -28,7 +28,7 @@ const hostThat = text => scene => {
 const application = text => ({ visit }) =>
     writeFileSync(join(visit.sandbox.programs, 'kov'), script(text), { mode: 0o755 });
 
-/** The link as the doctor names it, how it is broken, what the page says, and what it has one do. */
+/** The doctor's name of the link, how to break it, the page's text, and its fix. */
 const hostRows = [
     ['manifest-found', ({ manifest }) => rmSync(manifest), missing, 'register'],
     ['manifest-ids', rewrite({ allowed_origins: ['chrome-extension://aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa/'], allowed_extensions: ['a@b'] }),
@@ -52,11 +52,11 @@ class Scene {
         self.manifest = join(self.visit.sandbox.home, manifestFolders[name], manifestName);
         self.page = await self.visit.browser.openExtensionPage('help.html');
         self.popup = await self.visit.browser.openExtensionPage('popup.html');
-        self.knownToDoctor = await self.brokenLinks(); // Firefox does not show what is loaded for the moment
+        self.knownToDoctor = await self.brokenLinks(); // Firefox does not list temporary add-ons
         return self;
     }
 
-    /** Clicks a button of the page, and resolves with the steps when it is done. */
+    /** Clicks a button of the page, and resolves with the resulting steps. */
     async click(button) {
         await this.page.evaluate(id => document.getElementById(id).click(), button);
         await until(() => this.page.evaluate(() => !document.getElementById('again').disabled), `${button} to be done`);
@@ -82,7 +82,7 @@ class Scene {
             .filter(each => !this.knownToDoctor?.includes(each));
     }
 
-    /** Kills what runs of a program. */
+    /** Kills all processes of a program. */
     async end(program) {
         const { sandbox } = this.visit;
         const ended = sandbox.running(program);
@@ -91,7 +91,7 @@ class Scene {
         await until(() => !sandbox.running(program).some(pid => ended.includes(pid)), `${program} to end`);
     }
 
-    /** For a host that cannot be started again. */
+    /** For a host that must not be restarted. */
     async endHost() {
         await this.end(hostProgram);
         await until(async () => (await this.steps()).host.state !== 'ok', 'the page to notice');
@@ -139,7 +139,7 @@ describe('the page and the doctor', { concurrency: browserNames.length, timeout:
                             strictEqual(line, `kovalo-host ${command}`);
                         if (line === 'kovalo-host register') {
                             await scene.run('register');
-                            // Newer ones of Firefox have two folders, of which one is enough to be broken here.
+                            // Newer versions of Firefox have two folders; breaking one of them is enough.
                             rmSync(join(scene.visit.sandbox.home, '.config/mozilla/native-messaging-hosts'), { recursive: true, force: true });
                         } else {
                             writeFileSync(scene.manifest, healthy);
@@ -171,7 +171,7 @@ describe('the page and the doctor', { concurrency: browserNames.length, timeout:
                     renameSync(program, `${program}-real`);
                     try {
                         await scene.end('kov-real');
-                        // One that has not yet heard of that would say that the connection broke.
+                        // If it had not noticed that yet, the error would be that the connection broke.
                         await scene.restartHost();
                         breakIt(scene);
                         strictEqual(await scene.expect(link, 'application', words, 'test'), 'kovalo-host doctor');
@@ -189,7 +189,7 @@ describe('the page and the doctor', { concurrency: browserNames.length, timeout:
                 await scene.visit.page.bringToFront();
                 await scene.visit.page.click('#file');
                 await scene.visit.untilDownloaded(scene.visit.sandbox.downloads, ['/files/data.bin']);
-                await scene.visit.browser.close(); // Chromium takes its time to write it down
+                await scene.visit.browser.close(); // Chromium writes its files late
                 deepStrictEqual(await scene.brokenLinks(), name === 'firefox' ? [] : ['site-access']);
             });
         });

@@ -1,4 +1,5 @@
-// What the user saves with the browser's own dialog is left to it, and nothing is sent twice.
+// Downloads that the user saves with the browser's own dialog stay there, and nothing is requested
+// twice.
 
 import { deepStrictEqual, strictEqual } from 'node:assert';
 import { existsSync, readdirSync } from 'node:fs';
@@ -8,7 +9,7 @@ import { DownloadSite } from '../../../tools/drivers/downloadsite.mjs';
 import { Screen } from '../../../tools/drivers/screen.mjs';
 import { Visit } from '../support/visit.mjs';
 
-/** What is saved, where that is clicked, and what the server is asked for, once. */
+/** The target, where to click, and the path that is requested exactly once. */
 const rows = [
     ['link', '#link', '/file/link'],
     ['image', '#image', '/image.svg'],
@@ -21,7 +22,7 @@ const pdf = `%PDF-1.4
 3 0 obj<</Type/Page/Parent 2 0 R/MediaBox[0 0 300 300]>>endobj trailer<</Root 1 0 R>>
 %%EOF`;
 
-/** In milliseconds. Nobody answers a dialog faster. */
+/** In milliseconds. No user answers a dialog faster. */
 const thinkingTime = 400;
 
 for (const name of browserNames) {
@@ -79,7 +80,7 @@ for (const name of browserNames) {
             await visit.page.click('#asked');
             await visit.until(() => visit.browser.dialog.isOpen(), 'the dialog');
             const stages = () => visit.extension.evaluate(() => globalThis.stages);
-            // Firefox tells of the download afterwards, Chromium before.
+            // Firefox reports the download afterwards, Chromium before.
             if (name === 'firefox')
                 await new Promise(resolve => { setTimeout(resolve, thinkingTime); });
             else

@@ -1,5 +1,5 @@
-// Each way in which a download can begin in a real browser: what is the application's arrives there,
-// asked for as the browser did, the rest stays where it is, and nothing is anywhere twice.
+// All ways in which a download can begin in a real browser: those for the application arrive there,
+// requested with the browser's headers; the others stay in the browser; and there are no two copies.
 
 import { deepStrictEqual, strictEqual } from 'node:assert';
 import { readdirSync } from 'node:fs';
@@ -10,7 +10,7 @@ import { Visit } from '../support/visit.mjs';
 
 const cookies = ['strict=1; SameSite=Strict', 'lax=1; SameSite=Lax', 'none=1', 'own=1; Secure; Partitioned'];
 
-/** What is clicked on which page, for the file that is named like it; * marks what stays in the browser. */
+/** The element to click and its page, for the file of that name; * marks those that stay in the browser. */
 const rows = {
     '/page': ['link', 'tab', 'attribute', 'elsewhere', 'noreferrer', 'encoded', 'get', 'post', 'latin', 'multipart*', 'moved',
               'moved-post', 'password*', 'slow*'],
@@ -19,14 +19,14 @@ const rows = {
     '/origin': ['origin'],
     '/scripts': ['worker*', 'blob*', 'data*'],
 };
-/** Those of them that come at once, or when this test has them come. */
+/** Those that arrive at once, or when the test releases them. */
 const unheld = ['slow', 'blob', 'data'];
-/** Chromium does not say what a form posted that is no UTF-8. */
+/** Chromium does not expose the data of a form that is not UTF-8. */
 const leftByChromium = 'latin';
-/** What begins in a container of Firefox, and in a private window, where Chromium without a screen saves nothing. */
+/** Those in a container of Firefox, and in a private window (headless Chromium saves nothing there). */
 const contained = 'contained';
 const secret = 'secret';
-/** What begins without a click. */
+/** Those that begin without a click. */
 const refreshed = 'refreshed';
 const typed = 'typed';
 
@@ -87,7 +87,7 @@ for (const name of browserNames) {
             await page.goto(address);
             return page;
         };
-        // What becomes a download is never shown.
+        // A URL that becomes a download is never shown as a page.
         const type = async address => void (await visit.browser.browser.newPage()).goto(address).catch(() => {});
         before(async () => {
             site = await DownloadSite.start();
@@ -110,14 +110,14 @@ for (const name of browserNames) {
                     if (row !== each || (name === 'chromium' && row === leftByChromium))
                         left.push(`/file/${row}`);
                     files.push(`/file/${row}`);
-                    // What is done in a tab after its request was sent says nothing of it.
+                    // Gestures in a tab after its request was sent do not count.
                     const hold = row === 'slow' ? page.keyboard : null;
-                    // Firefox cannot while it closes the tab of what has become a download.
+                    // Fails while Firefox closes the tab of a page that became a download.
                     await visit.until(() => page.bringToFront().then(() => true, () => false), 'the page to be in front');
                     await hold?.down('Control');
                     await page.click(`#${row}`);
                     await hold?.up('Control');
-                    // A browser holds a few connections to one server.
+                    // A browser keeps only a few connections to one server.
                     await visit.until(() => site.asked(`/file/${row}`).length > 0, `${row} to begin`);
                     if (hold) {
                         await page.click('h1');
@@ -147,7 +147,7 @@ for (const name of browserNames) {
                 const [first, ...others] = site.asked(path).map(({ isOpen: _, ...asked }) => asked);
                 deepStrictEqual(others, left.includes(path) ? [] : [first], path);
             }
-            // Also what the browser had as a whole keeps its name.
+            // A file that the browser had completed keeps its name, too.
             deepStrictEqual(readdirSync(visit.sandbox.downloads).filter(each => each.includes('(')), []);
             strictEqual(visit.sandbox.running('kov').length, 1);
             strictEqual((await visit.ask('status')).problem, null);
@@ -160,11 +160,11 @@ for (const name of browserNames) {
 
         test('links that the user picks', async () => {
             const page = await openTab(`${site.origin}/picks`);
-            // Firefox shows an extension no Secure cookies for http:, though it sends them to this host.
+            // Firefox does not show Secure cookies for http: to extensions, though it sends them to this host.
             const own = name === 'firefox' ? '' : '; own=1';
             const mine = `strict=1; lax=1; none=1${own}`;
             const seen = `${site.origin}/picks`;
-            // Where cookies belong to hosts and not to ports, the other host has none of them.
+            // Cookies belong to hosts, not ports; the other host has none of them.
             await openTab(`${site.otherOrigin}/page`);
             const picks = [
                 ['dllink', '#picked', { picked: [mine, seen] }],

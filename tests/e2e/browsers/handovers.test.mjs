@@ -1,5 +1,5 @@
-// A download is in one place, whatever the application says, and whenever the script or the browser
-// ends. The host is one that answers as each address wishes.
+// A download ends up in one place, whatever the application answers, and whenever the script or the
+// browser ends. The host is a fake whose answer is selected by the download's URL.
 
 import { deepStrictEqual, match, strictEqual } from 'node:assert';
 import { chmodSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
@@ -18,7 +18,7 @@ function useScript({ host }) {
     chmodSync(host, 0o755);
 }
 
-/** What the application does, where the file is then, and what the user is told. */
+/** The application's answer, where the file ends up, and what the popup says. */
 const rows = [
     ['soon', 'application', ''],
     ['refusedSoon', 'browser', 'problemApplicationFailed'],
@@ -29,9 +29,9 @@ const rows = [
     ['late', 'application', ''],
     ['late', 'both', 'outcomeBoth', 'complete'],
 ];
-/** The answers that come when the browser has it all. */
+/** The answers that come when the browser has finished. */
 const unheld = ['soon', 'refusedSoon'];
-/** What is handed over outside of those rows, by the application's answer. */
+/** Hand-overs besides those rows, by the application's answer. */
 const others = {
     silent: ['unclear', 'cancelled', 'restarted', 'posted', 'application', 'both'],
     refusedSoon: ['broken'],
@@ -108,14 +108,14 @@ for (const name of browserNames) {
         test('the script ends before the answer', async () => {
             await offer('unclear');
             await visit.browser.stopScript();
-            await visit.ask('status'); // whatever happens next starts the script
+            await visit.ask('status'); // any event starts the script
             await lets('silent', 'unclear');
             await visit.untilDownloaded(visit.sandbox.downloads, files);
             strictEqual((await visit.untilThere(() => outcome('silent', 'unclear'), Boolean)).state, 'unclear');
             match((await visit.ask('status')).problem, /goes on with silent-unclear/);
             const isOver = ({ handovers }) => handovers.length === 0;
             await visit.untilThere(left, isOver);
-            // What the user cancels meanwhile stays cancelled.
+            // A download that the user cancels meanwhile stays cancelled.
             await offer('cancelled');
             await visit.browser.stopScript();
             const { id } = await browserItem('silent', 'cancelled');
@@ -131,7 +131,7 @@ for (const name of browserNames) {
             await offer('application');
             await offer('both');
             await lets('silent', 'both');
-            // As the user may in the browser's list.
+            // As the user can do in the browser's list.
             await visit.extension.evaluate(id => chrome.downloads.resume(id).catch(() => {}), (await browserItem('silent', 'both')).id);
             await visit.untilThere(() => browserItem('silent', 'both'), ({ state }) => state === 'complete');
             await visit.browser.stopScript();
@@ -162,7 +162,7 @@ for (const name of browserNames) {
             await visit.browser.close();
             await visit.launch(name);
             files.push(path('silent', 'restarted'));
-            // Firefox asks again by itself, with a GET.
+            // Firefox itself requests it again, with a GET.
             if (name === 'firefox')
                 files.push(path('silent', 'posted'));
             await visit.untilDownloaded(visit.sandbox.downloads, files);

@@ -1,5 +1,5 @@
-// A large file that is caught in a browser arrives byte for byte, whatever happens on the way, and no
-// part of it is fetched twice. KOVALO_FULL=1 does it with 1 GiB, and in each browser.
+// A large file that is caught in a browser arrives intact despite interruptions, and no part of it is
+// fetched twice. KOVALO_FULL=1 tests it with 1 GiB, and in each browser.
 
 import { deepStrictEqual, ok, strictEqual } from 'node:assert';
 import { createHash } from 'node:crypto';
@@ -14,11 +14,11 @@ import { Visit } from '../support/visit.mjs';
 const isFull = process.env.KOVALO_FULL === '1';
 const mebibyte = 1 << 20;
 const size = (isFull ? 1024 : 64) * mebibyte;
-/** Bytes a second for each connection. */
+/** Bytes per second for each connection. */
 const rate = size / 12;
 const fakeClock = '/usr/lib/x86_64-linux-gnu/faketime/libfaketime.so.1';
 
-/** Puts the application on a calendar clock of its own. Returns what sets that clock: "+0", "-30d". */
+/** Gives the application a fake calendar clock. Returns a function that sets it: "+0", "-30d". */
 function fakeItsClock(sandbox) {
     const clock = join(sandbox.folder, 'clock');
     const program = join(sandbox.programs, 'kov');
@@ -36,7 +36,7 @@ for (const name of isFull ? browserNames : ['chromium']) {
         server.pageUrl = server.tell('/page', {
             status: 200, headers: { 'Content-Type': 'text/html' }, body: '<a id="file" href="/large.bin">large</a>',
         });
-        // What the browser gets before it gives the download up is the first of these.
+        // The first of these is the browser's, until it gives up the download.
         const breaks = [1, 2, 3, 4, 5].map(count => size * count / 40);
         server.tell('/large.bin', { size, rate, breaks: [size, ...breaks] });
         let setClock;
@@ -69,7 +69,7 @@ for (const name of isFull ? browserNames : ['chromium']) {
             const sent = [first, ...others].reduce((sum, each) => sum + each.sent, 0);
             context.diagnostic(`${sent / size} of the size was sent, in ${others.length + 1} requests; `
                 + `${browsers.sent / mebibyte} MiB to the browser`);
-            // What was on its way, and what had come since the progress was stored, 4 connections at a time.
+            // Data in flight, and data received since the progress was stored, on 4 connections.
             ok(sent < size + times.length * 4 * 2 * rate, `${sent} bytes were sent`);
         } finally {
             await visit.end();

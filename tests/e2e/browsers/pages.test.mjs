@@ -8,7 +8,7 @@ import axe from 'axe-core';
 import { browserNames } from '../../../tools/drivers/browsers.mjs';
 import { Visit } from '../support/visit.mjs';
 
-/** In milliseconds: what hangs ends here, so that the browser is closed all the same. */
+/** In milliseconds: a timeout for hangs, so that the browser is still closed. */
 const patience = 150_000;
 
 for (const name of browserNames) {
@@ -27,7 +27,7 @@ for (const name of browserNames) {
         const textOf = (page, selector) => evaluate(page, each => document.querySelector(each)?.innerText ?? '', selector);
         const says = (page, selector, words) => visit.until(
             async () => await textOf(page, selector) === words, `${selector} to say "${words}"`);
-        /** As a user does: what cannot be clicked yet is waited for. */
+        /** Like a user: waits until the element can be clicked. */
         const click = (page, selector) => visit.until(() => evaluate(page, each => {
             const found = document.querySelector(each);
             const isReady = found !== null && !found.disabled && found.checkVisibility();
@@ -59,7 +59,7 @@ for (const name of browserNames) {
             await visit.ask('changePreferences', { changes: { 'signs.successes': true } });
             await download();
             await outcomesAre('Handed over to Kovalo', 'Kept in the browser');
-            // Without a desktop Firefox takes a notification back at once.
+            // Without a desktop Firefox closes a notification at once.
             const signs = () => visit.extension.evaluate(async () =>
                 [await chrome.action.getBadgeText({}), ...Object.keys(await chrome.notifications.getAll())].map(each => each.slice(0, 7)));
             const wanted = name === 'firefox' ? ['✓'] : ['✓', 'success'];

@@ -1,4 +1,4 @@
-// The host as real browsers start it, use it and end it.
+// The host, started, used and ended by real browsers.
 
 import { deepStrictEqual, notStrictEqual, strictEqual } from 'node:assert';
 import { renameSync } from 'node:fs';

@@ -1,5 +1,5 @@
-// What is seen of a page's videos arrives in the application when the user chooses it, and nothing
-// else: from the popup and from the menu, in real browsers.
+// The videos of a page, chosen from the popup or the menu in real browsers, arrive in the application;
+// nothing else does.
 
 import { deepStrictEqual, ok, strictEqual } from 'node:assert';
 import { after, before, describe, test } from 'node:test';
@@ -7,7 +7,7 @@ import { browserNames, hostProgram } from '../../../tools/drivers/browsers.mjs';
 import { makeStream, played, wholeFilm } from '../support/streams.mjs';
 import { Visit } from '../support/visit.mjs';
 
-/** What surrounds a video on a page. None of it may ever be taken for the video. */
+/** Other resources of a page with a video. None of them may be mistaken for the video. */
 const surroundings = {
     '/ads/poster.jpg': { type: 'image/jpeg' },
     '/ads/pixel.gif': { type: 'image/gif', content: 'GIF89a' },
@@ -42,8 +42,7 @@ const pieces = (stream, names, path, type) => Object.fromEntries(Object.entries(
     .filter(([name]) => names.test(name)).map(([name, content]) => [path + name.replace(names, '$1'), { type, content }]));
 
 /**
- * Pages; the file that "Download video" gets when it is chosen on the element "at", and what the
- * popup lists.
+ * Pages; the file that "Download video" downloads for the element "at", and the popup's list.
  */
 const pages = [
     {
@@ -138,7 +137,7 @@ for (const name of browserNames) {
             await visit.page.goto(`${visit.server.origin}/player/${index}`);
             await visit.until(async () => await visit.page.title() === 'played', 'the page to play');
         }
-        /** Resolves once what a page is about has arrived: a file as it is, a stream as a film, which is taken away. */
+        /** Resolves once a page's video has arrived: a file unchanged, or a stream as a film. Removes it. */
         async function arrives({ wants, isStream }) {
             if (isStream) {
                 const { id, state, path } = await visit.untilThere(
@@ -155,13 +154,13 @@ for (const name of browserNames) {
         const listed = () => popup.evaluate(() => document.getElementById('page').hidden ? null
             : [...document.querySelectorAll('#media button')]
                 .map(button => [...button.children].map(part => part.textContent).join(', ')).sort());
-        /** Shows the popup anew, as if it were opened over the page. */
+        /** Reloads the popup, as if it were opened over the page. */
         async function showPopup(address = visit.page.url()) {
             const tabId = await visit.tabId(address);
             await popup.evaluate(async id => {
                 await chrome.tabs.update(id, { active: true });
                 location.reload();
-            }, tabId).catch(() => {}); // the answer may be lost with the page that gave it
+            }, tabId).catch(() => {}); // the answer may be lost with its page
         }
         async function popupLists(lists) {
             let now;
@@ -189,7 +188,7 @@ for (const name of browserNames) {
                 document.querySelector('[name="monitor.video.enable"]').click();
             });
             await visit.until(async () => (await visit.ask('settings')).browser.monitor.video.enable, 'the option to hold');
-            await visit.page.close(); // its tab would be observed anyway
+            await visit.page.close(); // otherwise its tab would be observed
             visit.page = await visit.browser.browser.newPage();
         });
 
@@ -220,7 +219,7 @@ for (const name of browserNames) {
         });
 
         test('what was found outlives the script and its host', async () => {
-            visit.page = await visit.browser.browser.newPage(); // that of a page rendered ahead was put in the other's place
+            visit.page = await visit.browser.browser.newPage(); // the tab was replaced by that of the prerendered page
             const { wants, lists } = pages[2];
             await open(2);
             await showPopup();
@@ -237,7 +236,7 @@ for (const name of browserNames) {
             await popupLists(lists);
             await visit.chooseMenu(visit.page, 'h1', 'dlvideo');
             await arrives(pages[2]);
-            // The next host begins while the script goes on.
+            // The next host starts while the script keeps running.
             const killed = visit.sandbox.running(hostProgram);
             for (const pid of killed)
                 process.kill(pid, 'SIGKILL');

@@ -1,5 +1,5 @@
-// The packages as a user has them: installed while the browsers have been used already, a download in
-// each browser, and removed without a trace. KOVALO_PACKAGES names their folder. The machine is changed.
+// The life of the packages: installed on a system where the browsers are already in use, a download in
+// each browser, and removed without a trace. KOVALO_PACKAGES is their folder. Changes the machine.
 
 import { deepStrictEqual, ok, strictEqual } from 'node:assert';
 import { execFileSync } from 'node:child_process';
@@ -27,7 +27,7 @@ const installedHosts = () => readdirSync('/proc').filter(each => {
         return false; // no process, or one that has just ended
     }
 });
-/** All that packages may leave, but what dpkg and apt keep for themselves. */
+/** All places where packages may leave files, except dpkg's and apt's own. */
 const files = () => say('find', '/etc', '/usr', '/var', '(', '-path', '/var/lib/dpkg', '-o', '-path', '/var/lib/apt',
                         '-o', '-path', '/var/cache', '-o', '-path', '/var/log', ')', '-prune', '-o', '-print')
     .split('\n');
@@ -47,7 +47,7 @@ const launchers = {
             }));
         }
         return puppeteer.launch({
-            executablePath: '/usr/bin/chromium', // the wrapper, which loads the extensions for everybody
+            executablePath: '/usr/bin/chromium', // the wrapper, which loads system-wide extensions
             enableExtensions: true,
             pipe: true,
             userDataDir,
@@ -66,7 +66,7 @@ const launchers = {
             extraPrefsFirefox: {
                 'browser.download.dir': browsersOwn,
                 'browser.download.folderList': 2,
-                // As Firefox has them; under automation it would load no extensions for everybody.
+                // Firefox's defaults; under automation it would not load system-wide extensions.
                 'extensions.autoDisableScopes': 3,
                 'extensions.enabledScopes': 15,
             },
@@ -96,7 +96,7 @@ for (const [name, launch] of Object.entries(launchers)) {
             const page = await browser.newPage();
             await page.goto(server.pageUrl);
             await until(() => installedHosts().length > 0, 'the browser to start the host');
-            // Not by the mouse: the page on first steps, which the extension opens, may be in front by now.
+            // Not by the mouse: the help page, which the extension opens, may be in front by now.
             await page.evaluate(() => document.getElementById('file').click());
             const whole = server.content('/files/data.bin');
             await until(() => {
@@ -129,6 +129,6 @@ test('the doctor finds nothing, and a purge leaves nothing', () => {
     say('apt-get', 'purge', '-y', '-q', 'kovalo*');
     const filesAfter = files();
     deepStrictEqual(differences(filesAfter, filesBefore), []);
-    // dpkg takes away what is empty and no package's.
+    // dpkg removes empty folders that belong to no package.
     deepStrictEqual(differences(filesBefore, filesAfter).filter(each => each !== '/etc/opt'), []);
 });

@@ -11,18 +11,18 @@ import { HostProcess, until } from '../../../tools/drivers/hostprocess.mjs';
 import { endsInOrder } from './hosttest.mjs';
 import { Sandbox } from '../../../tools/drivers/sandbox.mjs';
 
-// The extension's own class. Loaded as text, since Node.js takes its file for no module; what it
-// imports is for errors that do not occur here.
+// The extension's own class. Loaded as text, since Node.js would not load its file as a module; its
+// imports are for errors that do not occur here.
 const source = readFileSync(new URL('../../../extension/lib/settings.js', import.meta.url), 'utf8');
 const { Settings } = await import(`data:text/javascript,${encodeURIComponent(source.replace(/^import .*$/gm, ''))}`);
 
-// Nothing is kept: none of the options that only the extension has is changed here.
+// Stores nothing: the extension's own options are not changed here.
 globalThis.chrome = { storage: { local: { get: () => Promise.resolve({}) } } };
 
 /** The extension's end of a host: matches answers with tasks, and detects surplus answers. */
 export class Extension {
     settings = new Settings(this);
-    /** What the host told by itself of other things than settings. */
+    /** The host's notifications, except those of settings. */
     told = [];
     #waiting = new Map();
     #surplus = [];
@@ -48,17 +48,17 @@ export class Extension {
         return this.ask('create_downloads', { create_downloads: { downloads: { item }, ...members } });
     }
 
-    /** What it was answered by the application, which is connected then; nothing is downloaded. */
+    /** The answer to a task that the application must answer, so it is connected then; downloads nothing. */
     reach() { return this.download('ftp://127.0.0.1/'); }
 
-    /** Asks for the settings, which are followed from then on. */
+    /** Queries the settings, and subscribes to their changes. */
     async querySettings() { this.settings.accept(await this.ask('query_settings')); }
 
     hasSettings(values) {
         return Object.entries(values).every(([name, value]) => this.settings.current.browser.monitor[name] === value);
     }
 
-    /** Ends the input. The host must end in order, having answered nothing twice. */
+    /** Ends the input. The host must exit cleanly, without having answered anything twice. */
     async end() {
         this.host.closeInput();
         await endsInOrder(this.host);
@@ -96,7 +96,7 @@ export class Extension {
 
 /** A user's home with the application in it. */
 export class Scene {
-    /** What the application that serve() started has logged. */
+    /** The log of the application that serve() started. */
     log = '';
     #extensions = [];
 
@@ -111,7 +111,7 @@ export class Scene {
 
     program(name) { return join(this.sandbox.programs, name); }
 
-    /** Puts a shell script in the place of the application, which is "kov-real" then. */
+    /** Replaces the application by a shell script; it is then "kov-real". */
     replaceApplication(text, mode = 0o755) {
         if (existsSync(this.program('kov')))
             renameSync(this.program('kov'), this.program('kov-real'));
@@ -120,7 +120,7 @@ export class Scene {
 
     restoreApplication() { renameSync(this.program('kov-real'), this.program('kov')); }
 
-    /** What a command line of the application prints. */
+    /** The output of a command line of the application. */
     kov(...words) {
         return new Promise((resolve, reject) => {
             execFile(this.program('kov'), words, { env: this.sandbox.environment() },
@@ -128,7 +128,7 @@ export class Scene {
         });
     }
 
-    /** Has the application running; its process id. */
+    /** Makes sure that the application runs; resolves with its process id. */
     async serve() {
         const [running] = this.sandbox.running('kov');
         if (running)
@@ -155,11 +155,11 @@ export class Scene {
     }
 }
 
-/** A web site with a small file at every path but those under "none/". */
+/** A web site with a small file at every path except below "none/". */
 export class CountingServer {
-    /** By path, how often it was asked for. */
+    /** The number of requests, by path. */
     visits = new Map();
-    /** By path, the SHA-256 of what was posted there. */
+    /** The SHA-256 of the posted body, by path. */
     posted = new Map();
     #server = createServer((request, response) => this.#serve(request, response));
 

@@ -27,7 +27,7 @@ class Home extends Scene {
         return job;
     }
 
-    /** A desktop that notes what it is to open. */
+    /** A fake desktop that records what it should open. */
     desktop() {
         const told = join(this.sandbox.folder, 'told');
         writeFileSync(join(this.sandbox.folder, 'xdg-open'), `#!/bin/sh\nprintf %s "$1" >'${told}.new'; mv '${told}.new' '${told}'\n`,

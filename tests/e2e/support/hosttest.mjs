@@ -1,4 +1,4 @@
-// What most tests of the host share: a sandbox, and hosts in it that do not outlive their test.
+// For most tests of the host: a sandbox, and hosts in it that do not outlive their test.
 
 import { after, before } from 'node:test';
 import { strictEqual } from 'node:assert';
@@ -30,7 +30,7 @@ export function hostStarter() {
     };
 }
 
-/** Waits for the end of a host and checks that it was an orderly one. */
+/** Waits for the end of a host, and checks that it was a clean exit. */
 export async function endsInOrder(host) {
     const { code, signal } = await host.end();
     strictEqual(signal ?? code, 0, host.log);

@@ -1,12 +1,11 @@
-// Tasks with faults in them: valid ones, changed at random. Texts that are malformed are the fuzz
-// targets' business.
+// Faulty tasks: valid ones with random mutations. Malformed texts are left to the fuzz targets.
 
 import { readFileSync } from 'node:fs';
 
 const corpus = new URL('../../../fuzz/corpus/fuzz_task_reader/', import.meta.url);
 
 /**
- * Without "shutdown", which ends the host; without what is answered only once the application
+ * Without "shutdown", which ends the host; without tasks that are answered only when the application
  * answers; and without options in the handshake, which would change the frames that follow.
  */
 const tasks = [
@@ -22,7 +21,7 @@ const values = [
     '\u0000', '\ud800', 'é'.repeat(50), 'handshake', 'kov_json_task x', [], {}, [[]], [{}], { item: [] }, { item: {} },
 ];
 
-/** A small seeded generator (mulberry32): the same numbers on every machine. */
+/** A small seeded random generator (mulberry32): the same numbers on every machine. */
 export function numbers(seed) {
     let state = seed >>> 0;
     const next = () => {
@@ -74,9 +73,9 @@ export function* mutatedTasks(seed) {
 const isRecord = value => value !== null && typeof value === 'object' && !Array.isArray(value);
 
 /**
- * Whether a task is, or may be, of the kinds at which the host is documented to end abnormally: a
- * record that is none under "create_downloads" and "post_settings", and a "kov_json_task" whose id
- * is no number.
+ * Whether a task is, or may be, one for which the host is documented to end abnormally: a
+ * "create_downloads" or "post_settings" whose record is not an object, or a "kov_json_task" whose id
+ * is not a number.
  */
 export function endsAbnormally(task) {
     if (typeof task.id !== 'string' || typeof task.type !== 'string')

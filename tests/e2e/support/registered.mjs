@@ -1,5 +1,5 @@
-// kovalo-host in a home of its own, with browsers that it finds there. Root may do everything, so
-// where the tests run as root, the program runs as another user.
+// kovalo-host in a home of its own, with browsers in it. Root has all permissions, so if the tests run
+// as root, the program runs as another user.
 
 import { spawn } from 'node:child_process';
 import { chownSync, lchownSync, mkdirSync, readFileSync, readdirSync, readlinkSync } from 'node:fs';
@@ -36,7 +36,7 @@ export class RegisteredSandbox extends Sandbox {
 
     inHome(...path) { return join(this.home, ...path); }
 
-    /** Wherever they lie below this folder: the doctor starts the application beside another host, too. */
+    /** Anywhere below this folder: the doctor also starts the application beside another host. */
     running(program) {
         return program ? super.running(program) : readdirSync('/proc').filter(pid => {
             try {
@@ -47,7 +47,7 @@ export class RegisteredSandbox extends Sandbox {
         }).map(Number);
     }
 
-    /** Runs kovalo-host; resolves with its status and what it said. */
+    /** Runs kovalo-host; resolves with its status and output. */
     run(args, env = {}) {
         if (isRoot)
             giveAway(this.folder);

@@ -1,12 +1,12 @@
-// A fake host whose answers the URL of a download selects, by its parameter "answer". Servers to leave
-// out that are posted select what it tells of the store.
+// A fake host. The parameter "answer" in the URL of a download selects its answer; the excluded servers
+// in posted settings select what it reports about the store.
 
 import { appendFileSync, existsSync } from 'node:fs';
 import { join } from 'node:path';
 import { FrameReader, encodeFrame } from '../../../tools/drivers/framing.mjs';
 
-/** In milliseconds: a paused download goes on after 5 s, and a small one is complete before it is paused. What is
- *  late leaves a loaded machine the time to see the download go on. */
+/** In milliseconds: a paused download continues after 5 s, and a small one is complete before it is paused. The
+ *  late answer leaves a loaded machine enough time to see the download continue. */
 const delays = { late: 10_000, soon: 1500, refusedSoon: 1500 };
 
 const settings = {
@@ -35,7 +35,7 @@ const byWish = {
     neither: {},
 };
 
-/** What was asked for, one type a line, of all hosts one after another. */
+/** The types of the received tasks, one per line, of all hosts one after another. */
 const asked = join(process.env.TMPDIR, 'asked');
 const isFirst = !existsSync(asked);
 

@@ -1,4 +1,4 @@
-// Streams as web sites have them, made by ffmpeg: a short film, in two qualities.
+// Streams like those of web sites, made with ffmpeg: a short film in two qualities.
 
 import { execFileSync } from 'node:child_process';
 import { mkdtempSync, readFileSync, readdirSync, rmSync } from 'node:fs';
@@ -31,11 +31,11 @@ export function makeStream(format) {
     }
 }
 
-/** What a player makes of a file: its container, seconds, and the codecs with the width of the picture. */
+/** A file's properties in a player: container, seconds, and codecs with the video's width. */
 export function played(path) {
     const { format, streams } = JSON.parse(execFileSync('ffprobe', [
         '-v', 'error', '-print_format', 'json', '-show_streams', '-show_format', path]));
-    // Each frame is read.
+    // Reads every frame.
     execFileSync('ffmpeg', ['-v', 'error', '-xerror', '-nostdin', '-i', path, '-f', 'null', '-']);
     return {
         isMp4: format.format_name.split(',').includes('mp4'),

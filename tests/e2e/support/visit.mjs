@@ -8,10 +8,10 @@ import { until } from '../../../tools/drivers/hostprocess.mjs';
 import { Sandbox } from '../../../tools/drivers/sandbox.mjs';
 import { WebServer } from '../../../tools/drivers/webserver.mjs';
 
-/** What is still being written has another name. */
+/** Whether a file is complete: these are the suffixes of files that are still being written. */
 const isWhole = file => !/\.(kovdownload|crdownload|part)$/.test(file);
 
-/** The bytes of a file; none when it has just been renamed. */
+/** The bytes of a file; empty if it has just been renamed. */
 function readIfThere(path) {
     try {
         return readFileSync(path);
@@ -23,9 +23,9 @@ function readIfThere(path) {
 export class Visit {
     /**
      * @param {string} name the browser's
-     * @param {string[]} programs what lies beside the host
-     * @param {object} options server: another than the usual one; prepare: called with the sandbox
-     *     before the browser starts; others as ExtendedBrowser.launch() takes them
+     * @param {string[]} programs the programs beside the host
+     * @param {object} options server: instead of the usual one; prepare: called with the sandbox before
+     *     the browser starts; others are those of ExtendedBrowser.launch()
      */
     static async start(name, programs, { server, prepare, ...options } = {}) {
         const self = new Visit();
@@ -41,7 +41,7 @@ export class Visit {
         return self;
     }
 
-    /** Also again, after the browser was closed. */
+    /** Can be called again after the browser was closed. */
     async launch(name, options) {
         this.server ??= await WebServer.start();
         this.browser = await ExtendedBrowser.launch(name, this.sandbox, options);
@@ -66,14 +66,14 @@ export class Visit {
     /** Right-clicks an element of a page and chooses an entry of the extension. */
     async chooseMenu(page, selector, entry) { await this.browser.chooseMenu(page, await page.$(selector), entry); }
 
-    /** Asks the extension's background script, as its pages do. */
+    /** Sends a request to the extension's background script, as its pages do. */
     async ask(request, members = {}) {
         const answer = await this.extension.evaluate(
             message => chrome.runtime.sendMessage(message), { request, ...members });
         return answer.value;
     }
 
-    /** Asks until what comes is as wished. Resolves with that. */
+    /** Repeats a request until the answer is as wanted. Resolves with that answer. */
     async untilThere(ask, isWished) {
         let found;
         await this.until(async () => isWished(found = await ask()), String(isWished));
@@ -90,7 +90,7 @@ export class Visit {
         });
     }
 
-    /** Resolves once a folder holds the files of these paths, whatever their names, and no others. */
+    /** Resolves once a folder contains exactly the files of these paths, whatever their names. */
     async untilDownloaded(folder, paths) {
         await this.until(() => {
             const files = existsSync(folder) ? readdirSync(folder) : [];
@@ -106,7 +106,7 @@ export class Visit {
         }, `${paths} to arrive in ${folder}`);
     }
 
-    /** Resolves once the browser's list of downloads is as long. */
+    /** Resolves once the browser's list of downloads has that length. */
     async untilBrowserLists(count) {
         await this.until(async () =>
             (await this.extension.evaluate(() => chrome.downloads.search({}))).length === count,
@@ -117,7 +117,7 @@ export class Visit {
         return execFileSync(join(this.sandbox.programs, 'kov'), args, {
             env: this.sandbox.environment(),
             encoding: 'utf8',
-            timeout: 60_000, // while this waits, no timer of the tests could end it
+            timeout: 60_000, // longer than any timeout of the tests
         }).trim();
     }
 }

@@ -29,7 +29,7 @@ QSharedPointer<MultiThreadedSqlDatabaseManager> database(const QString &path)
     return QSharedPointer<MultiThreadedSqlDatabaseManager>::create(path, QString());
 }
 
-/// What a fresh manager reads.
+/// The values that a new manager reads.
 Values stored(const QString &path) { return QtAppSettingsInSqlManager(database(path)).allValues(); }
 
 /// From "name=value name=value".
@@ -41,8 +41,8 @@ ValuesList pairs(const QString &text)
     return values;
 }
 
-/// What another process does: writes all its settings anew, with a higher number each time, and
-/// says so when it is done. Returns 0 when all is stored.
+/// The other process: rewrites all its settings again and again, with increasing numbers, and
+/// reports when it is done. Returns 0 if everything was stored.
 int writeSettings(const QString &path, const QString &prefix, int from, int until)
 {
     QtAppSettingsInSqlManager settings(database(path));
@@ -69,8 +69,7 @@ std::unique_ptr<QProcess> startWriter(const QString &path, const QString &prefix
     return writer;
 }
 
-/// A small file system in memory over a folder. Only this process sees it, and only root can make
-/// it.
+/// A small file system in memory, mounted on a folder. Only this process sees it; needs root.
 bool mountSmallDisk(const QString &folder)
 {
     return ::unshare(CLONE_NEWNS) == 0
@@ -98,7 +97,7 @@ void makeTable(const QString &path, const QString &columns, int rows)
         QVERIFY(db->createQuery(sql).exec());
 }
 
-/// Lets something happen to the file of the settings.
+/// Does something to the settings file.
 using Damage = std::function<void(QString &path)>;
 
 Damage truncate(int rows, int size)
@@ -139,7 +138,7 @@ private Q_SLOTS:
                     for (const auto &[name, value] : changed)
                         kept += name + u'=' + value + u' ';
                 });
-        // What is as it was is no change; of two changes of a key the last one holds.
+        // An equal value is no change; of two changes of a key the last one counts.
         settings.setValues(pairs(u"a=x d=1 no="_qs), {});
         settings.setValues(pairs(u"a=x b=y"_qs), {});
         settings.setValues(pairs(u"a=1 a=2"_qs), {});
@@ -147,7 +146,7 @@ private Q_SLOTS:
         QCOMPARE(stored(m_path), (Values{{u"a"_qs, u"2"_qs}, {u"b"_qs, u"y"_qs}}));
     }
 
-    /// The listener changes settings again; it would stand still if it were called under the lock.
+    /// The listener changes settings again; it would deadlock if it were called under the lock.
     void wholeTables()
     {
         QtAppSettingsInSqlManager settings(database(m_path));
@@ -165,7 +164,7 @@ private Q_SLOTS:
         QCOMPARE(settings.allValues(), (Values{{u"a"_qs, u"x"_qs}, {u"n"_qs, u"1"_qs}}));
         settings.resetToDefaults(u"reset"_qs);
         QCOMPARE(settings.value(u"a"_qs), u"3");
-        // Told whether anything differs or not.
+        // Emitted even if nothing differs.
         settings.setAllValues(settings.allValues(), u"same again"_qs);
         QCOMPARE(told, (QStringList{u"all"_qs, u"reset"_qs, u"same again"_qs}));
         QCOMPARE(stored(m_path), (Values{{u"n"_qs, u"3"_qs}}));
@@ -291,7 +290,7 @@ private Q_SLOTS:
         }
     }
 
-    /// Another process is waited for once in all, and the next time not at all.
+    /// Waits for another process only once in all, and not at all the next time.
     void lockedForLong()
     {
         const LogCapture log;
@@ -318,7 +317,8 @@ private Q_SLOTS:
         QCOMPARE(stored(m_path), settings.allValues());
     }
 
-    /// The others of the same change are stored, and so is it when it is no longer refused.
+    /// If one value is refused, the others of the same change are stored, and later the refused
+    /// one, too.
     void refusedValue()
     {
         const LogCapture log;
@@ -349,7 +349,7 @@ private Q_SLOTS:
 
     void manyProcesses()
     {
-        // They start on no file at all, so they also create it at the same time.
+        // They start without a file, so they also create it at the same time.
         const QStringList prefixes{u"a"_qs, u"b"_qs, u"c"_qs, u"d"_qs};
         for (int round = 0; round < 3; ++round) {
             init();

@@ -81,7 +81,7 @@ private Q_SLOTS:
         QVERIFY(table.beginTransaction() && table.write(u"a"_qs, u"1"_qs));
         QVERIFY(!table.beginTransaction() && table.endTransaction(false));
         QCOMPARE(table.readAll(), Table());
-        // Would stand still if the failed one had kept the lock.
+        // Would deadlock if the failed one had kept the lock.
         std::thread([this] { m_db->lock(), m_db->unlock(); }).join();
     }
 

@@ -14,8 +14,8 @@ using Waits = QList<qint64>;
 
 namespace {
 
-/// A socket whose attempts to connect fail at once, and that otherwise is in whatever state a test
-/// puts it. Attempts are logged as "A".
+/// A fake socket: attempts to connect fail at once, and tests set its state. Attempts are logged as
+/// "A".
 class FakeSocket : public QtAbstractSocket {
 public:
     explicit FakeSocket(QStringList &log) : m_log(log) { }
@@ -45,7 +45,7 @@ private:
     bool m_connected = false;
 };
 
-/// Logs launches as "L"; each ends when the test says so.
+/// Logs launches as "L"; the test decides when each ends.
 class FakeServerLauncher : public QtAbstractServerLauncher {
 public:
     explicit FakeServerLauncher(QStringList &log) : m_log(log) { }
@@ -103,7 +103,7 @@ private Q_SLOTS:
             QCOMPARE(s.log.size(), attempts++);
             s.clock.advance(wait);
         }
-        // It does not try while it is disabled, and begins with a short wait when it is not.
+        // No attempts while it is disabled; when enabled again, it starts with a short delay.
         s.keeper->enable(false);
         s.clock.advance(std::numeric_limits<int>::max());
         QCOMPARE(s.log.size(), attempts);

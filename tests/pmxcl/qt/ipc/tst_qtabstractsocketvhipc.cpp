@@ -43,7 +43,7 @@ private Q_SLOTS:
 
     void sends()
     {
-        // Version 2 stands for 1 with CBOR, here and below.
+        // Here and below, version 2 means version 1 with CBOR.
         const std::pair<int, QByteArray> cases[] = {
             {0, flagFrame()},
             {1, handshake() + flagFrame()},
@@ -61,8 +61,8 @@ private Q_SLOTS:
         }
     }
 
-    /// Columns: what it is, protocol version, bytes in hexadecimal, how many of flagMap() and of
-    /// empty maps are received, and the error of a broken peer, whose connection ends.
+    /// Columns: name, protocol version, bytes in hexadecimal, the number of received flagMap() and
+    /// of empty maps, and the error for a protocol violation, which ends the connection.
     void receives_data() { ADD_VECTORS("link.json", "received"); }
     void receives()
     {
@@ -127,7 +127,7 @@ private Q_SLOTS:
             const QSignalSpy errors(link.get(), &QtAbstractSocketVhIpc::fatalError);
             for (int connection = 1; connection <= 3; ++connection) {
                 hear(opening);
-                // The unfinished message at the end is forgotten with its connection.
+                // The incomplete message at the end is dropped with its connection.
                 say(opening + message + message.chopped(1));
                 QTRY_COMPARE(m_part->maps().size(), connection);
                 m_peer->disconnectFromServer();
@@ -159,13 +159,13 @@ private Q_SLOTS:
         m_peer->setReadBufferSize(1);
         for (int i = 0; i < 20; ++i)
             link->send({{u"name"_qs, QString(500'000, u'x')}});
-        // The kernel takes what it has room for, the rest waits here and nothing else does.
+        // The kernel's buffer fills up; only the rest is buffered in the process.
         QTRY_VERIFY(m_socket->ioDevice()->bytesToWrite() < 20'000'000);
         QVERIFY(m_socket->ioDevice()->bytesToWrite() > 10'000'000);
         m_peer.reset();
         QTRY_VERIFY(!m_socket->isConnected());
         QCOMPARE(m_socket->ioDevice()->bytesToWrite(), 0);
-        // The next peer receives nothing that was meant for the last one.
+        // The next peer receives nothing of the previous one's data.
         connectPeer();
         link->send(flagMap());
         hear(flagFrame());
@@ -216,7 +216,7 @@ private:
         return std::make_unique<QtAbstractSocketVhIpc>(m_socket, m_part, qMin(version, 1),
                                                        version > 1);
     }
-    /// Bytes that are on their way as one piece when this returns.
+    /// Sends bytes, which are in the kernel as one piece when this returns.
     void say(const QByteArray &bytes) const
     {
         m_peer->write(bytes);

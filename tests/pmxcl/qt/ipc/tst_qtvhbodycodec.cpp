@@ -32,7 +32,7 @@ private Q_SLOTS:
         const VhMap map = maps[row.text(0)];
         QCOMPARE(toDataStream(map).toHex(), hex(row.text(1)).toHex());
         QCOMPARE(toCbor(map).toHex(), hex(row.text(2)).toHex());
-        // What follows is ignored.
+        // Bytes after it are ignored.
         if (!map.isEmpty())
             QCOMPARE(fromDataStream(hex(row.text(1)) + "rest"), map);
         QCOMPARE(fromCbor(hex(row.text(2)) + "rest")->size(), map.size());
@@ -49,7 +49,7 @@ private Q_SLOTS:
                            {u"map"_qs, QVariantMap{{u"b"_qs, false}}},
                            {u"list"_qs, QVariantList{qint64(1), u"a"_qs}}};
         QCOMPARE(fromCbor(toCbor(map)), map);
-        // A tagged map, something else, and strings and containers of indefinite length.
+        // A tagged map, an item other than a map, and strings and containers of indefinite length.
         QCOMPARE(fromCbor(hex(u"D9D9F7 A1 6162 F5"_qs)), (VhMap{{u"b"_qs, true}}));
         QCOMPARE(fromCbor(hex(u"83 01 02 03"_qs)), VhMap());
         QCOMPARE(fromCbor(hex(u"BF 7F 6161 6162 FF 9F F6 FF FF"_qs))->value(u"ab"_qs),
@@ -77,7 +77,7 @@ private Q_SLOTS:
     void nesting()
     {
         const VectorRow row;
-        // The message, so many levels and what they hold: 100 levels are allowed.
+        // The message, nested levels, and their contents: 100 levels are allowed.
         for (const int levels : {98, 99, 5'000'000}) {
             const QByteArray body = hex(row.text(1)) + hex(row.text(2)).repeated(levels)
                 + hex(row.text(3)) + hex(row.text(4)).repeated(levels);

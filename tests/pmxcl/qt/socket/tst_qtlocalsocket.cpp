@@ -15,7 +15,7 @@
 
 namespace {
 
-/// What a QtLocalSocket tells, in order.
+/// The signals of a QtLocalSocket, in order.
 class Story {
 public:
     explicit Story(QtLocalSocket &socket)
@@ -132,7 +132,7 @@ private Q_SLOTS:
                              "connections is full"_qs.arg(m_path)));
         QCOMPARE(socket.error().code(), 6);
 
-        // Given up while it waits, and connected when there is room again.
+        // Aborted while it waits; and connected when there is room again.
         connectTo(socket, m_path);
         socket.abort();
         connectTo(socket, m_path);
@@ -213,7 +213,7 @@ private Q_SLOTS:
         QVERIFY(socket.isConnected());
         socket.abort();
 
-        // The end of the local socket in the middle of it, after which nothing has an effect.
+        // The local socket is destroyed meanwhile; then no function has an effect.
         socket.setRequiredServerUser(::getuid() + 1);
         connectTo(socket, m_path);
         delete local;
