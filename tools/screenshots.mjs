@@ -1,6 +1,6 @@
 // Takes screenshots of the extension's pages with sample data, into docs/screenshots:
-// node screenshots.mjs [PAGE]. In light and dark, narrow and wide, in German and in Arabic, and
-// when there is nothing to show or something is wrong.
+// node screenshots.mjs [PAGE]. In the light and the dark scheme, narrow and wide, in German and in
+// Arabic, with empty lists, and with errors.
 
 import { join } from 'node:path';
 import { fileURLToPath } from 'node:url';
@@ -42,7 +42,7 @@ const media = [
 const tab = { id: 1, index: 0, url: 'https://example.org/', title: 'Example downloads' };
 const waiting = { version: '', problem: null, needsAccess: false };
 
-/** What a page is told when it asks, in place of what the background script would say. */
+/** The answers to a page's requests, in place of the background script's. */
 const told = {
     outcomes,
     media,
@@ -65,7 +65,7 @@ const states = [
       told: { ...told, check: { access: 'all', version: '', hostProblem: { key: 'problemHostMissing', words: missing }, lastProblem: null } } },
 ];
 
-/** Runs in a page before its scripts. Texts are named as in a manifest. */
+/** Runs in a page before its scripts. Texts are referenced as in a manifest. */
 function answer({ told: answers, tab: shown }) {
     const inWords = (_name, value) => (typeof value === 'string'
         ? value.replace(/^__MSG_(.*)__$/, (_all, key) => chrome.i18n.getMessage(key)) : value);
@@ -75,10 +75,10 @@ function answer({ told: answers, tab: shown }) {
     chrome.tabs.query = async () => [shown];
 }
 
-/** The picture of a whole page, or of as much as its popup shows. */
+/** Takes a screenshot of a whole page, or of the visible part of the popup. */
 async function takePicture(page, width, path) {
     await page.setViewport({ width, height: 400 });
-    // Beyond what the window shows, pages from right to left are not drawn where they are.
+    // Beyond the viewport, right-to-left pages are drawn at a wrong position.
     const height = await page.evaluate(() => Math.ceil(document.body.getBoundingClientRect().bottom));
     await page.setViewport({ width, height });
     await page.evaluate(() => new Promise(resolve => { globalThis.requestAnimationFrame(resolve); }));

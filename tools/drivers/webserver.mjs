@@ -43,14 +43,14 @@ export class WebServer {
 
     static #contents = new Map();
 
-    /** The bytes of the file at a path, each its own. */
+    /** The bytes of the file at a path; every path has different ones. */
     static content(path) {
         if (!this.#contents.has(path))
             this.#contents.set(path, createHash('shake256', { outputLength: fileSize }).update(path).digest());
         return this.#contents.get(path);
     }
 
-    /** Adds a page to the site. parts: what it is made of, by paths, as { type, content, status }. */
+    /** Adds a page to the site. parts: its other resources, by paths, as { type, content, status }. */
     addPage(path, html, parts = {}) {
         this.#pages.set(path, html);
         for (const [partPath, part] of Object.entries(parts))
@@ -139,7 +139,7 @@ export class WebServer {
         setTimeout(() => response.end(content.subarray(content.length / 2)), fileDelay);
     }
 
-    /** What the page's form posts. */
+    /** The data that the page's form posts. */
     static formBody = 'name=M%C3%BCller+%26+S%C3%B6hne&year=2026';
 
     static fileName(path) { return path === '/report' ? 'report.pdf' : path.split('/').pop(); }

@@ -1,7 +1,7 @@
-// Converts the extension's texts between messages.json and Qt's .ts files, so that translators have
-// one place for all texts.
+// Converts the extension's texts between messages.json and Qt's .ts files, so that all texts are
+// translated in one place.
 //
-//   kov_locales source EN_JSON OUT_CPP          the extension's texts as lupdate reads them
+//   kov_locales source EN_JSON OUT_CPP          the extension's texts as a source for lupdate
 //   kov_locales messages EN_JSON QM LOCALE OUT  the messages.json of one language
 //
 // Untranslated texts are left out: browsers fall back to the default language.
