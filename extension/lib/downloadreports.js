@@ -56,7 +56,7 @@ export class DownloadReports {
     }
 
     async #change(id, state) {
-        if (state === 'in_progress') { // it goes on after an interruption
+        if (state === 'in_progress') { // it was resumed after an interruption
             for (const item of await chrome.downloads.search({ id }))
                 this.#begin(item);
         } else if (state && this.#urls.has(id) && !this.#ending.has(id)) {

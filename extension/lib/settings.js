@@ -59,7 +59,7 @@ export class Settings {
     /**
      * Stores changed options.
      * @param {object} changes values by paths in the record's "browser", such as "monitor.enable"; the
-     *     host's record tells which there are
+     *     paths must exist in the host's record
      */
     change(changes) {
         const mine = this.#lastChange.then(() => this.#post(changes));

@@ -70,6 +70,6 @@ private:
     QLocale m_currentLocale;
     bool m_qtTextsAreEnglish = false;
     std::vector<std::unique_ptr<QTranslator>> m_translators;
-    /// Filled when first asked for.
+    /// Filled on first use.
     mutable std::vector<Translation> m_installed;
 };

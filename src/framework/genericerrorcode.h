@@ -6,7 +6,7 @@ enum Code {
     NoError = 0,
     /// The operation failed; the description says why.
     Failure = 1,
-    /// The peer speaks another protocol.
+    /// The peer uses another protocol.
     ProtocolMismatch = 2,
 };
 }

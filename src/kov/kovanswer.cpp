@@ -25,7 +25,7 @@ constexpr int httpVersionNotSupported = 505;
 constexpr int lastServerError = 599;
 
 constexpr qint64 millisecondsPerSecond = 1000;
-/// The longest wait that a server can ask for (Retry-After).
+/// The longest delay that a server can request (Retry-After).
 constexpr qint64 longestRetryAfterMs = 3600 * millisecondsPerSecond;
 
 /// Decimal digits only; -1 for anything else, and for a number that does not fit.

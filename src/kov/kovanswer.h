@@ -64,7 +64,7 @@ struct KovAnswer {
     /// Of a reply whose headers have arrived. If both name and type of the file are those of a
     /// compressed one, the encoding is a mistake of the server, and is left out.
     static KovAnswer of(const QNetworkReply &reply);
-    /// Whether a URL holds the file itself (RFC 2397): no server is asked for it.
+    /// Whether a URL contains the file itself (RFC 2397), so that there is no server.
     static bool isWithin(const QUrl &url);
 };
 

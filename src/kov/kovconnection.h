@@ -27,7 +27,7 @@ public:
     KovConnection(const QSharedPointer<QLocalSocket> &socket, const Services &services,
                   QObject *parent = nullptr);
 
-    /// Ends when what was written has left.
+    /// Closes after all written data has been sent.
     void disconnectFromClient();
 
 Q_SIGNALS:

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int tickMs = 1000;
 constexpr int roomCheckMs = 10'000;
-/// The free space that a full disk must have before writing goes on.
+/// The free space that a full disk must have before writing continues.
 constexpr qint64 leastRoomBytes = 32 << 20;
 
 QString notSentAgain(const QString &reason)
@@ -201,7 +201,7 @@ void KovDownloadsQueue::onEnded(qint64 id, const KovFailure &failure)
         finish(job, KovJob::State::Finished, {});
     } else if (job.state == KovJob::State::Paused) {
         m_saver.saveSoon(id);
-    } else if (!failure) { // stopped, to go on later
+    } else if (!failure) { // stopped, to be resumed later
         job.state = KovJob::State::Waiting;
         if (m_diskFull)
             job.error = QStringLiteral("the disk is full");

@@ -34,7 +34,7 @@ public:
     struct Download {
         KovJob job;
         qint64 receivedBytes = 0;
-        /// How much of it is there, from 0 to 1; -1 while unknown.
+        /// The finished share, from 0 to 1; -1 while unknown.
         double doneShare = -1;
         qint64 bytesPerSecond = 0;
         qsizetype connections = 0;

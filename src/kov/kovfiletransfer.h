@@ -45,8 +45,7 @@ private:
     bool keep(qsizetype range, const char *bytes, qint64 size);
     void onBodyEnded(Connection &connection);
     bool confirmEnd(const Connection &connection);
-    /// Whether the file is shorter than the size that the browser was told, when the server sends
-    /// none.
+    /// Whether the file is shorter than the size known to the browser, if the server sends none.
     bool isCut() const;
     void close(const Connection &connection);
     void drop(Connection &connection, const KovFailure &failure);

@@ -57,7 +57,7 @@ public:
     QByteArray readAll();
     QByteArray peek(qint64 size) const;
     qint64 bytesAvailable() const;
-    /// No more of the body will arrive; failure() tells whether it is complete.
+    /// No more of the body will arrive; failure() says whether it is complete.
     bool isFinished() const { return m_finished; }
     /// Why it is not complete; none while it is not finished.
     const KovFailure &failure() const { return m_failure; }

@@ -20,7 +20,7 @@ struct KovDownloadRequest {
     /// The body of a POST; with an empty one the request is a GET.
     QByteArray postData = {};
     QString suggestedName = {};
-    /// The size that the server told the browser; -1 if unknown.
+    /// The size known to the browser from the server; -1 if unknown.
     qint64 announcedBytes = -1;
     /// The URL is that of the playlist of a stream, which is to be saved as one file.
     bool isStream = false;
@@ -82,7 +82,7 @@ struct KovJob {
         ranges = transferred.ranges;
     }
     qint64 receivedBytes() const { return ranges.receivedBytes(); }
-    /// How much of it is there, from 0 to 1; -1 while unknown.
+    /// The finished share, from 0 to 1; -1 while unknown.
     double doneShare() const { return doneShare(receivedBytes()); }
     double doneShare(qint64 received) const
     {

@@ -27,7 +27,7 @@ public:
     /// Writes all of it, despite partial writes.
     bool write(qint64 offset, const char *bytes, qint64 size);
     bool truncate(qint64 size);
-    /// Syncs what was written until now, on another thread. "synced" is called on the thread of the
+    /// Syncs the data written so far, on another thread. "synced" is called on the thread of the
     /// context, with 0 or the error number, unless the context is destroyed.
     void sync(QObject *context, std::function<void(int)> synced) const;
     bool setModificationTime(const QDateTime &time);
@@ -36,7 +36,7 @@ public:
     bool remove();
 
     qint64 size() const;
-    /// For a program that is to write the file; closed in it unless it is told otherwise.
+    /// For a program that writes the file. Close-on-exec: the child process must clear that flag.
     int descriptor() const { return m_descriptor; }
 
     QString path() const { return m_path; }

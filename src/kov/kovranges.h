@@ -38,7 +38,7 @@ public:
     bool splitLargest(qint64 smallestHalf);
 
     qint64 receivedBytes() const;
-    /// The minimum size of a file that contains all bytes that are there.
+    /// The minimum size of a file with all finished bytes.
     qint64 endOfReceived() const;
 
     bool operator==(const KovRanges &) const = default;

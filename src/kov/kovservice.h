@@ -41,7 +41,7 @@ public:
     /// Why it failed.
     QString errorString() const { return m_error; }
 
-    /// Accepts no more clients, flushes what was written to the others, and stores the downloads.
+    /// Accepts no more clients, flushes the connections of the others, and stores the downloads.
     /// stopped() follows from the event loop, after flushWithinMs at the latest.
     void stop();
 

@@ -17,7 +17,7 @@ public:
     void setBytesPerSecond(qint64 limit);
     /// Takes up to so many bytes; returns how many may be read now. If fewer, refilled() follows.
     qint64 take(qint64 wanted);
-    /// Gives back what was taken and not used.
+    /// Returns bytes that were taken but not used.
     void giveBack(qint64 bytes) { m_left += bytes; }
 
 Q_SIGNALS:

@@ -51,7 +51,7 @@ public:
     /// Whether ended() will follow by itself.
     bool isEnding() const { return m_ending; }
     virtual qint64 receivedBytes() const = 0;
-    /// How much of it is there, from 0 to 1; -1 while unknown.
+    /// The finished share, from 0 to 1; -1 while unknown.
     virtual double doneShare() const = 0;
     qint64 bytesPerSecond() const { return m_speed.bytesPerSecond(); }
     virtual qsizetype connections() const = 0;
@@ -84,7 +84,7 @@ protected:
     void end(const KovFailure &failure);
     /// Closes the connections.
     virtual void abort() = 0;
-    /// Updates the job with what was written until now.
+    /// Updates the job with the data written so far.
     virtual void storeProgress() = 0;
 
     KovJob m_job;

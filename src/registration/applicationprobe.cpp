@@ -24,7 +24,7 @@ namespace {
 using Answer = ApplicationProbe::Answer;
 
 constexpr int pollMs = 20;
-/// The socket's error when the server runs as somebody else.
+/// The socket's error if the server runs as another user.
 constexpr int accessErrorCode = 4;
 
 bool isServing()

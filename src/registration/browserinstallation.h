@@ -32,7 +32,7 @@ public:
         None,
     };
 
-    /// Every browser of the table in every kind; found() tells which of them are installed.
+    /// Every browser of the table in every kind; found() says whether it is installed.
     static QList<BrowserInstallation> all(const UserFolders &folders);
 
     const Browser &browser() const { return m_browser; }

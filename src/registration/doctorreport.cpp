@@ -75,7 +75,7 @@ public:
     {
         for (const auto &[secret, name] : m_replacements)
             text.replace(wholeWord(secret), name);
-        // A manifest may name the folder of somebody else.
+        // A manifest may name another user's folder.
         static const QRegularExpression homeOfAnother(
             QStringLiteral("(?<![\\w.-])/home/[^/\\s]+/"));
         return text.replace(homeOfAnother, QStringLiteral("/home/USER/"));

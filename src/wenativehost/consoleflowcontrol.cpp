@@ -15,10 +15,10 @@ namespace {
 
 /// The memory that a message takes besides its text: its event, and the overhead of allocations.
 constexpr qint64 messageOverhead = 256;
-/// The interval at which the handling thread is asked for its progress.
+/// After so many posted bytes the reader posts a query for the handling thread's progress.
 constexpr qint64 announcedAtOnce = ConsoleFlowControl::maxUnhandledBytes / 16;
-/// How often the reader looks for room when the process may open no descriptor that tells of it, in
-/// milliseconds.
+/// The interval in milliseconds at which the reader polls for room if the process has no descriptor
+/// left for waiting.
 constexpr int lookAgainMs = 20;
 
 } // namespace

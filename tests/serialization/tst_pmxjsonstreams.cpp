@@ -74,7 +74,7 @@ private Q_SLOTS:
         QVERIFY(!isRead(nested("{\"a\":", "", 1'000'000)));
     }
 
-    /// Columns: the text, the name asked for, and what is found as a text, a bool and a number.
+    /// Columns: the text, the requested name, and the value read as a text, a bool and a number.
     void plainValues_data() { ADD_VECTORS("streams.json", "plainValues"); }
     void plainValues()
     {

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Compact and with sorted keys, as records are written; a text stands for itself.
+/// Compact and with sorted keys, as records are written; a JSON string means its own text.
 std::string json(const QJsonValue &value)
 {
     if (value.isString())

@@ -139,7 +139,7 @@ private Q_SLOTS:
                  "'skipServersEnabled':false,'skipSmallerThan':'0','video':{'enable':false,"
                  "'enableSnifferDll':false,'showButton':true}}},'locale':''},"
                  "'type':'query_settings'}"_qs);
-        // The extension is not told of its own change.
+        // The extension is not notified of its own change.
         QCOMPARE(host.tell(post("", ",'locale':'de'")), posted);
     }
 

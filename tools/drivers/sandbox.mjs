@@ -34,7 +34,7 @@ function endIfThere(pid) {
 }
 
 export class Sandbox {
-    /** @param {string[]} beside names of other programs to copy from the host's folder */
+    /** @param {string[]} beside the names of further programs to copy from the host's folder */
     constructor(beside = []) {
         const host = builtHost();
         this.folder = mkdtempSync(join(tmpdir(), 'kov-'));

@@ -18,7 +18,7 @@ struct AbstractNewDownloadsRequestJob {
     bool operator==(const AbstractNewDownloadsRequestJob &) const = default;
 };
 
-/// The request alone: a message about a job carries the id beside it. Read by
+/// Only the request: a message about a job has the id separately. Read by
 /// toNewDownloadsRequest().
 QVariantHash toVariantHash(const AbstractNewDownloadsRequestJob &job);
 /// The same with all downloads encoded.

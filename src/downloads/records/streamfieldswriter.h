@@ -21,7 +21,7 @@
 /// The state that is kept from one record to the next while many are encoded. Not thread-safe.
 class RecordsStreamContext {
 public:
-    /// The one object of each type; a copy of this one when it is first asked for.
+    /// The single object of each type; initially a copy of the argument.
     template <typename T> T &of(const T &prototype)
     {
         static const char key = 0;

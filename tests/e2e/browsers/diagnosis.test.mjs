@@ -35,7 +35,7 @@ const hostRows = [
      { chromium: /not allowed to use/, firefox: missing }, 'register'],
     ['host-there', rewrite({ path: '/usr/lib/gone/wenativehost' }), { chromium: missing, firefox: notStarted }],
     ['host-answers', hostThat('exit 3'), notStarted, 'doctor'],
-    // One that ends at once may be gone before Firefox has read what it said.
+    // One that ends at once may be gone before Firefox has read its output.
     ['host-answers', hostThat('echo Hello world; exec cat >/dev/null'), /Another program is in the place/, 'register'],
     ['host-answers', hostThat('cat >/dev/null'), /started but does not answer/, 'doctor'],
 ];

@@ -115,7 +115,7 @@ private Q_SLOTS:
     {
         // e, d: the automatic launcher is enabled, disabled; h, H: the helper.
         // r, n: the part requires the server, no longer. c, u: the socket is connected, is not.
-        // k, x: the launch succeeds, fails. l: one more is asked for. A number: seconds pass.
+        // k, x: the launch succeeds, fails. l: one more is requested. A number: seconds pass.
         // b: the clock is set back. ?: the seconds until the next launch are logged.
         const Rows<QString, QString> row("script", "expected");
         row("starts, whether it serves or not", u"e e k ? 3600"_qs, u"L -"_qs);

@@ -52,7 +52,7 @@ private Q_SLOTS:
             init();
             m_socket->abort();
             const auto link = makeLink(version);
-            link->send(flagMap()); // to nobody
+            link->send(flagMap()); // not connected
             connectPeer();
             link->send({});
             link->sendKeepAliveMessage();
