@@ -7,6 +7,7 @@ import { Downloads } from './lib/downloads.js';
 import { FoundMedia } from './lib/foundmedia.js';
 import { Gestures } from './lib/gestures.js';
 import { Handovers } from './lib/handovers.js';
+import { errorOf } from './lib/hostanswers.js';
 import { HostError } from './lib/hosterror.js';
 import { Keeping, hostOf, leftServers } from './lib/keeping.js';
 import { LinkLists } from './lib/linklists.js';
@@ -86,7 +87,7 @@ host.onNotification = message => {
     else if (message.type === 'settings_store')
         settings.acceptStore(message);
     else if (message.type === 'lost_download')
-        outcomes.tell(message.result, place.lost, new HostError('problemApplicationFailed', message.error));
+        outcomes.tell(message.result, place.lost, errorOf(message));
 };
 settings.onChanged = current => {
     apply(current.browser);

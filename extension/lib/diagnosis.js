@@ -16,7 +16,13 @@ const hostCures = {
     problemHostStopped: doctor,
     problemHostSilent: doctor,
 };
-const applicationProblems = new Set(['problemApplicationMissing', 'problemApplicationSilent', 'problemApplicationFailed']);
+/** The same for the application. The first says why it does not start. */
+const applicationCures = {
+    problemApplicationUnreached: 'KOVALO_LOG_LEVEL=9 kov -service',
+    problemApplicationSilent: 'kov quit',
+    problemApplicationMissing: doctor,
+    problemApplicationFailed: doctor,
+};
 
 /**
  * @typedef {object} Step
@@ -39,7 +45,10 @@ const applicationProblems = new Set(['problemApplicationMissing', 'problemApplic
  */
 
 const step = (name, state, words, cure) => ({ name, state, words, cure });
-const broken = (name, { words }, line, hint) => step(name, 'broken', words, { kind: 'command', line, hint });
+/** The page itself says what the doctor is. */
+const broken = (name, { words }, line) => step(name, 'broken', words, {
+    kind: 'command', line, hint: line === doctor ? undefined : text('cureHint'),
+});
 
 function accessStep(state) {
     const cure = { kind: 'grant' };
@@ -55,13 +64,12 @@ function hostStep({ version, hostProblem }) {
         return step('host', 'ok', text('hostVersion', version));
     if (!hostProblem)
         return step('host', 'unknown', text('statusConnecting'));
-    const line = hostCures[hostProblem.key] ?? doctor;
-    return broken('host', hostProblem, line, line === register ? text('cureHint') : undefined);
+    return broken('host', hostProblem, hostCures[hostProblem.key] ?? doctor);
 }
 
 function applicationStep(result) {
-    if (result && applicationProblems.has(result.key))
-        return broken('application', result, doctor);
+    if (result && Object.hasOwn(applicationCures, result.key))
+        return broken('application', result, applicationCures[result.key]);
     return result === null ? step('application', 'ok', text('applicationOk'))
         : step('application', 'unknown', text('applicationUnknown'));
 }

@@ -6,7 +6,8 @@ import { discard, find, goOn, isCancelled, lookUp, nameOf, pause } from './brows
 import { isToBeCaught, mayBeCaught } from './capture.js';
 import { cookiesForDownload, cookiesForLink } from './cookies.js';
 import { stage } from './handovers.js';
-import { HostError, errorOf } from './hosterror.js';
+import { errorOf } from './hostanswers.js';
+import { HostError } from './hosterror.js';
 import { place } from './outcomes.js';
 import { referrerFor } from './referrer.js';
 import { postedText } from './requestlog.js';
@@ -18,6 +19,9 @@ const leftToBrowser = 'ignoredDueSettings';
 const pausePatience = 5000;
 
 const testFileName = 'kovalo-test.txt';
+
+/** In milliseconds: longer than the host waits for an application that does not come up. */
+const testPatience = 40_000;
 
 export class Downloads {
     #host;
@@ -115,7 +119,7 @@ export class Downloads {
                 url: `data:text/plain;charset=utf-8,${text}`,
                 suggestedName: testFileName,
                 fileSize: '-1',
-            }], { caught: false }));
+            }], { caught: false, patience: testPatience }));
         } catch (error) {
             return error;
         }
@@ -186,7 +190,7 @@ export class Downloads {
         };
     }
 
-    #ask(records, { caught }, onLate) {
+    #ask(records, { caught, patience }, onLate) {
         if (records.length === 0)
             return Promise.reject(new HostError('problemNothingToDownload'));
         return this.#host.askApplication('create_downloads', {
@@ -196,7 +200,7 @@ export class Downloads {
                 ignoreSettings: caught ? '0' : '1',
                 waitResponse: '1',
             },
-        }, onLate);
+        }, { onLate, patience });
     }
 }
 

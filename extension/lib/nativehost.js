@@ -21,7 +21,7 @@ const saysNothing = /^$|has exited|failed to start|unexpected error/i;
 /** In milliseconds. A working host answers the handshake within a few of them. */
 const handshakePatience = 5000;
 
-/** Longer than the host itself waits for the application to start. */
+/** In milliseconds. Longer than the host itself waits for the application to start. */
 const applicationPatience = 60_000;
 
 /**
@@ -70,13 +70,13 @@ export class NativeHost {
      * The same for a task that needs the application. Rejects after a timeout; a later answer is given
      * to onLate.
      */
-    askApplication(type, members, onLate = () => {}) {
+    askApplication(type, members, { onLate = () => {}, patience = applicationPatience } = {}) {
         return new Promise((resolve, reject) => {
             let isLate = false;
             const timer = setTimeout(() => {
                 isLate = true;
                 reject(new HostError('problemApplicationSilent'));
-            }, applicationPatience);
+            }, patience);
             this.open()
                 .then(() => (isLate ? null : this.#send(type, members))) // timed out
                 .then(answer => (isLate ? answer && onLate(answer) : resolve(answer)), reject)

@@ -2,7 +2,8 @@
 
 import { isWebAddress, withoutFragment } from './addresses.js';
 import { assumedHeaders } from './headers.js';
-import { HostError, errorOf } from './hosterror.js';
+import { errorOf } from './hostanswers.js';
+import { HostError } from './hosterror.js';
 
 export class Videos {
     /** Called with the error, or null once the application has been asked. */

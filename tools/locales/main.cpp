@@ -3,11 +3,15 @@
 //
 //   kov_locales source EN_JSON OUT_CPP          the extension's texts as a source for lupdate
 //   kov_locales messages EN_JSON QM LOCALE OUT  the messages.json of one language
+//   kov_locales hosttexts OUT_JS QM...          what the host says in its user's language, in all
+//   of
+//                                               them, as a JavaScript module
 //
 // Untranslated texts are left out: browsers fall back to the default language.
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocale>
@@ -85,6 +89,27 @@ QByteArray translated(const QJsonObject &messages, const QString &translationPat
     return QJsonDocument(result).toJson();
 }
 
+QByteArray hostTexts(const QStringList &translationPaths)
+{
+    constexpr char connectionFailure[] = "Connection failure";
+    QJsonArray texts{QLatin1String(connectionFailure)};
+    for (const QString &path : translationPaths) {
+        QTranslator translator;
+        if (!translator.load(path))
+            qFatal("%s: cannot be read", qPrintable(path));
+        const QString text =
+            translator.translate("VhIpcIncomingDownloadsClient", connectionFailure);
+        if (text.isEmpty())
+            qFatal("%s: does not translate \"%s\"", qPrintable(path), connectionFailure);
+        if (!texts.contains(text))
+            texts.append(text);
+    }
+    return "// Made by the build from the host's translations.\n\n"
+           "/** The error of a hand-over when the application does not come up, or breaks off. */\n"
+           "export const connectionFailures = "
+        + QJsonDocument(texts).toJson(QJsonDocument::Compact) + ";\n";
+}
+
 void write(const QString &path, const QByteArray &content)
 {
     QSaveFile file(path);
@@ -104,7 +129,10 @@ int main(int argc, char *argv[])
     else if (mode == u"messages" && arguments.size() == 5)
         write(arguments[4],
               translated(readMessages(arguments[1]), arguments[2], QLocale(arguments[3])));
+    else if (mode == u"hosttexts" && arguments.size() > 2)
+        write(arguments[1], hostTexts(arguments.sliced(2)));
     else
-        qFatal("usage: kov_locales source EN_JSON OUT_CPP | messages EN_JSON QM LOCALE OUT");
+        qFatal("usage: kov_locales source EN_JSON OUT_CPP | messages EN_JSON QM LOCALE OUT"
+               " | hosttexts OUT_JS QM...");
     return 0;
 }

@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>لم يقل Kovalo هل أخذ التنزيل.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>لم يبدأ Kovalo، أو انتهى قبل أن يجيب.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>لا يستطيع Kovalo التنزيل من هذا العنوان.</translation>

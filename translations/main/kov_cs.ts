@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo neřeklo, zda stahování převzalo.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo se nespustilo, nebo skončilo dříve, než odpovědělo.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Z této adresy Kovalo stahovat nemůže.</translation>

@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo sagde ikke, om den tog downloaden.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo startede ikke eller sluttede, før det svarede.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Kovalo kan ikke downloade fra denne adresse.</translation>

@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo hat nicht gesagt, ob es den Download übernommen hat.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo ist nicht gestartet oder endete, bevor es antwortete.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Von dieser Adresse kann Kovalo nicht herunterladen.</translation>

@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Το Kovalo δεν είπε αν πήρε τη λήψη.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Το Kovalo δεν ξεκίνησε ή τερματίστηκε πριν απαντήσει.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Το Kovalo δεν μπορεί να κάνει λήψη από αυτή τη διεύθυνση.</translation>

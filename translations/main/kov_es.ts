@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo no dijo si tomó la descarga.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo no se inició o terminó antes de responder.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Kovalo no puede descargar de esta dirección.</translation>

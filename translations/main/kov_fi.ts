@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo ei kertonut, ottiko se latauksen.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo ei käynnistynyt, tai se päättyi ennen kuin se vastasi.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Kovalo ei voi ladata tästä osoitteesta.</translation>

@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo n’a pas dit s’il a pris le téléchargement.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo n’a pas démarré, ou s’est arrêté avant de répondre.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Kovalo ne peut pas télécharger depuis cette adresse.</translation>

@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo לא אמר אם לקח את ההורדה.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo לא הופעל, או שהסתיים לפני שענה.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Kovalo אינו יכול להוריד מהכתובת הזאת.</translation>

@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>A Kovalo nem közölte, hogy átvette-e a letöltést.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>A Kovalo nem indult el, vagy leállt, mielőtt válaszolt volna.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Erről a címről a Kovalo nem tud letölteni.</translation>

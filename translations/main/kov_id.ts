@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo tidak mengatakan apakah ia mengambil unduhan.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo tidak berjalan, atau berakhir sebelum menjawab.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Kovalo tidak dapat mengunduh dari alamat ini.</translation>

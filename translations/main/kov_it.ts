@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo non ha detto se ha preso il download.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo non si è avviato o è terminato prima di rispondere.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Kovalo non può scaricare da questo indirizzo.</translation>

@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo はダウンロードを受け取ったかどうかを知らせませんでした。</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo が起動しなかったか、応答する前に終了しました。</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Kovalo はこのアドレスからダウンロードできません。</translation>

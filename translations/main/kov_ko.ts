@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo가 다운로드를 받았는지 알려 주지 않았습니다.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo가 시작되지 않았거나 응답하기 전에 끝났습니다.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Kovalo는 이 주소에서 다운로드할 수 없습니다.</translation>

@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo sa ikke om det tok nedlastingen.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo startet ikke eller avsluttet før det svarte.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Kovalo kan ikke laste ned fra denne adressen.</translation>

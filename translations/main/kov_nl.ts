@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo heeft niet gezegd of het de download heeft overgenomen.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo is niet gestart of stopte voordat het antwoordde.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Kovalo kan van dit adres niet downloaden.</translation>

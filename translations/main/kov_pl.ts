@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo nie powiedziało, czy przejęło pobieranie.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo nie uruchomiło się lub zakończyło się, zanim odpowiedziało.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Kovalo nie może pobierać spod tego adresu.</translation>

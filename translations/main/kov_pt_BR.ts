@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>O Kovalo não disse se recebeu o download.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>O Kovalo não iniciou ou terminou antes de responder.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>O Kovalo não pode baixar deste endereço.</translation>

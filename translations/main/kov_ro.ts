@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo nu a spus dacă a preluat descărcarea.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo nu a pornit sau s-a încheiat înainte de a răspunde.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Kovalo nu poate descărca de la această adresă.</translation>

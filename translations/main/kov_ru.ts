@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo не сообщил, принял ли он загрузку.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo не запустился или завершился, прежде чем ответил.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Kovalo не может загружать с этого адреса.</translation>

@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo sade inte om det tog nedladdningen.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo startade inte, eller avslutades innan det svarade.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Kovalo kan inte ladda ned från den här adressen.</translation>

@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo ไม่ได้บอกว่ารับการดาวน์โหลดหรือไม่</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo ไม่เริ่มทำงาน หรือปิดตัวก่อนตอบ</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Kovalo ดาวน์โหลดจากที่อยู่นี้ไม่ได้</translation>

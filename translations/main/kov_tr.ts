@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo indirmeyi alıp almadığını söylemedi.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo başlamadı ya da yanıt vermeden sona erdi.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Kovalo bu adresten indiremez.</translation>

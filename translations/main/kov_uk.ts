@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo не повідомив, чи прийняв завантаження.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo не запустився або завершився, перш ніж відповів.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Kovalo не може завантажувати з цієї адреси.</translation>

@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo không cho biết đã nhận lượt tải xuống hay chưa.</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo không khởi động, hoặc kết thúc trước khi trả lời.</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Kovalo không tải xuống được từ địa chỉ này.</translation>

@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo 没有说明是否接收了下载。</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo 没有启动,或在答复之前退出了。</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Kovalo 无法从此地址下载。</translation>

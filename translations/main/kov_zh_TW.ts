@@ -651,6 +651,11 @@ A link of the chain: the application</extracomment>
         <translation>Kovalo 沒有說明是否接收了下載。</translation>
     </message>
     <message>
+        <source>Kovalo did not start, or ended before it answered.</source>
+        <extracomment>Problem</extracomment>
+        <translation>Kovalo 沒有啟動,或在回應之前結束了。</translation>
+    </message>
+    <message>
         <source>Kovalo cannot download from this address.</source>
         <extracomment>Problem</extracomment>
         <translation>Kovalo 無法從此位址下載。</translation>

@@ -3,7 +3,7 @@
 
 import { deepStrictEqual, match, ok, strictEqual } from 'node:assert';
 import { execFile } from 'node:child_process';
-import { existsSync, readFileSync, renameSync, rmSync, writeFileSync } from 'node:fs';
+import { existsSync, readFileSync, renameSync, rmSync, statSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
 import { after, before, describe, test } from 'node:test';
 import { promisify } from 'node:util';
@@ -27,6 +27,15 @@ const hostThat = text => scene => {
 };
 const application = text => ({ visit }) =>
     writeFileSync(join(visit.sandbox.programs, 'kov'), script(text), { mode: 0o755 });
+/** Breaks something after the application was moved away. */
+const withoutApplication = breakIt => async scene => {
+    const program = join(scene.visit.sandbox.programs, 'kov');
+    renameSync(program, `${program}-real`);
+    await scene.end('kov-real');
+    // If it had not noticed that yet, the error would be that the connection broke.
+    await scene.restartHost();
+    breakIt(scene);
+};
 
 /** The doctor's name of the link, how to break it, the page's text, and its fix. */
 const hostRows = [
@@ -39,9 +48,18 @@ const hostRows = [
     ['host-answers', hostThat('echo Hello world; exec cat >/dev/null'), /Another program is in the place/, 'register'],
     ['host-answers', hostThat('cat >/dev/null'), /started but does not answer/, 'doctor'],
 ];
+/** The same for the application, which runs until then. */
 const applicationRows = [
-    ['application-there', () => {}, /not installed/],
-    ['application-running', application('exit 1'), /did not take the download/],
+    ['application-there', withoutApplication(() => {}), /not installed/, 'kovalo-host doctor'],
+    ['application-running', withoutApplication(application('exit 1')), /did not start, or ended/, 'KOVALO_LOG_LEVEL=9 kov -service'],
+    ['application-answers', ({ visit }) => {
+        for (const pid of visit.sandbox.running('kov'))
+            process.kill(pid, 'SIGSTOP');
+    }, /does not answer/, 'kov quit'],
+    ['downloads-folder', ({ visit }) => {
+        rmSync(visit.sandbox.downloads, { recursive: true, force: true });
+        writeFileSync(visit.sandbox.downloads, '');
+    }, /did not take the download: .*Downloads/, 'kovalo-host doctor'],
 ];
 
 class Scene {
@@ -102,6 +120,18 @@ class Scene {
         await until(() => this.visit.sandbox.running(hostProgram).length > 0, 'the next host');
     }
 
+    /** Puts the application and its folder back. */
+    mendApplication() {
+        const { sandbox } = this.visit;
+        const program = join(sandbox.programs, 'kov');
+        if (existsSync(`${program}-real`))
+            renameSync(`${program}-real`, program);
+        for (const pid of sandbox.running('kov'))
+            process.kill(pid, 'SIGCONT');
+        if (statSync(sandbox.downloads, { throwIfNoEntry: false })?.isFile())
+            rmSync(sandbox.downloads);
+    }
+
     async expect(link, step, words, button) {
         const [steps, links] = await Promise.all([this.click(button), this.brokenLinks()]);
         deepStrictEqual(links, [link]);
@@ -112,7 +142,7 @@ class Scene {
     }
 }
 
-describe('the page and the doctor', { concurrency: browserNames.length, timeout: 240_000 }, () => {
+describe('the page and the doctor', { concurrency: browserNames.length, timeout: 360_000 }, () => {
     for (const name of browserNames) {
         describe(`in ${name}`, { concurrency: 1 }, () => {
             let scene;
@@ -164,20 +194,15 @@ describe('the page and the doctor', { concurrency: browserNames.length, timeout:
                 await untilBroken();
             });
 
-            for (const [link, breakIt, words] of applicationRows) {
+            for (const [link, breakIt, words, line] of applicationRows) {
                 test(`name the application: ${link}`, async () => {
-                    const { sandbox } = scene.visit;
-                    const program = join(sandbox.programs, 'kov');
-                    renameSync(program, `${program}-real`);
                     try {
-                        await scene.end('kov-real');
-                        // If it had not noticed that yet, the error would be that the connection broke.
-                        await scene.restartHost();
-                        breakIt(scene);
-                        strictEqual(await scene.expect(link, 'application', words, 'test'), 'kovalo-host doctor');
+                        await breakIt(scene);
+                        strictEqual(await scene.expect(link, 'application', words, 'test'), line);
                     } finally {
-                        renameSync(`${program}-real`, program);
+                        scene.mendApplication();
                     }
+                    strictEqual((await scene.click('test')).download.state, 'ok');
                 });
             }
 
@@ -188,7 +213,9 @@ describe('the page and the doctor', { concurrency: browserNames.length, timeout:
                 strictEqual(await scene.popup.evaluate(() => document.getElementById('grant').hidden), false);
                 await scene.visit.page.bringToFront();
                 await scene.visit.page.click('#file');
-                await scene.visit.untilDownloaded(scene.visit.sandbox.downloads, ['/files/data.bin']);
+                const file = join(scene.visit.sandbox.downloads, 'data.bin');
+                const whole = scene.visit.server.content('/files/data.bin');
+                await scene.visit.until(() => existsSync(file) && readFileSync(file).equals(whole), 'the browser to download it');
                 await scene.visit.browser.close(); // Chromium writes its files late
                 deepStrictEqual(await scene.brokenLinks(), name === 'firefox' ? [] : ['site-access']);
             });
