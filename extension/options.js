@@ -125,10 +125,13 @@ const fields = {
         };
     },
 
-    /** Masks, shown as parsed; entries that can never match are not stored. */
+    /**
+     * Masks, shown as parsed; entries that can never match are not stored. From left to right in every
+     * language: where it is from right to left, "tmp*" would be shown as "*tmp".
+     */
     list({ path, understand, separator }, id) {
         const describedBy = `${id}-understood`;
-        const input = make('textarea', { id, rows: separator === '\n' ? 4 : 1, spellcheck: false,
+        const input = make('textarea', { id, rows: separator === '\n' ? 4 : 1, spellcheck: false, dir: 'ltr',
                                          'aria-describedby': describedBy });
         const chips = make('ul.chips', { id: describedBy, 'aria-live': 'polite' });
         const check = () => {
@@ -137,9 +140,9 @@ const fields = {
             // Show nothing if the parsed form is the same.
             const isPlain = input.value.split(/\s+/).filter(Boolean).join(' ') === masks.join(' ');
             chips.replaceChildren(
-                ...(isPlain ? [] : masks).map(mask => make('li', { textContent: mask })),
+                ...(isPlain ? [] : masks).map(mask => make('li', { dir: 'ltr', textContent: mask })),
                 ...refused.map(({ entry, reason }) =>
-                    make('li.bad', {}, make('bdi', { textContent: entry }), `: ${text(reason)}`)));
+                    make('li.bad', {}, make('bdi', { dir: 'ltr', textContent: entry }), `: ${text(reason)}`)));
             return { masks, refused };
         };
         input.addEventListener('input', check);

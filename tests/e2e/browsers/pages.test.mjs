@@ -111,6 +111,14 @@ for (const name of browserNames) {
             strictEqual((await monitor()).skipServers, 'example.com example.org');
             deepStrictEqual((await textOf('options', `${servers}-understood`)).split('\n'), [
                 'example.com', 'example.org', '[::1]: addresses with colons cannot be compared', '.: this would match everything']);
+            // Masks are not mirrored on a page from right to left.
+            deepStrictEqual(await evaluate('options', () => {
+                document.documentElement.dir = 'rtl';
+                const masks = [...document.querySelectorAll('textarea, .chips > li:not(.bad), .chips bdi')];
+                const found = masks.map(each => globalThis.getComputedStyle(each).direction);
+                document.documentElement.dir = 'ltr';
+                return found;
+            }), Array(6).fill('ltr'));
             await says('options', '#saved', '');
             await enter('options', '#option-monitor-skipSmallerThan + select', String(1024 ** 2));
             await enter('options', '#option-monitor-skipSmallerThan', '1.5');
