@@ -4,12 +4,13 @@
 import { deepStrictEqual, ok, strictEqual } from 'node:assert';
 import { execFileSync } from 'node:child_process';
 import { existsSync, mkdirSync, readFileSync, readdirSync, readlinkSync, rmSync, writeFileSync } from 'node:fs';
-import { join } from 'node:path';
+import { dirname, join } from 'node:path';
 import { after, before, test } from 'node:test';
 import puppeteer from 'puppeteer-core';
 import { until } from '../../../tools/drivers/hostprocess.mjs';
 import { Sandbox } from '../../../tools/drivers/sandbox.mjs';
 import { WebServer } from '../../../tools/drivers/webserver.mjs';
+import { table } from '../support/registered.mjs';
 
 const sandbox = new Sandbox();
 const environment = sandbox.environment();
@@ -20,13 +21,14 @@ const say = (program, ...args) => execFileSync(program, args, {
     env: { ...environment, DEBIAN_FRONTEND: 'noninteractive' }, encoding: 'utf8', stdio: ['ignore', 'pipe', 'pipe'],
     maxBuffer: 2 ** 28,
 });
-const installedHosts = () => readdirSync('/proc').filter(each => {
+const installed = program => readdirSync('/proc').filter(each => {
     try {
-        return readlinkSync(`/proc/${each}/exe`) === '/usr/lib/kovalo/wenativehost';
+        return readlinkSync(`/proc/${each}/exe`) === program;
     } catch {
         return false; // no process, or one that has just ended
     }
 });
+const installedHosts = () => installed('/usr/lib/kovalo/wenativehost');
 /** All places where packages may leave files, except dpkg's and apt's own. */
 const files = () => say('find', '/etc', '/usr', '/var', '(', '-path', '/var/lib/dpkg', '-o', '-path', '/var/lib/apt',
                         '-o', '-path', '/var/cache', '-o', '-path', '/var/log', ')', '-prune', '-o', '-print')
@@ -112,6 +114,26 @@ for (const [name, launch] of Object.entries(launchers)) {
     });
 }
 
+test('the page and the doctor name a policy that forbids the host', async () => {
+    const policy = '/etc/chromium/policies/managed/kovalo.json';
+    mkdirSync(dirname(policy), { recursive: true });
+    writeFileSync(policy, JSON.stringify({ NativeMessagingBlocklist: ['*'] }));
+    const browser = await launchers.chromium();
+    try {
+        const page = await browser.newPage();
+        const { ids: [origin] } = table.families.chromium;
+        await page.goto(`${origin}help.html`);
+        await page.waitForFunction(
+            () => document.querySelector('[data-step="host"].broken')?.innerText.includes('administers this computer'),
+            { timeout: 60_000 });
+        const { chains } = JSON.parse(say('sh', '-c', 'kovalo-host doctor chromium --json; [ $? = 1 ]'));
+        deepStrictEqual(chains.flatMap(each => each.links).filter(each => each.state === 'broken').map(each => each.link), ['policies']);
+    } finally {
+        await browser.close();
+        rmSync(policy);
+    }
+});
+
 test('bash completes commands and browsers', () => {
     const complete = (...words) => say('bash', '-c',
         '. "/usr/share/bash-completion/completions/$1"; COMP_WORDS=("$@") COMP_CWORD=$(($# - 1)); _kovalo "$1"; echo "${COMPREPLY[@]}"',
@@ -122,11 +144,13 @@ test('bash completes commands and browsers', () => {
     strictEqual(complete('kov', 'qu'), 'quit');
 });
 
-test('the doctor finds nothing, and a purge leaves nothing', () => {
+test('the doctor finds nothing, and a purge leaves nothing but the service that runs', () => {
     ok(say('kovalo-host', 'doctor').includes('A download would arrive.'));
-    say('kov', 'quit');
+    const [service] = installed('/usr/lib/kovalo/kov');
     say('man', '--warnings', 'kovalo-host');
     say('apt-get', 'purge', '-y', '-q', 'kovalo*');
+    deepStrictEqual(installed('/usr/lib/kovalo/kov (deleted)'), [service]);
+    process.kill(Number(service));
     const filesAfter = files();
     deepStrictEqual(differences(filesAfter, filesBefore), []);
     // dpkg removes empty folders that belong to no package.
