@@ -19,6 +19,14 @@ const asRoot = process.getuid() === 0 ? [] : ['--user', '--map-root-user'];
 const canMount = spawnSync('unshare', [...asRoot, '--mount', 'mount', '-t', 'tmpfs', 'none', '/mnt']).status === 0;
 const ending = '.kovdownload';
 
+/** Starts the service with a file system of its own at one place. mount: the command; $1 in it is the argument. */
+async function startMounted(home, mount, argument) {
+    const service = spawn('unshare', [...asRoot, '--mount', 'sh', '-c', `${mount} && exec "$2" -service`, 'sh', argument, home.program('kov')],
+                          { env: home.sandbox.environment(), stdio: 'ignore' });
+    await until(() => home.kov('list').then(() => true, () => false), 'the service to serve');
+    return service;
+}
+
 let server;
 before(async () => { server = await ToldServer.start(); });
 after(() => server.stop());
@@ -242,10 +250,7 @@ describe('downloads', { concurrency: 4 }, () => {
 
     inHome('a full disk has all downloads wait and say so, and they go on when there is room', async home => {
         mkdirSync(home.folder);
-        const service = spawn('unshare', [...asRoot, '--mount', 'sh', '-c',
-            'mount -t tmpfs -o size=68m none "$1" && exec "$2" -service', 'sh', home.folder, home.program('kov')],
-        { env: home.sandbox.environment(), stdio: 'ignore' });
-        await until(() => home.kov('list').then(() => true, () => false), 'the service to serve');
+        const service = await startMounted(home, 'mount -t tmpfs -o size=68m none "$1"', home.folder);
         const size = 40 * mebibyte;
         // Two begin, the second up to 1.5 s after the first, and fill the disk together; the third has no room.
         const names = ['fits.bin', 'fits.iso'];
@@ -262,5 +267,46 @@ describe('downloads', { concurrency: 4 }, () => {
         const hashes = names.map(name => execFileSync('nsenter', ['-t', service.pid, '-m', ...asRoot.slice(0, 1),
                                                                   'sha256sum', join(home.folder, name)].map(String)));
         deepStrictEqual(hashes.map(hash => String(hash).slice(0, 64)), names.map(name => hashOf(`/${name}`, size)));
+    }, { skip: !canMount });
+
+    inHome('a limit of the speed holds for all downloads together, and not longer than it is set', async home => {
+        const limit = mebibyte / 2;
+        await home.add(server.tell('/first.bin', { size: 1 })); // starts the service
+        await home.kov('set', 'MaxDownloadSpeed', String(limit));
+        const names = ['slow.bin', 'slow.iso'];
+        const began = performance.now();
+        const ids = await home.add(...names.map(name => server.tell(`/${name}`, { size: 32 * mebibyte })));
+        await until(async () => (await home.jobs()).reduce((sum, job) => sum + job.receivedBytes, 0) >= 2 * limit, 'a part');
+        // A moment of the limit is there at once.
+        ok(performance.now() - began > 1900, `${performance.now() - began} ms`);
+        await home.kov('set', 'MaxDownloadSpeed', '0');
+        for (const id of ids)
+            strictEqual((await home.job(id)).state, 'finished');
+        deepStrictEqual(names.map(name => home.hash(name)), names.map(name => hashOf(`/${name}`, 32 * mebibyte)));
+    });
+
+    inHome('HTTP/2, from a server whose certificate is trusted', async home => {
+        const folder = join(home.sandbox.folder, 'trusted');
+        mkdirSync(folder);
+        const [key, cert] = ['key', 'own.pem'].map(name => join(folder, name));
+        execFileSync('openssl', ['req', '-x509', '-newkey', 'ec', '-pkeyopt', 'ec_paramgen_curve:prime256v1', '-nodes', '-days', '2',
+                                 '-subj', '/CN=own', '-addext', 'subjectAltName=IP:127.0.0.1', '-keyout', key, '-out', cert],
+                     { stdio: 'pipe' });
+        execFileSync('openssl', ['rehash', folder]);
+        const secure = await ToldServer.start({ key: readFileSync(key), cert: readFileSync(cert) });
+        const size = 16 * mebibyte;
+        const url = secure.tell('/secure.bin', { size, rate: size / 4 });
+        const extension = home.extension();
+        match((await extension.download(url)).error, /certificate/);
+        deepStrictEqual([await home.jobs(), secure.requests], [[], []]);
+        await home.kill();
+        await startMounted(home, 'mount --bind "$1" /etc/ssl/certs', folder);
+        strictEqual((await extension.download(url)).result, '1');
+        const job = await home.job((await home.jobs())[0].id);
+        deepStrictEqual([job.state, job.error, home.hash('secure.bin')], ['finished', '', hashOf('/secure.bin', size)]);
+        deepStrictEqual([...new Set(secure.requests.map(each => each.version))], ['2.0']);
+        await extension.end();
+        await home.kill();
+        await secure.stop();
     }, { skip: !canMount });
 });

@@ -4,6 +4,7 @@
 import { createCipheriv, createHash } from 'node:crypto';
 import { once } from 'node:events';
 import { createServer } from 'node:http';
+import { createSecureServer } from 'node:http2';
 import { setTimeout as pause } from 'node:timers/promises';
 
 const block = 64 * 1024;
@@ -26,23 +27,28 @@ export function hashOf(seed, size) {
 }
 
 export class ToldServer {
-    /** The requests, in order: { path, method, headers, body, sent }. */
+    /** The requests, in order: { path, method, version (of HTTP), headers, body, sent }. */
     requests = [];
     #files = new Map();
-    #server = createServer((request, response) => this.#serve(request, response));
+    #server;
+    #scheme;
 
-    static async start() {
+    /** certificate: { key, cert } of one that speaks nothing but HTTP/2. */
+    static async start(certificate) {
         const self = new ToldServer();
+        const serve = (request, response) => self.#serve(request, response);
+        self.#server = certificate ? createSecureServer(certificate, serve) : createServer(serve);
+        self.#scheme = certificate ? 'https' : 'http';
         await new Promise(resolve => { self.#server.listen(0, '127.0.0.1', resolve); });
         return self;
     }
 
     stop() {
-        this.#server.closeAllConnections();
+        this.#server.closeAllConnections?.();
         return new Promise(resolve => { this.#server.close(resolve); });
     }
 
-    url(path, host = '127.0.0.1') { return `http://${host}:${this.#server.address().port}${path}`; }
+    url(path, host = '127.0.0.1') { return `${this.#scheme}://${host}:${this.#server.address().port}${path}`; }
 
     /** The requests for a path. */
     visits(path) { return this.requests.filter(request => request.path === path); }
@@ -61,7 +67,7 @@ export class ToldServer {
     }
 
     async #serve(request, response) {
-        const entry = { path: request.url, method: request.method, headers: request.headers, body: '', sent: 0 };
+        const entry = { path: request.url, method: request.method, version: request.httpVersion, headers: request.headers, body: '', sent: 0 };
         this.requests.push(entry);
         for await (const chunk of request.setEncoding('latin1'))
             entry.body += chunk;
@@ -95,9 +101,10 @@ export class ToldServer {
             ...file.headers,
         });
         const began = performance.now();
-        const closed = once(response, 'close');
+        let isOpen = true;
+        const closed = once(response, 'close').then(() => { isOpen = false; });
         const limit = cut ?? file.breaks?.shift() ?? Infinity;
-        for (let at = from; at < to && !response.destroyed;) {
+        for (let at = from; at < to && isOpen;) {
             const next = Math.min(to, at + block, from + limit);
             if (!response.write(file.content?.subarray(at, next) ?? bytesOf(seed, at, next)))
                 await Promise.race([once(response, 'drain'), closed]);
