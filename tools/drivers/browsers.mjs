@@ -29,8 +29,14 @@ function chromiumId() {
 /** Registers the host as a user does, once the browser's folder exists. name: one of browserNames. */
 function registerHost(profile, sandbox, name) {
     mkdirSync(profile, { recursive: true });
-    execFileSync(join(dirname(builtHost()), 'kovalo-host'),
-                 ['register', name, '--host', sandbox.host], { env: sandbox.environment() });
+    runRegistration(sandbox, 'register', name, '--host', sandbox.host);
+}
+
+/** Removes the host's registration. name: one of browserNames. */
+export function unregisterHost(sandbox, name) { runRegistration(sandbox, 'unregister', name); }
+
+function runRegistration(sandbox, ...words) {
+    execFileSync(join(dirname(builtHost()), 'kovalo-host'), words, { env: sandbox.environment() });
 }
 
 const launchers = {
@@ -61,13 +67,21 @@ const launchers = {
             chooseMenu: chooseMenuInChromium,
             dialog: new ChromiumDialog(screen),
             stopScript: async () => (await (await workerOf(browser)).worker()).close(),
-            withholdSites: async () => {
+            inScript: async (_page, fn, ...args) => {
+                const worker = await (await workerOf(browser)).worker();
+                return worker.evaluate(fn, await worker.evaluateHandle(() => globalThis), ...args);
+            },
+            actInList: async (name, act) => {
                 const page = await browser.newPage();
-                await page.goto('chrome://extensions');
-                await page.evaluate(extensionId => chrome.developerPrivate.updateExtensionConfiguration(
-                    { extensionId, hostAccess: 'ON_CLICK' }), chromiumId());
+                await page.goto('chrome://downloads');
+                const row = await page.waitForSelector(`>>> downloads-item >>> [title*="${name}"]`);
+                await row.evaluate((each, id) => each.getRootNode().getElementById(id).click(), act);
                 await page.close();
             },
+            withholdSites: () => configureInChromium(browser, { hostAccess: 'ON_CLICK' }),
+            // This reloads the extension.
+            allowPrivately: () => configureInChromium(browser, { incognitoAccess: true }, ({ state, incognitoAccess }) =>
+                state === 'ENABLED' && incognitoAccess.isActive),
         };
     },
 
@@ -100,6 +114,14 @@ const launchers = {
                 // eslint-disable-next-line no-undef
                 await WebExtensionPolicy.getByID(id).extension.terminateBackground({ disableResetIdleForTest: true });
             }, geckoId),
+            inScript: (page, fn, ...args) => page.evaluate(
+                `(...args) => (${fn})(chrome.extension.getBackgroundPage(), ...args)`, ...args),
+            actInList: (name, act) => inFirefoxItself(browser, async text => {
+                const [wanted, method] = text.split(' ');
+                // eslint-disable-next-line no-undef
+                const all = await (await Downloads.getList(Downloads.ALL)).getAll();
+                all.find(each => each.source.url.includes(wanted))[method]().catch(() => {});
+            }, `${name} ${act === 'retry' ? 'start' : act}`),
             withholdSites: async () => {
                 const page = await FirefoxExtensionPage.open(browser, `moz-extension://${firefoxPagesId}/options.html`);
                 await page.evaluate(origins => chrome.permissions.remove({ origins }), extensionManifest.host_permissions);
@@ -170,10 +192,25 @@ class FirefoxExtensionPage {
     async #send(method, params) { return (await this.connection.send(method, params)).result; }
 }
 
+/** Changes the extension's configuration on chrome://extensions. isDone: takes the resulting state. */
+async function configureInChromium(browser, changes, isDone = () => true) {
+    const page = await browser.newPage();
+    await page.goto('chrome://extensions');
+    const extensionId = chromiumId();
+    await page.evaluate(async update => {
+        // Without it, Chromium disables an unpacked extension that is reloaded.
+        await chrome.developerPrivate.updateProfileConfiguration({ inDeveloperMode: true });
+        await chrome.developerPrivate.updateExtensionConfiguration(update);
+    }, { extensionId, ...changes });
+    await until(async () => isDone(await page.evaluate(id => chrome.developerPrivate.getExtensionInfo(id), extensionId)),
+                'Chromium to have changed the extension');
+    await page.close();
+}
+
 /** The extension's background script in Chromium. */
 function workerOf(browser) {
     return browser.waitForTarget(
-        each => each.type() === 'service_worker' && each.url().startsWith('chrome-extension:'));
+        each => each.type() === 'service_worker' && each.url().startsWith(`chrome-extension://${chromiumId()}/`));
 }
 
 /**
@@ -217,7 +254,7 @@ export class ExtendedBrowser {
      * Keeps the profile of an earlier launch in the same sandbox.
      * @param {string} name one of browserNames
      * @param {object} options screen: the one for its windows; asksWhere: whether it asks the user where to
-     *     save a download; privately: whether the extension has access to Firefox's private windows;
+     *     save a download; privately: whether the extension has access to private windows;
      *     language: Chromium's
      */
     static async launch(name, sandbox, { screen, asksWhere = false, privately = false, language = 'en' } = {}) {
@@ -227,7 +264,7 @@ export class ExtendedBrowser {
         try {
             await self.browser.installExtension(extensionFolder);
             if (privately)
-                await started.allowPrivately?.();
+                await started.allowPrivately();
         } catch (error) {
             await self.close();
             throw error;
@@ -238,7 +275,7 @@ export class ExtendedBrowser {
     #pages;
     #chooseMenu;
 
-    constructor(sandbox, { browser, pagesOrigin, ExtensionPage, chooseMenu, dialog, stopScript, withholdSites }) {
+    constructor(sandbox, { browser, pagesOrigin, ExtensionPage, chooseMenu, dialog, stopScript, inScript, actInList, withholdSites }) {
         this.sandbox = sandbox;
         this.browser = browser;
         this.#pages = { origin: pagesOrigin, Page: ExtensionPage };
@@ -247,6 +284,11 @@ export class ExtendedBrowser {
         this.dialog = dialog;
         /** Ends the extension's background script, as the browser does when it is idle. */
         this.stopScript = stopScript;
+        /** Runs a function in the background script: inScript(page, fn, ...args), with a page of the extension. The
+         *  first argument of fn is the script's global object. */
+        this.inScript = inScript;
+        /** Acts on a download in the browser's own list: actInList(name, 'cancel' or 'retry'). */
+        this.actInList = actInList;
         /** Revokes the extension's access to pages, as the user can on the browser's own page. */
         this.withholdSites = withholdSites;
     }

@@ -85,8 +85,8 @@ export class DownloadSite {
 
     /**
      * wishes: "auth" (requires HTTP authentication), "once" (later requests are refused with this
-     * status), "gzip" (compressed, if accepted), "late" (the first response waits for the release),
-     * "held" (after the first half, the rest of the first response comes slowly).
+     * status), "status" (other than 200), "gzip" (compressed, if accepted), "late" (the first response
+     * waits for the release), "held" (after the first half, the rest of the first response comes slowly).
      */
     async #serveFile(path, wishes, request, response) {
         const isFirst = this.asked(path).length === 1;
@@ -98,7 +98,7 @@ export class DownloadSite {
             await new Promise(resolve => { this.#held.set(path, resolve); });
         const isZipped = wishes.has('gzip') && request.headers['accept-encoding'].includes('gzip');
         const content = isZipped ? gzipSync(this.content(path)) : this.content(path);
-        response.writeHead(200, {
+        response.writeHead(Number(wishes.get('status') ?? 200), {
             'Content-Type': 'application/octet-stream',
             'Content-Length': content.length,
             'Content-Disposition': `attachment; filename="${path.split('/').pop()}"`,

@@ -160,9 +160,10 @@ function withPatience(promise, describe) {
     return Promise.race([promise, limit]).finally(() => clearTimeout(timer));
 }
 
-/** Polls until the condition is true. "what", for the error, is a text or a function that returns one. */
-export async function until(condition, what) {
-    const end = Date.now() + patience;
+/** Polls until the condition is true. "what", for the error, is a text or a function that returns one.
+ *  limit: in milliseconds. */
+export async function until(condition, what, limit = patience) {
+    const end = Date.now() + limit;
     while (!await condition()) {
         if (Date.now() > end)
             throw new Error(`waited in vain: ${typeof what === 'function' ? what() : what}`);

@@ -3,12 +3,25 @@
 import { inFirefoxItself } from './firefoxwindow.mjs';
 import { until } from './hostprocess.mjs';
 
+/** In milliseconds: the time after which an action without an effect is repeated. */
+const actPatience = 3000;
+
+/** Repeats an action until it has an effect, where no event tells when it can have one. */
+function actUntil(act, isDone, what) {
+    return until(async () => {
+        await act();
+        return until(isDone, what, actPatience).then(() => true, () => false);
+    }, what);
+}
+
 /** Chromium's save dialog, on a screen. */
 export class ChromiumDialog {
     static #title = 'Save File';
     static #menuKeys = { link: 'k', image: 'v' };
     /** The position of the PDF viewer's button in the default viewport; automation has no access to the viewer. */
     static #viewerButton = [695, 26];
+    /** The position on the screen of the button that allows multiple downloads. Chromium ignores early clicks. */
+    static #allowButton = [397, 232];
 
     constructor(screen) { this.screen = screen; }
 
@@ -21,11 +34,7 @@ export class ChromiumDialog {
         if (what === 'page') {
             this.screen.press('ctrl+s');
         } else if (what === 'viewer') {
-            // There is no event for a viewer that is ready, either.
-            await until(async () => {
-                await page.mouse.click(...ChromiumDialog.#viewerButton);
-                return this.isOpen();
-            }, 'the PDF viewer to ask');
+            await actUntil(() => page.mouse.click(...ChromiumDialog.#viewerButton), () => this.isOpen(), 'the PDF viewer to ask');
         } else {
             await element.click({ button: 'right' });
             // There is no event for an open menu, so keys are sent until it reacts.
@@ -40,6 +49,11 @@ export class ChromiumDialog {
     }
 
     isOpen() { return Boolean(this.screen.window(ChromiumDialog.#title)); }
+
+    /** Allows a page multiple downloads. isDone: whether the page has made them. */
+    allowSeveral(isDone) {
+        return actUntil(() => this.screen.click(...ChromiumDialog.#allowButton), isDone, 'the page to download several files');
+    }
 
     async accept() {
         this.screen.focus(this.screen.window(ChromiumDialog.#title));
@@ -103,6 +117,9 @@ export class FirefoxDialog {
     }
 
     isOpen() { return inFirefoxItself(this.browser, () => Boolean(globalThis.openDialog)); }
+
+    /** Firefox has no such prompt. */
+    allowSeveral(isDone) { return until(isDone, 'the page to download several files'); }
 
     accept() {
         return inFirefoxItself(this.browser, () => {

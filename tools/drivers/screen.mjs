@@ -22,6 +22,8 @@ export class Screen {
     /** Sends keys ("Return", "ctrl+s") to the focused window. */
     press(...keys) { this.#do('key', '--delay', '60', ...keys); }
 
+    click(x, y) { this.#do('mousemove', '--sync', String(x), String(y), 'click', '1'); }
+
     /** The id of a visible window by a part of its title; undefined when there is none. */
     window(title) { return this.#do('search', '--onlyvisible', '--name', title).split('\n').find(Boolean); }
 

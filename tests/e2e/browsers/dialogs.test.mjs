@@ -1,8 +1,9 @@
-// Downloads that the user saves with the browser's own dialog stay there, and nothing is requested
-// twice.
+// Downloads that the user saves with the browser's own dialog, or in a private window, stay there, and
+// nothing is requested twice. Those after the prompt for multiple downloads are caught.
 
 import { deepStrictEqual, strictEqual } from 'node:assert';
 import { existsSync, readdirSync } from 'node:fs';
+import { join } from 'node:path';
 import { after, before, describe, test } from 'node:test';
 import { browserNames } from '../../../tools/drivers/browsers.mjs';
 import { DownloadSite } from '../../../tools/drivers/downloadsite.mjs';
@@ -36,11 +37,14 @@ for (const name of browserNames) {
             server.pages['/page'] = `<title>page</title><a id="link" href="/file/link">link</a>
                 <img id="image" src="/image.svg">
                 <a id="asked" href="/file/asked">asked</a>
+                <button id="several" onclick="for (const each of ['first', 'second'])
+                    Object.assign(document.createElement('a'), { href: '/file/' + each + '?held', download: '' }).click()">several</button>
                 <form method="post" action="/order"><input name="item" value="1"><button id="order">order</button></form>`;
             server.pages['/image.svg'] = '<svg xmlns="http://www.w3.org/2000/svg" width="50" height="50"/>';
             server.pages['/order'] = '<title>order</title>thanks';
             server.pages['/document.pdf'] = { html: pdf, headers: { 'Content-Type': 'application/pdf' } };
-            visit = await Visit.start(name, ['kov'], { server, screen, asksWhere });
+            server.pages['/secret'] = '<meta http-equiv="refresh" content="0;url=/file/secret">';
+            visit = await Visit.start(name, ['kov'], { server, screen, asksWhere, privately: true });
             await visit.browser.dialog.prepare(visit.sandbox.downloads);
         };
         before(async () => { if (name === 'chromium') screen = await Screen.start(); });
@@ -49,7 +53,7 @@ for (const name of browserNames) {
             screen?.stop();
         });
 
-        test('a link, an image, a page, the answer to a form, the document in the PDF viewer', async () => {
+        test('a link, an image, a page, the answer to a form, the document in the PDF viewer, a private window', async () => {
             await start(false);
             let saved = 0;
             for (const [what, selector, path] of rows) {
@@ -65,8 +69,23 @@ for (const name of browserNames) {
                 saved = files();
                 strictEqual(visit.server.asked(path).length, 1, path);
             }
+            const windowId = await visit.extension.evaluate(
+                async url => (await chrome.windows.create({ incognito: true, url })).id, `${visit.server.origin}/secret`);
+            await visit.until(async () => {
+                if (await visit.browser.dialog.isOpen()) // in Chromium
+                    await visit.browser.dialog.accept();
+                return existsSync(join(visit.sandbox.downloads, 'secret'));
+            }, 'the file of the private window to be saved');
+            await visit.extension.evaluate(id => chrome.windows.remove(id), windowId);
+            strictEqual(visit.server.asked('/file/secret').length, 1);
             deepStrictEqual(await visit.ask('outcomes'), []);
             deepStrictEqual(visit.sandbox.running('kov'), []);
+
+            await visit.page.goto(visit.server.pageUrl);
+            await visit.page.click('#several');
+            const places = async () => (await visit.ask('outcomes')).map(each => `${each.name} ${each.state}`).sort().join();
+            await visit.browser.dialog.allowSeveral(async () => await places() === 'first application,second application');
+            deepStrictEqual(['first', 'second'].map(each => visit.server.asked(`/file/${each}`).length), [2, 2]);
             await visit.end();
         });
 

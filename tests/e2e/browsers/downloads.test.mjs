@@ -2,9 +2,10 @@
 // requested with the browser's headers; the others stay in the browser; and there are no two copies.
 
 import { deepStrictEqual, strictEqual } from 'node:assert';
-import { readdirSync } from 'node:fs';
+import { mkdirSync, readdirSync, writeFileSync } from 'node:fs';
+import { join } from 'node:path';
 import { after, before, describe, test } from 'node:test';
-import { browserNames } from '../../../tools/drivers/browsers.mjs';
+import { browserNames, hostProgram, unregisterHost } from '../../../tools/drivers/browsers.mjs';
 import { DownloadSite } from '../../../tools/drivers/downloadsite.mjs';
 import { Visit } from '../support/visit.mjs';
 
@@ -18,17 +19,20 @@ const rows = {
     '/foreign': ['foreign-post', 'foreign-link'],
     '/origin': ['origin'],
     '/scripts': ['worker*', 'blob*', 'data*'],
+    '/ahead': ['ahead'],
 };
 /** Those that arrive at once, or when the test releases them. */
 const unheld = ['slow', 'blob', 'data'];
-/** Chromium does not expose the data of a form that is not UTF-8. */
-const leftByChromium = 'latin';
-/** Those in a container of Firefox, and in a private window (headless Chromium saves nothing there). */
+/** Chromium does not expose the data of a form that is not UTF-8; and only there a link needs a gesture. */
+const leftByChromium = ['latin', 'scripted'];
+/** One in a container of Firefox. */
 const contained = 'contained';
-const secret = 'secret';
 /** Those that begin without a click. */
-const refreshed = 'refreshed';
-const typed = 'typed';
+const addresses = { refreshed: '/refreshed', typed: '/file/typed?held', scripted: '/scripted' };
+/** Error responses with an attachment, which are no downloads. */
+const failing = [300, 404, 500];
+/** Begun by another extension. */
+const another = 'another';
 
 const form = (name, to, more = '') => `<form ${more} method="post" action="${to}"><input name="a" value="b ü">
     <button id="${name}">${name}</button></form>`;
@@ -55,8 +59,10 @@ function build(site) {
         + link('foreign-link', `${site.origin}/file/foreign-link`);
     site.pages['/origin'] = { ...page(link('origin')), headers: { 'Referrer-Policy': 'origin' } };
     site.pages['/container'] = { html: link(contained), headers: { 'Set-Cookie': 'box=1' } };
-    for (const each of [refreshed, secret])
-        site.pages[`/${each}`] = `<meta http-equiv="refresh" content="0;url=/file/${each}?held">`;
+    site.pages['/refreshed'] = '<meta http-equiv="refresh" content="0;url=/file/refreshed?held">';
+    site.pages['/scripted'] = `${link('scripted', undefined, 'download')}<script>scripted.click()</script>`;
+    site.pages['/ahead'] = page(`${link('ahead', undefined, '', '')}<script type="speculationrules">
+        {"prefetch": [{"source": "list", "urls": ["/file/ahead"], "eagerness": "immediate"}]}</script>`);
     site.pages['/scripts'] = `${link('worker', '/worker/file')}<a id="blob" download="b">blob</a> <a id="data" download="d">data</a>
         <script>
         const get = async path => (await fetch(path)).blob();
@@ -77,6 +83,18 @@ function build(site) {
         <div id="some">${pick('picked-away', '', site.otherOrigin)}</div>`);
 }
 
+/** Has another extension download a file. */
+function downloadByAnother({ sandbox, browser }, url) {
+    const folder = join(sandbox.folder, another);
+    mkdirSync(folder);
+    writeFileSync(join(folder, 'manifest.json'), JSON.stringify({
+        manifest_version: 3, name: another, version: '1', permissions: ['downloads'],
+        background: { service_worker: 'script.js', scripts: ['script.js'] },
+    }));
+    writeFileSync(join(folder, 'script.js'), `chrome.downloads.download({ url: '${url}' });`);
+    return browser.browser.installExtension(folder);
+}
+
 for (const name of browserNames) {
     describe(`${name} with the application`, { timeout: 300_000 }, () => {
         let visit;
@@ -92,7 +110,7 @@ for (const name of browserNames) {
         before(async () => {
             site = await DownloadSite.start();
             build(site);
-            visit = await Visit.start(name, ['kov'], { server: site, privately: true });
+            visit = await Visit.start(name, ['kov'], { server: site });
         });
         after(() => visit?.end());
 
@@ -103,11 +121,13 @@ for (const name of browserNames) {
             for (const [path, names] of Object.entries(rows)) {
                 const page = path === '/page' ? visit.page
                     : await openTab((path === '/foreign' ? site.otherOrigin : site.origin) + path);
+                if (path === '/ahead' && name === 'chromium')
+                    await visit.until(() => site.asked('/file/ahead').length > 0, 'the browser to ask ahead');
                 if (path === '/scripts')
                     await page.waitForFunction(() => document.title === 'ready');
                 for (const each of names) {
                     const row = each.replace('*', '');
-                    if (row !== each || (name === 'chromium' && row === leftByChromium))
+                    if (row !== each || (name === 'chromium' && leftByChromium.includes(row)))
                         left.push(`/file/${row}`);
                     files.push(`/file/${row}`);
                     // Gestures in a tab after its request was sent do not count.
@@ -125,20 +145,23 @@ for (const name of browserNames) {
                     }
                 }
             }
-            for (const [row, address] of [[refreshed, `${site.origin}/${refreshed}`], [typed, `${site.origin}/file/typed?held`]]) {
+            for (const [row, address] of Object.entries(addresses)) {
+                if (name === 'chromium' && leftByChromium.includes(row))
+                    left.push(`/file/${row}`);
                 files.push(`/file/${row}`);
-                await type(address);
+                await type(site.origin + address);
             }
+            for (const status of failing)
+                await type(`${site.origin}/file/${status}?status=${status}`);
+            left.push(`/file/${another}`);
+            files.push(`/file/${another}`);
+            await downloadByAnother(visit, `${site.origin}/file/${another}?held`);
             if (name === 'firefox') {
                 files.push(`/file/${contained}`);
                 const page = await (await visit.browser.browser.createBrowserContext()).newPage();
                 await page.goto(`${site.origin}/container`);
                 await page.click(`#${contained}`);
                 await visit.until(() => site.asked(`/file/${contained}`).length > 0, `${contained} to begin`);
-                left.push(`/file/${secret}`);
-                files.push(`/file/${secret}`);
-                await visit.extension.evaluate(url => chrome.windows.create({ incognito: true, url }), `${site.origin}/${secret}`);
-                await visit.until(() => site.asked(`/file/${secret}`).length > 0, `${secret} to begin`);
             }
             await visit.untilBrowserLists(left.length);
             left.filter(each => !unheld.some(row => each.endsWith(row))).forEach(each => site.release(each));
@@ -147,15 +170,12 @@ for (const name of browserNames) {
                 const [first, ...others] = site.asked(path).map(({ isOpen: _, ...asked }) => asked);
                 deepStrictEqual(others, left.includes(path) ? [] : [first], path);
             }
+            for (const status of failing)
+                strictEqual(site.asked(`/file/${status}`).length, 1);
             // A file that the browser had completed keeps its name, too.
             deepStrictEqual(readdirSync(visit.sandbox.downloads).filter(each => each.includes('(')), []);
             strictEqual(visit.sandbox.running('kov').length, 1);
             strictEqual((await visit.ask('status')).problem, null);
-            await visit.extension.evaluate(async () => {
-                const { id } = (await chrome.windows.getAll()).find(each => each.incognito) ?? {};
-                if (id)
-                    await chrome.windows.remove(id);
-            });
         });
 
         test('links that the user picks', async () => {
@@ -232,7 +252,7 @@ for (const name of browserNames) {
         let visit;
         before(async () => {
             const server = await DownloadSite.start();
-            server.pages['/page'] = link('file');
+            server.pages['/page'] = link('file') + link('hostless');
             visit = await Visit.start(name, [], { server });
         });
         after(() => visit?.end());
@@ -244,6 +264,18 @@ for (const name of browserNames) {
             visit.server.release('/file/file');
             await visit.untilDownloaded(visit.sandbox.downloads, ['/file/file']);
             strictEqual(await visit.extension.evaluate(() => chrome.action.getBadgeText({})), '!');
+        });
+
+        test('the same without the host', async () => {
+            unregisterHost(visit.sandbox, name);
+            visit.sandbox.running(hostProgram).forEach(pid => process.kill(pid));
+            await visit.untilThere(() => visit.ask('status'), ({ version }) => version === '');
+            await visit.page.click('#hostless');
+            const { state, reason } = await visit.untilThere(
+                async () => (await visit.ask('outcomes')).find(each => each.name === 'hostless'), Boolean);
+            deepStrictEqual([state, reason], ['browser', 'problemHostMissing']);
+            visit.server.release('/file/hostless');
+            await visit.untilDownloaded(visit.sandbox.downloads, ['/file/file', '/file/hostless']);
         });
     });
 }
