@@ -2,7 +2,7 @@
 // many bytes through the same pipes and sockets (relayfloor.cpp), alternating in one run.
 
 #include "applicationend.h"
-#include "appservername.h"
+#include "applink.h"
 #include "childprocess.h"
 #include "frame.h"
 #include "statistics.h"

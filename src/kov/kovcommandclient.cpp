@@ -1,24 +1,19 @@
 #include "kovcommandclient.h"
 
-#include "appservername.h"
+#include "applink.h"
 #include "kovcommandclientpart.h"
 #include "kovcommandline.h"
 #include "qtabstractserveraddress.h"
 #include "qtabstractsocketvhipc.h"
 #include "qtlocalsocket.h"
 
-#include <unistd.h>
-
 #include <utility>
 
 KovCommandClient::KovCommandClient(QObject *parent, QtClock &clock)
-    : QObject(parent), m_socket(QSharedPointer<QtLocalSocket>::create()),
+    : QObject(parent), m_socket(createAppClientSocket()),
       m_part(QSharedPointer<KovCommandClientPart>::create()),
-      m_vhIpc(QSharedPointer<QtAbstractSocketVhIpc>::create(m_socket, m_part, appLinkVersion,
-                                                            appLinkUsesCbor)),
-      m_timer(clock.createTimer())
+      m_vhIpc(createAppLink(m_socket, m_part)), m_timer(clock.createTimer())
 {
-    m_socket->setRequiredServerUser(::getuid());
     connect(m_part.data(), &KovCommandClientPart::done, this, &KovCommandClient::finish);
     connect(m_socket.data(), &QtLocalSocket::connectedStateChanged, this, [this](bool connected) {
         if (connected)

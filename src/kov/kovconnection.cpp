@@ -1,6 +1,6 @@
 #include "kovconnection.h"
 
-#include "appservername.h"
+#include "applink.h"
 #include "kovcommandmessages.h"
 #include "kovcommandspart.h"
 #include "kovincomingdownloadspart.h"
@@ -74,9 +74,7 @@ KovConnection::KovConnection(const QSharedPointer<QLocalSocket> &socket, const S
     : QObject(parent), m_socket(QSharedPointer<QtLocalSocket>::create(socket)),
       m_jsonRequests(QSharedPointer<RemoteJsonRequestsManager>::create(
           QSharedPointer<UniqueInt64IdGen>::create())),
-      m_parts(createParts(services, m_jsonRequests)),
-      m_vhIpc(QSharedPointer<QtAbstractSocketVhIpc>::create(m_socket, m_parts, appLinkVersion,
-                                                            appLinkUsesCbor))
+      m_parts(createParts(services, m_jsonRequests)), m_vhIpc(createAppLink(m_socket, m_parts))
 {
     connect(m_jsonRequests.data(), &RemoteJsonRequestsManager::received, this,
             [this](qint64 id, const QString &json, bool isRequest) {

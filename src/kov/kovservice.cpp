@@ -1,11 +1,11 @@
 #include "kovservice.h"
 
 #include "appdataaccesshelper.h"
+#include "applink.h"
 #include "kovcommands.h"
 #include "kovdownloadsqueue.h"
 #include "kovnotifications.h"
 #include "kovsettings.h"
-#include "localpeeruser.h"
 #include "qtappabstractsettingsmanager.h"
 #include "qtappconfigbase.h"
 #include "qtappdefaultlogger.h"
@@ -16,7 +16,6 @@
 #include <QThread>
 
 #include <algorithm>
-#include <unistd.h>
 #include <utility>
 
 namespace {
@@ -125,9 +124,7 @@ KovService::StartResult KovService::listen()
 
 bool KovService::anotherAccepts() const
 {
-    QLocalSocket probe;
-    probe.connectToServer(m_serverName);
-    return probe.waitForConnected(connectWithinMs) && localPeerUser(probe) == ::getuid();
+    return isOwnServerListening(m_serverName, connectWithinMs);
 }
 
 void KovService::onNewConnection()

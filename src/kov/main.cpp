@@ -1,6 +1,6 @@
 #include "appcoreconfig.h"
 #include "appidentity.h"
-#include "appservername.h"
+#include "applink.h"
 #include "kovcommandline.h"
 #include "kovcommandrun.h"
 #include "kovservice.h"

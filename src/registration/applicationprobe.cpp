@@ -1,6 +1,6 @@
 #include "applicationprobe.h"
 
-#include "appservername.h"
+#include "applink.h"
 #include "qtabstractserveraddress.h"
 #include "qtabstractsocketvhipc.h"
 #include "qtappsettingsinmemorymanager.h"
@@ -17,23 +17,11 @@
 #include <QThread>
 #include <QTimer>
 
-#include <unistd.h>
-
 namespace {
 
 using Answer = ApplicationProbe::Answer;
 
 constexpr int pollMs = 20;
-/// The socket's error if the server runs as another user.
-constexpr int accessErrorCode = 4;
-
-bool isServing()
-{
-    QLocalSocket socket;
-    socket.connectToServer(appServerName());
-    return socket.waitForConnected(pollMs);
-}
-
 /// Also for a zombie process.
 bool hasEnded(qint64 pid)
 {
@@ -53,13 +41,11 @@ QString lastLineOf(QFile &file)
 Answer ApplicationProbe::ask(int timeoutMs)
 {
     Answer answer;
-    const auto local = QSharedPointer<QLocalSocket>::create();
-    const auto socket = QSharedPointer<QtLocalSocket>::create(local);
+    const auto socket = createAppClientSocket();
     const auto part = QSharedPointer<VhIpcSettings>::create(
         QSharedPointer<QtAppSettingsInMemoryManager>::create(),
         VhIpcSettings::ApplyAll | VhIpcSettings::RequestAll, QSet<QString>());
-    const QtAbstractSocketVhIpc ipc(socket, part, appLinkVersion, appLinkUsesCbor);
-    socket->setRequiredServerUser(::getuid());
+    const auto link = createAppLink(socket, part);
 
     QEventLoop loop;
     QElapsedTimer elapsed;
@@ -74,14 +60,14 @@ Answer ApplicationProbe::ask(int timeoutMs)
                          if (!connected)
                              finish(Answer::Outcome::Silent);
                      });
-    QObject::connect(socket.data(), &QtAbstractSocket::errorOccurred, &loop,
-                     [&](const AbstractError &error) {
-                         if (socket->isConnected())
-                             return;
-                         answer.error = QString::fromStdString(error.description());
-                         finish(error.code() == accessErrorCode ? Answer::Outcome::OfAnotherUser
-                                                                : Answer::Outcome::NotRunning);
-                     });
+    QObject::connect(
+        socket.data(), &QtAbstractSocket::errorOccurred, &loop, [&](const AbstractError &error) {
+            if (socket->isConnected())
+                return;
+            answer.error = QString::fromStdString(error.description());
+            finish(error.code() == QtLocalSocket::accessErrorCode ? Answer::Outcome::OfAnotherUser
+                                                                  : Answer::Outcome::NotRunning);
+        });
     QObject::connect(part.data(), &QtAbstractVhIpcPart::readyStateChanged, &loop, [&](bool ready) {
         if (ready)
             finish(Answer::Outcome::Answered);
@@ -96,7 +82,7 @@ Answer ApplicationProbe::ask(int timeoutMs)
         },
         Qt::QueuedConnection);
     loop.exec();
-    answer.socketPath = local->fullServerName();
+    answer.socketPath = socket->serverPath();
     socket->disconnect(&loop);
     return answer;
 }
@@ -118,7 +104,7 @@ ApplicationProbe::Start ApplicationProbe::start(const QString &program, int time
         result.failure = QStringLiteral("it cannot be started: ") + process.errorString();
         return result;
     }
-    while (!isServing()) {
+    while (!isOwnServerListening(appServerName(), pollMs)) {
         if (hasEnded(pid)) {
             result.failure = QStringLiteral("it ends at once") + lastLineOf(errors);
             return result;

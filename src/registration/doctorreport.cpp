@@ -1,6 +1,6 @@
 #include "doctorreport.h"
 
-#include "appservername.h"
+#include "applink.h"
 #include "appversion.h"
 #include "console.h"
 
@@ -65,7 +65,7 @@ public:
                          [](const auto &one, const auto &other) {
                              return one.first.size() > other.first.size();
                          });
-        replace(appServerName(), QStringLiteral("kov6fsUSER"));
+        replace(appServerName(), appServerBaseName + QStringLiteral("USER"));
         if (const passwd *const user = ::getpwuid(::getuid()))
             replace(QString::fromLocal8Bit(user->pw_name), QStringLiteral("USER"));
         replace(QSysInfo::machineHostName(), QStringLiteral("MACHINE"));

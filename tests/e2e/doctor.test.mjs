@@ -3,7 +3,7 @@
 import { deepStrictEqual, match, ok, strictEqual } from 'node:assert';
 import { spawn } from 'node:child_process';
 import {
-    chmodSync, chownSync, copyFileSync, mkdirSync, readFileSync, rmSync, symlinkSync, writeFileSync,
+    chmodSync, chownSync, copyFileSync, existsSync, mkdirSync, readFileSync, rmSync, symlinkSync, writeFileSync,
 } from 'node:fs';
 import { once } from 'node:events';
 import { createServer } from 'node:net';
@@ -64,6 +64,16 @@ const serverOf = owner => async sandbox => {
     chmodSync(path, 0o777);
     return () => server.close();
 };
+
+/** Another user's server takes the application's socket while the application is being started. */
+function serverOfAnotherAtStart(sandbox) {
+    const started = sandbox.inHome('started');
+    put(join(sandbox.programs, 'kov'), script(`touch "${started}"
+until [ -S "$TMPDIR/kov6fs${user}" ]; do sleep 0.1; done
+sleep 0.5; echo the name is taken >&2; exit 1`), 0o755);
+    const served = until(() => existsSync(started), 'the start').then(() => serverOf(0)(sandbox));
+    return async () => (await served)();
+}
 
 /** The host keeps its settings in the database. */
 async function makeDatabase(sandbox, monitor = { skipServers: 'example.com' }) {
@@ -178,7 +188,8 @@ const rows = [
     ['application-answers', serverOf(user), { timeout: 1 }],
     ['browser-found', () => {}, { browsers: ['brave'] }],
     // The server is root's then, and the program is not.
-    ...isRoot ? [['application-socket', serverOf(0)]] : [],
+    ...isRoot ? [['application-socket', serverOf(0)],
+                 ['application-running', serverOfAnotherAtStart, { says: /the name is taken/ }]] : [],
 ];
 
 async function healthySandbox() {
@@ -214,7 +225,7 @@ describe('the doctor names', { concurrency: 2 }, () => {
                 for (const secret of [sandbox.home, sandbox.temporary, String(user)])
                     ok(!output.includes(secret), `${secret} in ${output}`);
             } finally {
-                mendIt?.();
+                await mendIt?.();
                 sandbox.remove();
             }
         });

@@ -2,9 +2,9 @@
 
 #include "appclientmodule.h"
 #include "appclientsettingsinitializer.h"
+#include "applink.h"
 #include "appremotefrontendclientmodule.h"
 #include "appremotefrontendclientvhipcprocessor.h"
-#include "appservername.h"
 #include "appsettings.h"
 #include "consolemessagessender.h"
 #include "frames.h"

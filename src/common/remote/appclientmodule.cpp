@@ -5,8 +5,8 @@
 #include "appclientsettingsinitializer.h"
 #include "appclientsettingswriter.h"
 #include "appdataaccesshelper.h"
+#include "applink.h"
 #include "appserverlauncher.h"
-#include "appservername.h"
 #include "browseractivitymonitor.h"
 #include "qtabstractserveraddress.h"
 #include "qtappconfigbase.h"
@@ -15,8 +15,6 @@
 #include "qtlocalsocket.h"
 #include "qtobjectfactory.h"
 #include "uniqueint64idgen.h"
-
-#include <unistd.h>
 
 #include <utility>
 
@@ -91,11 +89,10 @@ void AppClientModule::initializeSelfBefore(bool init)
         m_dataAccessHelper =
             qtCreateObject<AppDataAccessHelper>(m_config->dataDir(), m_portableModeSupport);
         m_settingsManager = qtCreateObject<QtAppSettingsInMemoryManager>();
-        const auto socket = qtCreateObject<QtLocalSocket>();
-        socket->setRequiredServerUser(::getuid());
         m_remoteFrontendClientModule = qtCreateObject<AppRemoteFrontendClientModule>(
-            socket, appLinkVersion, appLinkUsesCbor, QtAbstractServerAddress(appServerName()),
-            m_settingsManager, m_idGen, launchServerAutomatically, nullptr, m_clock);
+            createAppClientSocket(), appLinkVersion, appLinkUsesCbor,
+            QtAbstractServerAddress(appServerName()), m_settingsManager, m_idGen,
+            launchServerAutomatically, nullptr, m_clock);
         m_remoteFrontendClientModule->setHandOver(m_handOver);
         addModule(m_remoteFrontendClientModule.data());
     }

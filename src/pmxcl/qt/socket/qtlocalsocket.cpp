@@ -37,7 +37,7 @@ int errorCode(QLocalSocket::LocalSocketError error)
     case QLocalSocket::ServerNotFoundError:
         return 3;
     case QLocalSocket::SocketAccessError:
-        return 4;
+        return QtLocalSocket::accessErrorCode;
     case QLocalSocket::SocketResourceError:
         return 5;
     case QLocalSocket::SocketTimeoutError:

@@ -31,10 +31,13 @@ public:
     /**
      * From now on connects only to servers that run as this user. Any user can create a socket of
      * the expected name in a shared folder. Another user's server, or one whose user is unknown, is
-     * never reported as connected: it is logged, and the attempt fails with SocketAccessError
-     * (code 4) before anything is read or written.
+     * never reported as connected: it is logged, and the attempt fails with accessErrorCode before
+     * anything is read or written.
      */
     void setRequiredServerUser(uid_t user);
+
+    /// SocketAccessError.
+    static constexpr int accessErrorCode = 4;
 
     /// How long to retry a server whose queue of connections is full, in milliseconds. After that,
     /// the attempt fails with SocketTimeoutError (code 6).
@@ -44,6 +47,8 @@ public:
     /// end of a connection, it connects from the event loop.
     void connectToServer(const QtAbstractServerAddress &address,
                          QIODeviceBase::OpenMode mode) override;
+    /// The path of the socket to which it connected last, or tried to.
+    QString serverPath() const;
     void disconnectFromHost() override;
     void abort() override;
     /// Null once the local socket was destroyed; then no function has an effect.
@@ -93,7 +98,6 @@ private:
     void closeRefused();
     void endAttempt(const std::optional<AbstractError> &error);
     void logObstacle(const QString &text);
-    QString serverPath() const;
     template <typename Tell> void tellWhileEnding(Phase phase, Tell tell);
 
     QSharedPointer<QLocalSocket> m_socket;
