@@ -2,8 +2,10 @@
 
 #include <QCoreApplication>
 
+QString appName() { return QStringLiteral("Kovalo"); }
+
 void setAppIdentity()
 {
     QCoreApplication::setOrganizationName(QStringLiteral("Tessmark"));
-    QCoreApplication::setApplicationName(QStringLiteral("Kovalo"));
+    QCoreApplication::setApplicationName(appName());
 }

@@ -19,6 +19,11 @@ bool PortableVersionManager::supportsPortableMode()
 #endif
 }
 
+QDir PortableVersionManager::dataDirIn(const QDir &appRootDir)
+{
+    return QDir(appRootDir.absoluteFilePath(QStringLiteral("portabledata")));
+}
+
 void PortableVersionManager::initialize(const QString &portableDataPath)
 {
     m_appRootDir = QDir(QCoreApplication::applicationDirPath());
@@ -26,7 +31,7 @@ void PortableVersionManager::initialize(const QString &portableDataPath)
         m_dataDir = QDir(portableDataPath);
         m_portable = true;
     } else if (supportsPortableMode()) {
-        m_dataDir = QDir(m_appRootDir.absoluteFilePath(QStringLiteral("portabledata")));
+        m_dataDir = dataDirIn(m_appRootDir);
         m_portable = m_dataDir.exists();
     } else {
         return;

@@ -23,6 +23,9 @@ public:
     /// Set by the build (option KOVALO_PORTABLE_MODE); off by default.
     static bool supportsPortableMode();
 
+    /// Where a portable installation in that folder keeps its data, whether or not it exists.
+    static QDir dataDirIn(const QDir &appRootDir);
+
     bool isPortableMode() const { return m_portable; }
     /// Only meaningful in portable mode; otherwise QDir().
     QDir dataDir() const { return m_dataDir; }

@@ -1,5 +1,6 @@
 #include "kovcommandline.h"
 
+#include "appserverlauncher.h"
 #include "appversion.h"
 
 #include <QCommandLineParser>
@@ -65,8 +66,9 @@ constexpr Command commands[] = {
 
 QString overview()
 {
-    QString text = QStringLiteral("Usage: kov COMMAND [ARGUMENT…]\n"
-                                  "The Kovalo download service and its command line.\n\nCommands:\n");
+    QString text =
+        QStringLiteral("Usage: kov COMMAND [ARGUMENT…]\n"
+                       "The Kovalo download service and its command line.\n\nCommands:\n");
     for (const Command &command : commands)
         text +=
             QStringLiteral("  %1 %2\n")
@@ -154,7 +156,7 @@ void parseArguments(const QStringList &arguments, const Command &command, KovCom
 KovCommandLine KovCommandLine::parse(const QStringList &arguments)
 {
     const QString name = arguments.value(0);
-    if (name == u"-service" && arguments.size() == 1)
+    if (name == AppServerLauncher::serviceArgument() && arguments.size() == 1)
         return {.action = Action::Serve};
     if (name == u"--version" || name == u"-v")
         return print(0, QStringLiteral("kov %1\n").arg(appVersion()));

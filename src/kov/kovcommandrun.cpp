@@ -1,12 +1,11 @@
 #include "kovcommandrun.h"
 
+#include "appserverlauncher.h"
 #include "kovdesktop.h"
 #include "kovjobsview.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QJsonDocument>
-#include <QProcess>
 
 #include <cstdio>
 #include <sys/ioctl.h>
@@ -69,13 +68,10 @@ void KovCommandRun::onNotRunning()
     }
     if (!std::exchange(m_serviceStarted, true)) {
         m_startedAtMs = m_clock.monotonicMs();
-        QProcess service;
-        service.setProgram(QCoreApplication::applicationFilePath());
-        service.setArguments({QStringLiteral("-service")});
-        service.setStandardOutputFile(QProcess::nullDevice());
-        service.setStandardErrorFile(QProcess::nullDevice());
-        if (!service.startDetached()) {
-            fail(QStringLiteral("kov: cannot start the service: %1\n").arg(service.errorString()));
+        if (const QString reason = m_service.start(AppServerLauncher::serverBinaryPath(),
+                                                   {AppServerLauncher::serviceArgument()});
+            !reason.isEmpty()) {
+            fail(QStringLiteral("kov: cannot start the service: %1\n").arg(reason));
             return;
         }
     }

@@ -4,6 +4,7 @@
 #include "kovcommandline.h"
 #include "qtclock.h"
 #include "qtsingleshottimer.h"
+#include "serverprocess.h"
 
 #include <QObject>
 #include <QString>
@@ -44,6 +45,7 @@ private:
     QtClock &m_clock;
     KovCommandClient m_client;
     const std::unique_ptr<QtSingleShotTimer> m_timer;
+    ServerProcess m_service;
     bool m_serviceStarted = false;
     qint64 m_startedAtMs = 0;
     /// The lines on the terminal that the next ones replace.

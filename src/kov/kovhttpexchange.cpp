@@ -1,5 +1,6 @@
 #include "kovhttpexchange.h"
 
+#include "appidentity.h"
 #include "appversion.h"
 #include "kovnetworkpool.h"
 #include "urlchecks.h"
@@ -153,9 +154,8 @@ QNetworkRequest KovHttpExchange::networkRequest(const QUrl &url) const
         request.setAttribute(attribute, QNetworkRequest::Manual);
     request.setTransferTimeout(silenceTimeoutMs);
     request.setRawHeader("User-Agent",
-                         headerValue(m_request.userAgent.isEmpty()
-                                         ? QStringLiteral("Kovalo/") + appVersion()
-                                         : m_request.userAgent));
+                         headerValue(m_request.userAgent.isEmpty() ? appName() + u'/' + appVersion()
+                                                                   : m_request.userAgent));
     request.setRawHeader("Accept", "*/*");
     // The file is wanted as it is stored, without content encoding.
     request.setRawHeader("Accept-Encoding", "identity");

@@ -1,5 +1,6 @@
 #include "kovnotifications.h"
 
+#include "appidentity.h"
 #include "appsettings.h"
 #include "kovanswer.h"
 #include "kovdesktop.h"
@@ -149,7 +150,7 @@ void KovNotifications::send(const Message &message)
     const bool hasMarkup = m_capabilities->contains(u"body-markup");
     const bool hasActions = m_capabilities->contains(u"actions");
     QDBusMessage notify = call(u"Notify"_qs);
-    notify.setArguments({u"Kovalo"_qs, 0U, u"folder-download"_qs, message.title,
+    notify.setArguments({appName(), 0U, u"folder-download"_qs, message.title,
                          hasMarkup ? message.body.toHtmlEscaped() : message.body,
                          hasActions ? message.actions : QStringList(),
                          QVariantMap{{u"desktop-entry"_qs, u"kovalo-downloads"_qs},

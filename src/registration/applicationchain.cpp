@@ -1,6 +1,7 @@
 #include "applicationchain.h"
 
 #include "applicationprobe.h"
+#include "appserverlauncher.h"
 #include "shellquoted.h"
 
 #include <QFileInfo>
@@ -59,8 +60,8 @@ bool checkRunning(Chain &chain, const QString &program, bool isExecutable, Outco
                      .arg(start.milliseconds));
     else
         chain.broken(runningLink(), QStringLiteral("it does not run: ") + start.failure,
-                     QStringLiteral("KOVALO_LOG_LEVEL=9 %1 -service    (says why)")
-                         .arg(shellQuoted(program)));
+                     QStringLiteral("KOVALO_LOG_LEVEL=9 %1 %2    (says why)")
+                         .arg(shellQuoted(program), AppServerLauncher::serviceArgument()));
     return start.failure.isEmpty();
 }
 
@@ -90,7 +91,7 @@ Chain examineApplication(const QString &hostFolder, int timeoutMs)
                 .browser = {},
                 .title = QStringLiteral("The application"),
                 .findings = {}};
-    const QString program = hostFolder + QStringLiteral("/kov");
+    const QString program = AppServerLauncher::serverBinaryPath(hostFolder);
     const bool canStart = isExecutable(chain, program);
     ApplicationProbe::Answer answer = ApplicationProbe::ask(timeoutMs);
     const bool wasRunning = answer.outcome != Outcome::NotRunning;

@@ -1,39 +1,30 @@
 #include "applicationprobe.h"
 
 #include "applink.h"
+#include "appserverlauncher.h"
 #include "qtabstractserveraddress.h"
 #include "qtabstractsocketvhipc.h"
 #include "qtappsettingsinmemorymanager.h"
 #include "qtlocalsocket.h"
+#include "serverprocess.h"
 #include "vhipcsettings.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>
-#include <QFile>
-#include <QLocalSocket>
-#include <QProcess>
 #include <QSharedPointer>
-#include <QTemporaryFile>
-#include <QThread>
 #include <QTimer>
 
 namespace {
 
 using Answer = ApplicationProbe::Answer;
 
+/// Between two attempts to connect.
 constexpr int pollMs = 20;
-/// Also for a zombie process.
-bool hasEnded(qint64 pid)
-{
-    return QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(pid)).isEmpty();
-}
 
-QString lastLineOf(QFile &file)
+QString lastLineOf(const QString &text)
 {
-    if (!file.seek(0))
-        return {};
-    const QByteArray line = file.readAll().trimmed().split('\n').constLast();
-    return line.isEmpty() ? QString() : QStringLiteral(": ") + QString::fromLocal8Bit(line);
+    const QString line = text.trimmed().section(u'\n', -1);
+    return line.isEmpty() ? QString() : QStringLiteral(": ") + line;
 }
 
 } // namespace
@@ -90,32 +81,31 @@ Answer ApplicationProbe::ask(int timeoutMs)
 ApplicationProbe::Start ApplicationProbe::start(const QString &program, int timeoutMs)
 {
     Start result;
-    QTemporaryFile errors;
-    QProcess process;
-    process.setProgram(program);
-    process.setArguments({QStringLiteral("-service")});
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.setStandardOutputFile(QProcess::nullDevice());
-    process.setStandardErrorFile(errors.open() ? errors.fileName() : QProcess::nullDevice());
+    ServerProcess process;
+    QEventLoop loop;
     QElapsedTimer elapsed;
     elapsed.start();
-    qint64 pid = 0;
-    if (!process.startDetached(&pid)) {
-        result.failure = QStringLiteral("it cannot be started: ") + process.errorString();
+    if (const QString reason = process.start(program, {AppServerLauncher::serviceArgument()});
+        !reason.isEmpty()) {
+        result.failure = QStringLiteral("it cannot be started: ") + reason;
         return result;
     }
-    while (!isOwnServerListening(appServerName(), pollMs)) {
-        if (hasEnded(pid)) {
-            result.failure = QStringLiteral("it ends at once") + lastLineOf(errors);
-            return result;
-        }
-        if (elapsed.hasExpired(timeoutMs)) {
+    QObject::connect(&process, &ServerProcess::ended, &loop, [&] {
+        result.failure = QStringLiteral("it ends at once") + lastLineOf(process.stderrText());
+        loop.quit();
+    });
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
+        if (isOwnServerListening(appServerName(), pollMs)) {
+            loop.quit();
+        } else if (elapsed.hasExpired(timeoutMs)) {
             result.failure = QStringLiteral("it does not serve within %1 s")
                                  .arg(QString::number(timeoutMs / 1000.0));
-            return result;
+            loop.quit();
         }
-        QThread::msleep(pollMs);
-    }
+    });
+    poll.start(pollMs);
+    loop.exec();
     result.milliseconds = elapsed.elapsed();
     return result;
 }

@@ -139,7 +139,7 @@ Chain examineStorage(const QString &hostFolder)
                 .browser = {},
                 .title = QStringLiteral("What is kept"),
                 .findings = {}};
-    const QString portableFolder = hostFolder + QStringLiteral("/portabledata");
+    const QString portableFolder = PortableVersionManager::dataDirIn(hostFolder).path();
     const bool isPortable =
         PortableVersionManager::supportsPortableMode() && QFileInfo::exists(portableFolder);
     const auto portable =

@@ -30,11 +30,16 @@ AppServerLauncher::AppServerLauncher(bool flag, QObject *parent)
 
 QString AppServerLauncher::serverBinaryPath()
 {
-    QString path = QCoreApplication::applicationDirPath();
-    if (!path.isEmpty())
-        path += u'/';
-    return path + QStringLiteral("kov");
+    return serverBinaryPath(QCoreApplication::applicationDirPath());
 }
+
+QString AppServerLauncher::serverBinaryPath(const QString &folder)
+{
+    const QString name = QStringLiteral("kov");
+    return folder.isEmpty() ? name : folder + u'/' + name;
+}
+
+QString AppServerLauncher::serviceArgument() { return QStringLiteral("-service"); }
 
 bool AppServerLauncher::serverBinaryExists() { return QFile::exists(serverBinaryPath()); }
 
@@ -50,7 +55,7 @@ void AppServerLauncher::launchServer()
 
     auto *const process = new ServerProcess(this);
     AbstractError error;
-    if (const QString reason = process->start(serverBinaryPath(), {QStringLiteral("-service")});
+    if (const QString reason = process->start(serverBinaryPath(), {serviceArgument()});
         reason.isEmpty()) {
         connect(process, &ServerProcess::ended, this, [process](int waitStatus, qint64 ranForMs) {
             logEnd(*process, waitStatus, ranForMs);

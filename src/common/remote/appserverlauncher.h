@@ -22,7 +22,12 @@ public:
 
     bool flag() const { return m_flag; }
 
+    /// That beside this program.
     static QString serverBinaryPath();
+    /// That in a folder; an empty one is the current one.
+    static QString serverBinaryPath(const QString &folder);
+    /// The argument that makes it a service.
+    static QString serviceArgument();
     static bool serverBinaryExists();
     /// Whether it exists and can be executed; if not, it counts as not installed.
     static bool serverBinaryCanRun();
