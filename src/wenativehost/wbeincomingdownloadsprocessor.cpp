@@ -5,6 +5,7 @@
 #include "appclientmodule.h"
 #include "appserverlauncher.h"
 #include "cookiestring.h"
+#include "pmxtaskerrors.h"
 #include "urlchecks.h"
 
 #include <QUrl>
@@ -120,10 +121,12 @@ WbeIncomingDownloadsProcessor::WbeIncomingDownloadsProcessor(
 void WbeIncomingDownloadsProcessor::process(Downloads &&downloads, Owner owner,
                                             const Callback &callback)
 {
-    const auto fail = [&callback](const QString &error) { callback({.error = error}); };
+    const auto fail = [&callback](const char *error) {
+        callback({.error = QString::fromLatin1(error)});
+    };
     if (!m_appClientModule->isConnected()
         && (m_appClientModule->appDoesNotExist() || !AppServerLauncher::serverBinaryCanRun())) {
-        fail(QStringLiteral("app_not_installed"));
+        fail(pmxTaskErrors::appNotInstalled);
         return;
     }
 
@@ -132,7 +135,7 @@ void WbeIncomingDownloadsProcessor::process(Downloads &&downloads, Owner owner,
     job.isBrowsersOwn = owner == Owner::Browser;
     const qsizetype count = fillRequest(job, std::move(downloads), owner);
     if (count == 0) {
-        fail(QStringLiteral("invalid_parameter"));
+        fail(pmxTaskErrors::invalidParameter);
         return;
     }
     job.request.source = AbstractNewDownloadsRequestSource::Browser;

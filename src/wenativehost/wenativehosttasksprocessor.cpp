@@ -24,6 +24,7 @@
 #include "pmxkovbhipcquerysettingstaskprocessor.h"
 #include "pmxkovbhipcuistringstaskprocessor.h"
 #include "pmxkovbhipcvideosniffertaskprocessor.h"
+#include "pmxtaskerrors.h"
 #include "pmxtaskresponses.h"
 #include "qtappdefaultlogger.h"
 #include "qtappdelayedshutdownmanager.h"
@@ -33,8 +34,6 @@
 
 #include <QElapsedTimer>
 
-#include <algorithm>
-#include <iterator>
 #include <malloc.h>
 #include <new>
 #include <string>
@@ -49,16 +48,11 @@ constexpr int watchedKeyCode = 45;
 /// In bytes.
 constexpr qsizetype largeMessage = qsizetype{1024} * 1024;
 
-/// The error in a form that may be logged. All others are texts in the user's language, and the
-/// application's may contain file names.
+/// The error as it may be logged: texts for the user may name files.
 QString loggedError(const std::string &error)
 {
-    static constexpr std::string_view plain[] = {
-        "app_not_installed", "failure",        "ignoredDueSettings", "invalid arguments",
-        "invalid_parameter", "no_media_found", "not enough memory",  "unknown_task_type"};
-    return std::find(std::begin(plain), std::end(plain), error) != std::end(plain)
-        ? QString::fromStdString(error)
-        : QStringLiteral("a text for the user");
+    return pmxTaskErrors::contains(error) ? QString::fromStdString(error)
+                                          : QStringLiteral("a text for the user");
 }
 
 /// The answer to one message: sent, and logged.
@@ -157,7 +151,7 @@ void WeNativeHostTasksProcessor::handleMessage(QByteArray &&message)
         process(task, [answer](const auto &, const auto &response) { answer->send(*response); });
     } catch (const std::bad_alloc &) {
         const auto response = pmxResponseTo(*task);
-        response->error = "not enough memory";
+        response->error = pmxTaskErrors::notEnoughMemory;
         answer->send(*response);
     }
 }
@@ -186,7 +180,7 @@ void WeNativeHostTasksProcessor::process(std::shared_ptr<pmxKovBhIpcTask> task, 
         return;
     }
     const auto response = pmxResponseTo(*task);
-    response->error = "unknown_task_type";
+    response->error = pmxTaskErrors::unknownTaskType;
     callback(task, response);
 }
 

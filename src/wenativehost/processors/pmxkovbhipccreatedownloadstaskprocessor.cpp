@@ -2,6 +2,7 @@
 
 #include "capturerules.h"
 #include "keystatewatcher.h"
+#include "pmxtaskerrors.h"
 #include "pmxtaskresponses.h"
 #include "qtappdefaultlogger.h"
 #include "wbeincomingdownloadsprocessor.h"
@@ -40,7 +41,7 @@ void pmxKovBhIpcCreateDownloadsTaskProcessor::process(std::shared_ptr<pmxKovBhIp
 {
     // A record that was only read in part may lack downloads or their options.
     if (task->readFailed() || task->create_downloads.downloads.empty()) {
-        callback(task, errorResponse(*task, "invalid arguments"));
+        callback(task, errorResponse(*task, pmxTaskErrors::invalidArguments));
         return;
     }
     if (!isJudged(*task)) {
@@ -52,7 +53,7 @@ void pmxKovBhIpcCreateDownloadsTaskProcessor::process(std::shared_ptr<pmxKovBhIp
             if (!self)
                 return;
             if (self->isLeftToBrowser(*task))
-                callback(task, errorResponse(*task, "ignoredDueSettings"));
+                callback(task, errorResponse(*task, pmxTaskErrors::ignoredDueSettings));
             else
                 self->submit(task, callback);
         });

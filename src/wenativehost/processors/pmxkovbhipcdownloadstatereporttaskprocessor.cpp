@@ -3,6 +3,7 @@
 #include "browseractivitymonitor.h"
 #include "pmxkovbhipctask.h"
 #include "pmxkovbhipctaskresponse.h"
+#include "pmxtaskerrors.h"
 #include "pmxtaskresponses.h"
 
 #include <utility>
@@ -24,6 +25,6 @@ void pmxKovBhIpcDownloadStateReportTaskProcessor::process(std::shared_ptr<pmxKov
     else if (!url.empty() && (state == "interrupted" || state == "complete"))
         m_monitor->downloadEnded(url);
     else
-        response->error = "invalid arguments";
+        response->error = pmxTaskErrors::invalidArguments;
     callback(task, response);
 }

@@ -1,6 +1,7 @@
 #include "pmxkovbhipcpostsettingstaskprocessor.h"
 
 #include "consolemessagessender.h"
+#include "pmxtaskerrors.h"
 #include "pmxtaskresponses.h"
 #include "webextensionsettingsmanager.h"
 
@@ -23,7 +24,7 @@ void pmxKovBhIpcPostSettingsTaskProcessor::process(std::shared_ptr<pmxKovBhIpcTa
     // Without options in the message the task holds defaults that the user did not choose.
     if (task->readFailed()) {
         const auto response = pmxResponseTo(*task);
-        response->error = "invalid arguments";
+        response->error = pmxTaskErrors::invalidArguments;
         callback(task, response);
         return;
     }
@@ -45,7 +46,8 @@ void pmxKovBhIpcPostSettingsTaskProcessor::onStoreOutcomeChanged(
     if (outcome == AppClientSettingsWriter::Outcome::Stored)
         message.result = '1';
     else
-        message.error = outcome == AppClientSettingsWriter::Outcome::Busy ? "busy" : "failure";
+        message.error = outcome == AppClientSettingsWriter::Outcome::Busy ? pmxTaskErrors::busy
+                                                                          : pmxTaskErrors::failure;
     if (const auto text = pmxResponseText(message))
         sender->sendMessage(*text);
 }

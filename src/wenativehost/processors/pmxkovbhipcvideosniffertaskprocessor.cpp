@@ -5,6 +5,7 @@
 #include "pmxkovbhipcdownloadinfo.h"
 #include "pmxkovbhipctask.h"
 #include "pmxkovbhipcvideosniffertaskresponse.h"
+#include "pmxtaskerrors.h"
 #include "pmxtaskresponses.h"
 #include "urlchecks.h"
 #include "wbeincomingdownloadsprocessor.h"
@@ -60,23 +61,23 @@ void pmxKovBhIpcVideoSnifferTaskProcessor::process(std::shared_ptr<pmxKovBhIpcTa
                                                    Callback callback)
 {
     const pmxFlvSniffCallProcTask &wanted = task->video_sniffer.task;
-    const auto fail = [&](const QString &error, const char *detail) {
-        const auto response = responseTo(*task, {.error = error});
+    const auto fail = [&](const char *error, const char *detail) {
+        const auto response = responseTo(*task, {.error = QString::fromLatin1(error)});
         response->videoSniffer.error2 = detail;
         callback(task, response);
     };
     if (!saysWhatToLookFor(wanted)) {
-        fail(QStringLiteral("invalid arguments"), "no page, URL or request is named");
+        fail(pmxTaskErrors::invalidArguments, "no page, URL or request is named");
         return;
     }
     const std::vector<MediaRequest> candidates = m_analyzer->candidates(wanted);
     if (candidates.empty()) {
-        fail(QStringLiteral("no_media_found"), "");
+        fail(pmxTaskErrors::noMediaFound, "");
         return;
     }
     // Only a URL given by the task may be unsupported: one made by a player ("blob:"), or no URL.
     if (!isDownloadableByCurl(QUrl(QString::fromStdString(candidates.front().request.url)))) {
-        fail(QStringLiteral("invalid arguments"), "the URL cannot be downloaded");
+        fail(pmxTaskErrors::invalidArguments, "the URL cannot be downloaded");
         return;
     }
     pmxSerializableSharedObjVector<pmxKovBhIpcDownloadInfo> downloads;
