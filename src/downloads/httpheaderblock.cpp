@@ -65,9 +65,13 @@ HttpHeaderBlock::HttpHeaderBlock(std::string_view text)
         const size_t colon = line.find(':');
         continues = colon != std::string_view::npos && isToken(line.substr(0, colon));
         if (continues)
-            m_fields.push_back({asciiLowerCase(line.substr(0, colon)),
-                                std::string(trimmedHttpSpace(line.substr(colon + 1)))});
+            add(line.substr(0, colon), line.substr(colon + 1));
     }
+}
+
+void HttpHeaderBlock::add(std::string_view name, std::string_view value)
+{
+    m_fields.push_back({asciiLowerCase(name), std::string(trimmedHttpSpace(value))});
 }
 
 bool HttpHeaderBlock::contains(std::string_view name) const

@@ -37,6 +37,9 @@ public:
     HttpHeaderBlock() = default;
     explicit HttpHeaderBlock(std::string_view text);
 
+    /// Adds a field that was parsed already.
+    void add(std::string_view name, std::string_view value);
+
     bool isEmpty() const { return m_fields.empty(); }
     bool contains(std::string_view name) const;
     /// The values of all fields of that name, in order.

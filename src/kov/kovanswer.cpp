@@ -1,6 +1,6 @@
 #include "kovanswer.h"
 
-#include "httpcontentdisposition.h"
+#include "httpheaderblock.h"
 #include "kovfilename.h"
 
 #include <QFileInfo>
@@ -8,6 +8,8 @@
 #include <QNetworkReply>
 
 #include <algorithm>
+#include <limits>
+#include <optional>
 
 namespace {
 
@@ -28,20 +30,27 @@ constexpr qint64 millisecondsPerSecond = 1000;
 /// The longest delay that a server can request (Retry-After).
 constexpr qint64 longestRetryAfterMs = 3600 * millisecondsPerSecond;
 
-/// Decimal digits only; -1 for anything else, and for a number that does not fit.
-qint64 toLength(const QByteArray &text)
+/// -1 for an unknown number, and for one that is too large for the size of a file.
+qint64 toLength(std::optional<quint64> number)
 {
-    const bool digits = !text.isEmpty()
-        && std::all_of(text.cbegin(), text.cend(), [](char c) { return c >= '0' && c <= '9'; });
-    bool fits = false;
-    const qint64 length = text.toLongLong(&fits);
-    return digits && fits ? length : -1;
+    constexpr quint64 max = std::numeric_limits<qint64>::max();
+    return number && *number <= max ? static_cast<qint64>(*number) : -1;
+}
+
+HttpHeaderBlock headersOf(const QNetworkReply &reply)
+{
+    HttpHeaderBlock headers;
+    for (const auto &[name, value] : reply.rawHeaderPairs())
+        headers.add({name.constData(), static_cast<size_t>(name.size())},
+                    {value.constData(), static_cast<size_t>(value.size())});
+    return headers;
 }
 
 qint64 retryAfter(const QNetworkReply &reply)
 {
     const QByteArray value = reply.rawHeader("Retry-After").trimmed();
-    if (const qint64 seconds = toLength(value); seconds >= 0)
+    bool isNumber = false;
+    if (const qint64 seconds = value.toLongLong(&isNumber); isNumber && seconds >= 0)
         return std::min(seconds, longestRetryAfterMs / millisecondsPerSecond)
             * millisecondsPerSecond;
     // Relative to the Date header, since the local clock may be wrong.
@@ -69,22 +78,15 @@ KovFailure statusFailure(const QNetworkReply &reply, int status)
                              : lastingFailure(text);
 }
 
-/// "bytes FIRST-LAST/TOTAL", or "*" for a total that is not known (RFC 9110, 14.4).
-bool parseContentRange(const QByteArray &value, KovAnswer &answer)
+/// Whether the answer says which part of the file it is.
+bool takeContentRange(const std::optional<HttpContentRange> &range, KovAnswer &answer)
 {
-    if (!value.toLower().startsWith("bytes "))
+    if (!range || !range->first || !range->last)
         return false;
-    const QByteArray range = value.mid(sizeof("bytes ") - 1).trimmed();
-    const qsizetype dash = range.indexOf('-');
-    const qsizetype slash = range.indexOf('/');
-    if (dash < 0 || slash < dash)
-        return false;
-    answer.from = toLength(range.left(dash).trimmed());
-    const qint64 last = toLength(range.mid(dash + 1, slash - dash - 1).trimmed());
-    answer.totalBytes = toLength(range.mid(slash + 1).trimmed());
-    const qint64 size = last - answer.from + 1;
-    if (answer.from < 0 || size <= 0 || (answer.totalBytes >= 0 && last >= answer.totalBytes)
-        || (answer.bodyBytes >= 0 && answer.bodyBytes != size))
+    const qint64 size = toLength(*range->last - *range->first + 1);
+    answer.from = toLength(range->first);
+    answer.totalBytes = toLength(range->total);
+    if (answer.from < 0 || size <= 0 || (answer.bodyBytes >= 0 && answer.bodyBytes != size))
         return false;
     answer.bodyBytes = size;
     return true;
@@ -164,16 +166,16 @@ bool KovAnswer::isWithin(const QUrl &url) { return url.scheme() == u"data"; }
 KovAnswer KovAnswer::of(const QNetworkReply &reply)
 {
     KovAnswer answer;
+    const HttpHeaderBlock headers = headersOf(reply);
     const bool isHere = isWithin(reply.url()) && reply.error() == QNetworkReply::NoError;
     answer.status = isHere ? ok : reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     answer.url = reply.url();
     answer.validators = {reply.rawHeader("ETag").trimmed(),
                          reply.rawHeader("Last-Modified").trimmed()};
-    answer.contentType =
-        reply.rawHeader("Content-Type").split(';').constFirst().trimmed().toLower();
+    if (const auto type = headers.mediaType())
+        answer.contentType = QByteArray::fromStdString(type->name);
     answer.contentEncoding = reply.rawHeader("Content-Encoding").trimmed().toLower();
-    answer.fileName = KovFileName::sanitized(
-        fileNameFromContentDisposition(reply.rawHeader("Content-Disposition").toStdString()));
+    answer.fileName = KovFileName::sanitized(headers.fileName());
     if (answer.contentEncoding == "identity" || isCompressedFile(answer))
         answer.contentEncoding.clear();
 
@@ -186,21 +188,15 @@ KovAnswer KovAnswer::of(const QNetworkReply &reply)
         return answer;
     }
     // Chunks decide, whatever the length says (RFC 9112, 6.3).
-    const bool hasLength = reply.hasRawHeader("Content-Length")
+    const bool hasLength = headers.contains("content-length")
         && !reply.rawHeader("Transfer-Encoding").toLower().contains("chunked");
-    // Repeated, it comes as a list.
-    const QByteArrayList lengths = reply.rawHeader("Content-Length").split(',');
-    answer.bodyBytes = hasLength ? toLength(lengths.constFirst().trimmed()) : -1;
-    if (hasLength
-        && (answer.bodyBytes < 0
-            || std::any_of(lengths.cbegin(), lengths.cend(), [&lengths](const QByteArray &length) {
-                   return length.trimmed() != lengths.constFirst().trimmed();
-               })))
+    answer.bodyBytes = hasLength ? toLength(headers.contentLength()) : -1;
+    if (hasLength && answer.bodyBytes < 0)
         answer.failure = lastingFailure(QStringLiteral("the server announced an impossible size"));
     answer.acceptsRanges = reply.rawHeader("Accept-Ranges").toLower().contains("bytes");
     if (answer.status == partialContent) {
         answer.acceptsRanges = true;
-        if (!parseContentRange(reply.rawHeader("Content-Range").trimmed(), answer))
+        if (!takeContentRange(headers.contentRange(), answer))
             answer.failure = passingFailure(QStringLiteral("the server sent an unknown part"));
     } else if (answer.contentEncoding.isEmpty()) {
         answer.totalBytes = answer.bodyBytes;
