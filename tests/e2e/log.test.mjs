@@ -8,7 +8,7 @@ import { after, test } from 'node:test';
 import { converse, farewell } from '../../tools/drivers/conversation.mjs';
 import { HostProcess, until } from '../../tools/drivers/hostprocess.mjs';
 import { endsInOrder } from './support/hosttest.mjs';
-import { Sandbox } from '../../tools/drivers/sandbox.mjs';
+import { Sandbox, version } from '../../tools/drivers/sandbox.mjs';
 
 const sandbox = new Sandbox();
 after(() => sandbox.remove());
@@ -34,7 +34,7 @@ function texts(log, level = 1) {
 
 test('the log goes to stderr, to a file that is made with its folder, or nowhere', async () => {
     const lines = texts(await run({}));
-    match(lines[0], /^\[main\]: version 6\.25\.0\.6016, arguments: $/);
+    strictEqual(lines[0], `[main]: version ${version}, arguments: `);
     ok(lines.includes(unreadable));
     match(lines.at(-1), /^\[main\]: ending: end of input$/);
     strictEqual(await run({ KOVALO_LOG_LEVEL: '0' }), '');
@@ -81,7 +81,7 @@ test('the log says why, and nothing private', async () => {
     deepStrictEqual(log.match(/ASSERTION.*/g), ['ASSERTION FAILED: 2 != fwrite ("\\r\\n", 1, 2, stdout), '
         + '../../src/wenativehost/consolemessagessender,88']);
     for (const words of [
-        /version 6\.25\.0\.6016, arguments: chrome-extension:\/\/abc\/$/m,
+        new RegExp(`version ${version}, arguments: chrome-extension://abc/$`, 'm'),
         /task create_downloads #\d+ answered after \d+ ms: app_not_installed/,
         /left to the browser: the file is too small\n.*task create_downloads #\d+ .*: ignoredDueSettings/,
         /task handshake #\d+ answered after \d+ ms: no error/,
@@ -125,7 +125,7 @@ test('the log is in English whatever the language', async () => {
 });
 
 test('a person at a terminal is told what this is, a browser is not', async () => {
-    for (const [argument, words] of [['--version', /^wenativehost 6\.25\.0\.6016\s*$/], ['--help', /Kovalo browser extension/]]) {
+    for (const [argument, words] of [['--version', new RegExp(`^wenativehost ${version}\\s*$`)], ['--help', /Kovalo browser extension/]]) {
         const command = `${sandbox.host} ${argument}`;
         match(execFileSync('script', ['-qec', command, '/dev/null'], { encoding: 'utf8' }), words);
         const host = new HostProcess(sandbox, { args: [argument] });

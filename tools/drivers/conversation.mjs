@@ -3,6 +3,7 @@
 
 import { deepStrictEqual } from 'node:assert';
 import { handshakeTask } from './hostprocess.mjs';
+import { version } from './sandbox.mjs';
 
 const plain = (id, type, error) => ({ error, id, result: '', type });
 
@@ -11,7 +12,7 @@ export const conversation = [
     {
         about: 'The extension introduces itself; the host tells its version.',
         task: handshakeTask('1'),
-        answer: { bt: true, error: '', id: '1', result: '', type: 'handshake', version: '6.25.0.6016', yt: false },
+        answer: { bt: true, error: '', id: '1', result: '', type: 'handshake', version, yt: false },
     },
     {
         about: 'The captions for its context menu.',

@@ -2,8 +2,8 @@
 // and a copy of the program. The user's files are neither read nor written.
 
 import {
-    copyFileSync, existsSync, linkSync, mkdirSync, mkdtempSync, readdirSync, readlinkSync, rmSync,
-    symlinkSync,
+    copyFileSync, existsSync, linkSync, mkdirSync, mkdtempSync, readFileSync, readdirSync, readlinkSync,
+    rmSync, symlinkSync,
 } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { basename, dirname, join } from 'node:path';
@@ -17,6 +17,10 @@ export function builtHost() {
         throw new Error(`KOVALO_HOST names no built host: ${path}`);
     return path;
 }
+
+/** The version of the programs. The build takes it from the same place. */
+export const [, version] = readFileSync(new URL('../../CMakeLists.txt', import.meta.url), 'utf8')
+    .match(/^project\(.* VERSION ([\d.]+)/m);
 
 /** Sandboxes not removed yet. Their programs are killed even when the test is aborted. */
 const sandboxes = new Set();
