@@ -213,7 +213,10 @@ private Q_SLOTS:
         const QString request = u"{\"n\": 12345678901234567890, \"broken\": \"\u20ac"_qs;
         manager->send(42, request, true);
         manager->send(43, u"an answer needs none"_qs, false);
-        host->module.vhIpcProcessor()->miscTasksPart()->activateMainWindow();
+        host->module.vhIpcProcessor()
+            ->part(VhIpcMiscTasksClient::partName())
+            .objectCast<VhIpcMiscTasksClient>()
+            ->activateMainWindow();
         manager->send(44, QString(), true);
         QTRY_COMPARE(received.count(), 2);
         const QJsonObject echo{

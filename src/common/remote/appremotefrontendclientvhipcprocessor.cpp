@@ -26,13 +26,12 @@ AppRemoteFrontendClientVhIpcProcessor::AppRemoteFrontendClientVhIpcProcessor(
                                                    nullptr, clock)),
       m_downloadsPart(
           qtCreateObject<VhIpcIncomingDownloadsClient>(incomingDownloadsProcessor, nullptr, clock)),
-      m_jsonPart(qtCreateObject<VhIpcJsonRequests>(jsonRequestsManager, nullptr, clock)),
-      m_miscTasksPart(qtCreateObject<VhIpcMiscTasksClient>())
+      m_jsonPart(qtCreateObject<VhIpcJsonRequests>(jsonRequestsManager, nullptr, clock))
 {
     addPart(VhIpcSettings::partName(), m_settingsPart, false, false);
     addPart(VhIpcIncomingDownloadsClient::partName(), m_downloadsPart, false, false);
     addPart(VhIpcJsonRequests::partName(), m_jsonPart, false, false);
-    addPart(VhIpcMiscTasksClient::partName(), m_miscTasksPart, false, false);
+    addPart(VhIpcMiscTasksClient::partName(), qtCreateObject<VhIpcMiscTasksClient>(), false, false);
 }
 
 bool AppRemoteFrontendClientVhIpcProcessor::hasQueued() const

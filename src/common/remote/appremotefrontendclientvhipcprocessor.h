@@ -12,7 +12,6 @@ class RemoteIncomingDownloadsProcessor;
 class RemoteJsonRequestsManager;
 class VhIpcIncomingDownloadsClient;
 class VhIpcJsonRequests;
-class VhIpcMiscTasksClient;
 class VhIpcSettings;
 
 /// The client's parts of the link to the main application: "settings", "incomingDownloads",
@@ -27,7 +26,6 @@ public:
         QObject *parent = nullptr, QtClock &clock = QtClock::system());
 
     QSharedPointer<VhIpcSettings> settingsPart() const { return m_settingsPart; }
-    QSharedPointer<VhIpcMiscTasksClient> miscTasksPart() const { return m_miscTasksPart; }
 
     /// Whether messages wait for the application; only while isRequiringServer().
     bool hasQueued() const;
@@ -44,5 +42,4 @@ private:
     const QSharedPointer<VhIpcSettings> m_settingsPart;
     const QSharedPointer<VhIpcIncomingDownloadsClient> m_downloadsPart;
     const QSharedPointer<VhIpcJsonRequests> m_jsonPart;
-    const QSharedPointer<VhIpcMiscTasksClient> m_miscTasksPart;
 };
