@@ -3,7 +3,6 @@
 #include "appclientmodule.h"
 #include "appclientsettingsinitializer.h"
 #include "appremotefrontendclientmodule.h"
-#include "appsettings.h"
 #include "qtappabstractsettingsmanager.h"
 
 #include <cstdint>
@@ -29,6 +28,10 @@ void read(const QString &text, bool &value) { value = text.toInt() != 0; }
 /// Anything but a 32-bit number counts as 0.
 void read(const QString &text, std::int64_t &value) { value = text.toInt(); }
 void read(const QString &text, std::string &value) { value = text.toStdString(); }
+
+/// Whether the text is a number that read() does not take.
+bool isUnshown(const QString &text, std::int64_t) { return text.toLongLong() != text.toInt(); }
+template <typename Value> bool isUnshown(const QString &, const Value &) { return false; }
 
 QString written(bool value) { return value ? QStringLiteral("1") : QStringLiteral("0"); }
 QString written(std::int64_t value) { return QString::number(value); }
@@ -112,8 +115,10 @@ void WebExtensionSettingsManager::setSettings(const WebExtensionSettings &settin
 {
     if (settings == m_settings)
         return;
-    if (settings.browser.monitor.skipSmallerThan != m_settings.browser.monitor.skipSmallerThan)
-        m_hasForeignSizeLimit = false;
+    forEachHeldMember([&](const auto &member) {
+        if (settings.browser.monitor.*member.value != m_settings.browser.monitor.*member.value)
+            m_unshownNumbers.erase(member.setting);
+    });
     m_settings = settings;
     serializeSettings(false);
     Q_EMIT settingsChanged(byExtension);
@@ -175,10 +180,13 @@ void WebExtensionSettingsManager::readFromApplication()
     forEachHeldMember([&](const auto &member) {
         const bool isOn =
             !member.switchSetting || valueOf(*settings, member.switchSetting).toInt() != 0;
-        read(isOn ? valueOf(*settings, member.setting) : QString(), monitor.*member.value);
+        const QString text = valueOf(*settings, member.setting);
+        read(isOn ? text : QString(), monitor.*member.value);
+        if (isUnshown(text, monitor.*member.value))
+            m_unshownNumbers.insert(member.setting);
+        else
+            m_unshownNumbers.erase(member.setting);
     });
-    const QString limit = settings->value(toString(AppSettings::WbDownloadsTooSmallSizeValue));
-    m_hasForeignSizeLimit = limit.toLongLong() != limit.toInt();
 }
 
 void WebExtensionSettingsManager::writeToApplication() const
@@ -191,10 +199,8 @@ void WebExtensionSettingsManager::writeToApplication() const
     forEachHeldMember([&](const auto &member) {
         const auto &value = monitor.*member.value;
         const bool isOn = value != std::remove_cvref_t<decltype(value)>();
-        if constexpr (std::is_same_v<decltype(value), const std::int64_t &>) {
-            if (m_hasForeignSizeLimit)
-                return;
-        }
+        if (m_unshownNumbers.contains(member.setting))
+            return;
         if (member.switchSetting)
             add(member.switchSetting, written(isOn));
         if ((!member.switchSetting || isOn) && (!member.writtenWith || monitor.*member.writtenWith))

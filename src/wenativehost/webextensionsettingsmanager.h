@@ -11,6 +11,8 @@
 
 #include <functional>
 #include <memory>
+#include <set>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -80,6 +82,7 @@ private:
     WebExtensionSettings m_settings;
     bool m_initialized = false;
     std::vector<std::function<void()>> m_waiting;
-    /// The application's size limit does not fit into the option, and was not changed here.
-    bool m_hasForeignSizeLimit = false;
+    /// The application's settings whose numbers are beyond what can be shown, and were not changed
+    /// here: they are not written.
+    std::set<std::string_view> m_unshownNumbers;
 };
