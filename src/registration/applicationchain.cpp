@@ -1,4 +1,4 @@
-#include "applicationchain.h"
+#include "chains.h"
 
 #include "applicationprobe.h"
 #include "appserverlauncher.h"

@@ -1,10 +1,8 @@
 #include "doctor.h"
 
-#include "applicationchain.h"
 #include "browserchain.h"
-#include "hostchain.h"
+#include "chains.h"
 #include "programpaths.h"
-#include "storagechain.h"
 
 #include <QFileInfo>
 #include <QMap>

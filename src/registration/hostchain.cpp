@@ -1,4 +1,4 @@
-#include "hostchain.h"
+#include "chains.h"
 
 #include "appversion.h"
 #include "hostprobe.h"

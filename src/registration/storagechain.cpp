@@ -1,4 +1,4 @@
-#include "storagechain.h"
+#include "chains.h"
 
 #include "appcoreconfig.h"
 #include "appdataaccesshelper.h"

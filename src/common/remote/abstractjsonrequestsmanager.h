@@ -8,7 +8,7 @@
 class AbstractJsonRequestsManager : public QObject {
     Q_OBJECT
 public:
-    explicit AbstractJsonRequestsManager(QObject *parent = nullptr);
+    explicit AbstractJsonRequestsManager(QObject *parent = nullptr) : QObject(parent) { }
 
     /// A fresh id for a request. Any thread.
     virtual qint64 nextId() = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pmxoptionalmembers.h"
 #include "pmxserializable.h"
 
 #include <string>
@@ -7,7 +8,11 @@
 /// The outcome of a sniffing request.
 class pmxFlvSniffCallProcTaskResponse : public pmxSerializable {
 public:
-    bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override;
+    bool Serialize(pmxSerializationIoStream *stream, unsigned int) override
+    {
+        return pmxSerializeOptionalStrings(
+            stream, {{"result", &result}, {"error", &error}, {"error2", &error2}});
+    }
 
     /// "1" or "0".
     std::string result;

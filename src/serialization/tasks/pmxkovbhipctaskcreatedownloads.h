@@ -1,13 +1,21 @@
 #pragma once
 
 #include "pmxkovbhipcdownloadinfo.h"
+#include "pmxoptionalmembers.h"
 #include "pmxserializable.h"
 #include "pmxserializablesharedobjvector.h"
 
 /// Downloads for the application.
 class pmxKovBhIpcTaskCreateDownloads : public pmxSerializable {
 public:
-    bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override;
+    bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override
+    {
+        return pmxSerializeOptionalRecord(stream, "downloads", downloads, flags)
+            && pmxSerializeOptionalTextBools(stream,
+                                             {{"catchedDownloads", &catchedDownloads},
+                                              {"waitResponse", &waitResponse},
+                                              {"ignoreSettings", &ignoreSettings}});
+    }
 
     pmxSerializableSharedObjVector<pmxKovBhIpcDownloadInfo> downloads;
     /// The extension caught them in the browser; otherwise the user picked them.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pmxserializable.h"
+#include "pmxserializationiostream.h"
 
 #include <string>
 
@@ -11,7 +12,12 @@
  */
 class pmxKovBhIpcTaskResponse : public pmxSerializable {
 public:
-    bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override;
+    bool Serialize(pmxSerializationIoStream *stream, unsigned int) override
+    {
+        return stream->SerializeValue("id", id, true) && stream->SerializeValue("type", type, true)
+            && stream->SerializeValue("error", error, true)
+            && stream->SerializeValue("result", result, true);
+    }
 
     std::string id;
     /// The task type's name.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pmxserializable.h"
+#include "pmxserializationiostream.h"
 #include "windowtasktype.h"
 
 #include <string>
@@ -8,7 +9,12 @@
 /// Something to be done to a window.
 class WindowTask : public pmxSerializable {
 public:
-    bool Serialize(pmxSerializationIoStream *stream, unsigned int flags) override;
+    bool Serialize(pmxSerializationIoStream *stream, unsigned int) override
+    {
+        return stream->SerializeValue("windowHandle", windowHandle, false)
+            && stream->SerializeValueS("action", action, false)
+            && stream->SerializeValueS("needWait", needWait, false);
+    }
 
     std::string windowHandle;
     /// An unknown action in JSON leaves it as it is.

@@ -1,3 +1,0 @@
-#include "abstractjsonrequestsmanager.h"
-
-AbstractJsonRequestsManager::AbstractJsonRequestsManager(QObject *parent) : QObject(parent) { }
