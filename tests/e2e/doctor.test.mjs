@@ -188,7 +188,7 @@ const rows = [
     ['application-answers', serverOf(user), { timeout: 1 }],
     ['browser-found', () => {}, { browsers: ['brave'] }],
     // The server is root's then, and the program is not.
-    ...isRoot ? [['application-socket', serverOf(0)],
+    ...isRoot ? [['application-socket', serverOf(0), { says: /serves at \S+kov6fsUSER; sudo rm \S+kov6fsUSER/ }],
                  ['application-running', serverOfAnotherAtStart, { says: /the name is taken/ }]] : [],
 ];
 
