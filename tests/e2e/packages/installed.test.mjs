@@ -116,7 +116,7 @@ for (const [name, launch] of Object.entries(launchers)) {
 
 test('the page and the doctor name a policy that forbids the host', async () => {
     const policy = '/etc/chromium/policies/managed/kovalo.json';
-    mkdirSync(dirname(policy), { recursive: true });
+    const made = mkdirSync(dirname(policy), { recursive: true }) ?? policy;
     writeFileSync(policy, JSON.stringify({ NativeMessagingBlocklist: ['*'] }));
     const browser = await launchers.chromium();
     try {
@@ -130,7 +130,7 @@ test('the page and the doctor name a policy that forbids the host', async () => 
         deepStrictEqual(chains.flatMap(each => each.links).filter(each => each.state === 'broken').map(each => each.link), ['policies']);
     } finally {
         await browser.close();
-        rmSync(policy);
+        rmSync(made, { recursive: true });
     }
 });
 
