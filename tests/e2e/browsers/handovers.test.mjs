@@ -147,7 +147,7 @@ for (const name of browserNames) {
             strictEqual((await browserItem('silent', 'cancelled')).state, 'interrupted');
             strictEqual(await outcome('silent', 'cancelled'), undefined);
             strictEqual(visit.server.asked(path('silent', 'cancelled')).length, 1);
-            // Unless he has the browser begin it again.
+            // Unless the user retries it in the browser's list.
             await visit.browser.actInList('silent-cancelled', 'retry');
             files.push(path('silent', 'cancelled'));
             await visit.untilDownloaded(visit.sandbox.downloads, files);
