@@ -71,7 +71,7 @@ public:
     {
         if (m_rules.isEmpty() || !m_rules.last().isForbidden)
             return;
-        const Rule rule = m_rules.last();
+        const Rule &rule = m_rules.last();
         result.blockedText = QStringLiteral("the policy \"%1\" in %2 forbids the extension")
                                  .arg(rule.policy, rule.path);
         result.blockedCure = askFor(rule.cure);
