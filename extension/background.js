@@ -2,7 +2,6 @@
 // since the browser may have started this script for one of these events.
 
 import { DownloadReports } from './lib/downloadreports.js';
-import { listen as listenForNames } from './lib/browserdownloads.js';
 import { Downloads } from './lib/downloads.js';
 import { FoundMedia } from './lib/foundmedia.js';
 import { Gestures } from './lib/gestures.js';
@@ -75,6 +74,7 @@ host.onConnected = async () => {
 };
 host.onDisconnected = error => {
     settings.forget();
+    downloads.setCatching(true);
     status.hostDisconnected(error);
 };
 host.onNotification = message => {
@@ -91,6 +91,7 @@ host.onNotification = message => {
 };
 settings.onChanged = current => {
     apply(current.browser);
+    downloads.setCatching(current.browser.monitor.enable !== false);
     tell({ settings: current });
 };
 // The language is one of the application's settings.
@@ -154,14 +155,11 @@ const menuActions = {
 };
 chrome.contextMenus.onClicked.addListener((info, tab) => menuActions[info.menuItemId](info, tab));
 
-requests.listen();
-gestures.listen();
+downloads.setCatching(true);
 policies.listen();
-listenForNames();
 observer.listen();
 followSiteAccess(state => status.siteAccess(state));
 downloads.recover();
-chrome.downloads.onCreated.addListener(item => downloads.onBegun(item));
 signs.listen();
 chrome.commands?.onCommand.addListener(name => name === 'keep-next' && keeping.toggleNext());
 chrome.runtime.onInstalled.addListener(({ reason }) => {

@@ -1,9 +1,11 @@
 // Operations on the browser's downloads. A download progresses meanwhile (a small one is complete before
 // it can be paused), so each operation does what is still possible.
 
+import { Listeners } from './listeners.js';
+
 /**
  * In milliseconds. If it takes longer until the path of a file is known, the browser has asked the user
- * where to save it: opening a dialog alone takes longer than this.
+ * where to save it: to answer a dialog, which has to open first, takes longer.
  */
 export const askedAfter = 300;
 
@@ -85,12 +87,13 @@ export async function discard(id) {
 const paths = new Map();
 const rememberedFor = 10_000;
 
-/** To be called at once when the script starts. */
-export function listen() {
-    // Chromium continues, and may ask the user, after this has returned. Without a suggestion it uses its
-    // own name.
-    chrome.downloads.onDeterminingFilename?.addListener(({ id }) => void pathOf(id));
-}
+const nameListeners = new Listeners(inChromium
+    // Chromium continues, and may ask the user, after the listener has returned. Without a suggestion it
+    // uses its own name.
+    ? [[chrome.downloads.onDeterminingFilename, ({ id }) => void pathOf(id)]] : []);
+
+/** To be switched on at once when the script starts. */
+export function listenForNames(on) { nameListeners.set(on); }
 
 /**
  * The name under which the browser saves a file. Chromium chooses it within milliseconds, Firefox before

@@ -1,6 +1,7 @@
 // Reports the browser's own downloads to the host, which does not treat their requests as media.
 
 import { addressOf, isTooLong, isWebAddress, withoutFragment } from './addresses.js';
+import { Listeners } from './listeners.js';
 
 /** In milliseconds. A browser may report a request after the end of its download. */
 const requestDelay = 3000;
@@ -11,25 +12,17 @@ export class DownloadReports {
     #urls = new Map();
     /** Timers of downloads whose end is not reported yet. */
     #ending = new Map();
-    #isListening = false;
-
-    #events = [
+    #listeners = new Listeners([
         [chrome.downloads.onCreated, item => this.#begin(item)],
         [chrome.downloads.onChanged, ({ id, state }) => this.#change(id, state?.current)],
         [chrome.downloads.onErased, id => this.#change(id, 'interrupted')],
-    ];
+    ]);
 
     constructor(host) { this.#host = host; }
 
     /** Starts or stops reporting. */
     setListening(on) {
-        this.#isListening = on;
-        for (const [event, listener] of this.#events) {
-            if (on)
-                event.addListener(listener);
-            else
-                event.removeListener(listener);
-        }
+        this.#listeners.set(on);
         if (on) {
             this.announce();
         } else {
@@ -46,7 +39,7 @@ export class DownloadReports {
 
     #begin(item) {
         const address = withoutFragment(addressOf(item)); // requests are reported without one
-        if (!this.#isListening || item.state !== 'in_progress' || item.incognito
+        if (!this.#listeners.areOn || item.state !== 'in_progress' || item.incognito
             || !isWebAddress(address) || isTooLong(address))
             return;
         clearTimeout(this.#ending.get(item.id));

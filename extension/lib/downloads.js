@@ -2,12 +2,13 @@
 // user picks from a page. docs/downloads.md lists all outcomes.
 
 import { addressOf, lastSegment } from './addresses.js';
-import { discard, find, goOn, isCancelled, lookUp, nameOf, pause } from './browserdownloads.js';
+import { discard, find, goOn, isCancelled, listenForNames, lookUp, nameOf, pause } from './browserdownloads.js';
 import { isToBeCaught, mayBeCaught } from './capture.js';
 import { cookiesForDownload, cookiesForLink } from './cookies.js';
 import { stage } from './handovers.js';
 import { errorOf } from './hostanswers.js';
 import { HostError } from './hosterror.js';
+import { Listeners } from './listeners.js';
 import { place } from './outcomes.js';
 import { referrerFor } from './referrer.js';
 import { postedText } from './requestlog.js';
@@ -32,6 +33,7 @@ export class Downloads {
     #policies;
     #handovers;
     #outcomes;
+    #listeners = new Listeners([[chrome.downloads.onCreated, item => this.#onBegun(item)]]);
 
     /** @param {object} parts the objects that this uses, by name */
     constructor({ host, settings, requests, gestures, keeping, policies, handovers, outcomes }) {
@@ -66,8 +68,20 @@ export class Downloads {
         }
     }
 
+    /**
+     * Whether downloads that begin are caught. To be switched on at once when the script starts: it may have
+     * been started for one of them, and the settings are not known yet. While it is off, nothing is listened
+     * to that only catching needs.
+     */
+    setCatching(on) {
+        this.#listeners.set(on);
+        this.#requests.setListening(on);
+        this.#gestures.setListening(on);
+        listenForNames(on);
+    }
+
     /** Handles a download that has just begun. It stays in the browser unless the application takes it. */
-    async onBegun(item) {
+    async #onBegun(item) {
         const request = await this.#requests.take(addressOf(item)); // consumed, whatever the outcome
         if (this.#settings.current?.browser.monitor.enable === false || !mayBeCaught(item)
             || !isToBeCaught(item, request, request && this.#gestures.savesItself(request)))

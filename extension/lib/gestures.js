@@ -2,6 +2,8 @@
 // the browser itself to save its target, and which keys were held. Several are kept, since a download is
 // reported only when its server responds, and by then there may have been other gestures.
 
+import { Listeners } from './listeners.js';
+
 const modifiers = ['alt', 'ctrl', 'shift'];
 
 /** Per tab. */
@@ -14,23 +16,31 @@ export class Gestures {
     /** The opener of each tab, by tab id. */
     #openers = new Map();
 
-    /** To be called at once when the script starts. */
-    listen() {
-        chrome.tabs.onCreated.addListener(({ id, openerTabId }) => {
+    #listeners = new Listeners([
+        [chrome.tabs.onCreated, ({ id, openerTabId }) => {
             if (openerTabId !== undefined)
                 this.#openers.set(id, openerTabId);
-        });
-        chrome.tabs.onRemoved.addListener(tabId => {
+        }],
+        [chrome.tabs.onRemoved, tabId => {
             this.#byTab.delete(tabId);
             // A tab that was opened for a download is closed before the download is reported.
             setTimeout(() => this.#openers.delete(tabId), 60_000);
-        });
+        }],
+    ]);
+
+    /** To be switched on at once when the script starts. */
+    setListening(on) {
+        this.#listeners.set(on);
+        if (!on)
+            this.#byTab.clear();
     }
 
     /** Handles a message of a content script. Returns whether it is one. */
     take(message, { id, tab }) {
         if (id !== chrome.runtime.id || !tab || typeof message?.saves !== 'boolean')
             return false;
+        if (!this.#listeners.areOn)
+            return true;
         const gesture = {
             time: message.time,
             saves: message.saves,

@@ -3,6 +3,7 @@
 
 import { isWebAddress } from './addresses.js';
 import { allSentHeaders } from './headers.js';
+import { Listeners } from './listeners.js';
 
 /** The types of requests that may fetch media. */
 const filter = {
@@ -17,12 +18,11 @@ export class Observer {
     #media;
     #downloads;
     #everywhere = false;
-    #listening = false;
     /** The ids of private tabs. */
     #private = new Set();
     /** Events are handled in order, though handling some of them is asynchronous. */
     #last = Promise.resolve();
-    #events;
+    #listeners;
 
     /** @param {import('./downloadreports.js').DownloadReports} downloads their requests are not media */
     constructor(notifications, pages, requests, media, downloads) {
@@ -32,7 +32,7 @@ export class Observer {
         this.#media = media;
         this.#downloads = downloads;
         const { webRequest, webNavigation, tabs } = chrome;
-        this.#events = [
+        const events = [
             [webRequest.onSendHeaders, details => requests.onRequest(details), filter, allSentHeaders],
             [webRequest.onBeforeRedirect, details => requests.onRedirect(details), filter],
             [webRequest.onResponseStarted, details => requests.onResponse(details), filter, ['responseHeaders']],
@@ -44,7 +44,7 @@ export class Observer {
             if (await this.#isObserved(details.tabId))
                 handle(details);
         }), ...more]);
-        this.#events.push([tabs.onRemoved, tabId => this.#inOrder(() => this.#onTabRemoved(tabId))]);
+        this.#listeners = new Listeners([...events, [tabs.onRemoved, tabId => this.#inOrder(() => this.#onTabRemoved(tabId))]]);
     }
 
     /** To be called synchronously at the start: the browser may have started the script for an event. */
@@ -96,7 +96,7 @@ export class Observer {
             this.#notifications.wantMedia();
             this.#pages.announce();
             this.#media.announce();
-            if (this.#listening)
+            if (this.#listeners.areOn)
                 this.#downloads.announce();
         });
     }
@@ -110,15 +110,8 @@ export class Observer {
     #listenIfNeeded() { this.#setListening(this.#everywhere || this.#pages.size > 0); }
 
     #setListening(on) {
-        if (on === this.#listening)
+        if (!this.#listeners.set(on))
             return;
-        this.#listening = on;
-        for (const [event, listener, ...more] of this.#events) {
-            if (on)
-                event.addListener(listener, ...more);
-            else
-                event.removeListener(listener);
-        }
         this.#downloads.setListening(on);
         if (!on)
             this.#requests.forgetAll();

@@ -4,6 +4,7 @@
 import { withoutFragment } from './addresses.js';
 import { inChromium } from './browserdownloads.js';
 import { allSentHeaders, headerValue } from './headers.js';
+import { Listeners } from './listeners.js';
 
 const mostRemembered = 1000;
 
@@ -41,17 +42,26 @@ export class RequestLog {
     #requests = new Map();
     /** To be called when a request has changed. */
     #waiting = new Set();
+    #listeners;
 
-    /** To be called at once when the script starts. */
-    listen() {
+    constructor() {
         const filter = { urls, types: catchable };
-        const { webRequest } = chrome;
-        webRequest.onBeforeRequest.addListener(each => this.#onRequest(each), filter, ['requestBody']);
-        webRequest.onBeforeRequest.addListener(each => this.#onRequest(each), { urls, types: others });
-        webRequest.onSendHeaders.addListener(each => this.#onSent(each), filter, allSentHeaders);
-        webRequest.onHeadersReceived.addListener(each => this.#onAnswer(each), filter);
-        webRequest.onErrorOccurred.addListener(each => this.#onError(each), filter);
-        chrome.webNavigation.onCommitted.addListener(each => this.#onShown(each));
+        const { webNavigation, webRequest } = chrome;
+        this.#listeners = new Listeners([
+            [webRequest.onBeforeRequest, each => this.#onRequest(each), filter, ['requestBody']],
+            [webRequest.onBeforeRequest, each => this.#onRequest(each), { urls, types: others }],
+            [webRequest.onSendHeaders, each => this.#onSent(each), filter, allSentHeaders],
+            [webRequest.onHeadersReceived, each => this.#onAnswer(each), filter],
+            [webRequest.onErrorOccurred, each => this.#onError(each), filter],
+            [webNavigation.onCommitted, each => this.#onShown(each)],
+        ]);
+    }
+
+    /** To be switched on at once when the script starts. */
+    setListening(on) {
+        this.#listeners.set(on);
+        if (!on)
+            this.#requests.clear();
     }
 
     /**

@@ -240,11 +240,32 @@ for (const name of browserNames) {
                 strictEqual(site.asked(`/file/${file}`).length, 1);
             };
             await leave('list.m3u');
-            visit.application('set', 'WbInterceptDownloads', '0');
-            await visit.until(async () => (await visit.ask('settings')).browser.monitor.enable === false,
-                              'the extension to hear of it');
+            const setCatching = async on => {
+                visit.application('set', 'WbInterceptDownloads', String(Number(on)));
+                await visit.until(async () => (await visit.ask('settings')).browser.monitor.enable === on,
+                                  'the extension to hear of it');
+            };
+            await setCatching(false);
             await leave('off');
             strictEqual((await visit.ask('status')).problem, null);
+            // Nothing but what the referrer of a link needs.
+            if (name === 'chromium') { // Firefox does not tell
+                deepStrictEqual(await visit.browser.inScript(visit.extension, ({ chrome: api }) =>
+                    ['downloads', 'tabs', 'webNavigation', 'webRequest'].flatMap(part => Object.entries(api[part])
+                        .filter(([, member]) => member.hasListeners?.()).map(([event]) => `${part}.${event}`))),
+                ['webRequest.onHeadersReceived']);
+            }
+            const begin = async (file, wish) => {
+                files.push(`/file/${file}`);
+                await type(`${site.origin}/file/${file}?${wish}`);
+                await visit.until(() => site.asked(`/file/${file}`).length > 0, `${file} to begin`);
+            };
+            await begin('unseen', 'late');
+            await setCatching(true);
+            site.release('/file/unseen');
+            await begin('seen', 'held');
+            await visit.untilDownloaded(visit.sandbox.downloads, files);
+            deepStrictEqual(['unseen', 'seen'].map(each => site.asked(`/file/${each}`).length), [1, 2]);
         });
     });
 
