@@ -32,7 +32,7 @@ export class ChromiumDialog {
         await page.bringToFront();
         this.screen.focus(this.screen.window('Chromium'));
         if (what === 'page') {
-            this.screen.press('ctrl+s');
+            await actUntil(() => this.screen.press('ctrl+s'), () => this.isOpen(), 'the dialog');
         } else if (what === 'viewer') {
             await actUntil(() => page.mouse.click(...ChromiumDialog.#viewerButton), () => this.isOpen(), 'the PDF viewer to ask');
         } else {
@@ -56,9 +56,14 @@ export class ChromiumDialog {
     }
 
     async accept() {
-        this.screen.focus(this.screen.window(ChromiumDialog.#title));
-        this.screen.press('alt+s');
-        await until(() => !this.isOpen(), 'the dialog to close');
+        // One that has just opened may ignore keys.
+        await actUntil(() => {
+            const dialog = this.screen.window(ChromiumDialog.#title);
+            if (dialog) {
+                this.screen.focus(dialog);
+                this.screen.press('alt+s');
+            }
+        }, () => !this.isOpen(), 'the dialog to close');
     }
 }
 

@@ -33,6 +33,8 @@ for (const name of browserNames) {
         const files = () => (existsSync(visit.sandbox.downloads) ? readdirSync(visit.sandbox.downloads) : [])
             .filter(each => !/\.(part|crdownload)$/.test(each)).length;
         const start = async asksWhere => {
+            await visit?.end();
+            visit = null;
             const server = await DownloadSite.start();
             server.pages['/page'] = `<title>page</title><a id="link" href="/file/link">link</a>
                 <img id="image" src="/image.svg">
@@ -86,7 +88,6 @@ for (const name of browserNames) {
             const places = async () => (await visit.ask('outcomes')).map(each => `${each.name} ${each.state}`).sort().join();
             await visit.browser.dialog.allowSeveral(async () => await places() === 'first application,second application');
             deepStrictEqual(['first', 'second'].map(each => visit.server.asked(`/file/${each}`).length), [2, 2]);
-            await visit.end();
         });
 
         test('a download for which it asks where', async () => {
