@@ -15,13 +15,13 @@ const rules = {
 export default [
     { ignores: ['**/node_modules/'] },
     {
-        files: ['tests/**/*.mjs', 'tools/**/*.mjs'],
+        files: ['{tests,tools,benchmarks}/**/*.mjs'],
         // Some functions are handed to a browser and run there.
         languageOptions: { globals: { ...globals.node, chrome: 'readonly', document: 'readonly', location: 'readonly' } },
         rules,
     },
     {
-        files: ['extension/**/*.js'],
+        files: ['{extension,benchmarks/floorextension}/**/*.js'],
         languageOptions: { globals: { ...globals.browser, ...globals.webextensions } },
         rules,
     },
