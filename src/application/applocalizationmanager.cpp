@@ -3,9 +3,11 @@
 #include "qtappdefaultlogger.h"
 
 #include <QCoreApplication>
-#include <QDir>
+#include <QFile>
 #include <QThread>
 #include <QTranslator>
+
+#include <dirent.h>
 
 #include <algorithm>
 #include <tuple>
@@ -20,6 +22,23 @@ bool isAppFile(const QString &fileName)
 {
     return fileName.startsWith(appFilePrefix) && fileName.endsWith(appFileSuffix)
         && fileName.at(appFilePrefix.size()) == u'_';
+}
+
+/// Read at every start: QDir would look at each file, and compile a regular expression for a
+/// filter.
+std::vector<QString> appFilesIn(const QString &folder)
+{
+    std::vector<QString> files;
+    DIR *const opened = ::opendir(QFile::encodeName(folder).constData());
+    if (!opened)
+        return files;
+    while (const dirent *const entry = ::readdir(opened)) {
+        QString file = QFile::decodeName(entry->d_name);
+        if (entry->d_type != DT_DIR && isAppFile(file))
+            files.push_back(std::move(file));
+    }
+    ::closedir(opened);
+    return files;
 }
 
 /// The locale in the file name "kov_<locale>.qm".
@@ -171,13 +190,9 @@ const std::vector<AppLocalizationManager::Translation> &AppLocalizationManager::
     if (!m_installed.empty())
         return m_installed;
 
-    // Without a name filter: QDir would compile a regular expression, at every start.
-    const QStringList files =
-        QDir(m_translationsPath + QStringLiteral("/main")).entryList(QDir::Files, QDir::Unsorted);
-    m_installed.reserve(static_cast<size_t>(files.size()) + 1);
+    const std::vector<QString> files = appFilesIn(m_translationsPath + QStringLiteral("/main"));
+    m_installed.reserve(files.size() + 1);
     for (const QString &file : files) {
-        if (!isAppFile(file))
-            continue;
         const QString name = localeOfAppFile(file);
         // Chinese is offered through its regional files only: the scripts differ.
         if (name.isEmpty() || name.compare(u"zh", Qt::CaseInsensitive) == 0)

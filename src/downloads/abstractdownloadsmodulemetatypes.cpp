@@ -18,29 +18,34 @@
 void qtRegisterAbstractDownloadsModuleMetatypes()
 {
     using AbstractDownloadFileOps::FileInitializeOperation;
-    qRegisterMetaType<AbstractDownloadPersistentInfo>("AbstractDownloadPersistentInfo");
-    qRegisterMetaType<BitFlagsUpdateMode>("BitFlagsUpdateMode");
-    qRegisterMetaType<AbstractDownloadCommand>("AbstractDownloadCommand");
-    qRegisterMetaType<NetworkTrafficDirection>("NetworkTrafficDirection");
-    qRegisterMetaType<AbstractError>("AbstractError");
+    // To normalize a name, which Qt does at every start, costs more than all the rest. Most are
+    // already.
+    qRegisterNormalizedMetaType<AbstractDownloadPersistentInfo>("AbstractDownloadPersistentInfo");
+    qRegisterNormalizedMetaType<BitFlagsUpdateMode>("BitFlagsUpdateMode");
+    qRegisterNormalizedMetaType<AbstractDownloadCommand>("AbstractDownloadCommand");
+    qRegisterNormalizedMetaType<NetworkTrafficDirection>("NetworkTrafficDirection");
+    qRegisterNormalizedMetaType<AbstractError>("AbstractError");
     qRegisterMetaType<QVector<qint64>>("QVector<qint64>");
     qRegisterMetaType<QVector<quint64>>("QVector<quint64>");
-    qRegisterMetaType<AbstractDownloadCreatedBy>("AbstractDownloadCreatedBy");
-    qRegisterMetaType<AbstractDownloadPersistentInfoSortByPlusOrder>(
+    qRegisterNormalizedMetaType<AbstractDownloadCreatedBy>("AbstractDownloadCreatedBy");
+    qRegisterNormalizedMetaType<AbstractDownloadPersistentInfoSortByPlusOrder>(
         "AbstractDownloadPersistentInfoSortByPlusOrder");
-    qRegisterMetaType<QtHostAndPort>("QtHostAndPort");
-    qRegisterMetaType<QtConnectionsMap>("QtConnectionsMap");
-    qRegisterMetaType<AbstractNewDownloadsRequest>("AbstractNewDownloadsRequest");
-    qRegisterMetaType<AbstractNewDownloadsRequestJob>("AbstractNewDownloadsRequestJob");
-    qRegisterMetaType<FileInitializeOperation>("AbstractDownloadFileOps::FileInitializeOperation");
+    qRegisterNormalizedMetaType<QtHostAndPort>("QtHostAndPort");
+    qRegisterNormalizedMetaType<QtConnectionsMap>("QtConnectionsMap");
+    qRegisterNormalizedMetaType<AbstractNewDownloadsRequest>("AbstractNewDownloadsRequest");
+    qRegisterNormalizedMetaType<AbstractNewDownloadsRequestJob>("AbstractNewDownloadsRequestJob");
+    qRegisterNormalizedMetaType<FileInitializeOperation>(
+        "AbstractDownloadFileOps::FileInitializeOperation");
     qRegisterMetaType<QVector<FileInitializeOperation>>(
         "QVector<AbstractDownloadFileOps::FileInitializeOperation>");
-    qRegisterMetaType<AbstractDownloadPriority>("AbstractDownloadPriority");
-    qRegisterMetaType<AbstractDownloadMergeOptions>("AbstractDownloadMergeOptions");
-    qRegisterMetaType<AbstractDownloadMergeTaskOptions>("AbstractDownloadMergeTaskOptions");
-    qRegisterMetaType<CompareDownloadsResult>("CompareDownloadsResult");
-    qRegisterMetaType<AbstractDownloadAbortReason>("AbstractDownloadAbortReason");
-    qRegisterMetaType<AbstractDownloadType>("AbstractDownloadType");
+    qRegisterNormalizedMetaType<AbstractDownloadPriority>("AbstractDownloadPriority");
+    qRegisterNormalizedMetaType<AbstractDownloadMergeOptions>("AbstractDownloadMergeOptions");
+    qRegisterNormalizedMetaType<AbstractDownloadMergeTaskOptions>(
+        "AbstractDownloadMergeTaskOptions");
+    qRegisterNormalizedMetaType<CompareDownloadsResult>("CompareDownloadsResult");
+    qRegisterNormalizedMetaType<AbstractDownloadAbortReason>("AbstractDownloadAbortReason");
+    qRegisterNormalizedMetaType<AbstractDownloadType>("AbstractDownloadType");
     qRegisterMetaType<QVector<AbstractDownloadType>>("QVector<AbstractDownloadType>");
-    qRegisterMetaType<AbstractDownloadFileExistsAction>("AbstractDownloadFileExistsAction");
+    qRegisterNormalizedMetaType<AbstractDownloadFileExistsAction>(
+        "AbstractDownloadFileExistsAction");
 }
