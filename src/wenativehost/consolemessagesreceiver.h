@@ -36,9 +36,6 @@ public:
     /// Call it before start(): reading then waits while too much is unhandled.
     void setFlowControl(QSharedPointer<ConsoleFlowControl> flowControl);
 
-    /// Whether the input has ended, and nothing more is read. Any thread.
-    bool hasInputEnded() const { return m_inputEnded; }
-
 public Q_SLOTS:
     /// Starts reading, until the input ends. Any thread.
     void start();
@@ -65,6 +62,6 @@ private:
     ConsoleFrameReader m_reader;
     QSharedPointer<ConsoleFlowControl> m_flowControl;
     bool m_running = false;
+    bool m_inputEnded = false;
     std::atomic<quint32> m_flags = 0;
-    std::atomic<bool> m_inputEnded = false;
 };

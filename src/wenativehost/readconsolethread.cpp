@@ -2,6 +2,8 @@
 
 #include "queuedcallsdispatcher.h"
 
+#include <utility>
+
 ReadConsoleThread::ReadConsoleThread(QObject *parent) : QThread(parent)
 {
     setEventDispatcher(new QueuedCallsDispatcher);
@@ -9,19 +11,27 @@ ReadConsoleThread::ReadConsoleThread(QObject *parent) : QThread(parent)
 
 ReadConsoleThread::~ReadConsoleThread() { stop(); }
 
-void ReadConsoleThread::stop(Reading reading)
+void ReadConsoleThread::endByItself()
+{
+    const std::lock_guard lock(m_stoppingMutex);
+    m_stopping = true;
+}
+
+void ReadConsoleThread::stop()
 {
     if (!isRunning())
         return;
+    bool endsByItself = false;
     // The wake-up reaches the thread between two reads, terminate() inside one.
     {
         const std::lock_guard lock(m_stoppingMutex);
-        m_stopping = true;
-        if (QAbstractEventDispatcher *const dispatcher = eventDispatcher())
+        endsByItself = std::exchange(m_stopping, true);
+        QAbstractEventDispatcher *const dispatcher = endsByItself ? nullptr : eventDispatcher();
+        if (dispatcher)
             dispatcher->wakeUp();
     }
     // Terminating the thread would load the stack unwinder's library.
-    if (reading == Reading::MayBlock)
+    if (!endsByItself)
         terminate();
     wait();
 }

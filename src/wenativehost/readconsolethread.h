@@ -25,15 +25,11 @@ public:
     explicit ReadConsoleThread(QObject *parent = nullptr);
     ~ReadConsoleThread() override;
 
-    enum class Reading {
-        /// The thread may be blocked in a read.
-        MayBlock,
-        /// It has stopped reading for good, and ends by itself.
-        Ended,
-    };
-
+    /// Called in the thread itself, when it has stopped reading for good: it then ends as soon as
+    /// the current call or signal has been handled.
+    void endByItself();
     /// Ends the thread, whatever it is doing, and waits for its end.
-    void stop(Reading reading = Reading::MayBlock);
+    void stop();
 
 protected:
     void run() override;
@@ -41,7 +37,7 @@ protected:
 private:
     bool isStopping();
 
-    /// Held while the thread is being stopped, to keep its event dispatcher alive.
+    /// Held while the thread is being told to stop, to keep its event dispatcher alive.
     std::mutex m_stoppingMutex;
     bool m_stopping = false;
 };

@@ -84,6 +84,8 @@ void WeNativeHostModule::bringUp()
         return;
     }
     m_receiver->moveToThread(m_readThread.get());
+    connect(m_receiver.data(), &ConsoleMessagesReceiver::finished, m_readThread.get(),
+            &ReadConsoleThread::endByItself, Qt::DirectConnection);
 
     m_sender = qtCreateObject<ConsoleMessagesSender>();
     m_sender->setFlowControl(m_flowControl);
@@ -109,9 +111,6 @@ void WeNativeHostModule::takeDown()
     m_tasksProcessor.reset();
     m_settingsManager.reset();
     m_sender.reset();
-    using Reading = ReadConsoleThread::Reading;
-    if (m_readThread)
-        m_readThread->stop(m_receiver->hasInputEnded() ? Reading::Ended : Reading::MayBlock);
     m_readThread.reset();
     m_receiver.reset();
     m_flowControl.reset();

@@ -73,6 +73,8 @@ private Q_SLOTS:
             most = std::max(most, read - received++);
         });
         ReadConsoleThread thread;
+        connect(&receiver, &ConsoleMessagesReceiver::finished, &thread,
+                &ReadConsoleThread::endByItself, Qt::DirectConnection);
         thread.start();
         receiver.moveToThread(&thread);
         receiver.start();
@@ -81,7 +83,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(flow->isInputEnded(), 30'000);
         const qint64 limit = ConsoleFlowControl::maxUnhandledBytes;
         QVERIFY2(most <= limit / 400'000 + 2, "two bytes a character, and one message more");
-        thread.stop();
+        QTRY_VERIFY_WITH_TIMEOUT(thread.isFinished(), 30'000);
     }
 
     void stopWhileMessagesCome()
