@@ -50,6 +50,7 @@ enum Measure {
     Pipelined,
     Exit,
     Memory,
+    OwnMemory,
     PipelinedMemory,
     MeasureCount
 };
@@ -57,14 +58,12 @@ enum Measure {
 /// For each measure, one value per round.
 using Samples = std::array<std::vector<double>, MeasureCount>;
 
-long finish(ChildProcess &child, const QString &program)
+void finish(ChildProcess &child, const QString &program)
 {
-    const ChildUsage usage = child.finish();
-    if (!usage.exitedCleanly) {
+    if (!child.finish()) {
         std::fprintf(stderr, "%s did not end cleanly\n", qPrintable(program));
         std::exit(1);
     }
-    return usage.peakMemory;
 }
 
 /// The life of a process like a real one's: started, some messages, ended.
@@ -94,10 +93,15 @@ void runConversation(const QString &program, Samples &samples)
     }
     samples[SpacedRoundTrip].push_back(median(spaced));
 
+    const auto memory = [&child](const char *name) {
+        return static_cast<double>(child.statusKibibytes(name));
+    };
+    samples[Memory].push_back(memory("VmHWM"));
+    samples[OwnMemory].push_back(memory("RssAnon"));
+
     timer.start();
-    const long peakMemory = finish(child, program);
+    finish(child, program);
     samples[Exit].push_back(microseconds(timer));
-    samples[Memory].push_back(static_cast<double>(peakMemory));
 }
 
 void runPipelined(const QString &program, Samples &samples)
@@ -111,7 +115,8 @@ void runPipelined(const QString &program, Samples &samples)
     timer.start();
     child.exchange(message.repeated(pipelined), answerSize * pipelined);
     samples[Pipelined].push_back(microseconds(timer) / pipelined);
-    samples[PipelinedMemory].push_back(static_cast<double>(finish(child, program)));
+    samples[PipelinedMemory].push_back(static_cast<double>(child.statusKibibytes("VmHWM")));
+    finish(child, program);
 }
 
 /// An aim of 0 means that there is none.
@@ -165,5 +170,6 @@ int main(int argc, char *argv[])
     line("one of 10,000 pipelined handshakes", "us", Pipelined, 2.5);
     line("end of input to exit", "us", Exit, 1.2);
     line("peak memory", "kB", Memory, 1.1);
+    line("of it neither shared nor from a file", "kB", OwnMemory, 1.1);
     line("peak memory with 10,000 pipelined", "kB", PipelinedMemory, 0);
 }

@@ -10,7 +10,6 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -127,15 +126,14 @@ void ChildProcess::exchange(const QByteArray &bytes, qsizetype answerSize)
     require(::fcntl(m_input, F_SETFL, 0) == 0, "fcntl");
 }
 
-ChildUsage ChildProcess::finish()
+bool ChildProcess::finish()
 {
     ::close(m_input);
     int status = 0;
-    rusage usage = {};
-    require(::wait4(m_pid, &status, 0, &usage) == m_pid, "wait");
+    require(::waitpid(m_pid, &status, 0) == m_pid, "wait");
     ::close(m_output);
     m_pid = -1;
-    return {WIFEXITED(status) && WEXITSTATUS(status) == 0, usage.ru_maxrss};
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 double ChildProcess::computingTime() const

@@ -6,13 +6,6 @@
 
 #include <sys/types.h>
 
-/// The resources that a process has used by its end.
-struct ChildUsage {
-    bool exitedCleanly = false;
-    /// In KiB.
-    long peakMemory = 0;
-};
-
 /// A native messaging host as a child process, with pipes to its stdin and stdout; its stderr is
 /// not read. The process ends when its input ends. Every failure ends the benchmark.
 class ChildProcess {
@@ -30,8 +23,8 @@ public:
     double roundTrip(const QByteArray &message);
     /// Writes the bytes while reading answers, until so many bytes have been read.
     void exchange(const QByteArray &bytes, qsizetype answerSize);
-    /// Ends the input and waits for the end of the process.
-    ChildUsage finish();
+    /// Ends the input and waits for the end of the process; returns whether it ended cleanly.
+    bool finish();
     /// Its CPU time so far, in microseconds.
     double computingTime() const;
     /// A line of /proc/PID/status that is in KiB, such as "VmRSS".
