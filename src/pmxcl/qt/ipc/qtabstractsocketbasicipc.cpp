@@ -3,6 +3,7 @@
 #include "assertionlog.h"
 #include "qtappdefaultlogger.h"
 
+#include <QByteArrayList>
 #include <QCborStreamReader>
 #include <QCborStreamWriter>
 #include <QTextStream>
@@ -85,16 +86,15 @@ void QtAbstractSocketBasicIpc::sendPieces(const QList<QByteArray> &pieces)
         return;
     QByteArray length(sizeof(qint32), Qt::Uninitialized);
     qToBigEndian(static_cast<qint32>(size), length.data());
-    QList<QByteArray> rest = pieces;
-    if (rest.constFirst().size() < enoughToWrite)
-        rest.first().prepend(length); // a usual message is written with one system call
-    else
-        rest.prepend(length);
-    // A message that was not encoded beforehand is one piece, which is not shared.
-    const qsizetype atOnce = 1 + rest.size() - pieces.size();
+    QList<QByteArray> frame = pieces;
+    frame.prepend(length);
+    if (size < enoughToWrite)
+        frame = {frame.join()}; // a usual message is written with one system call
+    // What is not encoded beforehand is one piece, which need not be shared.
+    const qsizetype atOnce = pieces.size() == 1 ? frame.size() : 1;
     for (qsizetype i = 0; i < atOnce && m_connection.waiting.isEmpty(); ++i)
-        writeAtOnce(rest.takeFirst());
-    m_connection.waiting.append(rest);
+        writeAtOnce(frame.takeFirst());
+    m_connection.waiting.append(frame);
     writeWaiting();
 }
 

@@ -3,6 +3,7 @@
 #include "logcapture.h"
 #include "processmemory.h"
 #include "qtabstractsocketvhipc.h"
+#include "qtencodedvariantlist.h"
 #include "qtlocalsocket.h"
 #include "recordingpart.h"
 #include "vectors.h"
@@ -59,6 +60,13 @@ private Q_SLOTS:
             Q_EMIT m_part->sendVh(flagMap());
             hear(expected);
         }
+        // What stands in several pieces is not left to the event loop's next turn.
+        QtEncodedVariantList list;
+        list.append(hex("00000001 00 01"));
+        init();
+        makeLink(0)->send({{u"b"_qs, QVariant::fromValue(list)}});
+        QCOMPARE(m_socket->ioDevice()->bytesToWrite(), 0);
+        hear(hex("00000019 00000001 00000002 0062 00000009 00 00000001 00000001 00 01"));
     }
 
     /// Columns: name, protocol version, bytes in hexadecimal, the number of received flagMap() and
