@@ -83,6 +83,7 @@ public:
         m_count = 0;
         m_index = 0;
         m_newEnds.clear();
+        m_newEnds.reserve(m_previousEnds.size());
         describeFields(*this);
         copyPending();
 

@@ -56,6 +56,7 @@ QList<QByteArray> QtVariantStreamWriter::writeHashInPieces(const QHash<QString, 
 void QtVariantStreamWriter::clear()
 {
     m_bytes.resize(0);
+    m_bytes.reserve(usualSize);
     m_pieces.clear();
     if (std::exchange(m_hasWrittenHashes, false))
         m_writtenHashes.fill({});
