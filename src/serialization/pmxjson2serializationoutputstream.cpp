@@ -3,6 +3,7 @@
 #include <picojson.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <iterator>
 #include <ostream>
@@ -11,19 +12,23 @@
 namespace {
 
 constexpr std::size_t usualMembers = 8;
+constexpr std::size_t usualSize = 256;
 
-/// Whether the library writes the character unescaped.
-bool isPlain(char c)
-{
-    return static_cast<unsigned char>(c) >= ' ' && c != '"' && c != '\\' && c != '/' && c != '\x7f';
-}
+/// Indexed by character: whether the library writes it unescaped.
+constexpr auto isPlain = [] {
+    std::array<bool, 256> plain{};
+    for (std::size_t c = ' '; c < plain.size(); ++c)
+        plain[c] = c != '"' && c != '\\' && c != '/' && c != 0x7f;
+    return plain;
+}();
 
 /// Writes the same as the library, but not character by character.
 void appendString(std::string &out, const std::string &text)
 {
     out += '"';
     for (auto at = text.cbegin(); at != text.cend();) {
-        const auto special = std::find_if_not(at, text.cend(), isPlain);
+        const auto special = std::find_if_not(
+            at, text.cend(), [](char c) { return isPlain[static_cast<unsigned char>(c)]; });
         out.append(at, special);
         at = special;
         if (at != text.cend())
@@ -40,7 +45,9 @@ pmxJson2SerializationOutputStream::~pmxJson2SerializationOutputStream() { flush(
 std::shared_ptr<pmxSerializationOutputStream>
 pmxJson2SerializationOutputStream::CreateNode(const std::string &name, bool arrayMark)
 {
-    if (name.empty() || m_onlyValue || findMember(name))
+    if (name.empty() || m_onlyValue)
+        return nullptr;
+    if (const auto place = placeOf(name); place != m_members.end() && place->name == name)
         return nullptr;
     auto node = std::make_shared<pmxJson2SerializationOutputStream>();
     m_children.emplace(name, Child{node, arrayMark});
@@ -50,21 +57,29 @@ pmxJson2SerializationOutputStream::CreateNode(const std::string &name, bool arra
 bool pmxJson2SerializationOutputStream::WriteValue(const std::string &name,
                                                    const std::string &value, bool)
 {
-    std::string text;
-    text.reserve(value.size() + 2);
-    appendString(text, value);
-    return write(name, std::move(text));
+    std::string *const text = textOf(name);
+    if (!text)
+        return false;
+    text->reserve(value.size() + 2);
+    appendString(*text, value);
+    return true;
 }
 
 bool pmxJson2SerializationOutputStream::WriteBoolValue(const std::string &name, bool value, bool)
 {
-    return write(name, value ? "true" : "false");
+    std::string *const text = textOf(name);
+    if (text)
+        *text = value ? "true" : "false";
+    return text;
 }
 
 bool pmxJson2SerializationOutputStream::WriteDoubleValue(const std::string &name, double value,
                                                          bool)
 {
-    return std::isfinite(value) && write(name, picojson::value(value).to_str());
+    std::string *const text = std::isfinite(value) ? textOf(name) : nullptr;
+    if (text)
+        *text = picojson::value(value).to_str();
+    return text;
 }
 
 void pmxJson2SerializationOutputStream::Flush() { flush(); }
@@ -81,6 +96,7 @@ void pmxJson2SerializationOutputStream::BindToStream(std::ostream *stream) { m_t
 std::string pmxJson2SerializationOutputStream::text() const
 {
     std::string text;
+    text.reserve(usualSize);
     appendText(text);
     return text;
 }
@@ -92,30 +108,27 @@ picojson::value pmxJson2SerializationOutputStream::getResultingJsonValue() const
     return value;
 }
 
-bool pmxJson2SerializationOutputStream::write(const std::string &name, std::string &&text)
+std::vector<pmxJson2SerializationOutputStream::Member>::iterator
+pmxJson2SerializationOutputStream::placeOf(const std::string &name)
 {
-    if (m_onlyValue)
-        return false;
-    if (name.empty()) {
-        if (!m_members.empty() || !m_children.empty())
-            return false;
-        m_onlyValue = std::move(text);
-    } else if (const Member *const member = findMember(name)) {
-        m_members[static_cast<size_t>(member - m_members.data())].text = std::move(text);
-    } else {
-        if (m_members.empty())
-            m_members.reserve(usualMembers);
-        m_members.push_back({name, std::move(text)});
-    }
-    return true;
+    return std::lower_bound(
+        m_members.begin(), m_members.end(), name,
+        [](const Member &member, const std::string &wanted) { return member.name < wanted; });
 }
 
-const pmxJson2SerializationOutputStream::Member *
-pmxJson2SerializationOutputStream::findMember(const std::string &name) const
+std::string *pmxJson2SerializationOutputStream::textOf(const std::string &name)
 {
-    const auto it = std::find_if(m_members.cbegin(), m_members.cend(),
-                                 [&name](const Member &member) { return member.name == name; });
-    return it == m_members.cend() ? nullptr : &*it;
+    if (m_onlyValue)
+        return nullptr;
+    if (name.empty())
+        return m_members.empty() && m_children.empty() ? &m_onlyValue.emplace() : nullptr;
+    if (m_members.empty())
+        m_members.reserve(usualMembers);
+    auto place = placeOf(name);
+    if (place == m_members.end() || place->name != name)
+        place = m_members.insert(place, Member{name, {}});
+    place->text.clear();
+    return &place->text;
 }
 
 void pmxJson2SerializationOutputStream::appendText(std::string &out) const
@@ -124,27 +137,23 @@ void pmxJson2SerializationOutputStream::appendText(std::string &out) const
         out += *m_onlyValue;
         return;
     }
-    std::vector<const Member *> members;
-    members.reserve(m_members.size());
-    for (const Member &member : m_members) {
-        if (m_children.empty() || !m_children.contains(member.name))
-            members.push_back(&member);
-    }
-    std::sort(members.begin(), members.end(),
-              [](const Member *a, const Member *b) { return a->name < b->name; });
-
     out += '{';
-    auto member = members.cbegin();
+    auto member = m_members.cbegin();
     for (auto child = m_children.cbegin();
-         member != members.cend() || child != m_children.cend();) {
+         member != m_members.cend() || child != m_children.cend();) {
+        if (member != m_members.cend() && child != m_children.cend()
+            && member->name == child->first) {
+            ++member; // the child replaces it
+            continue;
+        }
         if (out.back() != '{')
             out += ',';
         const bool isMember = child == m_children.cend()
-            || (member != members.cend() && (*member)->name < child->first);
-        appendString(out, isMember ? (*member)->name : child->first);
+            || (member != m_members.cend() && member->name < child->first);
+        appendString(out, isMember ? member->name : child->first);
         out += ':';
         if (isMember) {
-            out += (*member)->text;
+            out += member->text;
             ++member;
         } else {
             const auto end = m_children.upper_bound(child->first);

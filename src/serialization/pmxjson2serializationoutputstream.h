@@ -50,15 +50,17 @@ private:
         std::string text;
     };
 
-    bool write(const std::string &name, std::string &&text);
-    const Member *findMember(const std::string &name) const;
+    /// The text to write of the value of that name, empty; null when there can be none.
+    std::string *textOf(const std::string &name);
+    /// Where the member of that name is or would be.
+    std::vector<Member>::iterator placeOf(const std::string &name);
     void appendText(std::string &out) const;
     static void appendChildren(std::string &out, Children::const_iterator first,
                                Children::const_iterator end);
     /// Flush(), for the destructor, which can call no virtual function.
     void flush();
 
-    /// In the order of their writing.
+    /// Sorted by their names.
     std::vector<Member> m_members;
     /// Children of one name are adjacent, in the order of their creation.
     Children m_children;

@@ -2,13 +2,15 @@
 
 #include <picojson.h>
 
-#include <algorithm>
+#include <array>
 #include <cmath>
+#include <optional>
 #include <utility>
 
 namespace {
 
-constexpr int MaxDepth = picojson::DEFAULT_MAX_DEPTHS;
+constexpr std::size_t MaxDepth = picojson::DEFAULT_MAX_DEPTHS;
+constexpr std::size_t usualNodes = 16;
 
 using Kind = pmxJsonNode::Kind;
 
@@ -27,6 +29,14 @@ struct TextIterator {
 
 using Input = picojson::input<TextIterator>;
 
+/// Indexed by character: whether a JSON string may contain it unescaped.
+constexpr auto isPlain = [] {
+    std::array<bool, 256> plain{};
+    for (std::size_t c = ' '; c < plain.size(); ++c)
+        plain[c] = c != '"' && c != '\\';
+    return plain;
+}();
+
 /// The library copies strings character by character; most of them stand unescaped in the input.
 class TextInput : public Input {
 public:
@@ -37,10 +47,11 @@ public:
     std::string_view takePlain()
     {
         const char *const begin = cur().at;
-        cur_.at = std::find_if(begin, end_.at, [](char c) {
-            return c == '"' || c == '\\' || static_cast<unsigned char>(c) < ' ';
-        });
-        return {begin, cur_.at};
+        const char *at = begin;
+        while (at != end_.at && isPlain[static_cast<unsigned char>(*at)])
+            ++at;
+        cur_.at = at;
+        return {begin, at};
     }
     /// Whether the string ends here; then consumes the closing quote.
     bool takeQuote()
@@ -51,23 +62,23 @@ public:
         return true;
     }
 
-    /// The place in the input of the member name that was just read; nothing if it has escapes.
-    std::string_view findBefore(std::string_view name, const char *textBegin) const
-    {
-        const char *quote = cur().at;
-        while (quote != textBegin && *--quote != '"') { }
-        const std::string_view before(textBegin, quote);
-        return before.ends_with(name) ? before.substr(before.size() - name.size())
-                                      : std::string_view();
-    }
+    /// The name of the member whose value follows, in the input; nothing if it has escapes.
+    std::optional<std::string_view> name;
 };
 
-/// An overload that replaces the library's own, for the names of members.
+/// An overload that replaces the library's own, for the names of members. A name without escapes is
+/// not copied.
 bool _parse_string(std::string &name, Input &in) // NOLINT(bugprone-reserved-identifier)
 {
     auto &input = static_cast<TextInput &>(in);
-    name = input.takePlain();
-    return input.takeQuote() || picojson::_parse_string(name, in);
+    const std::string_view plain = input.takePlain();
+    if (input.takeQuote()) {
+        input.name = plain;
+        return true;
+    }
+    input.name.reset();
+    name = plain;
+    return picojson::_parse_string(name, in);
 }
 
 } // namespace
@@ -81,9 +92,9 @@ bool _parse_string(std::string &name, Input &in) // NOLINT(bugprone-reserved-ide
  */
 class pmxJsonDocument::Context {
 public:
-    Context(pmxJsonDocument &document, const char *textBegin)
-        : m_document(document), m_textBegin(textBegin)
+    explicit Context(pmxJsonDocument &document) : m_document(document)
     {
+        document.m_nodes.reserve(usualNodes);
     }
 
     bool set_null()
@@ -122,9 +133,8 @@ public:
     bool parse_object_start() { return start(Kind::Object); }
     bool parse_object_item(Input &in, const std::string &key)
     {
-        m_key = static_cast<TextInput &>(in).findBefore(key, m_textBegin);
-        if (m_key.size() != key.size())
-            m_key = m_document.keep(key);
+        const auto &name = static_cast<TextInput &>(in).name;
+        m_key = name ? *name : m_document.keep(key);
         return picojson::_parse(*this, in);
     }
     bool parse_object_stop() { return stop(); }
@@ -139,23 +149,25 @@ private:
     }
     bool start(Kind kind)
     {
-        m_open.push_back(m_document.m_nodes.size());
+        if (m_depth == m_open.size())
+            return false;
+        m_open[m_depth++] = m_document.m_nodes.size();
         add(kind);
-        return m_open.size() <= MaxDepth;
+        return true;
     }
     bool stop()
     {
-        m_document.m_nodes[m_open.back()].span = m_document.m_nodes.size() - m_open.back();
-        m_open.pop_back();
+        const std::size_t opened = m_open[--m_depth];
+        m_document.m_nodes[opened].span = m_document.m_nodes.size() - opened;
         return true;
     }
 
     pmxJsonDocument &m_document;
-    const char *const m_textBegin;
     /// The name of the next node.
     std::string_view m_key;
     /// The arrays and objects that are open.
-    std::vector<std::size_t> m_open;
+    std::array<std::size_t, MaxDepth> m_open; // NOLINT(cppcoreguidelines-pro-type-member-init)
+    std::size_t m_depth = 0;
 };
 
 const pmxJsonNode *pmxJsonNode::member(std::string_view name) const
@@ -183,7 +195,7 @@ std::shared_ptr<const pmxJsonNode> pmxJsonDocument::parseOwned(std::string &&tex
 std::shared_ptr<const pmxJsonNode>
 pmxJsonDocument::parseInto(const std::shared_ptr<pmxJsonDocument> &document, std::string_view text)
 {
-    Context context(*document, text.data());
+    Context context(*document);
     TextInput in(text);
     if (!picojson::_parse(context, in))
         return nullptr;

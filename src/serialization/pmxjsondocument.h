@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstddef>
-#include <deque>
+#include <forward_list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -50,9 +50,9 @@ private:
     parseInto(const std::shared_ptr<pmxJsonDocument> &document, std::string_view text);
     /// Strings that were unescaped, so that the input does not contain them. Their addresses are
     /// stable.
-    std::string &keep(std::string_view text) { return m_keptTexts.emplace_back(text); }
+    std::string &keep(std::string_view text) { return m_keptTexts.emplace_front(text); }
 
     std::string m_ownText;
-    std::deque<std::string> m_keptTexts;
+    std::forward_list<std::string> m_keptTexts;
     std::vector<pmxJsonNode> m_nodes;
 };

@@ -36,6 +36,8 @@ std::string kovIpcTaskTypeName(kov_ipc_task_type type)
 
 kov_ipc_task_type kovIpcTaskTypeFromText(std::string_view text)
 {
+    if (const kov_ipc_task_type *const type = typeNames().value(text))
+        return *type;
     // White space as streams define it.
     constexpr std::string_view blanks = " \t\n\v\f\r";
     text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));

@@ -8,8 +8,9 @@ bool pmxSerializeOptionalStrings(
     std::initializer_list<std::pair<const char *, std::string *>> members)
 {
     bool ok = true;
+    std::string name; // one for all: many are long
     for (const auto &[key, value] : members)
-        ok = stream->SerializeValue(key, *value, false) && ok;
+        ok = stream->SerializeValue(name = key, *value, false) && ok;
     return ok;
 }
 
@@ -26,8 +27,9 @@ bool pmxSerializeOptionalTextBools(pmxSerializationIoStream *stream,
                                    std::initializer_list<std::pair<const char *, bool *>> members)
 {
     bool ok = true;
+    std::string name; // one for all: many are long
     for (const auto &[key, value] : members)
-        ok = stream->SerializeValueS(key, *value, false) && ok;
+        ok = stream->SerializeValueS(name = key, *value, false) && ok;
     return ok;
 }
 
