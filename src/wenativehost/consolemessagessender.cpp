@@ -7,6 +7,7 @@
 #include "qtappdefaultlogger.h"
 #include "systemerrortext.h"
 
+#include <QByteArray>
 #include <QThread>
 
 #include <poll.h>
@@ -84,11 +85,30 @@ void ConsoleMessagesSender::sendMessage(const QString &message)
             this, [this, message] { sendMessage(message); }, Qt::QueuedConnection);
         return;
     }
+    sendText(message.toUtf8());
+}
+
+void ConsoleMessagesSender::sendUtf8(const std::string &message)
+{
+    const QByteArrayView text(message.data(), static_cast<qsizetype>(message.size()));
+    if (QThread::currentThread() != thread() || !text.isValidUtf8())
+        sendMessage(QString::fromUtf8(text));
+    else
+        sendText(text);
+}
+
+void ConsoleMessagesSender::sendText(QByteArrayView text)
+{
     if (m_channel == Channel::Abandoned)
         return;
-    const QByteArray content = encoded(message);
-    writeLength(static_cast<quint32>(content.size()));
-    writeBody(content);
+    QByteArray encoded;
+    if (m_flags & Base64Encode)
+        encoded = Base64Transport::encode(QByteArray::fromRawData(text.data(), text.size()));
+    else if (m_flags & PercentEncode)
+        encoded = PercentTransport::encode(QByteArray::fromRawData(text.data(), text.size()));
+    const QByteArrayView body = m_flags & (Base64Encode | PercentEncode) ? encoded : text;
+    writeLength(static_cast<quint32>(body.size()));
+    writeBody(body);
     // The check is inverted, and stays so: the line is known from logs as the mark of this option.
     if ((m_flags & AddCrLf) && std::fwrite("\r\n", 1, 2, stream()) == 2)
         logFailedCheck(QStringLiteral(R"(2 != fwrite ("\r\n", 1, 2, stdout))"), 88);
@@ -101,10 +121,10 @@ void ConsoleMessagesSender::sendMessage(const QString &message)
         onWriteFailed(errno);
 }
 
-void ConsoleMessagesSender::writeBody(const QByteArray &body)
+void ConsoleMessagesSender::writeBody(QByteArrayView body)
 {
     const auto size = static_cast<size_t>(body.size());
-    if (std::fwrite(body.constData(), 1, size, stream()) != size && m_channel != Channel::Abandoned)
+    if (std::fwrite(body.data(), 1, size, stream()) != size && m_channel != Channel::Abandoned)
         logFailedCheck(QStringLiteral("size == fwrite (&content.front (), 1, size, stdout)"), 85);
 }
 
@@ -161,16 +181,6 @@ void ConsoleMessagesSender::onWriteFailed(int error)
                 QStringLiteral("[ConsoleMessagesSender]: WARNING: a message was not written: %1")
                     .arg(systemErrorText(error)));
     m_channel = Channel::Failing;
-}
-
-QByteArray ConsoleMessagesSender::encoded(const QString &message) const
-{
-    QByteArray text = message.toUtf8();
-    if (m_flags & Base64Encode)
-        return Base64Transport::encode(text);
-    if (m_flags & PercentEncode)
-        return PercentTransport::encode(text);
-    return text;
 }
 
 void ConsoleMessagesSender::writeLength(quint32 size)

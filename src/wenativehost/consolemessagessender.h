@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QByteArray>
+#include <QByteArrayView>
 #include <QObject>
 #include <QSharedPointer>
 #include <QString>
@@ -8,6 +8,7 @@
 #include <chrono>
 #include <cstdio>
 #include <memory>
+#include <string>
 
 class ConsoleFlowControl;
 
@@ -51,6 +52,9 @@ public Q_SLOTS:
     void enableFlags(quint32 flags, bool enable);
     /// Any thread.
     void sendMessage(const QString &message);
+    /// The same of a text in UTF-8, without a detour by QString; what is no UTF-8 is replaced as
+    /// QString does it. Any thread.
+    void sendUtf8(const std::string &message);
 
 private:
     enum class Channel {
@@ -61,9 +65,9 @@ private:
         Abandoned,
     };
 
-    QByteArray encoded(const QString &message) const;
+    void sendText(QByteArrayView text);
     void writeLength(quint32 size);
-    void writeBody(const QByteArray &body);
+    void writeBody(QByteArrayView body);
     std::FILE *stream() const;
     /// Writes to the output's descriptor, and returns the number of written bytes; fewer if that
     /// failed or was given up.

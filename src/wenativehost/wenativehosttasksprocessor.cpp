@@ -69,7 +69,7 @@ public:
         if (!response.error.empty() || logsLevel(3))
             log(response);
         if (const auto sender = m_sender.toStrongRef())
-            sender->sendMessage(pmxResponseText(response).value_or(QString()));
+            sender->sendUtf8(pmxResponseText(response).value_or(std::string()));
         // The message's memory is now fragmented free memory, which the C library would keep.
         if (m_wasLarge)
             ::malloc_trim(0);
@@ -241,7 +241,7 @@ void WeNativeHostTasksProcessor::tellOfLostDownloads()
         message.result = each.name.toStdString();
         message.error = each.reason.toStdString();
         if (const auto text = pmxResponseText(message))
-            sender->sendMessage(*text);
+            sender->sendUtf8(*text);
     }
 }
 

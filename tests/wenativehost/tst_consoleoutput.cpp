@@ -101,11 +101,16 @@ private Q_SLOTS:
                 for (int i = 0; i < size; i += 7)
                     body[i] = static_cast<char>('a' + i / 7 % 26);
                 writes = flushes = 0;
-                sender->sendMessage(QString::fromLatin1(body));
+                if (size % 2 == 0)
+                    sender->sendMessage(QString::fromLatin1(body));
+                else
+                    sender->sendUtf8(body.toStdString());
                 mostWrites = std::max(mostWrites, writes);
                 mostFlushes = std::max(mostFlushes, flushes);
                 expected += QByteArray::number(size) + ' ' + body + "\r\n";
             }
+            sender->sendUtf8("\xc3\xa4\xff");
+            expected += "5 \xc3\xa4\xef\xbf\xbd\r\n";
             sender.reset();
             QCOMPARE(std::exchange(stdout, real), output);
             std::fclose(output);

@@ -44,5 +44,5 @@ void pmxKovBhIpcKeyStateTaskProcessor::onKeyChanged()
     response.type = kovIpcTaskTypeName(kov_ipc_task_key_state);
     describeKey(response, *m_watcher);
     if (const auto text = pmxResponseText(response))
-        sender->sendMessage(*text);
+        sender->sendUtf8(*text);
 }

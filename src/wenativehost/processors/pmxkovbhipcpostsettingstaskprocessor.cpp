@@ -49,5 +49,5 @@ void pmxKovBhIpcPostSettingsTaskProcessor::onStoreOutcomeChanged(
         message.error = outcome == AppClientSettingsWriter::Outcome::Busy ? pmxTaskErrors::busy
                                                                           : pmxTaskErrors::failure;
     if (const auto text = pmxResponseText(message))
-        sender->sendMessage(*text);
+        sender->sendUtf8(*text);
 }

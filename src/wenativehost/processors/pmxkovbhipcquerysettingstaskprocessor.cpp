@@ -53,7 +53,7 @@ void pmxKovBhIpcQuerySettingsTaskProcessor::onSettingsChanged(bool byExtension)
     response.type = kovIpcTaskTypeName(kov_ipc_task_query_settings);
     fill(response);
     if (const auto text = pmxResponseText(response))
-        sender->sendMessage(*text);
+        sender->sendUtf8(*text);
 }
 
 void pmxKovBhIpcQuerySettingsTaskProcessor::fill(

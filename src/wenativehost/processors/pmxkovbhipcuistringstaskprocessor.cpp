@@ -57,5 +57,5 @@ void pmxKovBhIpcUiStringsTaskProcessor::onTranslationsLoaded()
     m_toldCaption = response.dllink;
     response.type = kovIpcTaskTypeName(kov_ipc_task_ui_strings);
     if (const auto text = pmxResponseText(response))
-        sender->sendMessage(*text);
+        sender->sendUtf8(*text);
 }

@@ -2,8 +2,6 @@
 
 #include "pmxjsonserializeobject.h"
 
-#include <string>
-
 void pmxSetOutcome(pmxKovBhIpcTaskResponse &response, const DownloadsOutcome &outcome)
 {
     // Downloads that the application already has count as added, or the browser would download
@@ -17,8 +15,7 @@ void pmxSetOutcome(pmxKovBhIpcTaskResponse &response, const DownloadsOutcome &ou
         response.error = outcome.error.toStdString();
 }
 
-std::optional<QString> pmxResponseText(pmxKovBhIpcTaskResponse &response)
+std::optional<std::string> pmxResponseText(pmxKovBhIpcTaskResponse &response)
 {
-    const auto text = pmxJsonText(response, 0);
-    return text ? std::optional(QString::fromStdString(*text)) : std::nullopt;
+    return pmxJsonText(response, 0);
 }

@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <optional>
+#include <string>
 
 /// An answer to the task, with the task's id and type only.
 template <typename Response = pmxKovBhIpcTaskResponse>
@@ -32,5 +33,5 @@ struct DownloadsOutcome {
 /// Answers "1", "0" or an error text.
 void pmxSetOutcome(pmxKovBhIpcTaskResponse &response, const DownloadsOutcome &outcome);
 
-/// The response as JSON text; nothing if it cannot be written.
-std::optional<QString> pmxResponseText(pmxKovBhIpcTaskResponse &response);
+/// The response as JSON text in UTF-8; nothing if it cannot be written.
+std::optional<std::string> pmxResponseText(pmxKovBhIpcTaskResponse &response);

@@ -7,8 +7,8 @@
 #include "pmxkovbhipcpagemediaresponse.h"
 #include "pmxtaskresponses.h"
 
-#include <QHash>
-
+#include <functional>
+#include <string>
 #include <utility>
 
 PageMediaNotifier::PageMediaNotifier(QSharedPointer<MediaRequestsCollector> media,
@@ -41,10 +41,10 @@ void PageMediaNotifier::onPageSettled(const std::string &pageUrl)
     const auto text = pmxResponseText(response);
     if (!text)
         return;
-    const size_t hash = qHash(*text);
+    const size_t hash = std::hash<std::string>()(*text);
     if (isEmpty)
         m_told.remove(pageUrl);
     else if (size_t &last = m_told.touch(pageUrl); std::exchange(last, hash) == hash && !wasEmpty)
         return;
-    sender->sendMessage(*text);
+    sender->sendUtf8(*text);
 }
