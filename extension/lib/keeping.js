@@ -8,10 +8,10 @@ const kept = 'keepNext';
 /** The host name of a URL, '' unless http(s). */
 export function hostOf(url) { return URL.canParse(url ?? '') && /^https?:/.test(url) ? new URL(url).hostname : ''; }
 
-/** The servers whose downloads stay in the browser, according to the settings. */
+/** The masks of the servers whose downloads stay in the browser; as in the host, one may be empty, the list not. */
 export function leftServers(settings) {
     const { skipServersEnabled, skipServers } = settings?.browser.monitor ?? {};
-    return skipServersEnabled ? skipServers.split(' ').filter(Boolean) : [];
+    return skipServersEnabled && skipServers ? skipServers.split(' ') : [];
 }
 
 export class Keeping {

@@ -64,10 +64,14 @@ function asciiOf(host) {
     }
 }
 
-/** Whether a server or a parent domain of it is in a list; the same rule as the host's. */
+/**
+ * Whether a server or a parent domain of it is in a list; the same rule as the host's (wildcardmatch.h): a
+ * "*" at the end of a mask stands for at least one character, elsewhere also for none.
+ */
 export function isServerIn(masks, host) {
-    return masks.some(mask => {
-        const pattern = mask.replace(/[.+^${}()|[\]\\]/g, '\\$&').replace(/\*/g, '.+').replace(/\?/g, '.');
-        return new RegExp(`^(.+\\.)?${pattern}$`, 'i').test(host);
+    return host !== '' && masks.some(mask => {
+        const pattern = mask.replace(/[.+^${}()|[\]\\]/g, '\\$&')
+            .replace(/\*+$/, '.+').replace(/\*+/g, '.*').replace(/\?/g, '.');
+        return new RegExp(`^(.*\\.)?${pattern}$`, 'i').test(host);
     });
 }
