@@ -1,16 +1,17 @@
 // The page for choosing among a page's links. No request is made before the user chooses.
 
 import { ask } from './lib/background.js';
-import { kindOf, kinds, nameOf, seemsToAct } from './lib/links.js';
+import { LinkKinds, nameOf, seemsToAct } from './lib/links.js';
 import { element, localize, make, numberInWords, text } from './lib/ui.js';
 
 localize(text('linksTitle'));
 const key = location.hash.slice(1);
+const kinds = new LinkKinds(await (await fetch('lib/filetypes.json')).json());
 const list = await ask('links', { key });
 const { links = [], documentUrl = '', title = '' } = list ?? {};
 
 const rows = links.map((link, index) => {
-    const kind = kindOf(link);
+    const kind = kinds.of(link);
     const name = nameOf(link);
     const { host } = new URL(link.url);
     const box = make('input', { type: 'checkbox', id: `link-${index}`, checked: !seemsToAct(link) });
@@ -19,7 +20,7 @@ const rows = links.map((link, index) => {
         label.append(make('small.clamped', { textContent: link.text }));
     const line = make('tr', {},
         make('td.check', {}, box), make('td', {}, label),
-        make('td.kind', { textContent: text(`linkKind_${kind}`) }),
+        make('td.kind', { textContent: text(`kind_${kind}`) }),
         make('td.host', { textContent: host }));
     return { index, kind, box, line, searched: `${name}\n${link.text}\n${link.url}`.toLowerCase() };
 });
@@ -60,8 +61,8 @@ element('links').replaceChildren(...rows.map(row => row.line));
 element('kind').append(
     make('option', { value: '', textContent: text('linksEveryKind') }),
     make('option', { value: everyFile, textContent: text('linksEveryFile') }),
-    ...kinds.filter(kind => rows.some(row => row.kind === kind))
-        .map(kind => make('option', { value: kind, textContent: text(`linkKind_${kind}`) })));
+    ...kinds.all.filter(kind => rows.some(row => row.kind === kind))
+        .map(kind => make('option', { value: kind, textContent: text(`kind_${kind}`) })));
 element('filter').addEventListener('input', applyFilter);
 element('kind').addEventListener('change', applyFilter);
 element('all').addEventListener('click', () => choose(true));

@@ -133,8 +133,6 @@ function showDownloads(downloads) {
 
 // --- the page's media ----------------------------------------------------------------------------
 
-const kinds = { video: 'kindVideo', audio: 'kindAudio', stream: 'kindStream' };
-
 async function downloadMedia(button, requestId) {
     if (button.ariaBusy === 'true')
         return;
@@ -152,7 +150,7 @@ function showMedia(media) {
     element('page').hidden = !media;
     element('noMedia').hidden = media?.length > 0;
     showEntries(element('media'), (media ?? []).map(({ requestId, title, kind, size, quality }) => {
-        const details = [text(kinds[kind]), quality, sizeInWords(size)].filter(Boolean);
+        const details = [text(`kind_${kind}`), quality, sizeInWords(size)].filter(Boolean);
         const button = make('button.media', { onclick: () => downloadMedia(button, requestId) },
             make('span.name', { textContent: title, title }),
             make('small', { textContent: details.join(' · ') }));

@@ -2,31 +2,34 @@
 
 import { lastSegment } from './addresses.js';
 
-/** File extensions by kind; any other extension is "other", and links without one are pages. */
-const endings = {
-    video: 'avi mkv mov mp4 m4v mpeg mpg ogv webm wmv flv 3gp ts m3u8 mpd',
-    audio: 'aac aiff flac m3u m4a mp3 oga ogg opus wav wma mid midi',
-    image: 'avif bmp gif heic ico jpeg jpg png svg tif tiff webp psd',
-    document: 'pdf doc docx odt rtf txt epub mobi xls xlsx ods csv ppt pptx odp ps djvu md tex',
-    archive: '7z bz2 cab gz iso lz4 rar tar tgz xz zip zst img dmg',
-    program: 'apk appimage bin deb exe jar msi rpm run sh snap flatpak xpi crx',
-};
-const kindByEnding = new Map(Object.entries(endings).flatMap(
-    ([kind, list]) => list.split(' ').map(ending => [ending, kind])));
 const pageEndings = /^(html?|xhtml|php\d?|aspx?|jsp|cgi|do|action)$/;
-
-/** The kinds in display order. */
-export const kinds = [...Object.keys(endings), 'other', 'page'];
 
 const nameInAddress = url => lastSegment(url);
 const endingOf = name => /\.([a-z0-9]{1,8})$/i.exec(name)?.[1].toLowerCase() ?? '';
 
-/** @param {{url: string, download: string|null}} link download: the attribute, null where there is none */
-export function kindOf({ url, download }) {
-    const ending = endingOf(download || '') || endingOf(nameInAddress(url));
-    if (kindByEnding.has(ending))
-        return kindByEnding.get(ending);
-    return (ending === '' || pageEndings.test(ending)) && download === null ? 'page' : 'other';
+export class LinkKinds {
+    /** In display order. */
+    all;
+
+    #byEnding;
+
+    /** @param {Record<string, string[]>} fileTypes the file extensions by kind, as in filetypes.json */
+    constructor(fileTypes) {
+        this.all = [...Object.keys(fileTypes), 'other', 'page'];
+        // An extension that several kinds have is of the first of them, as in the host.
+        this.#byEnding = new Map(Object.entries(fileTypes).reverse().flatMap(
+            ([kind, endings]) => endings.map(ending => [ending, kind])));
+    }
+
+    /**
+     * Any extension that no kind has is "other", and links without one are pages.
+     * @param {{url: string, download: string|null}} link download: the attribute, null where there is none
+     */
+    of({ url, download }) {
+        const ending = endingOf(download || '') || endingOf(nameInAddress(url));
+        const mayBePage = (ending === '' || pageEndings.test(ending)) && download === null;
+        return this.#byEnding.get(ending) ?? (mayBePage ? 'page' : 'other');
+    }
 }
 
 /** The probable name of the file; else the text of the link, else its URL. */
@@ -38,7 +41,8 @@ export function nameOf({ url, download, text }) {
 const acts = [
     'log ?(out|off)|sign ?(out|off)|delete|remove|unsubscribe|destroy|cancel|deactivate|disconnect|revoke|trash',
     'abmelden|ausloggen|löschen|entfernen|déconnexion|supprimer|uitloggen|afmelden|verwijderen|logga ut|ta bort|radera',
-    'log(g)? u[dt]|slett?|fjern|kirjaudu ulos|poista|cerrar sesión|eliminar|borrar|esci|elimina|sair|terminar sessão|excluir|apagar',
+    'log(g)? u[dt]|slett?|fjern|kirjaudu ulos|poista|cerrar sesión|eliminar|borrar|esci|elimina|sair|terminar sessão',
+    'excluir|apagar',
     'deconectare|șterge|wyloguj|usuń|odhlásit|smazat|odstranit|kijelentkezés|törlés|çıkış|sil|αποσύνδεση|διαγραφή',
     'выйти|удалить|вийти|видалити|keluar|hapus|đăng xuất|xóa|تسجيل الخروج|حذف|התנתקות|התנתק|מחיקה|מחק',
 ].join('|');

@@ -1,5 +1,7 @@
 #include "kovplaylist.h"
 
+#include "playlisttext.h"
+
 #include <QRegularExpression>
 #include <QString>
 #include <QStringList>
@@ -8,33 +10,20 @@
 
 namespace {
 
-QByteArray beginning(const QByteArray &text)
-{
-    static const QByteArray byteOrderMark = QByteArrayLiteral("\xef\xbb\xbf");
-    const QByteArray start = text.left(KovPlaylist::beginningBytes + byteOrderMark.size());
-    return (start.startsWith(byteOrderMark) ? start.mid(byteOrderMark.size()) : start).trimmed();
-}
-
 QByteArray relocatedHls(const QByteArray &text, const QUrl &url, const QByteArray &prefix)
 {
-    QByteArrayList lines = text.split('\n');
-    for (QByteArray &line : lines) {
-        line = line.trimmed();
-        if (line.isEmpty())
-            continue;
-        if (!line.startsWith('#')) {
-            line = KovPlaylist::relocatedReference(line, url, prefix);
-            continue;
-        }
-        const QByteArray attribute = QByteArrayLiteral("URI=\"");
-        const qsizetype begin = line.indexOf(attribute) + attribute.size();
-        const qsizetype end = line.indexOf('"', begin);
-        if (begin >= attribute.size() && end >= 0)
-            line.replace(
-                begin, end - begin,
-                KovPlaylist::relocatedReference(line.mid(begin, end - begin), url, prefix));
+    QByteArray result;
+    QByteArrayView rest = text;
+    while (!rest.isEmpty()) {
+        const QByteArrayView line = PlaylistText::takeLine(rest);
+        QByteArray relocated = line.toByteArray();
+        if (const auto reference = PlaylistText::reference(line); !reference.isEmpty())
+            relocated.replace(
+                reference.data() - line.data(), reference.size(),
+                KovPlaylist::relocatedReference(reference.toByteArray(), url, prefix));
+        result += relocated + '\n';
     }
-    return lines.join('\n');
+    return result;
 }
 
 QByteArray relocatedDash(const QByteArray &text, const QUrl &url, const QByteArray &prefix)
@@ -73,28 +62,21 @@ QByteArray relocatedDash(const QByteArray &text, const QUrl &url, const QByteArr
 
 } // namespace
 
-bool KovPlaylist::isHls(const QByteArray &text) { return beginning(text).startsWith("#EXTM3U"); }
-
-bool KovPlaylist::isName(const QString &name)
-{
-    static const QStringList endings{u"m3u8"_qs, u"m3u"_qs, u"mpd"_qs};
-    return endings.contains(name.section(u'.', -1).toLower());
-}
-
 bool KovPlaylist::mayBegin(const QByteArray &text)
 {
-    const QByteArray start = beginning(text);
-    return isHls(text) || start.startsWith("<?xml") || start.startsWith("<MPD");
+    const QByteArrayView start = PlaylistText::beginning(text);
+    return PlaylistText::isHls(text) || start.startsWith("<?xml") || start.startsWith("<MPD");
 }
 
 bool KovPlaylist::isPlaylist(const QByteArray &text)
 {
-    return isHls(text) || (mayBegin(text) && text.contains("<MPD"));
+    return PlaylistText::isHls(text) || (mayBegin(text) && text.contains("<MPD"));
 }
 
 QByteArray KovPlaylist::relocated(const QByteArray &text, const QUrl &url, const QByteArray &prefix)
 {
-    return isHls(text) ? relocatedHls(text, url, prefix) : relocatedDash(text, url, prefix);
+    return PlaylistText::isHls(text) ? relocatedHls(text, url, prefix)
+                                     : relocatedDash(text, url, prefix);
 }
 
 QByteArray KovPlaylist::relocatedReference(const QByteArray &reference, const QUrl &url,

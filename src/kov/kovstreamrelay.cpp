@@ -1,6 +1,7 @@
 #include "kovstreamrelay.h"
 
 #include "kovplaylist.h"
+#include "playlisttext.h"
 #include "qtappdefaultlogger.h"
 
 #include <QFile>
@@ -81,7 +82,7 @@ void KovStreamRelay::onNewConnection()
 void KovStreamRelay::onFailed(const QUrl &url, const KovFailure &failure)
 {
     m_failed.insert(url);
-    if (m_tolerated.contains(url) && KovPlaylist::isName(url.path()))
+    if (m_tolerated.contains(url) && PlaylistText::isFileName(url.path()))
         return;
     m_failure = failure;
     Q_EMIT failed();

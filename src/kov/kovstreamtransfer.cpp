@@ -7,6 +7,7 @@
 #include "kovplaylist.h"
 #include "kovspeedlimit.h"
 #include "kovstreamrelay.h"
+#include "playlisttext.h"
 
 #include <QFileInfo>
 #include <QProcessEnvironment>
@@ -27,12 +28,13 @@ constexpr double microsecondsPerSecond = 1'000'000;
 /// The playlist's name with the extension of the resulting file.
 QString fileName(const KovDownloadRequest &request, const QString &extension)
 {
-    static const QStringList endings{u"m3u8"_qs, u"m3u"_qs, u"mpd"_qs, u"mp4"_qs, u"m4a"_qs,
-                                     u"webm"_qs, u"mkv"_qs, u"mka"_qs, u"ts"_qs};
+    static const QStringList endings{u"mp4"_qs, u"m4a"_qs, u"webm"_qs,
+                                     u"mkv"_qs, u"mka"_qs, u"ts"_qs};
     const QString suggested = KovFileName::sanitized(request.suggestedName);
     const QString name = suggested.isEmpty() ? KovFileName::fromUrl(request.url) : suggested;
     const QFileInfo info(name);
-    const bool isStem = !KovPlaylist::isName(name) && !endings.contains(info.suffix().toLower());
+    const bool isStem =
+        !PlaylistText::isFileName(name) && !endings.contains(info.suffix().toLower());
     return KovFileName::sanitized((isStem ? name : info.completeBaseName()) + u'.' + extension);
 }
 
@@ -121,7 +123,7 @@ void KovStreamTransfer::listen(const QUrl &playlist)
         return;
     }
     m_address = m_relay->addressOf(playlist);
-    m_takesAnyName = KovPlaylist::isHls(m_text);
+    m_takesAnyName = PlaylistText::isHls(m_text);
     probe();
 }
 

@@ -4,6 +4,7 @@
 #include "kovhttpexchange.h"
 #include "kovplaylist.h"
 #include "kovspeedlimit.h"
+#include "playlisttext.h"
 #include "urlchecks.h"
 
 #include <QRegularExpression>
@@ -128,10 +129,11 @@ void KovStreamVisit::pump()
     if (!m_exchange)
         return;
     if (m_isGood && !m_isHeadSent && !m_isText) {
-        if (m_exchange->bytesAvailable() < KovPlaylist::beginningBytes && !m_exchange->isFinished())
+        if (m_exchange->bytesAvailable() < PlaylistText::beginningBytes
+            && !m_exchange->isFinished())
             return;
         m_isText = m_from == 0 && m_to < 0
-            && (KovPlaylist::mayBegin(m_exchange->peek(KovPlaylist::beginningBytes))
+            && (KovPlaylist::mayBegin(m_exchange->peek(PlaylistText::beginningBytes))
                 || !m_exchange->answer().contentEncoding.isEmpty());
     }
     if (m_isGood && m_isText)

@@ -5,11 +5,13 @@ import { deepStrictEqual, strictEqual } from 'node:assert';
 import { readFileSync } from 'node:fs';
 import { mock, test } from 'node:test';
 import { leftServers } from '../../extension/lib/keeping.js';
-import { kindOf, nameOf, seemsToAct } from '../../extension/lib/links.js';
+import { LinkKinds, nameOf, seemsToAct } from '../../extension/lib/links.js';
 import { isServerIn, understandEndings, understandServers } from '../../extension/lib/masks.js';
 
 /** Rows that the native host's unit tests read as well. */
 const shared = path => JSON.parse(readFileSync(new URL(`../${path}`, import.meta.url)));
+
+const kinds = new LinkKinds(shared('../extension/lib/filetypes.json'));
 
 const lists = [
     [understandEndings, 'zip, .ZIP;*.zip\n..rar tmp*', 'zip rar tmp*', []],
@@ -17,7 +19,8 @@ const lists = [
      ['*: refusedEverything', '.?: refusedEverything', 'tar.gz: refusedInnerDot', 'a/b: refusedEnding']],
     [understandServers, 'https://user@Example.com:8080/a?b#c\n*.example.com, www.example.org.', 'example.com www.example.org', []],
     [understandServers, 'bücher.example, 192.168.0.1 cdn-*.example.net', 'xn--bcher-kva.example 192.168.0.1 cdn-*.example.net', []],
-    [understandServers, '[::1] ::1 *.* a^b', '', ['[::1]: refusedServerV6', '::1: refusedServerV6', '*.*: refusedEverything', 'a^b: refusedServer']],
+    [understandServers, '[::1] ::1 *.* a^b', '',
+     ['[::1]: refusedServerV6', '::1: refusedServerV6', '*.*: refusedEverything', 'a^b: refusedServer']],
 ];
 
 test('lists are understood as a user writes them, and what can never match is refused', () => {
@@ -38,6 +41,7 @@ test('a list of servers holds the same hosts as for the native host', () => {
 /** URL, attribute "download", text of the link; kind, name, whether following it may have side effects. */
 const links = [
     ['/a/manual.PDF?x=1', null, 'Manual', 'document', 'manual.PDF', false],
+    ['/live.M3U8?x', null, '', 'stream', 'live.M3U8', false],
     ['/get?id=5', 'song.mp3', '', 'audio', 'song.mp3', false],
     ['/source-2.1.tar.gz', null, '', 'archive', 'source-2.1.tar.gz', false],
     ['/data.unheard', null, '', 'other', 'data.unheard', false],
@@ -56,7 +60,15 @@ const links = [
 test('the kind and the name of a link, and whether it does something, are told from it alone', () => {
     for (const [path, download, text, kind, name, acts] of links) {
         const link = { url: `https://example.org${path}`, download, text };
-        deepStrictEqual([kindOf(link), nameOf(link), seemsToAct(link)], [kind, name, acts], path);
+        deepStrictEqual([kinds.of(link), nameOf(link), seemsToAct(link)], [kind, name, acts], path);
+    }
+});
+
+test('a file is of the same type as for the native host', () => {
+    const types = { video: 'Video', audio: 'Music', document: 'Document', image: 'Image' };
+    for (const [names, type] of shared('downloads/downloads.json').fileTypes) {
+        for (const download of names.split('|').filter(name => name.includes('.')))
+            strictEqual(types[kinds.of({ url: 'https://example.org/', download })] ?? 'Unknown', type, download);
     }
 });
 

@@ -181,16 +181,12 @@ Button that stays pressed until the next download</extracomment>
     </message>
     <message>
         <source>Video</source>
-        <extracomment>Kind of media
-----------
-Kind of file</extracomment>
+        <extracomment>Kind of file</extracomment>
         <translation>فيديو</translation>
     </message>
     <message>
         <source>Sound</source>
-        <extracomment>Kind of media
-----------
-Kind of file</extracomment>
+        <extracomment>Kind of file</extracomment>
         <translation>صوت</translation>
     </message>
     <message>

@@ -2,8 +2,8 @@
 
 #include "abstractfiletypedetector.h"
 #include "httpheaderblock.h"
+#include "playlisttext.h"
 
-#include <QStringView>
 #include <QUrl>
 
 #include <algorithm>
@@ -21,8 +21,6 @@ constexpr std::array<std::string_view, 7> playlistTypes = {
     "application/dash+xml",
     "video/vnd.mpeg.dash.mpd",
 };
-
-constexpr std::array<QStringView, 3> playlistSuffixes = {u"m3u8", u"m3u", u"mpd"};
 
 MediaKind kindOfMediaType(std::string_view type)
 {
@@ -49,12 +47,9 @@ MediaKind mediaKindOf(const std::string &url, const HttpHeaderBlock &responseHea
 
 MediaKind mediaKindOfFileName(const QString &fileName)
 {
-    const auto dot = fileName.lastIndexOf(u'.');
-    if (dot < 0)
+    if (!fileName.contains(u'.'))
         return MediaKind::NoMediaKind;
-    const QString suffix = fileName.mid(dot + 1).toLower();
-    if (std::find(playlistSuffixes.begin(), playlistSuffixes.end(), suffix)
-        != playlistSuffixes.end())
+    if (PlaylistText::isFileName(fileName))
         return MediaKind::StreamMediaKind;
     switch (AbstractFileTypeDetector().typeFromFileName(fileName)) {
     case AbstractFileType::Video:

@@ -1,5 +1,7 @@
 #include "playlist.h"
 
+#include "playlisttext.h"
+
 #include <QString>
 #include <QUrl>
 #include <QXmlStreamReader>
@@ -10,39 +12,20 @@
 
 namespace {
 
-std::string_view takeLine(std::string_view &rest)
+/// What a line refers to that may be part of the stream.
+QByteArrayView partInLine(QByteArrayView line)
 {
-    const size_t end = rest.find('\n');
-    std::string_view line = rest.substr(0, end);
-    rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
-    while (line.ends_with('\r') || line.ends_with(' '))
-        line.remove_suffix(1);
-    return line;
-}
-
-/// The reference in a line of an HLS playlist (RFC 8216, 4.1) or in its attribute URI="…".
-std::string_view referenceInLine(std::string_view line)
-{
-    if (!line.starts_with('#'))
-        return line;
     // It names the renditions in other qualities, none of which is part of another one.
-    if (line.starts_with("#EXT-X-RENDITION-REPORT"))
-        return {};
-    constexpr std::string_view attribute = "URI=\"";
-    const size_t begin = line.find(attribute);
-    if (begin == std::string_view::npos)
-        return {};
-    const std::string_view value = line.substr(begin + attribute.size());
-    return value.substr(0, value.find('"'));
+    return line.startsWith("#EXT-X-RENDITION-REPORT") ? QByteArrayView()
+                                                      : PlaylistText::reference(line);
 }
 
 /// The height in a line with an attribute RESOLUTION=1920x1080 (RFC 8216, 4.3.4.2); 0 for others.
-int heightInLine(std::string_view line)
+int heightInLine(QByteArrayView line)
 {
-    constexpr std::string_view attribute = "RESOLUTION=";
-    const size_t begin = line.find(attribute);
-    const size_t times = begin == std::string_view::npos ? begin : line.find('x', begin);
-    if (!line.starts_with("#EXT-X-STREAM-INF:") || times == std::string_view::npos)
+    const qsizetype begin = line.indexOf("RESOLUTION=");
+    const qsizetype times = begin < 0 ? begin : line.indexOf('x', begin);
+    if (!line.startsWith("#EXT-X-STREAM-INF:") || times < 0)
         return 0;
     int height = 0;
     std::from_chars(line.data() + times + 1, line.data() + line.size(), height);
@@ -53,7 +36,7 @@ int heightInLine(std::string_view line)
 
 Playlist::Playlist(const std::string &text, const std::string &url)
 {
-    if (text.starts_with("#EXTM3U"))
+    if (PlaylistText::isHls(text))
         readHls(text, url);
     else
         readDash(text);
@@ -64,17 +47,16 @@ bool Playlist::names(const std::string &url) const
     return std::binary_search(m_named.begin(), m_named.end(), std::hash<std::string>()(url));
 }
 
-void Playlist::readHls(std::string_view text, const std::string &url)
+void Playlist::readHls(QByteArrayView text, const std::string &url)
 {
     const QUrl base(QString::fromStdString(url));
-    while (!text.empty() && m_named.size() < maxReferences) {
-        const std::string_view line = takeLine(text);
+    while (!text.isEmpty() && m_named.size() < maxReferences) {
+        const QByteArrayView line = PlaylistText::takeLine(text);
         m_height = std::max(m_height, heightInLine(line));
-        const std::string_view reference = referenceInLine(line);
-        if (reference.empty())
+        const QByteArrayView part = partInLine(line);
+        if (part.isEmpty())
             continue;
-        const QUrl relative(
-            QString::fromUtf8(reference.data(), static_cast<qsizetype>(reference.size())));
+        const QUrl relative(QString::fromUtf8(part));
         if (const QUrl named = base.resolved(relative); named != base)
             m_named.push_back(
                 std::hash<std::string>()(named.toEncoded(QUrl::RemoveFragment).toStdString()));

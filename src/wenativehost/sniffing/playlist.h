@@ -1,8 +1,9 @@
 #pragma once
 
+#include <QByteArrayView>
+
 #include <cstddef>
 #include <string>
-#include <string_view>
 #include <vector>
 
 /**
@@ -26,7 +27,7 @@ public:
     size_t bytes() const { return m_named.size() * sizeof(size_t); }
 
 private:
-    void readHls(std::string_view text, const std::string &url);
+    void readHls(QByteArrayView text, const std::string &url);
     void readDash(const std::string &text);
 
     /// Hashes of URLs, in ascending order: their texts would take ten times the memory.

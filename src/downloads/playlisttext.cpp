@@ -1,0 +1,50 @@
+#include "playlisttext.h"
+
+#include "fileextensions.h"
+
+#include <algorithm>
+
+namespace {
+
+QByteArrayView withoutByteOrderMark(QByteArrayView text)
+{
+    constexpr QByteArrayView mark = "\xef\xbb\xbf";
+    return text.startsWith(mark) ? text.sliced(mark.size()) : text;
+}
+
+} // namespace
+
+QByteArrayView PlaylistText::beginning(QByteArrayView text)
+{
+    const QByteArrayView rest = withoutByteOrderMark(text);
+    return rest.first(std::min(rest.size(), beginningBytes)).trimmed();
+}
+
+bool PlaylistText::isHls(QByteArrayView text) { return beginning(text).startsWith("#EXTM3U"); }
+
+QByteArrayView PlaylistText::takeLine(QByteArrayView &rest)
+{
+    const qsizetype end = rest.indexOf('\n');
+    const QByteArrayView line = end < 0 ? rest : rest.first(end);
+    rest = end < 0 ? QByteArrayView() : rest.sliced(end + 1);
+    return withoutByteOrderMark(line).trimmed();
+}
+
+QByteArrayView PlaylistText::reference(QByteArrayView line)
+{
+    if (!line.startsWith('#'))
+        return line;
+    constexpr QByteArrayView attribute = "URI=\"";
+    const qsizetype found = line.indexOf(attribute);
+    if (found < 0)
+        return {};
+    const qsizetype begin = found + attribute.size();
+    const qsizetype end = line.indexOf('"', begin);
+    return end < 0 ? QByteArrayView() : line.sliced(begin, end - begin);
+}
+
+bool PlaylistText::isFileName(const QString &name)
+{
+    static const QSet<QByteArray> extensions = fileExtensions(QStringLiteral("stream"));
+    return name.contains(u'.') && extensions.contains(lowerCaseExtension(name));
+}
