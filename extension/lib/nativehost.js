@@ -21,8 +21,11 @@ const saysNothing = /^$|has exited|failed to start|unexpected error/i;
 /** In milliseconds. A working host answers the handshake within a few of them. */
 const handshakePatience = 5000;
 
-/** In milliseconds. Longer than the host itself waits for the application to start. */
-const applicationPatience = 60_000;
+/**
+ * In milliseconds. By then the host has given up (longestWaitMs in vhipcincomingdownloadsclient.h): a download
+ * that it still sent to the application would be there twice.
+ */
+export const applicationPatience = 60_000;
 
 /**
  * Opens the port on demand, reopens it after a failure, and matches answers to tasks.

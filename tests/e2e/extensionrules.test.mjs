@@ -1,12 +1,13 @@
 // The extension's own rules, without a browser: parsing the lists of the options, guesses from URLs of
 // links, and detecting that the browser has asked the user where to save.
 
-import { deepStrictEqual, strictEqual } from 'node:assert';
+import { deepStrictEqual, ok, strictEqual } from 'node:assert';
 import { readFileSync } from 'node:fs';
 import { mock, test } from 'node:test';
 import { leftServers } from '../../extension/lib/keeping.js';
 import { LinkKinds, nameOf, seemsToAct } from '../../extension/lib/links.js';
 import { isServerIn, understandEndings, understandServers } from '../../extension/lib/masks.js';
+import { applicationPatience } from '../../extension/lib/nativehost.js';
 
 /** Rows that the native host's unit tests read as well. */
 const shared = path => JSON.parse(readFileSync(new URL(`../${path}`, import.meta.url)));
@@ -70,6 +71,12 @@ test('a file is of the same type as for the native host', () => {
         for (const download of names.split('|').filter(name => name.includes('.')))
             strictEqual(types[kinds.of({ url: 'https://example.org/', download })] ?? 'Unknown', type, download);
     }
+});
+
+test('the host gives up on a download seconds before the extension does', () => {
+    const header = readFileSync(new URL('../../src/common/remote/vhipcincomingdownloadsclient.h', import.meta.url), 'utf8');
+    const [, wait] = header.match(/longestWaitMs = ([\d']+);/);
+    ok(Number(wait.replaceAll("'", '')) + 3000 <= applicationPatience, wait);
 });
 
 /** In milliseconds: Chromium's time for an answer, and until it has a path; and whether the user chose the path. */

@@ -24,7 +24,7 @@ class RemoteIncomingDownloadsProcessor;
 class VhIpcIncomingDownloadsClient : public VhIpcQueuedPart {
     Q_OBJECT
 public:
-    /// The extension waits for 60 seconds (extension/lib/downloads.js).
+    /// Below the time that the extension waits, applicationPatience in extension/lib/nativehost.js.
     static constexpr int longestWaitMs = 55'000;
 
     explicit VhIpcIncomingDownloadsClient(
