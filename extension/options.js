@@ -1,6 +1,7 @@
 // The options page. Each row of the table is one option; changes are stored at once.
 
 import { ask, follow } from './lib/background.js';
+import { modifiers } from './lib/gestures.js';
 import { understandEndings, understandServers } from './lib/masks.js';
 import { isPreference } from './lib/preferences.js';
 import { valueAt } from './lib/settings.js';
@@ -15,7 +16,7 @@ const groups = [
         { path: 'monitor.enable', kind: 'switch', text: 'optionEnable', hint: 'optionEnableHint' },
         { path: 'monitor.allowDownload', kind: 'switch', text: 'optionAllowDownload' },
         { path: 'keeping.modifier', kind: 'choice', text: 'optionKeepKey', hint: 'optionKeepKeyHint',
-          choices: ['', 'alt', 'ctrl', 'shift'], choiceText: 'key_' },
+          choices: ['', ...modifiers], choiceText: 'key_' },
     ] },
     { title: 'optionsLeft', rows: [
         { path: 'monitor.skipSmallerThan', kind: 'size', text: 'optionSkipSmallerThan' },

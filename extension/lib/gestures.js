@@ -4,7 +4,8 @@
 
 import { Listeners } from './listeners.js';
 
-const modifiers = ['alt', 'ctrl', 'shift'];
+/** The keys that may keep a download in the browser, as content/gestures.js names them. */
+export const modifiers = ['alt', 'ctrl', 'shift'];
 
 /** Per tab. */
 const mostRemembered = 20;

@@ -1,5 +1,6 @@
 #include "httpcontentdisposition.h"
 
+#include "hexpairs.h"
 #include "httpparameters.h"
 
 #include <QByteArray>
@@ -39,37 +40,6 @@ std::optional<QString> fromCharset(std::string_view charset, const QByteArray &b
 QByteArray toByteArray(std::string_view text)
 {
     return QByteArray(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-int hexDigit(char c)
-{
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
-}
-
-/// Each marker followed by two hexadecimal digits becomes a byte; any other marker is kept, whereas
-/// QByteArray::fromPercentEncoding() would turn it into some byte.
-QByteArray decodedHexPairs(std::string_view text, char marker)
-{
-    QByteArray bytes;
-    bytes.reserve(static_cast<qsizetype>(text.size()));
-    for (size_t i = 0; i < text.size(); ++i) {
-        const bool mayDecode = text[i] == marker && i + 2 < text.size();
-        const int high = mayDecode ? hexDigit(text[i + 1]) : -1;
-        const int low = mayDecode ? hexDigit(text[i + 2]) : -1;
-        if (high >= 0 && low >= 0) {
-            bytes.append(static_cast<char>(high * 16 + low));
-            i += 2;
-        } else {
-            bytes.append(text[i]);
-        }
-    }
-    return bytes;
 }
 
 /// RFC 8187: charset'language'percent-encoded.

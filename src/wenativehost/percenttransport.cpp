@@ -1,5 +1,7 @@
 #include "percenttransport.h"
 
+#include "hexpairs.h"
+
 #include <algorithm>
 
 namespace {
@@ -7,18 +9,6 @@ namespace {
 bool isLetterOrDigit(char c)
 {
     return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-}
-
-/// -1 for any character other than a hexadecimal digit.
-int hexValue(char c)
-{
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    return -1;
 }
 
 } // namespace
@@ -42,23 +32,4 @@ QByteArray PercentTransport::encode(const QByteArray &bytes)
     return text;
 }
 
-QByteArray PercentTransport::decode(const QByteArray &text)
-{
-    QByteArray bytes(text.size(), Qt::Uninitialized);
-    char *out = bytes.data();
-    const char *in = text.constData();
-    const char *const end = in + text.size();
-    while (end - in >= 3) {
-        const int high = *in == '%' ? hexValue(in[1]) : -1;
-        const int low = high >= 0 ? hexValue(in[2]) : -1;
-        if (low >= 0) {
-            *out++ = static_cast<char>(high << 4 | low);
-            in += 3;
-        } else {
-            *out++ = *in++;
-        }
-    }
-    out = std::copy(in, end, out);
-    bytes.truncate(out - bytes.constData());
-    return bytes;
-}
+QByteArray PercentTransport::decode(const QByteArray &text) { return decodedHexPairs(text, '%'); }
