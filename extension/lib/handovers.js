@@ -1,6 +1,8 @@
 // The browser's downloads that are being handed over. They are stored, so that after the end of this
 // script or of the browser the next start can complete them.
 
+import { SerialQueue } from './serialqueue.js';
+
 const kept = 'handovers';
 const run = 'browserRun';
 
@@ -22,7 +24,7 @@ export class Handovers {
     #restored = null;
     /** The id of this run of the browser. */
     #run = '';
-    #lastWrite = Promise.resolve();
+    #writes = new SerialQueue();
 
     /** To be called at once when the script starts. Resolves with the interrupted hand-overs. */
     restore() {
@@ -71,7 +73,6 @@ export class Handovers {
         else
             chrome.alarms.clear(kept);
         const all = [...this.#all.values()];
-        this.#lastWrite = this.#lastWrite.then(() => chrome.storage.local.set({ [kept]: all })).catch(() => {});
-        return this.#lastWrite;
+        return this.#writes.run(() => chrome.storage.local.set({ [kept]: all })).catch(() => {});
     }
 }

@@ -1,5 +1,7 @@
 // The entries of the context menu, with the host's captions in the user's language.
 
+import { SerialQueue } from './serialqueue.js';
+
 const webPages = ['http://*/*', 'https://*/*'];
 
 const entries = [
@@ -9,7 +11,7 @@ const entries = [
     { id: 'dlall', contexts: ['page', 'link', 'selection'] },
 ];
 
-const serializer = { last: Promise.resolve() };
+const changes = new SerialQueue();
 
 /**
  * Shows the entries that the settings allow; all of them while the settings are unknown.
@@ -18,8 +20,7 @@ const serializer = { last: Promise.resolve() };
  */
 export function showMenus(captions, allowed) {
     // Serialized: concurrent changes would create entries twice.
-    serializer.last = serializer.last.then(() => rebuild(captions, allowed));
-    return serializer.last;
+    return changes.run(() => rebuild(captions, allowed));
 }
 
 async function rebuild(captions, allowed) {

@@ -4,6 +4,7 @@
 import { isWebAddress } from './addresses.js';
 import { allSentHeaders } from './headers.js';
 import { Listeners } from './listeners.js';
+import { SerialQueue } from './serialqueue.js';
 
 /** The types of requests that may fetch media. */
 const filter = {
@@ -21,7 +22,7 @@ export class Observer {
     /** The ids of private tabs. */
     #private = new Set();
     /** Events are handled in order, though handling some of them is asynchronous. */
-    #last = Promise.resolve();
+    #queue = new SerialQueue();
     #listeners;
 
     /** @param {import('./downloadreports.js').DownloadReports} downloads their requests are not media */
@@ -102,8 +103,8 @@ export class Observer {
     }
 
     #inOrder(work) {
-        const mine = this.#last.then(work);
-        this.#last = mine.catch(error => console.error(error));
+        const mine = this.#queue.run(work);
+        mine.catch(error => console.error(error));
         return mine;
     }
 

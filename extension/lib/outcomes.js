@@ -1,6 +1,7 @@
 // The outcomes of hand-overs, for the popup, the button and the notifications.
 
 import { HostError } from './hosterror.js';
+import { SerialQueue } from './serialqueue.js';
 
 const kept = 'outcomes';
 const mostKept = 20;
@@ -35,7 +36,7 @@ export class Outcomes {
     /** Called with the whole list when it changed. */
     onListed = _outcomes => {};
 
-    #last = Promise.resolve();
+    #changes = new SerialQueue();
 
     /** @param {Error|null} error why the file is not where the user wanted it */
     tell(name, state, error = null) {
@@ -69,10 +70,9 @@ export class Outcomes {
 
     /** Serialized: read, change and write must not interleave. */
     #change(changed) {
-        this.#last = this.#last.then(async () => {
+        return this.#changes.run(async () => {
             await chrome.storage.session.set({ [kept]: changed(await this.list()) });
             this.onListed(await this.list());
         }).catch(() => {});
-        return this.#last;
     }
 }

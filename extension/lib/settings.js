@@ -2,6 +2,7 @@
 // with it. The others belong to this extension, which stores them and posts them to each new host.
 
 import { HostError } from './hosterror.js';
+import { SerialQueue } from './serialqueue.js';
 
 const kept = 'options';
 const isOwn = path => /^(menu|monitor\.video)\./.test(path);
@@ -22,7 +23,7 @@ export class Settings {
     #restored = null;
     /** Counts the records that the host has sent. */
     #told = 0;
-    #lastChange = Promise.resolve();
+    #changes = new SerialQueue();
 
     constructor(host) { this.#host = host; }
 
@@ -61,11 +62,7 @@ export class Settings {
      * @param {object} changes values by paths in the record's "browser", such as "monitor.enable"; the
      *     paths must exist in the host's record
      */
-    change(changes) {
-        const mine = this.#lastChange.then(() => this.#post(changes));
-        this.#lastChange = mine.catch(() => {});
-        return mine;
-    }
+    change(changes) { return this.#changes.run(() => this.#post(changes)); }
 
     forget() {
         this.current = null;

@@ -4,17 +4,13 @@
 import { deepStrictEqual } from 'node:assert';
 import { execFile, spawn } from 'node:child_process';
 import { createHash } from 'node:crypto';
-import { existsSync, readFileSync, renameSync, writeFileSync } from 'node:fs';
+import { existsSync, renameSync, writeFileSync } from 'node:fs';
 import { createServer } from 'node:http';
 import { join } from 'node:path';
+import { Settings } from '../../../extension/lib/settings.js';
 import { HostProcess, until } from '../../../tools/drivers/hostprocess.mjs';
 import { endsInOrder } from './hosttest.mjs';
 import { Sandbox } from '../../../tools/drivers/sandbox.mjs';
-
-// The extension's own class. Loaded as text, since Node.js would not load its file as a module; its
-// imports are for errors that do not occur here.
-const source = readFileSync(new URL('../../../extension/lib/settings.js', import.meta.url), 'utf8');
-const { Settings } = await import(`data:text/javascript,${encodeURIComponent(source.replace(/^import .*$/gm, ''))}`);
 
 // Stores nothing: the extension's own options are not changed here.
 globalThis.chrome = { storage: { local: { get: () => Promise.resolve({}) } } };
