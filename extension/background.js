@@ -1,6 +1,7 @@
 // Wires the parts of the extension together. All listeners are added synchronously at the start,
 // since the browser may have started this script for one of these events.
 
+import { gatherFacts } from './lib/diagnosis.js';
 import { DownloadReports } from './lib/downloadreports.js';
 import { Downloads } from './lib/downloads.js';
 import { FoundMedia } from './lib/foundmedia.js';
@@ -8,9 +9,8 @@ import { Gestures } from './lib/gestures.js';
 import { Handovers } from './lib/handovers.js';
 import { errorOf } from './lib/hostanswers.js';
 import { HostError } from './lib/hosterror.js';
-import { Keeping, hostOf, leftServers } from './lib/keeping.js';
+import { Keeping } from './lib/keeping.js';
 import { LinkLists } from './lib/linklists.js';
-import { isServerIn } from './lib/masks.js';
 import { showMenus } from './lib/menus.js';
 import { NativeHost } from './lib/nativehost.js';
 import { Observer } from './lib/observer.js';
@@ -24,7 +24,7 @@ import { RequestLog } from './lib/requestlog.js';
 import { RequestNotifications } from './lib/requestnotifications.js';
 import { Settings } from './lib/settings.js';
 import { Signs } from './lib/signs.js';
-import { followSiteAccess, siteAccess } from './lib/siteaccess.js';
+import { followSiteAccess } from './lib/siteaccess.js';
 import { Status, inWords } from './lib/status.js';
 import { Videos } from './lib/videos.js';
 
@@ -167,42 +167,6 @@ chrome.runtime.onInstalled.addListener(({ reason }) => {
         chrome.tabs.create({ url: chrome.runtime.getURL(helpPage) });
 });
 
-// --- servers whose downloads stay in the browser -------------------------------------------------
-
-function siteOf(url) {
-    const name = hostOf(url);
-    return { host: name, isLeft: isServerIn(leftServers(settings.current), name) };
-}
-
-async function leaveSite(name, leave) {
-    const servers = leftServers(settings.current).filter(mask => !isServerIn([mask], name));
-    if (leave)
-        servers.push(name);
-    await settings.change({
-        'monitor.skipServers': servers.join(' '),
-        'monitor.skipServersEnabled': servers.length > 0,
-    });
-}
-
-// --- what the help page shows ---------------------------------------------------------------------
-
-const named = error => (error ? { key: error.message, words: inWords(error) } : error);
-
-/** @param {Error|null|undefined} test the result of a test download: null on success */
-async function facts(test) {
-    const latest = (await outcomes.list()).at(-1);
-    const lastError = latest?.reason ? new HostError(latest.reason, latest.detail) : null;
-    const wasAsked = lastError || latest?.state === place.application;
-    return {
-        access: await siteAccess(),
-        version: host.version,
-        hostProblem: named(status.hostError),
-        isCatching: settings.current?.browser.monitor.enable,
-        lastProblem: wasAsked ? named(lastError) : undefined,
-        test: named(test),
-    };
-}
-
 // --- requests of the extension's pages -----------------------------------------------------------
 
 const answers = {
@@ -246,11 +210,8 @@ const answers = {
         await keeping.keepNext(next === true);
         return keeping.describe();
     },
-    site: ({ url }) => siteOf(url),
-    leaveSite: async ({ url, leave }) => {
-        await leaveSite(hostOf(url), leave);
-        return siteOf(url);
-    },
+    site: ({ url }) => keeping.site(url),
+    leaveSite: ({ url, leave }) => keeping.leaveSite(url, leave),
     outcomes: async () => (await outcomes.list()).reverse(),
     dismissOutcome: async ({ id }) => {
         await outcomes.dismiss(id);
@@ -271,6 +232,9 @@ const answers = {
         return status.describe();
     },
 };
+/** @param {Error|null} [test] the result of a test download: null on success */
+const facts = test => gatherFacts({ host, status, settings, outcomes }, test);
+
 /** Only pages of the extension may send requests; content scripts send gestures and nothing else. */
 const isOwnPage = ({ id, url }) => id === chrome.runtime.id && url?.startsWith(chrome.runtime.getURL(''));
 

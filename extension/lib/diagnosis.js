@@ -1,6 +1,9 @@
 // Checks the chain from the browser to a file on the disk, step by step, with a fix for each fault.
 
-import { access } from './siteaccess.js';
+import { HostError } from './hosterror.js';
+import { place } from './outcomes.js';
+import { access, siteAccess } from './siteaccess.js';
+import { inWords } from './status.js';
 import { text } from './ui.js';
 
 const doctor = 'kovalo-host doctor';
@@ -43,6 +46,27 @@ const applicationCures = {
  *     when there was none
  * @property {object|null|undefined} test the same for a test download
  */
+
+const named = error => (error ? { key: error.message, words: inWords(error) } : error);
+
+/**
+ * For the background script, which does not know the browser's name.
+ * @param {Error|null|undefined} test the result of a test download: null on success
+ * @returns {Promise<Facts>}
+ */
+export async function gatherFacts({ host, status, settings, outcomes }, test) {
+    const latest = (await outcomes.list()).at(-1);
+    const lastError = latest?.reason ? new HostError(latest.reason, latest.detail) : null;
+    const wasAsked = lastError || latest?.state === place.application;
+    return {
+        access: await siteAccess(),
+        version: host.version,
+        hostProblem: named(status.hostError),
+        isCatching: settings.current?.browser.monitor.enable,
+        lastProblem: wasAsked ? named(lastError) : undefined,
+        test: named(test),
+    };
+}
 
 const step = (name, state, words, cure) => ({ name, state, words, cure });
 /** The page itself says what the doctor is. */

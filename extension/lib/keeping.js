@@ -6,7 +6,7 @@ import { isServerIn } from './masks.js';
 const kept = 'keepNext';
 
 /** The host name of a URL, '' unless http(s). */
-export function hostOf(url) { return URL.canParse(url ?? '') && /^https?:/.test(url) ? new URL(url).hostname : ''; }
+function hostOf(url) { return URL.canParse(url ?? '') && /^https?:/.test(url) ? new URL(url).hostname : ''; }
 
 /** The masks of the servers whose downloads stay in the browser; as in the host, one may be empty, the list not. */
 export function leftServers(settings) {
@@ -53,7 +53,26 @@ export class Keeping {
         }
         const modifier = (await this.#preferences.all())['keeping.modifier'];
         return (modifier !== '' && this.#gestures.isHeld(request, modifier))
-            || isServerIn(leftServers(this.#settings.current), hostOf(request.origin));
+            || this.site(request.origin).isLeft;
+    }
+
+    /** Of a page's server: its host name, and whether its downloads stay in the browser. */
+    site(url) {
+        const host = hostOf(url);
+        return { host, isLeft: isServerIn(leftServers(this.#settings.current), host) };
+    }
+
+    /** Stores whether they do. Returns what site() does. */
+    async leaveSite(url, leave) {
+        const { host } = this.site(url);
+        const servers = leftServers(this.#settings.current).filter(mask => !isServerIn([mask], host));
+        if (leave)
+            servers.push(host);
+        await this.#settings.change({
+            'monitor.skipServers': servers.join(' '),
+            'monitor.skipServersEnabled': servers.length > 0,
+        });
+        return this.site(url);
     }
 
     async #isNext() { return (await chrome.storage.session.get(kept))[kept] === true; }
