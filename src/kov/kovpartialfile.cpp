@@ -65,7 +65,10 @@ KovPartialFile::~KovPartialFile() { ::close(m_descriptor); }
 
 std::unique_ptr<KovPartialFile> KovPartialFile::create(const QString &path, QString &error)
 {
-    return open(path, O_CREAT | O_EXCL, error);
+    std::unique_ptr<KovPartialFile> file = open(path, O_CREAT | O_EXCL, error);
+    if (file)
+        file->m_unsyncedEntry = path;
+    return file;
 }
 
 std::unique_ptr<KovPartialFile> KovPartialFile::open(const QString &path, QString &error)
@@ -117,23 +120,27 @@ bool KovPartialFile::write(qint64 offset, const char *bytes, qint64 size)
 
 bool KovPartialFile::truncate(qint64 size) { return check(::ftruncate(m_descriptor, size) == 0); }
 
-void KovPartialFile::sync(QObject *context, std::function<void(int)> synced) const
+void KovPartialFile::sync(QObject *context, std::function<void(int)> synced)
 {
     const int descriptor = ::fcntl(m_descriptor, F_DUPFD_CLOEXEC, 0);
     const QPointer<QObject> guard(context);
-    QThreadPool::globalInstance()->start([descriptor, guard, synced = std::move(synced)] {
-        const int errorNumber = descriptor < 0 || ::fdatasync(descriptor) != 0 ? errno : 0;
-        if (descriptor >= 0)
-            ::close(descriptor);
-        // Posted to the application, since the context may be destroyed at any moment.
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [guard, synced, errorNumber] {
-                if (guard)
-                    synced(errorNumber);
-            },
-            Qt::QueuedConnection);
-    });
+    const QString unsyncedEntry = std::exchange(m_unsyncedEntry, {});
+    QThreadPool::globalInstance()->start(
+        [descriptor, unsyncedEntry, guard, synced = std::move(synced)] {
+            if (!unsyncedEntry.isEmpty())
+                syncFolderOf(unsyncedEntry);
+            const int errorNumber = descriptor < 0 || ::fdatasync(descriptor) != 0 ? errno : 0;
+            if (descriptor >= 0)
+                ::close(descriptor);
+            // Posted to the application, since the context may be destroyed at any moment.
+            QMetaObject::invokeMethod(
+                QCoreApplication::instance(),
+                [guard, synced, errorNumber] {
+                    if (guard)
+                        synced(errorNumber);
+                },
+                Qt::QueuedConnection);
+        });
 }
 
 bool KovPartialFile::setModificationTime(const QDateTime &time)

@@ -27,9 +27,10 @@ public:
     /// Writes all of it, despite partial writes.
     bool write(qint64 offset, const char *bytes, qint64 size);
     bool truncate(qint64 size);
-    /// Syncs the data written so far, on another thread. "synced" is called on the thread of the
-    /// context, with 0 or the error number, unless the context is destroyed.
-    void sync(QObject *context, std::function<void(int)> synced) const;
+    /// Syncs the data written so far, on another thread, and first the directory entry of a new
+    /// file. "synced" is called on the thread of the context, with 0 or the error number, unless
+    /// the context is destroyed.
+    void sync(QObject *context, std::function<void(int)> synced);
     bool setModificationTime(const QDateTime &time);
     /// Moves it without replacing anything; false without an error number when the path is taken.
     bool moveTo(const QString &path);
@@ -51,6 +52,8 @@ private:
 
     QString m_path;
     const int m_descriptor;
+    /// The path of a new file, until its directory is synced.
+    QString m_unsyncedEntry;
     int m_errorNumber = 0;
 };
 
