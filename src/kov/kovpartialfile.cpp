@@ -123,15 +123,18 @@ bool KovPartialFile::truncate(qint64 size) { return check(::ftruncate(m_descript
 void KovPartialFile::sync(QObject *context, std::function<void(int)> synced)
 {
     const int descriptor = ::fcntl(m_descriptor, F_DUPFD_CLOEXEC, 0);
+    const int duplicationError = descriptor < 0 ? errno : 0; // errno is this thread's own
     const QPointer<QObject> guard(context);
     const QString unsyncedEntry = std::exchange(m_unsyncedEntry, {});
     QThreadPool::globalInstance()->start(
-        [descriptor, unsyncedEntry, guard, synced = std::move(synced)] {
+        [descriptor, duplicationError, unsyncedEntry, guard, synced = std::move(synced)] {
             if (!unsyncedEntry.isEmpty())
                 syncFolderOf(unsyncedEntry);
-            const int errorNumber = descriptor < 0 || ::fdatasync(descriptor) != 0 ? errno : 0;
-            if (descriptor >= 0)
+            int errorNumber = duplicationError;
+            if (descriptor >= 0) {
+                errorNumber = ::fdatasync(descriptor) == 0 ? 0 : errno;
                 ::close(descriptor);
+            }
             // Posted to the application, since the context may be destroyed at any moment.
             QMetaObject::invokeMethod(
                 QCoreApplication::instance(),
