@@ -3,6 +3,8 @@
 
 # The same code model for libraries and programs, so that they can share the precompiled headers.
 add_compile_options(-fPIC -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+# Failed checks are logged with their source file: the same bytes wherever the checkout is.
+add_compile_options(-fmacro-prefix-map=${CMAKE_SOURCE_DIR}=../..)
 add_compile_definitions(
     QT_NO_CAST_FROM_ASCII
     QT_NO_CAST_TO_ASCII
