@@ -166,7 +166,7 @@ private:
     /// The name of the next node.
     std::string_view m_key;
     /// The arrays and objects that are open.
-    std::array<std::size_t, MaxDepth> m_open; // NOLINT(cppcoreguidelines-pro-type-member-init)
+    std::array<std::size_t, MaxDepth> m_open{};
     std::size_t m_depth = 0;
 };
 

@@ -8,15 +8,15 @@
 /// answered. All other errors are texts for the user.
 namespace pmxTaskErrors {
 
-constexpr char appNotInstalled[] = "app_not_installed";
-constexpr char busy[] = "busy";
-constexpr char failure[] = "failure";
-constexpr char ignoredDueSettings[] = "ignoredDueSettings";
-constexpr char invalidArguments[] = "invalid arguments";
-constexpr char invalidParameter[] = "invalid_parameter";
-constexpr char noMediaFound[] = "no_media_found";
-constexpr char notEnoughMemory[] = "not enough memory";
-constexpr char unknownTaskType[] = "unknown_task_type";
+inline constexpr char appNotInstalled[] = "app_not_installed";
+inline constexpr char busy[] = "busy";
+inline constexpr char failure[] = "failure";
+inline constexpr char ignoredDueSettings[] = "ignoredDueSettings";
+inline constexpr char invalidArguments[] = "invalid arguments";
+inline constexpr char invalidParameter[] = "invalid_parameter";
+inline constexpr char noMediaFound[] = "no_media_found";
+inline constexpr char notEnoughMemory[] = "not enough memory";
+inline constexpr char unknownTaskType[] = "unknown_task_type";
 
 /// False for a text for the user, which is in the user's language and may name files.
 inline bool contains(std::string_view error)

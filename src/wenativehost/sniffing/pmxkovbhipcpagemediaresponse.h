@@ -24,7 +24,7 @@ public:
 private:
     struct Entry {
         MediaRequest media;
-        bool isPart;
+        bool isPart = false;
     };
     static bool serialize(pmxSerializationIoStream *node, Entry &entry);
 
