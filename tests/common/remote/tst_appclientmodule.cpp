@@ -187,7 +187,10 @@ private Q_SLOTS:
         QVERIFY(peer && !peer->readAll().isEmpty());
         const auto downloads = m_module->incomingDownloadsProcessor();
         if (isDownload) {
+            const QSignalSpy sent(m_module->remoteFrontendClientModule().data(),
+                                  &AppRemoteFrontendClientModule::sentAllData);
             downloads->process(downloads->createJob());
+            QCOMPARE(sent.size(), 1);
         } else {
             peer->setReadBufferSize(1); // unread data stays in the kernel
             m_module->jsonRequestsManager()->send(1, QString(hugeTextLength, u'x'), true);

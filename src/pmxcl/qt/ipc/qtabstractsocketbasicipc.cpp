@@ -92,17 +92,22 @@ void QtAbstractSocketBasicIpc::sendPieces(const QList<QByteArray> &pieces)
         frame = {frame.join()}; // a usual message is written with one system call
     // What is not encoded beforehand is one piece, which need not be shared.
     const qsizetype atOnce = pieces.size() == 1 ? frame.size() : 1;
-    for (qsizetype i = 0; i < atOnce && m_connection.waiting.isEmpty(); ++i)
-        writeAtOnce(frame.takeFirst());
+    qint64 bypassed = 0;
+    for (qsizetype i = 0; i < atOnce && m_device && m_connection.waiting.isEmpty(); ++i)
+        bypassed += writeAtOnce(frame.takeFirst());
     m_connection.waiting.append(frame);
     writeWaiting();
+    // The device knows nothing of these bytes. Last: a slot may end the connection.
+    if (bypassed > 0 && m_device)
+        Q_EMIT m_device->bytesWritten(bypassed);
 }
 
-void QtAbstractSocketBasicIpc::writeAtOnce(const QByteArray &bytes)
+qint64 QtAbstractSocketBasicIpc::writeAtOnce(const QByteArray &bytes)
 {
     const qint64 written = m_device->bytesToWrite() == 0 ? m_socket->writeAtOnce(bytes) : 0;
     if (written < bytes.size())
         m_device->write(bytes.constData() + written, bytes.size() - written);
+    return written;
 }
 
 void QtAbstractSocketBasicIpc::writeWaiting()

@@ -73,7 +73,8 @@ private:
     };
 
     void sendHandshake();
-    void writeAtOnce(const QByteArray &bytes);
+    /// Returns how many bytes bypassed the device.
+    qint64 writeAtOnce(const QByteArray &bytes);
     /// Both do one step of reading; false if there is nothing more to read for now.
     bool readDataStreamStep();
     bool readCborStep(QCborStreamReader &reader);

@@ -48,8 +48,9 @@ public:
     /// Whether the peer has read all sent data, as far as the transport knows.
     virtual bool hasPeerTakenAll() const;
     /// Writes directly, bypassing the device, whose write buffer must be empty, and the event loop.
-    /// Returns the number of written bytes; write the others to the device. Emits no signal: an
-    /// error shows when the device is used. 0 if the transport does not support it.
+    /// Returns the number of written bytes; write the others to the device. Emits no signal, not
+    /// even the device's bytesWritten(), which the caller owes those who wait for it; an error
+    /// shows when the device is used. 0 if the transport does not support it.
     virtual qint64 writeAtOnce(QByteArrayView bytes);
 
     bool isConnecting() const;
