@@ -91,7 +91,9 @@ ApplicationProbe::Start ApplicationProbe::start(const QString &program, int time
         return result;
     }
     QObject::connect(&process, &ServerProcess::ended, &loop, [&] {
-        result.failure = QStringLiteral("it ends at once") + lastLineOf(process.stderrText());
+        // It also ends if another one, started by a browser meanwhile, serves already.
+        if (!isOwnServerListening(appServerName(), pollMs))
+            result.failure = QStringLiteral("it ends at once") + lastLineOf(process.stderrText());
         loop.quit();
     });
     QTimer poll;
