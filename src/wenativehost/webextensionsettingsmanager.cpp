@@ -5,6 +5,7 @@
 #include "appremotefrontendclientmodule.h"
 #include "qtappabstractsettingsmanager.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <tuple>
@@ -29,8 +30,15 @@ void read(const QString &text, bool &value) { value = text.toInt() != 0; }
 void read(const QString &text, std::int64_t &value) { value = text.toInt(); }
 void read(const QString &text, std::string &value) { value = text.toStdString(); }
 
-/// Whether the text is a number that read() does not take.
-bool isUnshown(const QString &text, std::int64_t) { return text.toLongLong() != text.toInt(); }
+/// Whether the text is a number that read() does not take, of any size.
+bool isUnshown(const QString &text, std::int64_t)
+{
+    bool isTaken = false;
+    text.toInt(&isTaken);
+    const auto digits = QStringView(text).sliced(text.startsWith(u'-') ? 1 : 0);
+    return !isTaken && !digits.isEmpty()
+        && std::all_of(digits.begin(), digits.end(), [](QChar c) { return c.isDigit(); });
+}
 template <typename Value> bool isUnshown(const QString &, const Value &) { return false; }
 
 QString written(bool value) { return value ? QStringLiteral("1") : QStringLiteral("0"); }

@@ -92,7 +92,7 @@ private Q_SLOTS:
         // Any 32-bit number except 0 is true.
         other.settings().setValues(
             values({{WbInterceptDownloads, "-1"},
-                    {WbAbortedInterceptedDownloadForwardToBrowser, "2147483648"},
+                    {WbAbortedInterceptedDownloadForwardToBrowser, "99999999999999999999"},
                     {WbDontInterceptDownloadsIfKeyIsPressed, "0x1"},
                     {WbDontInterceptTooSmallDownloads, "1"},
                     {WbDownloadsTooSmallSizeValue, "-5"}}),
