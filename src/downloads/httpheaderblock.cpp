@@ -154,14 +154,13 @@ std::optional<HttpContentRange> HttpHeaderBlock::contentRange() const
     const std::string_view range = trimmedHttpSpace(rest.substr(blank, slash - blank));
     const std::string_view total = trimmedHttpSpace(rest.substr(slash + 1));
     HttpContentRange result;
-    if (total != "*" && !(result.total = toNumber(total)))
-        return std::nullopt;
+    result.total = toNumber(total); // what is no number is as unknown as "*" is
     if (range != "*") {
         const size_t dash = range.find('-');
         if (dash == std::string_view::npos)
             return std::nullopt;
-        result.first = toNumber(range.substr(0, dash));
-        result.last = toNumber(range.substr(dash + 1));
+        result.first = toNumber(trimmedHttpSpace(range.substr(0, dash)));
+        result.last = toNumber(trimmedHttpSpace(range.substr(dash + 1)));
         if (!result.first || !result.last || *result.last < *result.first
             || (result.total && *result.last >= *result.total))
             return std::nullopt;

@@ -52,7 +52,8 @@ public:
     std::optional<HttpMediaType> mediaType() const;
     /// Content-Length; nothing if it is no 64-bit number, or if repeated fields differ.
     std::optional<quint64> contentLength() const;
-    /// Content-Range; nothing if it is malformed or contradicts itself.
+    /// Content-Range; nothing if it is malformed or contradicts itself. A total that is no number
+    /// is unknown.
     std::optional<HttpContentRange> contentRange() const;
     /// The file name that Content-Disposition suggests (RFC 6266, RFC 8187 and the broken forms
     /// that browsers accept), without any folder and control characters; empty if there is none.
