@@ -72,10 +72,14 @@ void WeNativeHostModule::bringUp()
     m_receiver->setFlowControl(m_flowControl);
     if (QCoreApplication::arguments().contains(textLengthSwitch()))
         m_receiver->enableFlags(ConsoleMessagesReceiver::TextLength, true);
-    connect(m_receiver.data(), &ConsoleMessagesReceiver::finished, m_delayedShutdownManager.data(),
-            &QtAppDelayedShutdownManager::shutdownAppViaConnection);
     m_readThread = std::make_unique<ReadConsoleThread>();
     m_readThread->setObjectName(QStringLiteral("Read console thread"));
+    // First: the main thread, on another processor, would else find a thread that it must
+    // terminate.
+    connect(m_receiver.data(), &ConsoleMessagesReceiver::finished, m_readThread.get(),
+            &ReadConsoleThread::endByItself, Qt::DirectConnection);
+    connect(m_receiver.data(), &ConsoleMessagesReceiver::finished, m_delayedShutdownManager.data(),
+            &QtAppDelayedShutdownManager::shutdownAppViaConnection);
     m_readThread->start(QThread::InheritPriority);
     if (!m_readThread->isRunning()) {
         logLine(1,
@@ -84,8 +88,6 @@ void WeNativeHostModule::bringUp()
         return;
     }
     m_receiver->moveToThread(m_readThread.get());
-    connect(m_receiver.data(), &ConsoleMessagesReceiver::finished, m_readThread.get(),
-            &ReadConsoleThread::endByItself, Qt::DirectConnection);
 
     m_sender = qtCreateObject<ConsoleMessagesSender>();
     m_sender->setFlowControl(m_flowControl);
