@@ -1,5 +1,8 @@
 #include "isolatedhost.h"
+#include "linksuccessor.h"
 #include "rows.h"
+#include "vhipcincomingdownloadskeys.h"
+#include "vhipckeys.h"
 
 #include <tuple>
 
@@ -132,6 +135,37 @@ private Q_SLOTS:
         QVERIFY(finish(4, true).contains(u"'id':'same','result':'1','type':'video_sniffer'"_qs));
         create(u"same"_qs, one);
         QCOMPARE(finish(5, true), answered(u"same"_qs, u""_qs, u"1"_qs));
+    }
+
+    void lostDownloads()
+    {
+        QVERIFY(m_host->connectToApplication());
+        QList<VhIpcQueuedMessage> left;
+        for (const char *const members : {"a/file", "a/file','suggestedName':'b.zip", "", "a"}) {
+            create(u"1"_qs, u"{'url':'http://host/%1'}"_qs.arg(QLatin1String(members)));
+            const auto &job = m_host->jobs.constLast();
+            left.append(
+                {.message = {{VhIpcKeys::name(), VhIpcIncomingDownloadsKeys::partName()},
+                             {VhIpcKeys::id(), job.id},
+                             {VhIpcIncomingDownloadsKeys::request(), toVariantHash(job.request)}}});
+        }
+        {
+            const LinkSuccessor::DownloadsReport report(
+                left, *m_host->client->incomingDownloadsProcessor(),
+                LostDownloads(*m_host->client->dataAccessHelper()));
+            finish(1, false);
+            finish(3, true);
+        }
+        const QString handshake = u"{'id':'1','type':'handshake','handshake':{}}"_qs;
+        QStringList told = m_host->tell(handshake).split(u'|').sliced(1);
+        told.sort();
+        QCOMPARE(told.size(), 3);
+        const std::pair<QString, QString> expected[] = {{u"b.zip"_qs, u"no späce"_qs},
+                                                        {u"file"_qs, u"no answer"_qs},
+                                                        {u"host"_qs, u"no answer"_qs}};
+        for (const auto &[name, reason] : expected)
+            QVERIFY(told.filter(u"'result':'%1'"_qs.arg(name)).join(QString()).contains(reason));
+        QCOMPARE(m_host->tell(handshake).count(u'|'), 0); // told once
     }
 };
 
