@@ -23,7 +23,7 @@ constexpr auto isPlain = [] {
 }();
 
 /// Writes the same as the library, but not character by character.
-void appendString(std::string &out, const std::string &text)
+void appendString(std::string &out, std::string_view text)
 {
     out += '"';
     for (auto at = text.cbegin(); at != text.cend();) {
@@ -43,50 +43,37 @@ void appendString(std::string &out, const std::string &text)
 pmxJson2SerializationOutputStream::~pmxJson2SerializationOutputStream() { flush(); }
 
 std::shared_ptr<pmxSerializationOutputStream>
-pmxJson2SerializationOutputStream::CreateNode(const std::string &name, bool arrayMark)
+pmxJson2SerializationOutputStream::CreateNode(std::string_view name, bool arrayMark)
 {
-    if (name.empty() || m_onlyValue)
-        return nullptr;
-    if (const auto place = placeOf(name); place != m_members.end() && place->name == name)
+    if (name.empty() || isPlainValue() || isMemberAt(placeOf(name), name))
         return nullptr;
     auto node = std::make_shared<pmxJson2SerializationOutputStream>();
     m_children.emplace(name, Child{node, arrayMark});
     return node;
 }
 
-bool pmxJson2SerializationOutputStream::WriteValue(const std::string &name,
-                                                   const std::string &value, bool)
+bool pmxJson2SerializationOutputStream::WriteValue(std::string_view name, const std::string &value,
+                                                   bool)
 {
-    std::string *const text = textOf(name);
-    if (!text)
-        return false;
-    text->reserve(value.size() + 2);
-    appendString(*text, value);
-    return true;
+    return writeMember(name, [&value](std::string &out) { appendString(out, value); });
 }
 
-bool pmxJson2SerializationOutputStream::WriteBoolValue(const std::string &name, bool value, bool)
+bool pmxJson2SerializationOutputStream::WriteBoolValue(std::string_view name, bool value, bool)
 {
-    std::string *const text = textOf(name);
-    if (text)
-        *text = value ? "true" : "false";
-    return text;
+    return writeMember(name, [value](std::string &out) { out += value ? "true" : "false"; });
 }
 
-bool pmxJson2SerializationOutputStream::WriteDoubleValue(const std::string &name, double value,
-                                                         bool)
+bool pmxJson2SerializationOutputStream::WriteDoubleValue(std::string_view name, double value, bool)
 {
-    std::string *const text = std::isfinite(value) ? textOf(name) : nullptr;
-    if (text)
-        *text = picojson::value(value).to_str();
-    return text;
+    return std::isfinite(value)
+        && writeMember(name, [value](std::string &out) { out += picojson::value(value).to_str(); });
 }
 
 void pmxJson2SerializationOutputStream::Flush() { flush(); }
 
 void pmxJson2SerializationOutputStream::clear()
 {
-    m_onlyValue.reset();
+    m_texts.clear();
     m_members.clear();
     m_children.clear();
 }
@@ -108,52 +95,77 @@ picojson::value pmxJson2SerializationOutputStream::getResultingJsonValue() const
     return value;
 }
 
-std::vector<pmxJson2SerializationOutputStream::Member>::iterator
-pmxJson2SerializationOutputStream::placeOf(const std::string &name)
+std::string_view pmxJson2SerializationOutputStream::viewOf(const Piece &piece) const
 {
-    return std::lower_bound(
-        m_members.begin(), m_members.end(), name,
-        [](const Member &member, const std::string &wanted) { return member.name < wanted; });
+    return {m_texts.data() + piece.at, piece.size};
 }
 
-std::string *pmxJson2SerializationOutputStream::textOf(const std::string &name)
+template <typename AppendText>
+bool pmxJson2SerializationOutputStream::writeMember(std::string_view name,
+                                                    const AppendText &appendText)
 {
-    if (m_onlyValue)
-        return nullptr;
-    if (name.empty())
-        return m_members.empty() && m_children.empty() ? &m_onlyValue.emplace() : nullptr;
-    if (m_members.empty())
+    const bool isEmpty = m_members.empty() && m_children.empty();
+    if (isPlainValue() || (name.empty() && !isEmpty))
+        return false;
+    if (m_members.empty()) {
         m_members.reserve(usualMembers);
+        m_texts.reserve(usualSize);
+    }
     auto place = placeOf(name);
-    if (place == m_members.end() || place->name != name)
-        place = m_members.insert(place, Member{name, {}});
-    place->text.clear();
-    return &place->text;
+    if (!isMemberAt(place, name)) {
+        place = m_members.insert(place, Member{{m_texts.size(), name.size()}, {}});
+        m_texts += name;
+    }
+    const std::size_t begin = m_texts.size();
+    appendText(m_texts);
+    place->text = {begin, m_texts.size() - begin};
+    return true;
+}
+
+std::vector<pmxJson2SerializationOutputStream::Member>::iterator
+pmxJson2SerializationOutputStream::placeOf(std::string_view name)
+{
+    return std::lower_bound(m_members.begin(), m_members.end(), name,
+                            [this](const Member &member, std::string_view wanted) {
+                                return viewOf(member.name) < wanted;
+                            });
+}
+
+bool pmxJson2SerializationOutputStream::isMemberAt(std::vector<Member>::iterator place,
+                                                   std::string_view name) const
+{
+    return place != m_members.end() && viewOf(place->name) == name;
+}
+
+bool pmxJson2SerializationOutputStream::isPlainValue() const
+{
+    return !m_members.empty() && m_members.front().name.size == 0;
 }
 
 void pmxJson2SerializationOutputStream::appendText(std::string &out) const
 {
-    if (m_onlyValue) {
-        out += *m_onlyValue;
+    if (isPlainValue()) {
+        out += viewOf(m_members.front().text);
         return;
     }
     out += '{';
     auto member = m_members.cbegin();
     for (auto child = m_children.cbegin();
          member != m_members.cend() || child != m_children.cend();) {
-        if (member != m_members.cend() && child != m_children.cend()
-            && member->name == child->first) {
+        const std::string_view name =
+            member != m_members.cend() ? viewOf(member->name) : std::string_view();
+        if (member != m_members.cend() && child != m_children.cend() && name == child->first) {
             ++member; // the child replaces it
             continue;
         }
         if (out.back() != '{')
             out += ',';
-        const bool isMember = child == m_children.cend()
-            || (member != m_members.cend() && member->name < child->first);
-        appendString(out, isMember ? member->name : child->first);
+        const bool isMember =
+            child == m_children.cend() || (member != m_members.cend() && name < child->first);
+        appendString(out, isMember ? name : child->first);
         out += ':';
         if (isMember) {
-            out += member->text;
+            out += viewOf(member->text);
             ++member;
         } else {
             const auto end = m_children.upper_bound(child->first);
