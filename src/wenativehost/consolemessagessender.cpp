@@ -11,6 +11,7 @@
 #include <QThread>
 
 #include <poll.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -131,16 +132,33 @@ void ConsoleMessagesSender::writeBody(QByteArrayView body)
 qint64 ConsoleMessagesSender::writeOut(const char *data, qint64 size)
 {
     qint64 written = 0;
-    while (written < size && m_channel != Channel::Abandoned && waitUntilWritable()) {
-        // A pipe that is writable according to poll(2) takes so much without blocking (pipe(7)).
-        const auto piece = static_cast<size_t>(std::min<qint64>(PIPE_BUF, size - written));
-        const ssize_t count = ::write(::fileno(m_output), data + written, piece);
+    while (written < size && m_channel != Channel::Abandoned) {
+        const auto left = static_cast<size_t>(size - written);
+        ssize_t count = writeWithoutBlocking(data + written, left);
+        if (count <= 0) {
+            if (!waitUntilWritable())
+                break;
+            // A pipe that is writable according to poll(2) takes so much without blocking
+            // (pipe(7)).
+            count = ::write(::fileno(m_output), data + written, std::min<size_t>(PIPE_BUF, left));
+        }
         if (count >= 0)
             written += count;
         else if (errno != EINTR && errno != EAGAIN)
             break;
     }
     return written;
+}
+
+ssize_t ConsoleMessagesSender::writeWithoutBlocking(const char *data, size_t size)
+{
+    if (!m_canWriteWithoutBlocking)
+        return 0;
+    const iovec all = {const_cast<char *>(data), size};
+    constexpr off_t currentPosition = -1;
+    const ssize_t count = ::pwritev2(::fileno(m_output), &all, 1, currentPosition, RWF_NOWAIT);
+    m_canWriteWithoutBlocking = count >= 0 || (errno != EOPNOTSUPP && errno != ENOSYS);
+    return count;
 }
 
 bool ConsoleMessagesSender::waitUntilWritable()
