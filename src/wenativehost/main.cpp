@@ -114,7 +114,13 @@ QString shownArguments(const QStringList &arguments)
 
 int run(int argc, char *argv[])
 {
+    // GLib's event loop makes a system call for every event that the reader posts, Qt's own only
+    // for the first. The choice is for this process, not for the application that it starts.
+    constexpr const char *withoutGlib = "QT_NO_GLIB";
+    const QByteArray usersChoice = qgetenv(withoutGlib);
+    qputenv(withoutGlib, "1");
     QCoreApplication application(argc, argv);
+    usersChoice.isEmpty() ? qunsetenv(withoutGlib) : qputenv(withoutGlib, usersChoice);
     // The application object has just set the C library to the user's locale; its error texts go to
     // the log, which is in English. Qt determines the user's language without it.
     std::setlocale(LC_MESSAGES, "C");
