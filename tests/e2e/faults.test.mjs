@@ -70,10 +70,12 @@ describe('faults', { concurrency: 4 }, () => {
         checkAnswers([await extension.download(server.url('never'))], ['app_not_installed'], 'missing');
         here.replaceApplication('exit 0', 0o644);
         checkAnswers([await extension.download(server.url('never'))], ['app_not_installed'], 'not executable');
-        here.replaceApplication('exit 3');
+        here.replaceApplication('env > "$0.environment"; exit 3');
         const answers = [extension.download(server.url('never')), extension.download(server.url('never'))];
         strictEqual((await extension.ask('key_state')).error, ''); // the host keeps running
         checkAnswers(await Promise.all(answers), ['Connection failure'], 'exits');
+        // The host's choice of an event loop is not the application's.
+        ok(!readFileSync(here.program('kov.environment'), 'utf8').includes('QT_NO_GLIB'));
         await extension.end();
     });
 
