@@ -2,30 +2,30 @@
 
 #include "qtsingleshottimer.h"
 
+#include <QBasicTimer>
 #include <QElapsedTimer>
-#include <QTimer>
+#include <QTimerEvent>
 
 namespace {
 
 /// A timer of the event loop.
 class SystemTimer : public QtSingleShotTimer {
 public:
-    SystemTimer()
-    {
-        m_timer.setSingleShot(true);
-        connect(&m_timer, &QTimer::timeout, this, &QtSingleShotTimer::timeout);
-    }
-
-    void start(int msec, Qt::TimerType type) override
-    {
-        m_timer.setTimerType(type);
-        m_timer.start(msec);
-    }
+    void start(int msec, Qt::TimerType type) override { m_timer.start(msec, type, this); }
     void stop() override { m_timer.stop(); }
     bool isActive() const override { return m_timer.isActive(); }
 
+protected:
+    void timerEvent(QTimerEvent *event) override
+    {
+        if (event->timerId() != m_timer.timerId())
+            return;
+        m_timer.stop();
+        Q_EMIT timeout();
+    }
+
 private:
-    QTimer m_timer;
+    QBasicTimer m_timer;
 };
 
 class SystemClock : public QtClock {
