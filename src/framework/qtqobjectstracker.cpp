@@ -27,28 +27,23 @@ QtQObjectsTracker::~QtQObjectsTracker()
             QStringLiteral("[QtQObjectsTracker]: WARNING: still alive at exit: %1").arg(className));
 }
 
+// A connection to QObject::destroyed() would take 300 bytes for each object.
 void QtQObjectsTracker::registerObject(QObject *object, const char *className)
 {
-    {
-        const QMutexLocker locker(&m_mutex);
-        m_alive.insert(object, QString::fromLatin1(className));
-    }
-    // Direct: objects die on their own threads, and the entry must be gone before the address is
-    // used again.
-    connect(object, &QObject::destroyed, this, &QtQObjectsTracker::forgetObject,
-            Qt::DirectConnection);
-}
-
-void QtQObjectsTracker::forgetObject(const QObject *object)
-{
     const QMutexLocker locker(&m_mutex);
-    m_alive.remove(object);
+    if (m_registered.size() == m_registered.capacity())
+        std::erase_if(m_registered, [](const Registered &each) { return each.object.isNull(); });
+    m_registered.push_back({object, className});
 }
 
 QStringList QtQObjectsTracker::aliveObjects() const
 {
     const QMutexLocker locker(&m_mutex);
-    QStringList names = m_alive.values();
+    QStringList names;
+    for (const Registered &each : m_registered) {
+        if (each.object)
+            names += QString::fromLatin1(each.className);
+    }
     names.sort();
     return names;
 }

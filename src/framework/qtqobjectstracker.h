@@ -1,8 +1,10 @@
 #pragma once
 
-#include <QHash>
 #include <QMutex>
 #include <QObject>
+#include <QPointer>
+
+#include <vector>
 
 /**
  * Tracks the long-lived objects of the process. When it is destroyed, it logs those that are still
@@ -20,13 +22,17 @@ public:
     explicit QtQObjectsTracker(QObject *parent = nullptr);
     ~QtQObjectsTracker() override;
 
+    /// The name, as that of a meta-object, must live as long as the tracker.
     void registerObject(QObject *object, const char *className);
     /// The class names of the registered objects that still live, sorted.
     QStringList aliveObjects() const;
 
 private:
-    void forgetObject(const QObject *object);
+    struct Registered {
+        QPointer<QObject> object;
+        const char *className;
+    };
 
     mutable QMutex m_mutex;
-    QHash<const QObject *, QString> m_alive;
+    std::vector<Registered> m_registered;
 };
