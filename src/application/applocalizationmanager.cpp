@@ -15,37 +15,24 @@
 
 namespace {
 
-const QLatin1String appFilePrefix("kov");
-const QLatin1String appFileSuffix(".qm");
-
-bool isAppFile(const QString &fileName)
+/// The locales of the files "kov_<locale>.qm". Read at every start: QDir would look at each file, and
+/// compile a regular expression for a filter.
+std::vector<QString> localesOfAppFiles(const QString &folder)
 {
-    return fileName.startsWith(appFilePrefix) && fileName.endsWith(appFileSuffix)
-        && fileName.at(appFilePrefix.size()) == u'_';
-}
-
-/// Read at every start: QDir would look at each file, and compile a regular expression for a
-/// filter.
-std::vector<QString> appFilesIn(const QString &folder)
-{
-    std::vector<QString> files;
+    std::vector<QString> locales;
     DIR *const opened = ::opendir(QFile::encodeName(folder).constData());
     if (!opened)
-        return files;
+        return locales;
+    const QByteArrayView prefix("kov_");
+    const QByteArrayView suffix(".qm");
     while (const dirent *const entry = ::readdir(opened)) {
-        QString file = QFile::decodeName(entry->d_name);
-        if (entry->d_type != DT_DIR && isAppFile(file))
-            files.push_back(std::move(file));
+        const QByteArrayView name(entry->d_name);
+        if (entry->d_type != DT_DIR && name.startsWith(prefix) && name.endsWith(suffix))
+            locales.push_back(
+                QString::fromUtf8(name.sliced(prefix.size()).chopped(suffix.size())));
     }
     ::closedir(opened);
-    return files;
-}
-
-/// The locale in the file name "kov_<locale>.qm".
-QString localeOfAppFile(const QString &fileName)
-{
-    const auto begin = appFilePrefix.size() + 1;
-    return fileName.sliced(begin, fileName.size() - begin - appFileSuffix.size());
+    return locales;
 }
 
 /// The language of the translations to use for a locale: Bokmål for Nynorsk. (A translation into
@@ -93,8 +80,15 @@ QStringList AppLocalizationManager::installedTranslations() const
 
 QString AppLocalizationManager::findInstalledTranslation(const QLocale &locale) const
 {
-    const std::vector<Translation> &translations = installed();
+    // Most often asked for, and answered without reading the folder: English is always there, and
+    // the C locale is no language.
     const QString wanted = locale.name();
+    if (locale == QLocale(QLocale::English))
+        return wanted;
+    if (locale.language() == QLocale::C)
+        return QString();
+
+    const std::vector<Translation> &translations = installed();
     for (const Translation &translation : translations) {
         if (translation.name == wanted || translation.locale == locale)
             return translation.name;
@@ -161,7 +155,7 @@ void AppLocalizationManager::loadTranslators(const QLocale &locale)
                 QStringLiteral("[AppLocalizationManager]: loaded %1 translation file").arg(prefix));
     }
     for (const QString &folder : {QStringLiteral("main"), QStringLiteral("torrents")}) {
-        if (loadTranslator(locale, appFilePrefix, m_translationsPath + u'/' + folder))
+        if (loadTranslator(locale, QStringLiteral("kov"), m_translationsPath + u'/' + folder))
             logLine(1,
                     QStringLiteral("[AppLocalizationManager]: loaded app (%1) translation file")
                         .arg(folder));
@@ -190,10 +184,10 @@ const std::vector<AppLocalizationManager::Translation> &AppLocalizationManager::
     if (!m_installed.empty())
         return m_installed;
 
-    const std::vector<QString> files = appFilesIn(m_translationsPath + QStringLiteral("/main"));
-    m_installed.reserve(files.size() + 1);
-    for (const QString &file : files) {
-        const QString name = localeOfAppFile(file);
+    const std::vector<QString> names =
+        localesOfAppFiles(m_translationsPath + QStringLiteral("/main"));
+    m_installed.reserve(names.size() + 1);
+    for (const QString &name : names) {
         // Chinese is offered through its regional files only: the scripts differ.
         if (name.isEmpty() || name.compare(u"zh", Qt::CaseInsensitive) == 0)
             continue;
