@@ -182,6 +182,15 @@ void turnWriteSignalsIntoErrors()
         ::sigaction(signal, &action, nullptr);
 }
 
+int runLogged(int argc, char *argv[])
+{
+    // Constructed first and destroyed last, so that it logs and counts everything.
+    const QtAppDefaultLogger logger(QtAppLogger::optionsFromEnvironment());
+    defaultTerminate = std::set_terminate(logUncaught);
+    const QtQObjectsTracker tracker;
+    return run(argc, argv);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -191,9 +200,10 @@ int main(int argc, char *argv[])
         return 0;
     }
     turnWriteSignalsIntoErrors();
-    // Constructed first and destroyed last, so that it logs and counts everything.
-    const QtAppDefaultLogger logger(QtAppLogger::optionsFromEnvironment());
-    defaultTerminate = std::set_terminate(logUncaught);
-    const QtQObjectsTracker tracker;
-    return run(argc, argv);
+    const int exitCode = runLogged(argc, argv);
+#ifdef KOVALO_SKIPS_EXIT_HANDLERS
+    // All is down, written and logged; the exit handlers of 30 libraries would only free memory.
+    std::_Exit(exitCode);
+#endif
+    return exitCode;
 }
