@@ -15,8 +15,8 @@
 
 namespace {
 
-/// The locales of the files "kov_<locale>.qm". Read at every start: QDir would look at each file, and
-/// compile a regular expression for a filter.
+/// The locales of the files "kov_<locale>.qm". Read at every start: QDir would look at each file,
+/// and compile a regular expression for a filter.
 std::vector<QString> localesOfAppFiles(const QString &folder)
 {
     std::vector<QString> locales;
@@ -28,8 +28,7 @@ std::vector<QString> localesOfAppFiles(const QString &folder)
     while (const dirent *const entry = ::readdir(opened)) {
         const QByteArrayView name(entry->d_name);
         if (entry->d_type != DT_DIR && name.startsWith(prefix) && name.endsWith(suffix))
-            locales.push_back(
-                QString::fromUtf8(name.sliced(prefix.size()).chopped(suffix.size())));
+            locales.push_back(QString::fromUtf8(name.sliced(prefix.size()).chopped(suffix.size())));
     }
     ::closedir(opened);
     return locales;
