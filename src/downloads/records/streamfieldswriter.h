@@ -168,7 +168,7 @@ private:
         if (isPresent) {
             // As in the hash, a value equal to the default is encoded like the default: an empty
             // text need not be null.
-            const T &usual = nothing().*member;
+            const T &usual = defaultRecord<Record>().*member;
             m_writer.writeKey(key);
             if constexpr (std::is_void_v<decltype(encode(value))>)
                 encode(value);
@@ -187,12 +187,6 @@ private:
             m_writer.writeHashHead();
             m_writer.append(bytes);
         }
-    }
-
-    static const Record &nothing()
-    {
-        static const Record record{};
-        return record;
     }
 
     void endField(bool isPresent)

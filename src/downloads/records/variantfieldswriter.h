@@ -10,6 +10,13 @@
 
 #include <type_traits>
 
+/// The record whose members have their defaults, with which others are compared.
+template <typename Record> const Record &defaultRecord()
+{
+    static const Record record{};
+    return record;
+}
+
 /**
  * Encodes a record into a variant hash, field by field. VariantFieldsReader has the same functions
  * for decoding: see variantrecordcodec.h. Each function takes the key and the member.

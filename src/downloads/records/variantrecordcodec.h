@@ -19,15 +19,14 @@ QVariantHash encodedRecord(const Record &record, Fields describeFields)
 {
     // Most members of most records have their defaults. Starting from a copy of the default hash
     // saves hashing their keys, and all records with only defaults share one hash.
-    static const Record nothing{};
     static const QVariantHash encodedNothing = [&describeFields] {
         QVariantHash hash;
-        VariantFieldsWriter<Record> writer(nothing, hash, nullptr);
+        VariantFieldsWriter<Record> writer(defaultRecord<Record>(), hash, nullptr);
         describeFields(writer);
         return hash;
     }();
     QVariantHash hash = encodedNothing;
-    VariantFieldsWriter<Record> writer(record, hash, &nothing);
+    VariantFieldsWriter<Record> writer(record, hash, &defaultRecord<Record>());
     describeFields(writer);
     return hash;
 }
