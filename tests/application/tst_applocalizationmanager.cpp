@@ -47,9 +47,10 @@ private Q_SLOTS:
         QCOMPARE(manager.installedTranslations().join(u' '),
                  u"en_US zh_CN zh_TW en_GB de_DE nb_NO pt_BR pt_PT sv_SE"_qs);
         const std::pair<const char *, const char *> cases[] = {
-            {"pt", "pt_BR"},    {"pt_AO", "pt_PT"}, {"de_AT", "de_DE"},      {"en_AU", "en_US"},
-            {"fr_FR", ""},      {"C", ""},          {"zh_SG", "zh_CN"},      {"zh_HK", "zh_TW"},
-            {"zh_MO", "zh_TW"}, {"nn_NO", "nb_NO"}, {"zh_Hant_US", "zh_TW"}, {"no", "nb_NO"}};
+            {"pt", "pt_BR"},    {"pt_AO", "pt_PT"}, {"de_AT", "de_DE"}, {"en_AU", "en_US"},
+            {"en_US", "en_US"}, {"fr_FR", ""},      {"C", ""},          {"zh_SG", "zh_CN"},
+            {"zh_HK", "zh_TW"}, {"zh_MO", "zh_TW"}, {"nn_NO", "nb_NO"}, {"zh_Hant_US", "zh_TW"},
+            {"no", "nb_NO"}};
         for (const auto &[locale, name] : cases)
             QCOMPARE(manager.findInstalledTranslation(QLocale(QLatin1String(locale))),
                      QLatin1String(name));

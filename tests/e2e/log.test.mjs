@@ -89,6 +89,7 @@ test('the log says why, and nothing private', async () => {
         /\d+ messages were taken/,
         /the record "handshake" is no object\n.*task handshake/,
         /the member "dllink" has the wrong kind/,
+        /\[main\]: ended$/,
     ])
         match(log, words);
 });
