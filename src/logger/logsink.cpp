@@ -121,22 +121,23 @@ void LogSink::write(int level, const QString &text)
     const QMutexLocker locker(&m_mutex);
     if (!m_filePath.isEmpty())
         prepareFile(line.size());
-    if (m_fd >= 0)
-        writeAll(line);
+    writeAll(line);
 }
 
 // Several hosts share one log file. The first one that finds it full renames it; the others notice
 // that the path now belongs to another file, and reopen it.
 void LogSink::prepareFile(qsizetype lineSize)
 {
-    if (m_fd >= 0 && nameBelongsToAnotherFile())
+    if (nameBelongsToAnotherFile())
         closeFile();
     if (m_fd < 0)
         openFile();
-    struct stat opened = {};
-    if (m_fd < 0 || m_filePath.isEmpty() || !m_regularFile || ::fstat(m_fd, &opened) != 0)
+    if (m_filePath.isEmpty())
         return;
-    if (opened.st_size > 0 && opened.st_size + lineSize > m_rotateAtBytes && renameFile()) {
+    struct stat opened = {};
+    (void)::fstat(m_fd, &opened);
+    if (opened.st_size > 0 && opened.st_size + lineSize > m_rotateAtBytes) {
+        renameFile();
         closeFile();
         openFile();
     }
@@ -153,7 +154,7 @@ void LogSink::openFile()
         return;
     }
     struct stat file = {};
-    if (fd >= 0 && ::fstat(fd, &file) == 0
+    if (::fstat(fd, &file) == 0
         && (file.st_uid != ::geteuid() || (file.st_mode & ALLPERMS) != fileMode)) {
         ::close(fd);
         fallBackToStderr(
@@ -168,10 +169,8 @@ void LogSink::fallBackToStderr(const QString &reason)
 {
     const QString path = QFile::decodeName(std::exchange(m_filePath, QByteArray()));
     openStderr();
-    if (m_fd >= 0)
-        writeAll(formattedLine(
-            1,
-            QStringLiteral("[LogSink]: WARNING: \"%1\" is not written to: %2").arg(path, reason)));
+    writeAll(formattedLine(
+        1, QStringLiteral("[LogSink]: WARNING: \"%1\" is not written to: %2").arg(path, reason)));
 }
 
 // A duplicate: if stderr were closed, its number would soon belong to another file.
@@ -189,7 +188,7 @@ void LogSink::adopt(int fd)
     m_fd = fd;
     struct stat own = {};
     struct stat channel = {};
-    if (fd < 0 || ::fstat(fd, &own) != 0)
+    if (::fstat(fd, &own) != 0)
         return;
     m_regularFile = S_ISREG(own.st_mode);
     if (!S_ISCHR(own.st_mode) && ::fstat(STDOUT_FILENO, &channel) == 0 && isSameFile(own, channel))
@@ -198,22 +197,21 @@ void LogSink::adopt(int fd)
 
 bool LogSink::nameBelongsToAnotherFile() const
 {
+    // What is not there stays zero, and differs from any file.
     struct stat opened = {};
     struct stat named = {};
-    return ::fstat(m_fd, &opened) != 0 || ::stat(m_filePath.constData(), &named) != 0
-        || !isSameFile(opened, named);
+    (void)::fstat(m_fd, &opened);
+    (void)::stat(m_filePath.constData(), &named);
+    return !isSameFile(opened, named);
 }
 
 // Only the holder of the file's lock renames it, so that two processes that find it full at the
-// same moment do not rename it twice. The other one need not wait for the lock.
-bool LogSink::renameFile()
+// same moment do not rename it twice. The other one need not wait for the lock, which ends when the
+// file is closed.
+void LogSink::renameFile()
 {
-    if (::flock(m_fd, LOCK_EX | LOCK_NB) != 0)
-        return false;
-    const bool renamed = nameBelongsToAnotherFile()
-        || std::rename(m_filePath.constData(), (m_filePath + ".1").constData()) == 0;
-    ::flock(m_fd, LOCK_UN);
-    return renamed;
+    if (::flock(m_fd, LOCK_EX | LOCK_NB) == 0 && !nameBelongsToAnotherFile())
+        (void)std::rename(m_filePath.constData(), (m_filePath + ".1").constData());
 }
 
 void LogSink::writeAll(const QByteArray &line)
@@ -222,14 +220,14 @@ void LogSink::writeAll(const QByteArray &line)
     qsizetype written = 0;
     while (written < text.size()) {
         // The reader may have stopped reading: write only what the pipe takes without blocking.
+        // A regular file is always ready, no file never.
         pollfd target = {m_fd, POLLOUT, 0};
-        if (!m_regularFile && (::poll(&target, 1, 0) != 1 || (target.revents & POLLOUT) == 0))
+        (void)::poll(&target, 1, 0);
+        if ((target.revents & POLLOUT) == 0)
             break;
         const qsizetype rest = text.size() - written;
         const qsizetype piece = m_regularFile ? rest : std::min<qsizetype>(rest, PIPE_BUF);
         const ssize_t count = ::write(m_fd, text.constData() + written, static_cast<size_t>(piece));
-        if (count < 0 && errno == EINTR)
-            continue;
         if (count <= 0)
             break;
         written += count;

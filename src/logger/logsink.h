@@ -32,7 +32,7 @@ private:
     void closeFile();
     void adopt(int fd);
     bool nameBelongsToAnotherFile() const;
-    bool renameFile();
+    void renameFile();
     void writeAll(const QByteArray &line);
 
     /// Empty while the lines go to stderr.

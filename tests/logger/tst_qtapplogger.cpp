@@ -9,7 +9,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <climits>
+#include <csignal>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -37,6 +40,7 @@ public:
     }
     Q_DISABLE_COPY_MOVE(CapturedStderr)
 
+    void closeReader() { ::close(std::exchange(m_ends[0], -1)); }
     /// The output since the last call.
     QByteArray read() const
     {
@@ -61,15 +65,22 @@ private Q_SLOTS:
 
     void textsAndFailedChecks()
     {
+        QVERIFY(!logsLevel(1)); // there is no logger
         const LogCapture log;
+        QVERIFY(logsLevel(1) && !logsLevel(2));
+        QVERIFY(!QtAppLogger({.verbosityLevel = 0, .filePath = {}}).logs(0));
         logLine(1, u"a\n2026 [1] 1 b\r\x1b[2J\x7f\t %1 下载 😀"_qs);
         QVERIFY(checkOrLog(true, "fine"));
         QVERIFY(!checkOrLog(false, "write(%3, \"é\")", "/home/me/src/x/src/common/part.cpp", 7));
         QVERIFY(!checkOrLog(false, "in no sources", "/a.b/noext", 8));
+        QVERIFY(!checkOrLog(false, "at the root", "/src/a.cpp", 9));
+        QVERIFY(!checkOrLog(false, "in no folder", "a", 10));
         QCOMPARE(log.texts(),
                  QStringList({u"a\\n2026 [1] 1 b\\x0d\\x1b[2J\\x7f\\x09 %1 下载 😀"_qs,
                               u"ASSERTION FAILED: write(%3, \"é\"), ../../src/common/part,7"_qs,
-                              u"ASSERTION FAILED: in no sources, /a.b/noext,8"_qs}));
+                              u"ASSERTION FAILED: in no sources, /a.b/noext,8"_qs,
+                              u"ASSERTION FAILED: at the root, ../../src/a,9"_qs,
+                              u"ASSERTION FAILED: in no folder, a,10"_qs}));
     }
 
     void rotates()
@@ -89,6 +100,18 @@ private Q_SLOTS:
         QVERIFY(QFile::remove(old) && QFile::rename(m_path, old));
         logger.log(1, u"third"_qs);
         QVERIFY2(contents(m_path).contains("third"), "after others moved the file");
+        // Never an empty one, and only when a line does not fit.
+        const qint64 size = contents(m_path).size();
+        QVERIFY(QFile::remove(old) && QFile::remove(m_path));
+        for (const int lines : {1, 2}) {
+            QtAppLogger({.filePath = m_path, .rotateAtBytes = lines * size}).log(1, u"third"_qs);
+            QVERIFY(contents(m_path).size() == lines * size && !QFile::exists(old));
+        }
+        QtAppLogger({.filePath = m_path, .rotateAtBytes = size - 1}).log(1, u"third"_qs);
+        QCOMPARE(contents(old).size(), 2 * size);
+        QVERIFY(QFile::remove(old) && QFile::remove(m_path));
+        QtAppLogger({.filePath = m_path, .rotateAtBytes = size - 1}).log(1, u"third"_qs);
+        QVERIFY(!QFile::exists(old));
     }
 
     void linesOfManyStayWhole()
@@ -126,6 +149,13 @@ private Q_SLOTS:
         const QByteArray first = err.read();
         logger.log(1, u"heard again"_qs);
         const QByteArray second = err.read();
+        // What was dropped whole leaves no trace.
+        const QByteArray full(PIPE_BUF, ' ');
+        while (::write(STDERR_FILENO, full.constData(), PIPE_BUF) > 0) { }
+        logger.log(1, u"dropped"_qs);
+        QVERIFY(!err.read().contains("dropped"));
+        logger.log(1, u"whole"_qs);
+        QVERIFY(!err.read().startsWith('\n'));
         // Nor does it block on a named pipe.
         QCOMPARE(::mkfifo(QFile::encodeName(m_path).constData(), 0600), 0);
         QtAppLogger({.filePath = m_path}).log(1, u"nobody waits"_qs);
@@ -141,6 +171,27 @@ private Q_SLOTS:
         QVERIFY(second.endsWith(" 1 heard again\n"));
         QVERIFY2(first.endsWith('\n') || second.startsWith('\n'), "the torn line is ended");
         QCOMPARE(third, QByteArray());
+    }
+
+    void brokenPipeRaisesNoSignal()
+    {
+        sigset_t brokenPipe;
+        sigset_t pending;
+        ::sigemptyset(&brokenPipe);
+        ::sigaddset(&brokenPipe, SIGPIPE);
+        CapturedStderr err;
+        QtAppLogger logger({});
+        err.closeReader();
+        logger.log(1, u"nobody reads"_qs); // ends the process otherwise
+        // A signal that was pending before is not lost.
+        ::pthread_sigmask(SIG_BLOCK, &brokenPipe, nullptr);
+        ::raise(SIGPIPE);
+        logger.log(1, u"nobody reads"_qs);
+        ::sigpending(&pending);
+        const timespec noWait = {};
+        ::sigtimedwait(&brokenPipe, nullptr, &noWait);
+        ::pthread_sigmask(SIG_UNBLOCK, &brokenPipe, nullptr);
+        QCOMPARE(::sigismember(&pending, SIGPIPE), 1);
     }
 
     void filesOfOthersAreNotWritten()
@@ -167,6 +218,10 @@ private Q_SLOTS:
             QVERIFY2(log.endsWith(" 1 heard\n"), log);
             QCOMPARE(contents(path), QByteArray());
         }
+        // Neither is anything else for what cannot be opened.
+        const CapturedStderr err;
+        QtAppLogger({.filePath = m_dir.path()}).log(1, u"dropped"_qs);
+        QCOMPARE(err.read(), QByteArray());
     }
 };
 
