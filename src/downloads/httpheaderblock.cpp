@@ -36,7 +36,7 @@ std::optional<quint64> toNumber(std::string_view digits)
     quint64 number = 0;
     const char *const end = digits.data() + digits.size();
     const auto [stopped, error] = std::from_chars(digits.data(), end, number);
-    if (digits.empty() || error != std::errc() || stopped != end)
+    if (error != std::errc() || stopped != end)
         return std::nullopt;
     return number;
 }
@@ -147,9 +147,8 @@ std::optional<HttpContentRange> HttpHeaderBlock::contentRange() const
     const std::string text = value("content-range");
     std::string_view rest = text;
     const size_t blank = rest.find(' ');
-    const size_t slash = rest.find('/');
-    if (blank == std::string_view::npos || slash == std::string_view::npos || slash < blank
-        || asciiLowerCase(rest.substr(0, blank)) != "bytes")
+    const size_t slash = rest.find('/', blank);
+    if (slash == std::string_view::npos || asciiLowerCase(rest.substr(0, blank)) != "bytes")
         return std::nullopt;
     const std::string_view range = trimmedHttpSpace(rest.substr(blank, slash - blank));
     const std::string_view total = trimmedHttpSpace(rest.substr(slash + 1));

@@ -1,5 +1,7 @@
 #include "httpparameters.h"
 
+#include <algorithm>
+
 namespace {
 
 /// Reads from just after the opening quote; leaves rest after the closing one.
@@ -10,12 +12,12 @@ std::string takeQuotedString(std::string_view &rest)
     for (; at < rest.size() && rest[at] != '"'; ++at) {
         // Only quotes and backslashes need an escape. Any other backslash is part of a Windows
         // path, whose folders are removed later.
-        if (rest[at] == '\\' && at + 1 < rest.size()
-            && (rest[at + 1] == '"' || rest[at + 1] == '\\'))
+        const std::string_view next = rest.substr(at + 1, 1);
+        if (rest[at] == '\\' && (next == "\"" || next == "\\"))
             ++at;
         value += rest[at];
     }
-    rest.remove_prefix(at < rest.size() ? at + 1 : at);
+    rest.remove_prefix(std::min(at + 1, rest.size()));
     return value;
 }
 

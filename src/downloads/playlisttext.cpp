@@ -35,10 +35,9 @@ QByteArrayView PlaylistText::reference(QByteArrayView line)
     if (!line.startsWith('#'))
         return line;
     constexpr QByteArrayView attribute = "URI=\"";
-    const qsizetype found = line.indexOf(attribute);
-    if (found < 0)
+    if (!line.contains(attribute))
         return {};
-    const qsizetype begin = found + attribute.size();
+    const qsizetype begin = line.indexOf(attribute) + attribute.size();
     const qsizetype end = line.indexOf('"', begin);
     return end < 0 ? QByteArrayView() : line.sliced(begin, end - begin);
 }

@@ -142,6 +142,8 @@ private Q_SLOTS:
         QVERIFY(toVariantHash(AbstractNewDownloadRequest()).isEmpty());
         const AbstractNewDownloadRequest decoded = toNewDownloadRequest({});
         QVERIFY(decoded.info && *decoded.info == AbstractDownloadPersistentInfo());
+        QVERIFY(AbstractNewDownloadRequest() == AbstractNewDownloadRequest());
+        QVERIFY(!(AbstractNewDownloadRequest() == decoded));
         QVERIFY(!toVariantHash(*decoded.info).contains(u"tbu2c"_qs));
         QVERIFY(toVariantHash(AbstractDownloadGuid{1, 2, {}}).isEmpty());
         QVERIFY(!AbstractFileInfo().toVariantHash().contains(u"lastModified"_qs));

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -69,12 +70,10 @@ QVariantHash toEncodedVariantHash(const AbstractNewDownloadsRequestJob &job)
 AbstractNewDownloadsRequest toNewDownloadsRequest(const QVariantHash &hash)
 {
     auto request = decodedRecord<AbstractNewDownloadsRequest>(hash, requestFields);
-    const qsizetype known = request.selectedDownloads.size();
-    const qsizetype count = request.downloads.size();
-    if (count > known) {
-        request.selectedDownloads.resize(count);
-        request.selectedDownloads.fill(true, known, count);
-    }
+    QBitArray &selected = request.selectedDownloads;
+    const qsizetype known = selected.size();
+    selected.resize(std::max(known, request.downloads.size()));
+    selected.fill(true, known, selected.size());
     return request;
 }
 
