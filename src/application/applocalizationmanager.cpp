@@ -89,7 +89,7 @@ QString AppLocalizationManager::findInstalledTranslation(const QLocale &locale) 
 
     const std::vector<Translation> &translations = installed();
     for (const Translation &translation : translations) {
-        if (translation.name == wanted || translation.locale == locale)
+        if (translation.name == wanted)
             return translation.name;
     }
     const Translation *best = nullptr;

@@ -154,10 +154,6 @@ void pmxJson2SerializationOutputStream::appendText(std::string &out) const
          member != m_members.cend() || child != m_children.cend();) {
         const std::string_view name =
             member != m_members.cend() ? viewOf(member->name) : std::string_view();
-        if (member != m_members.cend() && child != m_children.cend() && name == child->first) {
-            ++member; // the child replaces it
-            continue;
-        }
         if (out.back() != '{')
             out += ',';
         const bool isMember =
@@ -168,6 +164,8 @@ void pmxJson2SerializationOutputStream::appendText(std::string &out) const
             out += viewOf(member->text);
             ++member;
         } else {
+            if (name == child->first)
+                ++member; // the child replaces it
             const auto end = m_children.upper_bound(child->first);
             appendChildren(out, child, end);
             child = end;

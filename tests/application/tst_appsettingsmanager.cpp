@@ -3,6 +3,7 @@
 #include "appsettings.h"
 #include "appsettingsmanager.h"
 #include "dmcoresettings.h"
+#include "portableversionmanager.h"
 #include "qtappportablemodesupport.h"
 #include "qtqobjectstracker.h"
 
@@ -81,6 +82,7 @@ private Q_SLOTS:
 
     void portablePaths()
     {
+        QVERIFY(!PortableVersionManager().portableModeSupport()); // only in a portable build
         const QtAppPortableModeSupport support(true);
         // Below the root of the same file system, which has its own tag unless it is "/".
         const QString root = QStorageInfo(m_app).rootPath();

@@ -42,6 +42,7 @@ private Q_SLOTS:
             },
             Qt::QueuedConnection);
         QCOMPARE(QCoreApplication::exec(), 0);
+        manager.registerObject(&asking, false); // it quits once
         QCOMPARE(seen.join(u' '), u"requested released ready"_qs);
         QCOMPARE(manager.shutdownReason(), u"early"_qs);
     }

@@ -1,3 +1,4 @@
+#include "logcapture.h"
 #include "pmxjsonserializeobject.h"
 #include "pmxserializable.h"
 #include "vectors.h"
@@ -65,6 +66,7 @@ private Q_SLOTS:
     {
         const VectorRow row;
         QCOMPARE(isRead(row.bytes(0).toStdString()), row.at(1).toBool());
+        QVERIFY(!pmxJson2SerializationInputStream().BindToStream(nullptr));
     }
 
     void nesting()
@@ -74,11 +76,13 @@ private Q_SLOTS:
         QVERIFY(!isRead(nested("{\"a\":", "", 1'000'000)));
     }
 
-    /// Columns: the text, the requested name, and the value read as a text, a bool and a number.
+    /// Columns: the text, the requested name, the value read as a text, a bool and a number, and
+    /// how many warnings are logged.
     void plainValues_data() { ADD_VECTORS("streams.json", "plainValues"); }
     void plainValues()
     {
         const VectorRow row;
+        const LogCapture log;
         Stream stream = reader(row.bytes(0).toStdString());
         const std::string name = row.bytes(1).toStdString();
         std::string text = "old";
@@ -90,6 +94,7 @@ private Q_SLOTS:
               << (stream.SerializeDoubleValue(name, number, true) ? " " : " !") << number;
         QCOMPARE(found.str(), row.bytes(2).toStdString());
         QVERIFY(stream.SerializeValue(name, text, false));
+        QCOMPARE(log.texts().size(), row.at(3).toInt());
     }
 
     void textsAsNumbers_data() { ADD_VECTORS("streams.json", "textsAsNumbers"); }
@@ -117,14 +122,14 @@ private Q_SLOTS:
             const auto text = s.SelectOrCreateNode("texts", true);
             return write(*second, "n", "2") && write(*first, "n", "1")
                 && write(*first, "n", "last value") && s.SelectOrCreateNode("marked", true)
-                && s.SelectOrCreateNode("node", false) && write(*text, "", "x")
-                && s.SerializeDoubleValue("whole", whole, true)
+                && s.SelectOrCreateNode("node", false) && write(s, "node", "replaced")
+                && write(*text, "", "x") && s.SerializeDoubleValue("whole", whole, true)
                 && s.SerializeDoubleValue("B", number, true) && s.SerializeValueS("yes", yes, true)
                 && s.SerializeBoolValue("true", yes, true)
                 && write(s, "escapes", "\"\\/\b\f\n\r\t\x01\x7f\xc3\xa9")
                 // An invalid write is refused and changes nothing.
-                && !write(s, "", "x") && !write(*text, "n", "y")
-                && !s.SelectOrCreateNode("escapes", false)
+                && !write(s, "", "x") && !write(*first, "", "x") && !write(*text, "n", "y")
+                && !text->SelectOrCreateNode("n", false) && !s.SelectOrCreateNode("escapes", false)
                 && !s.SerializeDoubleValue("infinite", infinite, false);
         });
         std::ostringstream out;
