@@ -36,10 +36,8 @@ public:
 private:
     enum class State { Blanks, Digits, Rest };
 
-    static bool isBlank(char character)
-    {
-        return character == ' ' || (character >= '\t' && character <= '\r');
-    }
+    /// Without the space, which ends the text.
+    static bool isBlank(char character) { return character >= '\t' && character <= '\r'; }
 
     void appendDigit(quint64 digit)
     {

@@ -39,7 +39,7 @@ ConsoleMessagesSender::ConsoleMessagesSender(QObject *parent, std::FILE *output)
 
 ConsoleMessagesSender::~ConsoleMessagesSender()
 {
-    if (m_pieceByPiece && stdout == m_pieceByPiece.get())
+    if (stdout == m_pieceByPiece.get())
         stdout = m_output;
 }
 
@@ -173,11 +173,10 @@ bool ConsoleMessagesSender::waitUntilWritable()
         const auto wait = std::clamp(left, milliseconds(0), milliseconds(lookAgainMs));
         const auto begun = std::chrono::steady_clock::now();
         const int ready = ::poll(&target, 1, static_cast<int>(wait.count()));
-        const int error = errno;
         const bool isInputEnded = m_flowControl->isInputEnded();
         if (isInputEnded)
             m_waited += std::chrono::steady_clock::now() - begun;
-        if (ready > 0 || (ready < 0 && error != EINTR))
+        if (ready > 0)
             return true;
         if (ready == 0 && isInputEnded) {
             stuckFor += wait;

@@ -21,15 +21,13 @@ void ReadConsoleThread::stop()
 {
     if (!isRunning())
         return;
-    bool endsByItself = false;
     // The wake-up reaches the thread between two reads, terminate() inside one.
-    {
-        const std::lock_guard lock(m_stoppingMutex);
-        endsByItself = std::exchange(m_stopping, true);
-        QAbstractEventDispatcher *const dispatcher = endsByItself ? nullptr : eventDispatcher();
-        if (dispatcher)
-            dispatcher->wakeUp();
-    }
+    std::unique_lock lock(m_stoppingMutex);
+    const bool endsByItself = std::exchange(m_stopping, true);
+    QAbstractEventDispatcher *const dispatcher = endsByItself ? nullptr : eventDispatcher();
+    if (dispatcher)
+        dispatcher->wakeUp();
+    lock.unlock();
     // Terminating the thread would load the stack unwinder's library.
     if (!endsByItself)
         terminate();

@@ -1,36 +1,29 @@
 #include "wildcardmatch.h"
 
-#include <string_view>
-
 namespace {
 
 /// The characters are compared after "fold".
-template <typename Fold> bool matches(std::string_view text, std::string_view mask, Fold fold)
+template <typename Fold> bool matches(const char *text, const char *mask, Fold fold)
 {
-    constexpr std::size_t None = std::string_view::npos;
-    std::size_t t = 0;
-    std::size_t m = 0;
     // Backtracks to the last "*" only: the piece before it matched as early as possible, which
     // leaves the most text for the rest.
-    std::size_t lastStar = None;
-    std::size_t textAtLastStar = 0;
-    while (t < text.size()) {
-        if (m < mask.size() && mask[m] == '*') {
-            if (m + 1 == mask.size())
-                return true;
-            lastStar = m++;
-            textAtLastStar = t;
-        } else if (m < mask.size() && (mask[m] == '?' || fold(mask[m]) == fold(text[t]))) {
-            ++t;
-            ++m;
-        } else if (lastStar != None) {
-            m = lastStar + 1;
-            t = ++textAtLastStar;
+    const char *lastStar = nullptr;
+    const char *textAtLastStar = nullptr;
+    while (*text) {
+        if (*mask == '*') {
+            lastStar = mask++;
+            textAtLastStar = text;
+        } else if (*mask == '?' || fold(*mask) == fold(*text)) {
+            ++text;
+            ++mask;
+        } else if (lastStar) {
+            mask = lastStar + 1;
+            text = ++textAtLastStar;
         } else {
             return false;
         }
     }
-    return m == mask.size();
+    return !*mask;
 }
 
 } // namespace

@@ -197,6 +197,17 @@ private Q_SLOTS:
         };
         // From here on the extension is notified of the media: at once, and after changes.
         note(u"'type':'media_wanted'"_qs);
+        const QString elsewhere = u"'requestId':'0','url':'http://h/x','srcTabUrl':'http://q/',"_qs;
+        note(elsewhere + u"'type':'request'"_qs);
+        QCOMPARE(tell("video_sniffer", u"'webPageUrl':'http://q/'"_qs),
+                 sniffed(u"no_media_found"_qs, u""_qs));
+        note(elsewhere
+             + u"'type':'response','data':'200','responseHeaders':"
+               "'content-type: application/dash+xml\\r\\n'"_qs);
+        note(elsewhere + u"'type':'part'"_qs);
+        QVERIFY(nextSent().contains(u"'part':true"_qs));
+        note(u"'type':'tab_closed','srcTabUrl':'http://q/'"_qs);
+        QVERIFY(nextSent().contains(u"'page_media':{'page':'http://q/'}"_qs));
         const auto told = [](const QString &media) {
             return u"{'error':'','id':'','page_media':{%1'page':'http://p/'},'result':'',"
                    "'type':'page_media'}"_qs.arg(media);
@@ -244,13 +255,42 @@ private Q_SLOTS:
         QCOMPARE(sniffer.requests->requests().size(), NetworkRequestsCollector::maxRequests);
         QVERIFY(!has("700") && !has("500") && !has("1") && has("2") && has("film"));
 
-        // A page's media are kept as long as the page.
+        // Further events of what is kept do not make it less worth.
+        sniffer.tell({{u"type"_qs, u"playlist"_qs}, {u"requestId"_qs, u"film"_qs}});
+        sniffer.tell({{u"type"_qs, u"completed"_qs}, {u"requestId"_qs, u"film"_qs}});
+        sniffer.tell(u"request"_qs, u"d"_qs);
+        QVERIFY(!has("2") && has("4") && has("film"));
+
+        // A page's media are kept as long as the page. An unknown event is none.
         sniffer.clock.advance(NetworkRequestsCollector::maxAgeMs);
+        QVERIFY(has("4"));
         sniffer.tell(u"response"_qs, u"3"_qs, u"200"_qs);
+        sniffer.tell(u"odd"_qs, u"4"_qs);
         sniffer.clock.advance(1);
-        QVERIFY(!has("2") && has("3"));
+        QVERIFY(!has("4") && has("3"));
         QCOMPARE(sniffer.requests->requests().size(), size_t(2));
         QCOMPARE(described(sniffer.media->mediaRequests()), u"film:video"_qs);
+    }
+
+    /// A verdict is of what was known then.
+    void judgesAnewAfterEachEvent()
+    {
+        Sniffer sniffer;
+        const auto respond = [&sniffer](const QString &length) {
+            sniffer.tell({{u"type"_qs, u"response"_qs},
+                          {u"requestId"_qs, u"1"_qs},
+                          {u"data"_qs, u"200"_qs},
+                          {u"responseHeaders"_qs,
+                           u"content-type: video/mp4\r\ncontent-length: "_qs + length}});
+            return described(sniffer.media->mediaRequests());
+        };
+        sniffer.tell(u"request"_qs, u"1"_qs);
+        QCOMPARE(respond(u"1"_qs), QString());
+        QCOMPARE(respond(u"900000"_qs), u"1:video:900000"_qs);
+        QCOMPARE(respond(u"1"_qs), QString());
+        QCOMPARE(respond(u"900000"_qs), u"1:video:900000"_qs);
+        sniffer.tell(u"failed"_qs, u"1"_qs);
+        QCOMPARE(described(sniffer.media->mediaRequests()), QString());
     }
 
     void staysWithinItsBounds()
@@ -281,6 +321,15 @@ private Q_SLOTS:
         sniffer.tell(u"request"_qs, u"huge"_qs, {}, {}, QString(20 << 20, u'h'));
         QVERIFY(!sniffer.requests->request("huge"));
         QVERIFY(sniffer.requests->requests().size() + 1 >= before);
+
+        // One that takes exactly all is.
+        Sniffer other;
+        other.tell(u"request"_qs, u"all"_qs);
+        const size_t rest =
+            NetworkRequestsCollector::maxTextBytes - other.requests->request("all")->textBytes();
+        other.tell(u"request"_qs, u"all"_qs, {}, u"http://page/watch"_qs,
+                   QString(qsizetype(rest), u'h'));
+        QVERIFY(other.requests->request("all"));
 
         // The URLs of tabs, and of the browser's downloads, are limited, too.
         RecentUrls<int> urls;

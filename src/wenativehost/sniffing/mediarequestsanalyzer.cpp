@@ -114,10 +114,8 @@ std::optional<MediaRequest> MediaRequestsAnalyzer::named(const pmxFlvSniffCallPr
     media.request.requestHeaders = task.requestHeaders;
     media.request.responseHeaders = task.responseHeaders;
     const HttpHeaderBlock headers(task.responseHeaders);
-    if (!headers.isEmpty()) {
-        media.kind = mediaKindOf(task.url, headers);
-        media.suggestedName = headers.fileName().toStdString();
-    }
+    media.kind = mediaKindOf(task.url, headers);
+    media.suggestedName = headers.fileName().toStdString();
     return media;
 }
 

@@ -28,7 +28,7 @@ public:
     std::vector<QUrl> takeFound() { return std::move(m_found); }
 
 private:
-    /// The non-empty pieces between separators.
+    /// The pieces between separators; they may be empty.
     template <typename Function>
     static void forEachPart(QByteArrayView text, std::string_view separators, Function function)
     {
@@ -36,8 +36,7 @@ private:
         for (qsizetype at = 0; at <= text.size(); ++at) {
             if (at < text.size() && separators.find(text[at]) == std::string_view::npos)
                 continue;
-            if (at > begin)
-                function(text.sliced(begin, at - begin));
+            function(text.sliced(begin, at - begin));
             begin = at + 1;
         }
     }
@@ -60,8 +59,8 @@ private:
         if (isAbsolute(address)) {
             addIfMedia(address);
             // A player's address often contains the addresses of its media.
-            if (const auto query = address.indexOf('?'); query >= 0 && depth < maxDepth)
-                searchWord(address.sliced(query + 1), depth + 1);
+            if (depth < maxDepth && address.contains('?'))
+                searchWord(address.sliced(address.indexOf('?') + 1), depth + 1);
             return;
         }
         if (depth < maxDepth && address.contains('%')) {
@@ -110,7 +109,7 @@ private:
     {
         // Longer ones are data, not addresses.
         constexpr qsizetype maxAddress = 8192;
-        if (address.isEmpty() || address.size() > maxAddress || !address.contains('.'))
+        if (address.size() > maxAddress || !address.contains('.'))
             return;
         const QUrl url = m_pageUrl.resolved(toUrl(address));
         const bool fetchable = url.isValid()

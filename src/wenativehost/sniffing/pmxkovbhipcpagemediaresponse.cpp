@@ -5,7 +5,13 @@
 
 #include <QUrl>
 
+#include <string_view>
+#include <utility>
+
 namespace {
+
+/// The message is only written, and then it always has all members.
+constexpr bool required = true;
 
 std::string kindName(MediaKind kind)
 {
@@ -57,7 +63,7 @@ bool pmxKovBhIpcPageMediaResponse::add(const MediaRequest &media, bool isPart)
 bool pmxKovBhIpcPageMediaResponse::Serialize(pmxSerializationIoStream *stream, unsigned int flags)
 {
     const auto page = stream->SelectOrCreateNode("page_media", false);
-    if (!page || !page->SerializeValue("page", m_pageUrl, true))
+    if (!page || !page->SerializeValue("page", m_pageUrl, required))
         return false;
     for (Entry &entry : m_entries) {
         const auto node = page->SelectOrCreateNode("media", true);
@@ -78,16 +84,23 @@ bool pmxKovBhIpcPageMediaResponse::serialize(pmxSerializationIoStream *node, Ent
     std::string status = std::to_string(request.status);
     bool isUnread = entry.media.kind == MediaKind::StreamMediaKind && !request.playlist
         && request.state == NetworkRequest::State::Completed;
-    return node->SerializeValue("requestId", request.id, true)
-        && node->SerializeValue("url", request.url, true)
-        && node->SerializeValue("originalUrl", request.originalUrl, true)
-        && node->SerializeValue("method", request.method, true)
-        && node->SerializeValue("requestHeaders", request.requestHeaders, true)
-        && node->SerializeValue("status", status, true)
-        && node->SerializeValue("responseHeaders", request.responseHeaders, true)
-        && node->SerializeValue("kind", kind, true) && node->SerializeValue("title", title, true)
-        && node->SerializeValue("size", size, true)
-        && node->SerializeValue("quality", quality, true)
-        && node->SerializeBoolValue("part", entry.isPart, true)
-        && node->SerializeBoolValue("unread", isUnread, true);
+    const std::pair<std::string_view, std::string &> texts[] = {
+        {"requestId", request.id},
+        {"url", request.url},
+        {"originalUrl", request.originalUrl},
+        {"method", request.method},
+        {"requestHeaders", request.requestHeaders},
+        {"status", status},
+        {"responseHeaders", request.responseHeaders},
+        {"kind", kind},
+        {"title", title},
+        {"size", size},
+        {"quality", quality},
+    };
+    for (const auto &[name, text] : texts) {
+        if (!node->SerializeValue(name, text, required))
+            return false;
+    }
+    return node->SerializeBoolValue("part", entry.isPart, required)
+        && node->SerializeBoolValue("unread", isUnread, required);
 }
