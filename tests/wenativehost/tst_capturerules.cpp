@@ -83,6 +83,7 @@ private Q_SLOTS:
         };
         row("capture is off", true, ",'enable':false");
         row("a byte too small", true, ",'skipSmallerThan':'1048576'", ",'fileSize':'1048575'");
+        row("just large enough", false, ",'skipSmallerThan':'1048576'", ",'fileSize':'1048576'");
         row("unknown size", false, ",'skipSmallerThan':'1048576'", ",'fileSize':'-1'");
         row("negative limit counts as a huge one", true, ",'skipSmallerThan':'-1'",
             ",'fileSize':'9223372036854775808'");
@@ -143,6 +144,16 @@ private Q_SLOTS:
         QVERIFY(IsExtInExtsStr("iso ZIP", "ISO") && IsExtInExtsStr("iso ZIP", "zIp"));
         QVERIFY(IsServerInServersStr("wikipedia.org", "TR.WIKIPEDIA.ORG"));
         std::setlocale(LC_CTYPE, "C");
+    }
+
+    void noText()
+    {
+        for (const char *const text : {"a", static_cast<const char *>(nullptr)}) {
+            QVERIFY(!strcmp_m(text, nullptr) && !strcmp_m(nullptr, text));
+            QVERIFY(!strcmpi_m(text, nullptr) && !strcmpi_m(nullptr, text));
+            QVERIFY(!IsExtInExtsStr(text, nullptr) && !IsExtInExtsStr(nullptr, text));
+            QVERIFY(!IsServerInServersStr(text, nullptr) && !IsServerInServersStr(nullptr, text));
+        }
     }
 
     void wildcardsAsDefined()

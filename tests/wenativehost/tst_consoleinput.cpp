@@ -2,6 +2,9 @@
 #include "consoleframereader.h"
 #include "consolemessagesreceiver.h"
 #include "frames.h"
+#include "logcapture.h"
+#include "processmemory.h"
+#include "queuedcallsdispatcher.h"
 #include "readconsolethread.h"
 
 #include <QCoreApplication>
@@ -23,6 +26,10 @@ private Q_SLOTS:
         const std::tuple<QByteArray, qint64, QByteArray> cases[] = {
             {"\t\r\n\v\f12 x", 12, "x"},
             {"+12 x", 12, "x"},
+            {"10 x", 10, "x"},
+            {"1-2 x", 1, "x"},
+            {"-4294967295 x", 1, "x"},
+            {"9223372036854775806 ", 4294967294, ""},
             {QByteArray("12\0003 x", 6), 12, "x"},
             {"4294967295 ", 4294967295, ""},
             {"4294967296 x", 0, "x"},
@@ -39,6 +46,58 @@ private Q_SLOTS:
             QCOMPARE(reader.readBody(static_cast<quint32>(rest.size())), rest);
             QVERIFY(!reader.readBody(1));
         }
+    }
+
+    /// The body is passed over; the message after it is read.
+    void bodyLargerThanTheMemory()
+    {
+#ifdef __SANITIZE_ADDRESS__
+        QSKIP("the sanitizer needs more than any limit");
+#endif
+        constexpr quint32 large = 300'000'000;
+        const LogCapture log;
+        const StreamFile file;
+        const QByteArray next = frame("x");
+        QCOMPARE(::pwrite(::fileno(file.stream()), next.constData(), 5, large), 5);
+        ConsoleFrameReader reader(file.stream());
+        rlimit usual{};
+        ::getrlimit(RLIMIT_AS, &usual);
+        const rlimit little{static_cast<rlim_t>(reservedMemory()) + (50 << 20), usual.rlim_max};
+        ::setrlimit(RLIMIT_AS, &little);
+        const auto body = reader.readBody(large);
+        ::setrlimit(RLIMIT_AS, &usual);
+        QCOMPARE(body, QByteArray());
+        QCOMPARE(log.texts().filter(u"not enough memory"_qs).size(), 1);
+        QCOMPARE(reader.readLength(ConsoleFrameReader::LengthForm::Binary).value_or(0), 1U);
+        QCOMPARE(reader.readBody(1), QByteArray("x"));
+        std::rewind(file.stream());
+        ::setrlimit(RLIMIT_AS, &little);
+        const auto cutOff = reader.readBody(large + 6);
+        ::setrlimit(RLIMIT_AS, &usual);
+        QVERIFY(!cutOff);
+    }
+
+    void threadWithoutAReader()
+    {
+        ReadConsoleThread thread;
+        thread.start();
+        thread.stop();
+        QVERIFY(thread.isFinished());
+    }
+
+    /// The thread's dispatcher has queued calls only, and says so.
+    void dispatcherOfTheThread()
+    {
+        const LogCapture log;
+        QueuedCallsDispatcher dispatcher;
+        dispatcher.processEvents(QEventLoop::AllEvents); // its creation wakes it, too
+        QVERIFY(!dispatcher.processEvents(QEventLoop::AllEvents));
+        dispatcher.wakeUp();
+        QVERIFY(dispatcher.processEvents(QEventLoop::WaitForMoreEvents));
+        dispatcher.registerTimer(1, 1, Qt::CoarseTimer, this);
+        dispatcher.registerSocketNotifier(nullptr);
+        QVERIFY(!dispatcher.unregisterTimer(1) && !dispatcher.unregisterTimers(this));
+        QCOMPARE(log.texts().size(), 2);
     }
 
     void readerWaitsForWhoHandles_data()
@@ -65,11 +124,13 @@ private Q_SLOTS:
         std::atomic<int> read = 0;
         int received = 0;
         int most = 0;
+        bool endedEarly = false;
         connect(
             &receiver, &ConsoleMessagesReceiver::gotMessage, &receiver, [&read] { ++read; },
             Qt::DirectConnection);
         connect(&receiver, &ConsoleMessagesReceiver::gotMessage, this, [&] {
             QThread::msleep(1);
+            endedEarly |= flow->isInputEnded() && read < count;
             most = std::max(most, read - received++);
         });
         ReadConsoleThread thread;
@@ -82,6 +143,7 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(received, count, 30'000);
         QTRY_VERIFY_WITH_TIMEOUT(flow->isInputEnded(), 30'000);
         const qint64 limit = ConsoleFlowControl::maxUnhandledBytes;
+        QVERIFY(!endedEarly);
         QVERIFY2(most <= limit / 400'000 + 2, "two bytes a character, and one message more");
         QTRY_VERIFY_WITH_TIMEOUT(thread.isFinished(), 30'000);
     }

@@ -4,6 +4,7 @@
 #include "frames.h"
 #include "logcapture.h"
 #include "percenttransport.h"
+#include "terminalanswer.h"
 
 #include <QTest>
 #include <QThread>
@@ -12,10 +13,13 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <dlfcn.h>
 #include <memory>
+#include <poll.h>
 #include <sys/uio.h>
 #include <thread>
+#include <tuple>
 #include <unistd.h>
 #include <utility>
 
@@ -23,7 +27,13 @@ namespace {
 
 thread_local int writes = 0;
 thread_local int flushes = 0;
+thread_local int triesWithoutBlocking = 0;
+thread_local int polls = 0;
+/// How many calls of poll(2) find nothing; signals interrupt every other one.
+thread_local int vainPolls = 0;
 bool isOldKernel = false;
+/// The standard streams that are a terminal, as bits.
+unsigned terminals = 0;
 
 } // namespace
 
@@ -45,9 +55,22 @@ int fflush(FILE *stream)
 ssize_t pwritev2(int descriptor, const iovec *pieces, int count, off_t offset, int flags)
 {
     static const auto next = reinterpret_cast<decltype(&pwritev2)>(::dlsym(RTLD_NEXT, "pwritev2"));
+    ++triesWithoutBlocking;
     errno = EOPNOTSUPP;
     return isOldKernel ? -1 : next(descriptor, pieces, count, offset, flags);
 }
+
+int poll(pollfd *descriptors, nfds_t count, int timeout)
+{
+    static const auto next = reinterpret_cast<decltype(&poll)>(::dlsym(RTLD_NEXT, "poll"));
+    ++polls;
+    if (vainPolls == 0)
+        return next(descriptors, count, timeout);
+    errno = EINTR;
+    return --vainPolls % 2 == 0 ? 0 : -1;
+}
+
+int isatty(int descriptor) { return descriptor >= 0 && (terminals >> descriptor & 1U) != 0; }
 
 class TestConsoleOutput : public QObject {
     Q_OBJECT
@@ -109,6 +132,7 @@ private Q_SLOTS:
             QByteArray expected;
             int mostWrites = 0;
             int mostFlushes = 0;
+            triesWithoutBlocking = 0;
             for (const int size : {0, 1, 4094, 4095, 4096, 4097, 8190, 8192, 65536, 300'000}) {
                 QByteArray body(size, 'x');
                 for (int i = 0; i < size; i += 7)
@@ -132,8 +156,69 @@ private Q_SLOTS:
             QVERIFY(got == expected);
             QCOMPARE(mostWrites, 3); // the length, the body, the line break
             QCOMPARE(mostFlushes, 1);
+            if (isOld)
+                QCOMPARE(triesWithoutBlocking, 1);
             isOldKernel = false;
         }
+    }
+
+    void readerThatTakesNothing()
+    {
+        for (const bool isInputEnded : {false, true}) {
+            std::array<int, 2> ends{};
+            QCOMPARE(::pipe(ends.data()), 0);
+            std::FILE *const output = ::fdopen(ends[1], "w");
+            const auto flow = QSharedPointer<ConsoleFlowControl>::create();
+            if (isInputEnded)
+                flow->setInputEnded();
+            ConsoleMessagesSender sender(nullptr, output);
+            sender.setFlowControl(flow);
+            isOldKernel = true;
+            polls = 0;
+            vainPolls = 20;
+            for (const QString &message : {u"a"_qs, u"b"_qs})
+                sender.sendMessage(message);
+            isOldKernel = false;
+            vainPolls = 0;
+            std::fclose(output);
+            QFile input;
+            QVERIFY(input.open(ends[0], QIODevice::ReadOnly, QFileDevice::AutoCloseHandle));
+            QCOMPARE(input.readAll(), isInputEnded ? QByteArray() : frame("a") + frame("b"));
+            // Four times 100 ms, and as many interruptions; or once for each message more.
+            QCOMPARE(polls, isInputEnded ? 8 : 22);
+        }
+    }
+
+    void streamWithoutDescriptor()
+    {
+        char *text = nullptr;
+        size_t size = 0;
+        std::FILE *const output = ::open_memstream(&text, &size);
+        ConsoleMessagesSender sender(nullptr, output);
+        sender.setFlowControl(QSharedPointer<ConsoleFlowControl>::create());
+        sender.sendMessage(u"a"_qs);
+        std::fclose(output);
+        QCOMPARE(QByteArray(text, qsizetype(size)), frame("a"));
+        std::free(text);
+    }
+
+    void answersAtATerminal()
+    {
+        const auto answer = [](unsigned streams, QByteArray argument, int count = 2) {
+            terminals = streams;
+            char *arguments[] = {nullptr, argument.data(), nullptr};
+            const QString text = terminalAnswer(count, arguments).value_or(QString());
+            terminals = 0;
+            return text;
+        };
+        QVERIFY(answer(1, "--version").startsWith(u"wenativehost "_qs));
+        QVERIFY(answer(2, "--help").contains(u"--buggybrowser"_qs));
+        QVERIFY(answer(1, "--version") != answer(1, "--help"));
+        for (const auto &[streams, argument, count] :
+             {std::tuple(0U, "--help", 2), std::tuple(4U, "--version", 2),
+              std::tuple(3U, "--version", 1), std::tuple(3U, "--help", 3),
+              std::tuple(3U, "chrome-extension://id/", 2)})
+            QCOMPARE(answer(streams, argument, count), QString());
     }
 
     void readerThatTakesLittleIsGivenUpOnceTheInputHasEnded()

@@ -1,5 +1,6 @@
 #include "isolatedhost.h"
 #include "linksuccessor.h"
+#include "logcapture.h"
 #include "rows.h"
 #include "vhipcincomingdownloadskeys.h"
 #include "vhipckeys.h"
@@ -90,7 +91,8 @@ private Q_SLOTS:
         create(u"1"_qs,
                u"{'url':'http://a.org/p%20q?x=%2Fé','suggestedName':'mé.zip',"
                "'httpReferer':'http://a.org/referer','documentUrl':'http://a.org/page',"
-               "'userAgent':'agent','httpCookies':'a=b; c=d=e','httpPostData':'k=\\u0000v\\u0000'},"
+               "'userAgent':'agent','httpCookies':'a=b; c=d=e','httpPostData':'k=\\u0000v\\u0000',"
+               "'fileSize':'5'},"
                "{'url':''},{'url':'http://[bad'},{'url':'ftp://a.org/2','httpReferer':'http://r',"
                "'documentUrl':'http://[p'}"_qs);
         QCOMPARE(m_host->jobs.size(), 1);
@@ -113,6 +115,15 @@ private Q_SLOTS:
         const AbstractDownloadSourceInfo &withoutPage = request.downloads.at(1).info->source;
         QCOMPARE(withoutPage.webPageUrl, QUrl(u"http://r"_qs));
         QCOMPARE(withoutPage.flags, 1U);
+
+        // Only of the browser's own download the size is that of the file.
+        for (const int size : {5, 0}) {
+            create(u"2"_qs, u"{'url':'http://a.org/','fileSize':'%1'}"_qs.arg(size),
+                   u",'catchedDownloads':'1','ignoreSettings':'1'"_qs);
+            const auto &files = m_host->jobs.constLast().request.downloads.at(0).info->files;
+            QCOMPARE(files.isEmpty() ? 0 : files.constFirst().size, size);
+            QCOMPARE(files.isEmpty(), size == 0);
+        }
     }
 
     void tasksInFlight()
@@ -132,9 +143,13 @@ private Q_SLOTS:
         QCOMPARE(finish(1, true), u""_qs);
         QCOMPARE(finish(2, false), answered(u"same"_qs, u"no späce"_qs));
         QCOMPARE(finish(0, true), answered(u"a"_qs, u""_qs, u"1"_qs));
-        QVERIFY(finish(4, true).contains(u"'id':'same','result':'1','type':'video_sniffer'"_qs));
+        const QString added = finish(4, true);
+        QVERIFY(added.contains(u"'id':'same','result':'1','type':'video_sniffer'"_qs));
+        QVERIFY(added.contains(u"'error2':''"_qs));
+        m_host->tell(video);
+        QVERIFY(finish(5, false, true).contains(u"'error2':'no späce','result':'0'"_qs));
         create(u"same"_qs, one);
-        QCOMPARE(finish(5, true), answered(u"same"_qs, u""_qs, u"1"_qs));
+        QCOMPARE(finish(6, true), answered(u"same"_qs, u""_qs, u"1"_qs));
     }
 
     void lostDownloads()
@@ -157,6 +172,7 @@ private Q_SLOTS:
             finish(3, true);
         }
         const QString handshake = u"{'id':'1','type':'handshake','handshake':{}}"_qs;
+        const LogCapture log;
         QStringList told = m_host->tell(handshake).split(u'|').sliced(1);
         told.sort();
         QCOMPARE(told.size(), 3);
@@ -166,6 +182,7 @@ private Q_SLOTS:
         for (const auto &[name, reason] : expected)
             QVERIFY(told.filter(u"'result':'%1'"_qs.arg(name)).join(QString()).contains(reason));
         QCOMPARE(m_host->tell(handshake).count(u'|'), 0); // told once
+        QCOMPARE(log.texts().filter(u"3 downloads never reached"_qs).size(), 1);
     }
 };
 

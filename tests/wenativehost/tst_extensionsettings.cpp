@@ -194,6 +194,7 @@ private Q_SLOTS:
             host.takeAll({{u"WbInterceptDownloads"_qs, u"0"_qs}}, {});
         else if (then == 2)
             QVERIFY(host.disconnectFromApplication());
+        QCOMPARE((sent += host.sent()).contains(u"'id':'q'"), then != 3);
         QTRY_VERIFY((sent += host.sent()).contains(u"'id':'q'"));
         QVERIFY2(sent.contains(left) && sent.contains(posted), qPrintable(sent));
         QVERIFY(sent.section(u"'id':'q'"_qs, 1).contains(u"'enable':true"));

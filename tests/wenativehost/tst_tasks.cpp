@@ -1,5 +1,6 @@
 #include "isolatedhost.h"
 #include "keystatewatcher.h"
+#include "logcapture.h"
 #include "pmxkovbhipckeystatetaskprocessor.h"
 #include "pmxkovbhipctask.h"
 #include "rows.h"
@@ -37,6 +38,15 @@ private Q_SLOTS:
             answer(u"3"_qs, u"window"_qs, unknown));
         for (const QString &type : {u"Browser_proxy"_qs, u"windows"_qs, u"1"_qs, u" "_qs})
             row(u"{'id':'5','type':'%1'}"_qs.arg(type), answer(u"5"_qs, type, unknown));
+        const QString report = u"browser_download_state_report"_qs;
+        for (const char *const state : {"in_progress", "interrupted", "complete", "odd"}) {
+            for (const char *const url : {"http://a/b", ""}) {
+                const bool isValid = *url && *state != 'o';
+                row(u"{'id':'1','type':'%1','%1':{'url':'%2','state':'%3'}}"_qs.arg(
+                        report, QLatin1String(url), QLatin1String(state)),
+                    answer(u"1"_qs, report, isValid ? u""_qs : u"invalid arguments"_qs));
+            }
+        }
         row(u"{'id':'1'}"_qs, answer(u"1"_qs, u""_qs, unknown));
         row(u"{'type':'key_state'}"_qs, answer(u""_qs, u""_qs, unknown));
     }
@@ -45,6 +55,22 @@ private Q_SLOTS:
     {
         QFETCH(const QString, message);
         QTEST(IsolatedHost().tell(message), "expected");
+    }
+
+    /// Usually only what went wrong.
+    void log()
+    {
+        IsolatedHost host;
+        for (const int level : {1, 3}) {
+            const LogCapture log(level);
+            host.tell(u"{'id':'5','type':'key_state'}"_qs);
+            host.tell(u"{'id':'6','type':'odd'}"_qs);
+            host.tell(u"{"_qs);
+            const QString texts = log.texts().join(u'|');
+            QCOMPARE(texts.contains(u"task key_state #5 answered after"_qs), level == 3);
+            QVERIFY(texts.contains(u"task of unknown type #6 answered after"_qs));
+            QCOMPARE(texts.count(u"ASSERTION FAILED"_qs), 1);
+        }
     }
 
     void keyStatePushes()
@@ -64,6 +90,7 @@ private Q_SLOTS:
                  u"{'error':'','id':'','keyCode':45,'pressed':false,'result':'',"
                  "'type':'key_state'}"_qs);
         host.sender.reset();
+        host.tell(u"{'id':'1','type':'handshake','handshake':{}}"_qs);
         key->setHeld(true);
         QCOMPARE(host.sent(), u""_qs);
     }

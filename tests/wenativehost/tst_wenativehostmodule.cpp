@@ -1,9 +1,12 @@
 #include "isolatedhost.h"
 #include "logcapture.h"
 #include "rows.h"
+#include "wenativehostappmodule.h"
 #include "wenativehostmodule.h"
 
 #include <QCoreApplication>
+#include <QLoggingCategory>
+#include <QSignalSpy>
 #include <unistd.h>
 
 #include <array>
@@ -41,6 +44,8 @@ private Q_SLOTS:
         m_host = std::make_unique<IsolatedHost>(false);
         m_module = std::make_unique<WeNativeHostModule>(m_host->shutdownManager, m_host->client);
         m_module->initialize(true);
+        QVERIFY(!m_module->isInitializeRunning(true) && !m_module->initFailed(true));
+        QVERIFY(!QLoggingCategory::defaultCategory()->isWarningEnabled());
     }
 
     void cleanup()
@@ -90,6 +95,35 @@ private Q_SLOTS:
         QCOMPARE(caption(), german);
         m_host->settings().setAllValues({}, QString());
         QCOMPARE(caption(), french);
+        // The extension is told of other captions than it has, once.
+        const auto told = [this] {
+            Q_EMIT m_host->dispatcher->translationsLoaded();
+            return m_host->sent().contains(german);
+        };
+        m_host->set(AppSettings::LocaleName, "de");
+        QVERIFY(told());
+        QVERIFY(!told());
+        QCOMPARE(caption(), german);
+    }
+
+    /// From the bring-up to the end of the input; the last test, since it ends the process's input.
+    void wholeHost()
+    {
+        m_module.reset();
+        const QTemporaryDir folder;
+        const auto shutdown = QSharedPointer<QtAppDelayedShutdownManager>::create();
+        const QSignalSpy ready(shutdown.data(), &QtAppDelayedShutdownManager::readyToQuit);
+        WeNativeHostAppModule host(QSharedPointer<TemporaryConfig>::create(folder.path()), nullptr,
+                                   shutdown);
+        host.initialize(true);
+        QTRY_VERIFY(!host.isInitializeRunning(true));
+        QVERIFY(!host.initFailed(true));
+        QVERIFY(shutdown->shutdownReason().isEmpty());
+        ::close(m_input[1]);
+        QTRY_COMPARE(shutdown->shutdownReason(), u"end of input"_qs);
+        QCOMPARE(ready.size(), 0); // it must be taken down first
+        host.initialize(false);
+        QTRY_COMPARE(ready.size(), 1);
     }
 };
 
