@@ -25,8 +25,8 @@ bool PlaylistText::isHls(QByteArrayView text) { return beginning(text).startsWit
 QByteArrayView PlaylistText::takeLine(QByteArrayView &rest)
 {
     const qsizetype end = rest.indexOf('\n');
-    const QByteArrayView line = end < 0 ? rest : rest.first(end);
-    rest = end < 0 ? QByteArrayView() : rest.sliced(end + 1);
+    const QByteArrayView line = rest.first(end < 0 ? rest.size() : end);
+    rest = rest.sliced(std::min(line.size() + 1, rest.size()));
     return withoutByteOrderMark(line).trimmed();
 }
 
