@@ -155,6 +155,7 @@ private Q_SLOTS:
     void lostDownloads()
     {
         QVERIFY(m_host->connectToApplication());
+        const LogCapture log;
         QList<VhIpcQueuedMessage> left;
         for (const char *const members : {"a/file", "a/file','suggestedName':'b.zip", "", "a"}) {
             create(u"1"_qs, u"{'url':'http://host/%1'}"_qs.arg(QLatin1String(members)));
@@ -164,15 +165,17 @@ private Q_SLOTS:
                              {VhIpcKeys::id(), job.id},
                              {VhIpcIncomingDownloadsKeys::request(), toVariantHash(job.request)}}});
         }
+        const LostDownloads kept(*m_host->client->dataAccessHelper());
         {
-            const LinkSuccessor::DownloadsReport report(
-                left, *m_host->client->incomingDownloadsProcessor(),
-                LostDownloads(*m_host->client->dataAccessHelper()));
+            const auto &processor = *m_host->client->incomingDownloadsProcessor();
+            const LinkSuccessor::DownloadsReport report(left, processor, kept);
+            const LinkSuccessor::DownloadsReport none({}, processor, kept);
             finish(1, false);
             finish(3, true);
         }
+        QCOMPARE(log.texts().filter(u"LinkSuccessor"_qs),
+                 QStringList(u"[LinkSuccessor]: 1 of 4 downloads were delivered"_qs));
         const QString handshake = u"{'id':'1','type':'handshake','handshake':{}}"_qs;
-        const LogCapture log;
         QStringList told = m_host->tell(handshake).split(u'|').sliced(1);
         told.sort();
         QCOMPARE(told.size(), 3);
@@ -183,6 +186,13 @@ private Q_SLOTS:
             QVERIFY(told.filter(u"'result':'%1'"_qs.arg(name)).join(QString()).contains(reason));
         QCOMPARE(m_host->tell(handshake).count(u'|'), 0); // told once
         QCOMPARE(log.texts().filter(u"3 downloads never reached"_qs).size(), 1);
+        // 64 KiB are kept: a line is {"name":"...","reason":""} and its end.
+        QVERIFY(log.texts().filter(u"cannot be kept"_qs).isEmpty());
+        for (int i = 0; i < 66; ++i)
+            kept.add({QString(1000, u'x'), {}});
+        QCOMPARE(kept.take().size(), 64);
+        QCOMPARE(log.texts().filter(u"cannot be kept"_qs).size(), 2);
+        QVERIFY(kept.take().isEmpty());
     }
 };
 

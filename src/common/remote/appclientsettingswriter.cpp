@@ -13,15 +13,12 @@ namespace {
 
 AppClientSettingsWriter::Outcome outcomeOf(const QtAppSettingsInSqlManager &store)
 {
-    switch (store.storeState()) {
-    case QtAppSettingsInSqlManager::StoreState::InStep:
-        return AppClientSettingsWriter::Outcome::Stored;
-    case QtAppSettingsInSqlManager::StoreState::Busy:
-        return AppClientSettingsWriter::Outcome::Busy;
-    case QtAppSettingsInSqlManager::StoreState::Failed:
-        break;
-    }
-    return AppClientSettingsWriter::Outcome::Failed;
+    using State = QtAppSettingsInSqlManager::StoreState;
+    using Outcome = AppClientSettingsWriter::Outcome;
+    const State state = store.storeState();
+    if (state == State::InStep)
+        return Outcome::Stored;
+    return state == State::Busy ? Outcome::Busy : Outcome::Failed;
 }
 
 } // namespace

@@ -23,9 +23,8 @@ namespace {
 int createStderr()
 {
     const int file = ::memfd_create("stderr", MFD_CLOEXEC | MFD_ALLOW_SEALING);
-    if (file >= 0
-        && (::ftruncate(file, ServerProcess::stderrBytes) != 0
-            || ::fcntl(file, F_ADD_SEALS, F_SEAL_GROW | F_SEAL_SHRINK | F_SEAL_SEAL) != 0)) {
+    if (::ftruncate(file, ServerProcess::stderrBytes) != 0
+        || ::fcntl(file, F_ADD_SEALS, F_SEAL_GROW | F_SEAL_SHRINK | F_SEAL_SEAL) != 0) {
         ::close(file);
         return -1;
     }

@@ -4,10 +4,12 @@
 #include "abstractjsonrequestsmanager.h"
 #include "appclientmodule.h"
 #include "appclientsettingsinitializer.h"
+#include "appclientsettingswriter.h"
 #include "appdataaccesshelper.h"
 #include "applink.h"
 #include "appremotefrontendclientmodule.h"
 #include "appremotefrontendclientvhipcprocessor.h"
+#include "logcapture.h"
 #include "qtappabstractsettingsmanager.h"
 #include "qtobjectfactory.h"
 #include "qtvhbodycodec.h"
@@ -135,6 +137,7 @@ private Q_SLOTS:
         QCOMPARE(settings->value(interceptDownloads), u"0"_qs);
         initializer->initializeSettings();
         QCOMPARE(initialized.count(), 1);
+        QCOMPARE(settings->value(localeName), u"uk"_qs);
         settings->setValues({{localeName, u"fr"_qs}}, user);
         QCOMPARE(storedSettings()->allValues().value(localeName), u"de_DE"_qs);
 
@@ -142,14 +145,50 @@ private Q_SLOTS:
         m_server->close();
         peer.reset();
         QTRY_VERIFY(!m_module->isConnected());
+        QCOMPARE(storedSettings()->allValues().value(localeName), u"fr"_qs); // not confirmed
         settings->setValues({{localeName, u"ja"_qs}}, user);
         QCOMPARE(storedSettings()->allValues().value(localeName), u"ja"_qs);
         settings->resetToDefaults(user);
         QCOMPARE(storedSettings()->allValues().value(localeName), QString());
     }
 
+    /// A store that cannot be opened for a while.
+    void storeThatFails()
+    {
+        using Outcome = AppClientSettingsWriter::Outcome;
+        const QString path = m_folder->filePath(u"data/db.sqlite"_qs);
+        QVERIFY(QDir().mkpath(path));
+        m_server->close();
+        m_module->initialize(true);
+        const auto settings = m_module->settingsManager();
+        QList<Outcome> outcomes;
+        connect(m_module->settingsWriter().data(), &AppClientSettingsWriter::outcomeChanged, this,
+                [&](Outcome outcome) { outcomes += outcome; });
+        m_module->settingsInitializer()->initializeSettings();
+        QCOMPARE(settings->value(interceptDownloads), u"1"_qs); // the default
+        settings->setValues({{localeName, u"ja"_qs}}, user);
+        m_clock->advance(AppClientSettingsWriter::retryAfterMs);
+        QCOMPARE(outcomes, QList<Outcome>{Outcome::Failed});
+        QVERIFY(QDir(path).removeRecursively());
+        storedSettings()->setValues({{interceptDownloads, u"0"_qs}}, user);
+        m_clock->advance(AppClientSettingsWriter::retryAfterMs);
+        QCOMPARE(outcomes, (QList<Outcome>{Outcome::Failed, Outcome::Stored}));
+        QCOMPARE(storedSettings()->allValues().value(localeName), u"ja"_qs);
+        m_module->settingsInitializer()->initializeSettings();
+        QCOMPARE(settings->value(interceptDownloads), u"0"_qs);
+
+        // The last retry is at the end, when nobody is told any more.
+        QVERIFY(QFile::remove(path) && QDir().mkpath(path));
+        settings->setValues({{localeName, u"fr"_qs}}, user);
+        QVERIFY(QDir(path).removeRecursively());
+        m_module->initialize(false);
+        QCOMPARE(outcomes.size(), 3);
+        QCOMPARE(storedSettings()->allValues().value(localeName), u"fr"_qs);
+    }
+
     void waitsForWhatNobodyTakesOver()
     {
+        const LogCapture log;
         QList<VhIpcQueuedMessage> given;
         m_module->setHandOver([&](const QList<VhIpcQueuedMessage> &messages) {
             given = messages;
@@ -163,6 +202,7 @@ private Q_SLOTS:
         job.isBrowsersOwn = true;
         m_module->incomingDownloadsProcessor()->process(job);
         m_module->initialize(false);
+        QVERIFY(log.texts().contains(u"[AppServerLauncher]: launching server..."_qs));
         QCOMPARE(given.size(), 1);
         QCOMPARE(given.at(0).message.value(u"id"_qs), 7);
         QCOMPARE(given.at(0).waitedMs, 10'000);
@@ -174,19 +214,30 @@ private Q_SLOTS:
 
     void waitsForWhatWasSent_data()
     {
-        const Rows<bool, int> row("isDownload", "withinMs");
-        row("a text that the application does not read", false, 1500);
-        row("a download that the application does not answer", true, 1200);
+        const Rows<bool, bool, int> row("isDownload", "isHeld", "withinMs");
+        row("a text that the application does not read", false, false, 1500);
+        row("a download that the application does not answer", true, false, 1200);
+        row("a download that waited for the application", true, true, 31'200);
     }
 
     void waitsForWhatWasSent()
     {
         QFETCH(const bool, isDownload);
+        QFETCH(const bool, isHeld);
         QFETCH(const int, withinMs);
-        const auto peer = connectedPeer();
-        QVERIFY(peer && !peer->readAll().isEmpty());
+        std::unique_ptr<QLocalSocket> peer;
+        if (isHeld) {
+            m_server->close();
+            m_module->setHandOver([](const auto &) { return false; });
+            m_module->initialize(true);
+        } else {
+            peer = connectedPeer();
+            QVERIFY(peer && !peer->readAll().isEmpty());
+        }
         const auto downloads = m_module->incomingDownloadsProcessor();
-        if (isDownload) {
+        if (isHeld) {
+            downloads->process(downloads->createJob());
+        } else if (isDownload) {
             const QSignalSpy sent(m_module->remoteFrontendClientModule().data(),
                                   &AppRemoteFrontendClientModule::sentAllData);
             downloads->process(downloads->createJob());
@@ -197,6 +248,14 @@ private Q_SLOTS:
         }
         m_module->initialize(false);
         m_module->initialize(false); // a second request changes nothing
+        if (isHeld) {
+            QVERIFY(m_server->listen(appServerName()));
+            QVERIFY(QTest::qWaitFor([&] {
+                m_clock->advance(100);
+                return m_module->isConnected();
+            }));
+            QCoreApplication::sendPostedEvents();
+        }
         m_clock->advance(withinMs - 1);
         QVERIFY(isGoingDown() && m_module->isConnected());
         m_clock->advance(1);

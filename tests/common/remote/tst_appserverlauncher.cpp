@@ -1,4 +1,5 @@
 #include "appserverlauncher.h"
+#include "linksuccessor.h"
 #include "logcapture.h"
 #include "rows.h"
 
@@ -44,12 +45,39 @@ int report(const char *argument)
     return file.rename(reportPath()) ? 0 : 1;
 }
 
+/// The program's behaviour as a successor: it reports the messages.
+int deliver()
+{
+    QStringList lines;
+    for (const VhIpcQueuedMessage &each : LinkSuccessor::receive())
+        lines += QString::number(each.waitedMs) + each.message.value(u"id"_qs).toString();
+    QFile file(reportPath() + u".new"_qs);
+    return file.open(QIODevice::WriteOnly) && file.write(lines.join(u'\n').toUtf8()) > 0
+            && file.rename(reportPath())
+        ? 0
+        : 1;
+}
+
 } // namespace
 
 class TestAppServerLauncher : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void cleanup() { QFile::remove(AppServerLauncher::serverBinaryPath()); }
+    void cleanup()
+    {
+        QFile::remove(AppServerLauncher::serverBinaryPath());
+        QFile::remove(reportPath());
+    }
+
+    void successorGetsTheMessages()
+    {
+        QVERIFY(LinkSuccessor::start({{.message = {{u"id"_qs, u" first"_qs}}, .waitedMs = 7},
+                                      {.message = {{u"id"_qs, u" second"_qs}}, .waitedMs = 0}}));
+        QFile file(reportPath());
+        QTRY_VERIFY(file.exists());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), "7 first\n0 second");
+    }
 
     void startsServerOnItsOwn()
     {
@@ -128,6 +156,8 @@ int main(int argc, char *argv[])
 {
     if (argc == 2 && qstrcmp(argv[1], "-service") == 0)
         return report(argv[1]);
+    if (argc == 2 && LinkSuccessor::commandLineSwitch() == QLatin1String(argv[1]))
+        return deliver();
     const QCoreApplication app(argc, argv);
     constexpr const char *insideVariable = "KOVALO_TEST_INSIDE_COPY";
     if (qEnvironmentVariableIsSet(insideVariable)) {

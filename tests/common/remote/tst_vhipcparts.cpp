@@ -99,13 +99,17 @@ private Q_SLOTS:
                 send();
         };
         connect(s.manager.data(), &RemoteJsonRequestsManager::sendFailed, &part,
-                [&](qint64 id) { ended(id, false); });
-        connect(
-            s.processor.data(), &RemoteIncomingDownloadsProcessor::finished, &part,
-            [&](qint64 id, bool added, bool, AbstractDownloadAbortReason, const QString &error) {
-                QCOMPARE(error, added ? QString() : u"Connection failure"_qs);
-                ended(id, added);
-            });
+                [&](qint64 id, const QString &, bool isRequest) {
+                    QVERIFY(isRequest);
+                    ended(id, false);
+                });
+        connect(s.processor.data(), &RemoteIncomingDownloadsProcessor::finished, &part,
+                [&](qint64 id, bool added, bool, AbstractDownloadAbortReason, const QString &error,
+                    bool isSilent) {
+                    QCOMPARE(error, added ? QString() : u"Connection failure"_qs);
+                    QVERIFY(!isSilent);
+                    ended(id, added);
+                });
         connect(&part, &QtAbstractVhIpcPart::sendVh, &part,
                 [&](const Message &message) { log += message.value(u"id"_qs).toString() + u'>'; });
         connect(&part, &QtAbstractVhIpcPart::requiringServerChanged, &part,
@@ -146,7 +150,8 @@ private Q_SLOTS:
             Setup s;
             s.downloads.onConnectChanged(true);
             const QSignalSpy sent(&s.downloads, &VhIpcIncomingDownloadsClient::sendVh);
-            const AbstractNewDownloadsRequestJob job = s.processor->createJob();
+            AbstractNewDownloadsRequestJob job = s.processor->createJob();
+            job.request.downloads = {{}};
             s.processor->process(job);
             Message add = downloadsMessage(u"add"_qs, 1);
             add.insert(u"request"_qs, toVariantHash(job));

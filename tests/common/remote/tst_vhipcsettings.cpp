@@ -176,6 +176,7 @@ private Q_SLOTS:
         row("made offline before the application began", u"a0 < - c1 10000 +"_qs, u"0"_qs, 3);
         row("under way when the link broke", u"a0 < c1 - 9999 +"_qs, u"1"_qs, 4);
         row("never confirmed before the link broke", u"a0 < c1 - 99999 +"_qs, u"1"_qs, 4);
+        row("resent, and never confirmed", u"a0 < - c1 + - 99999 +"_qs, u"1"_qs, 4);
         row("confirmed while the link stood", u"a0 < c1 > 1000 > < - a2 99999 +"_qs, u"2"_qs, 6);
     }
 
