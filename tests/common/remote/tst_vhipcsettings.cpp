@@ -157,7 +157,8 @@ private Q_SLOTS:
     {
         // c1, a2: the client sets the setting to 1, the application to 2.
         // <, >: one message reaches the client, the application.
-        // R: the application resets. W: it replaces all values by one that it had.
+        // k: the client could not store the setting. R: the application resets. W: it replaces all
+        // values by one that it had.
         // -, +: the link goes down, comes up again. A number: milliseconds pass.
         const Rows<QString, QString, int> row("script", "expected", "deliveries");
         // A client cannot know whether its change had arrived: it requests the settings once.
@@ -174,6 +175,7 @@ private Q_SLOTS:
         // A change of the last ten seconds without an application is sent again.
         row("made offline just now", u"a0 < - c1 9999 +"_qs, u"1"_qs, 4);
         row("made offline before the application began", u"a0 < - c1 10000 +"_qs, u"0"_qs, 3);
+        row("made offline, and not stored", u"a0 < - c1 k 99999 +"_qs, u"1"_qs, 4);
         row("under way when the link broke", u"a0 < c1 - 9999 +"_qs, u"1"_qs, 4);
         row("never confirmed before the link broke", u"a0 < c1 - 99999 +"_qs, u"1"_qs, 4);
         row("resent, and never confirmed", u"a0 < - c1 + - 99999 +"_qs, u"1"_qs, 4);
@@ -195,6 +197,8 @@ private Q_SLOTS:
                 delivered += Link::deliver(link.application, link.client);
             else if (step == u">")
                 delivered += Link::deliver(link.client, link.application);
+            else if (step == u"k")
+                link.client.part.resendOnConnect({u"S"_qs, u"another"_qs});
             else if (step == u"R")
                 link.application.manager->resetToDefaults(user);
             else if (step == u"W")
