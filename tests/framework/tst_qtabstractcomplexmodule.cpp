@@ -92,6 +92,7 @@ public:
         });
     }
 
+    using QtAbstractComplexModule::addModule;
     QString takeJournal() { return std::exchange(play.journal, {}).join(u' '); }
 
     Play play;
@@ -192,6 +193,18 @@ private Q_SLOTS:
         tree.initialize(true);
         tree.initialize(true);
         QVERIFY(log.texts().constFirst().startsWith(u"ASSERTION FAILED: module is down, "));
+
+        // After its end has been reported, but before the event loop starts the next step.
+        Tree other(u"a=never"_qs);
+        other.initialize(true);
+        other.play.unfinished.front()();
+        other.leaves.erase(other.leaves.begin());
+        settle();
+        QCOMPARE(other.takeJournal(), u"+up before a b c after -up"_qs);
+        QVERIFY(!other.initFailed(true));
+        other.addModule(other.leaves.front().get());
+        other.addModule(nullptr);
+        QCOMPARE(log.texts().filter(u"ASSERTION FAILED: module is new, "_qs).size(), 2);
     }
 
     void logsWhatIsAliveAtExit()

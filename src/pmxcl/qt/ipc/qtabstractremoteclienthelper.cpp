@@ -56,6 +56,6 @@ void QtAbstractRemoteClientHelper::forceConnect()
 
 void QtAbstractRemoteClientHelper::onLaunchServerFinished(const AbstractError &error)
 {
-    if (m_enabled && m_keeper && !error.isError() && !m_socket->isConnected())
-        m_keeper->forceConnect();
+    if (!error.isError())
+        forceConnect();
 }

@@ -64,14 +64,10 @@ QtAbstractSocketBasicIpc::QtAbstractSocketBasicIpc(QSharedPointer<QtAbstractSock
 
 void QtAbstractSocketBasicIpc::send(const QByteArray &bytes)
 {
-    if (!m_connected || !m_device)
-        return;
-    if (m_useCbor) {
-        if (m_connection.cborWriter)
-            m_connection.cborWriter->append(bytes);
-        return;
-    }
-    sendPieces({bytes});
+    if (!m_useCbor)
+        sendPieces({bytes});
+    else if (m_connected && m_device && m_connection.cborWriter)
+        m_connection.cborWriter->append(bytes);
 }
 
 void QtAbstractSocketBasicIpc::sendPieces(const QList<QByteArray> &pieces)
@@ -214,30 +210,24 @@ bool QtAbstractSocketBasicIpc::readCborStep(QCborStreamReader &reader)
     // Checked first: while an item is incomplete, the reader still shows the one before.
     if (isDataMissing(reader))
         return false;
-    if (reader.lastError() != QCborError::NoError || !reader.hasNext())
-        return failCbor("the stream is corrupt or has ended");
+    // At the end of the array, and after any other error, the reader shows no type at all.
     if (reader.containerDepth() == 0) {
         if (!reader.isArray())
             return failCbor("the stream is not an array");
         reader.enterContainer();
         return true;
     }
-    if (m_ipcVersion >= 1 && m_peerVersion == unknownPeerVersion)
+    if (m_peerVersion == unknownPeerVersion)
         return readCborHandshake(reader);
     if (m_connection.chunks.isEmpty() && !reader.isByteArray())
         return failCbor("a message is not a byte string");
 
     const auto chunk = reader.readByteArray();
-    switch (chunk.status) {
-    case QCborStreamReader::Error:
-        return isDataMissing(reader) ? false : failCbor("a message cannot be read");
-    case QCborStreamReader::Ok:
-        m_connection.chunks += chunk.data;
-        break;
-    case QCborStreamReader::EndOfString:
+    if (chunk.status == QCborStreamReader::Error)
+        return isDataMissing(reader) || failCbor("a message cannot be read");
+    m_connection.chunks += chunk.data;
+    if (chunk.status == QCborStreamReader::EndOfString)
         Q_EMIT received(std::exchange(m_connection.chunks, {}));
-        break;
-    }
     return true;
 }
 

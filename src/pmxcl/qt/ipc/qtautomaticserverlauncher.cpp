@@ -32,7 +32,6 @@ void QtAutomaticServerLauncher::enable(bool enable)
     }
     m_lastLaunchTime = 0;
     m_lastConnectedTime = 0;
-    m_restartDue = false;
     if (!m_connected)
         scheduleNextLaunchAttempt();
 }

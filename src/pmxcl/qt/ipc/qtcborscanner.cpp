@@ -7,14 +7,11 @@ namespace {
 // RFC 8949, section 3: an initial byte has a major type (3 bits) and additional information (5
 // bits).
 enum MajorType : quint8 {
-    UnsignedInteger = 0,
-    NegativeInteger = 1,
     ByteString = 2,
     TextString = 3,
     Array = 4,
     Map = 5,
     Tag = 6,
-    SimpleOrFloat = 7,
 };
 constexpr int infoBits = 5;
 constexpr quint8 infoMask = 0x1F;
@@ -42,32 +39,30 @@ bool QtCborScanner::scanItem(int depth)
     const auto majorType = static_cast<quint8>(initial >> infoBits);
     const auto info = static_cast<quint8>(initial & infoMask);
     switch (majorType) {
-    case UnsignedInteger:
-    case NegativeInteger:
-    case SimpleOrFloat:
-        return readArgument(info, argument);
     case ByteString:
     case TextString:
-        return scanString(majorType, info);
+        return scanString(info);
     case Array:
         return scanItems(info, 1, depth + 1);
     case Map:
         return scanItems(info, 2, depth + 1);
     case Tag:
         return readArgument(info, argument) && scanItem(depth + 1);
+    default: // integers, simple values and floating-point numbers
+        return readArgument(info, argument);
     }
-    return false;
 }
 
-bool QtCborScanner::scanString(quint8 majorType, quint8 info)
+bool QtCborScanner::scanString(quint8 info)
 {
     quint64 length = 0;
     if (info != indefiniteLength)
         return readArgument(info, length) && m_cursor.skip(length);
     while (!takeBreak()) {
         quint8 initial = 0;
-        if (!m_cursor.read(initial) || initial >> infoBits != majorType
-            || !readArgument(initial & infoMask, length) || !m_cursor.skip(length))
+        // A chunk of another type ends the decoder, whatever follows.
+        if (!m_cursor.read(initial) || !readArgument(initial & infoMask, length)
+            || !m_cursor.skip(length))
             return false;
     }
     return true;

@@ -18,7 +18,7 @@ private:
     explicit QtCborScanner(QByteArrayView body) : m_cursor(body) { }
 
     bool scanItem(int depth);
-    bool scanString(quint8 majorType, quint8 info);
+    bool scanString(quint8 info);
     bool scanItems(quint8 info, quint64 itemsPerEntry, int depth);
     bool readArgument(quint8 info, quint64 &argument);
     /// Whether the next byte ends an item of indefinite length ("break"); if so, consumes it.

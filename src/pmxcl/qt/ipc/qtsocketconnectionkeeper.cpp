@@ -101,9 +101,8 @@ void QtSocketConnectionKeeper::scheduleReconnect()
     if (!m_enabled || m_reconnectTimer->isActive())
         return;
     if (m_currentRetryInterval == 0) {
-        m_currentRetryInterval = m_minRetryInterval != 0
-            ? m_minRetryInterval
-            : std::clamp(m_maxRetryInterval / 10, 1, 1000);
+        // Then the minimum is 0, too.
+        m_currentRetryInterval = std::clamp(m_maxRetryInterval / 10, 1, 1000);
         connect();
         return;
     }

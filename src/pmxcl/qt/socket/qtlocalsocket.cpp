@@ -170,7 +170,7 @@ void QtLocalSocket::attempt(const Attempt &attempt)
 
 void QtLocalSocket::attemptAgain()
 {
-    if (m_phase != Phase::FullQueue || !m_socket)
+    if (m_phase != Phase::FullQueue)
         return;
     if (!m_attemptDeadline.hasExpired()) {
         attempt(m_attempt);

@@ -30,7 +30,15 @@ public:
     QIODevice *ioDevice() const override { return nullptr; }
     bool isConnected() const override { return m_connected; }
     SocketState state() const override { return m_state; }
-    AbstractError error() const override { return {}; }
+    AbstractError error() const override
+    {
+        return AbstractError(m_errorCode, m_errorCategory, "test", "test");
+    }
+    void setError(int code, const char *category)
+    {
+        m_errorCode = code;
+        m_errorCategory = category;
+    }
     void setState(SocketState state)
     {
         m_state = state;
@@ -43,6 +51,8 @@ private:
     QStringList &m_log;
     SocketState m_state = UnconnectedState;
     bool m_connected = false;
+    int m_errorCode = 0;
+    const char *m_errorCategory = "QtAbstractSocketError";
 };
 
 /// Logs launches as "L"; the test decides when each ends.
@@ -77,6 +87,8 @@ private Q_SLOTS:
         row("defaults", -1, -1, 1, {300, 600, 1200, 2400, 3000, 3000, 3000});
         row("min beyond max", 500, 100, 1, {300, 600, 1200});
         row("maximum not reached by doubling", 400, 1000, 1, {400, 800, 1000});
+        row("maximum just beyond a doubled wait", 400, 801, 1, {400, 800, 801});
+        row("the longest precise wait", 1999, 2000, 1, {1999, 2000});
         row("always the same", 500, 500, 1, {500, 500});
         row("from nothing: a tenth", 0, 3000, 2, {300, 600});
         row("from nothing to 1", 0, 0, 2, {1, 1});
@@ -111,6 +123,40 @@ private Q_SLOTS:
         QCOMPARE(s.log.size(), attempts + 1);
     }
 
+    void longConnectionResetsTheWait()
+    {
+        for (const qint64 lasted : {2999, 3000}) {
+            Setup s;
+            s.keeper->enable(true);
+            s.clock.advance(900);
+            s.socket->setState(QtAbstractSocket::ConnectedState);
+            s.clock.advance(lasted);
+            s.socket->setState(QtAbstractSocket::UnconnectedState);
+            s.clock.advance(0);
+            QCOMPARE(s.clock.nextTimerIn(), lasted == 3000 ? 300 : 2400);
+        }
+    }
+
+    void waitsForCredentialsOfTheProxy()
+    {
+        const std::tuple<int, const char *, bool> cases[] = {{13, "QtAbstractSocketError", true},
+                                                             {12, "QtAbstractSocketError", false},
+                                                             {13, "QtLocalSocketError", false}};
+        for (const auto &[code, category, waits] : cases) {
+            Setup s;
+            s.socket->setError(code, category);
+            s.keeper->enable(true);
+            s.clock.advance(0);
+            QCOMPARE(s.clock.nextTimerIn(), waits ? -1 : 300);
+            s.keeper->onGotProxyAuth();
+            QCOMPARE(s.clock.nextTimerIn(), 300);
+            s.socket->setState(QtAbstractSocket::ConnectedState);
+            s.clock.advance(300);
+            s.keeper->onGotProxyAuth();
+            QCOMPARE(s.clock.nextTimerIn(), -1);
+        }
+    }
+
     void launches_data()
     {
         // e, d: the automatic launcher is enabled, disabled; h, H: the helper.
@@ -128,6 +174,8 @@ private Q_SLOTS:
         row("runs for 15 s, then for 5", u"e k 10 c 15 u k c 5 u ?"_qs, u"L L 175"_qs);
         row("runs, and cannot be launched again", u"e k c 20 u x ? 180"_qs, u"L L 180 L"_qs);
         row("connected", u"e x c ? l 400 u"_qs, u"L - L"_qs);
+        row("enabled again while it launches", u"e d e k ?"_qs, u"L -"_qs);
+        row("time for one while another is requested", u"e x l 400"_qs, u"L L"_qs);
         row("disabled", u"e x d ? c 20 u 400 e x ?"_qs, u"L - L 180"_qs);
         // The keeper tries at once, after 0.3 and after 0.9 s.
         row("on demand", u"h r 2 k n H 9 r h"_qs, u"A L A A A A L"_qs);
@@ -145,6 +193,7 @@ private Q_SLOTS:
         connect(s.socket.get(), &QtAbstractSocket::connectedStateChanged, &automatic,
                 &QtAutomaticServerLauncher::onConnectedStateChanged);
         const auto part = QSharedPointer<RecordingPart>::create();
+        part->setRequiringServer(script.startsWith(u'r'));
         QtAbstractVhIpcClientHelper helper(
             s.socket, s.keeper, s.launcher,
             QSharedPointer<QtAbstractSocketVhIpc>::create(s.socket, part, 0, false), nullptr,

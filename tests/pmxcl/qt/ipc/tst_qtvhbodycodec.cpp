@@ -52,8 +52,21 @@ private Q_SLOTS:
         // A tagged map, an item other than a map, and strings and containers of indefinite length.
         QCOMPARE(fromCbor(hex(u"D9D9F7 A1 6162 F5"_qs)), (VhMap{{u"b"_qs, true}}));
         QCOMPARE(fromCbor(hex(u"83 01 02 03"_qs)), VhMap());
+        // A key and a chunk whose bytes would be invalid as items.
+        QCOMPARE(fromCbor(hex(u"A1 61 1C 01"_qs))->size(), 1);
+        QCOMPARE(fromCbor(hex(u"A2 01 5F 41FF FF 02 03"_qs))->size(), 2);
         QCOMPARE(fromCbor(hex(u"BF 7F 6161 6162 FF 9F F6 FF FF"_qs))->value(u"ab"_qs),
                  QVariant(QVariantList{QVariant::fromValue(nullptr)}));
+    }
+
+    /// What is decoded and encoded again consists of the same bytes.
+    void kept_data() { ADD_VECTORS("bodies.json", "kept"); }
+    void kept()
+    {
+        const VectorRow row;
+        const std::optional<VhMap> map = fromDataStream(hex(row.text(1)));
+        QVERIFY(map);
+        QCOMPARE(toDataStream(*map).toHex(), hex(row.text(1)).toHex());
     }
 
     void refused_data() { ADD_VECTORS("bodies.json", "refused"); }
@@ -71,6 +84,13 @@ private Q_SLOTS:
         const QByteArray begin = hex(u"00000001 00000000 00000009 00"_qs);
         QVERIFY(fromDataStream(begin + hex(u"000003E8"_qs) + zone.repeated(1000)));
         QVERIFY(!fromDataStream(begin + hex(u"000003E9"_qs) + zone.repeated(1001)));
+        for (const int letters : {64, 65}) {
+            const QByteArray name =
+                hex(u"000000"_qs) + char(2 * letters) + QByteArray("\0A", 2).repeated(letters);
+            QCOMPARE(
+                fromDataStream(begin + hex(u"00000001"_qs) + zone.chopped(6) + name).has_value(),
+                letters == 64);
+        }
     }
 
     void nesting_data() { ADD_VECTORS("bodies.json", "nested"); }

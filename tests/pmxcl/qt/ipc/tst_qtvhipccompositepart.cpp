@@ -1,3 +1,4 @@
+#include "logcapture.h"
 #include "qttoggleswitchobject.h"
 #include "qtvhipccompositepart.h"
 #include "recordingpart.h"
@@ -62,6 +63,7 @@ private Q_SLOTS:
     /// Ready when all are, requiring the server when any does.
     void isWhatItsPartsAre()
     {
+        const LogCapture log;
         QList<Part> parts;
         QtVhIpcCompositePart composite({}, {});
         for (const char *const name : {"one", "other"}) {
@@ -76,6 +78,12 @@ private Q_SLOTS:
             part->setRequiringServer(false);
         }
         QVERIFY(composite.isReady() && !composite.isRequiringServer());
+        QStringList lines;
+        for (const QString &line : log.texts())
+            lines += line.section(u"]: "_qs, 1);
+        QCOMPARE(lines.join(u", "_qs),
+                 u"<one> ready: 0, ready: 0, <other> ready: 0, <one> ready: 1, <other> ready: 1, "
+                 "ready: 1"_qs);
     }
 };
 

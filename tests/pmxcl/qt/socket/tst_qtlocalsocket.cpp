@@ -78,17 +78,21 @@ private Q_SLOTS:
             QVERIFY(::rename(QFile::encodeName(name("crashed")), QFile::encodeName(name("left")))
                     == 0);
         }
-        const QString tooLong = m_dir.filePath(QString(120, u'x'));
+        const QString tooLong =
+            m_dir.filePath({}).leftJustified(sizeof(sockaddr_un::sun_path), u'x');
+        const uid_t user = ::getuid();
         // No listener, and other reasons.
-        const std::pair<QString, QString> cases[] = {
-            {name("no"), {}},
-            {name("left"), {}},
-            {name("folder"), u"a folder is in its place"_qs},
-            {name("file"), u"another file is in its place"_qs},
-            {tooLong, u"the path is longer than that of a socket may be"_qs}};
-        for (const auto &[path, reason] : cases) {
+        const std::tuple<QString, uid_t, QString> cases[] = {
+            {name("no"), user, {}},
+            {name("left"), user, {}},
+            {name("left"), user + 1, u"it belongs to user %1"_qs.arg(user)},
+            {name("folder"), user, u"a folder is in its place"_qs},
+            {name("file"), user, u"another file is in its place"_qs},
+            {tooLong, user, u"the path is longer than that of a socket may be"_qs}};
+        for (const auto &[path, requiredUser, reason] : cases) {
             const LogCapture log;
             QtLocalSocket socket;
+            socket.setRequiredServerUser(requiredUser);
             for (int attempt = 0; attempt < 2; ++attempt)
                 connectTo(socket, path);
             QCOMPARE(socket.state(), QtAbstractSocket::UnconnectedState);
@@ -99,6 +103,7 @@ private Q_SLOTS:
         QtLocalSocket socket;
         const Story story(socket);
         connectTo(socket, name("no"));
+        socket.connectToServer(QtAbstractServerAddress(1), QIODevice::ReadWrite);
         QCOMPARE(story.text(), u"state 2, error 3, state 0"_qs);
         QCOMPARE(socket.error(),
                  AbstractError(3, "QtLocalSocketError",
@@ -147,33 +152,57 @@ private Q_SLOTS:
 
     void connectsAndLosesTheServer()
     {
+        const LogCapture log;
         QtLocalSocket socket;
         const Story story(socket);
         socket.setRequiredServerUser(::getuid());
         connectTo(socket, m_path);
-        QVERIFY(socket.isConnected() && !socket.isConnecting());
+        QVERIFY(socket.isConnected() && !socket.isConnecting() && !socket.isDisconnecting());
         const auto peer = accepted();
         QVERIFY(peer);
         peer->disconnectFromServer();
         QTRY_COMPARE(story.text(),
                      u"state 2, state 3, connected 1, error 2, state 6, state 0, connected 0"_qs);
+        QCOMPARE(log.texts().filter(u"WARNING"_qs), QStringList());
     }
 
-    void reconnectsWhileItTellsOfTheEnd()
+    void tellsWhatThePeerHasTaken()
     {
         QtLocalSocket socket;
-        connect(&socket, &QtLocalSocket::connectedStateChanged, this, [&](bool connected) {
-            if (connected)
-                socket.ioDevice()->write("bytes");
-            else
-                connectTo(socket, m_path);
-        });
         connectTo(socket, m_path);
-        for (int connection = 0; connection < 2; ++connection) {
-            QTRY_VERIFY(m_server->hasPendingConnections());
-            const auto peer = accepted();
-            QTRY_COMPARE(peer->bytesAvailable(), 5);
-            peer->disconnectFromServer();
+        const auto peer = accepted();
+        QVERIFY(peer && socket.hasPeerTakenAll());
+        QCOMPARE(socket.writeAtOnce("bytes"), 5);
+        QVERIFY(!socket.hasPeerTakenAll());
+        QTRY_COMPARE(peer->bytesAvailable(), 5);
+        QVERIFY(socket.hasPeerTakenAll());
+    }
+
+    /// By the first or by the last signal of the end.
+    void reconnectsWhileItTellsOfTheEnd()
+    {
+        for (const bool first : {false, true}) {
+            QtLocalSocket socket;
+            const Story story(socket);
+            connect(&socket, &QtLocalSocket::stateChanged, this, [&](int state) {
+                if (first && state == QtAbstractSocket::UnconnectedState)
+                    connectTo(socket, m_path);
+            });
+            connect(&socket, &QtLocalSocket::connectedStateChanged, this, [&](bool connected) {
+                if (connected)
+                    socket.ioDevice()->write("bytes");
+                else if (!first)
+                    connectTo(socket, m_path);
+            });
+            connectTo(socket, m_path);
+            for (int connection = 0; connection < 2; ++connection) {
+                QTRY_VERIFY(m_server->hasPendingConnections());
+                const auto peer = accepted();
+                QTRY_COMPARE(peer->bytesAvailable(), 5);
+                peer->disconnectFromServer();
+            }
+            QVERIFY(story.text().startsWith(
+                u"state 2, state 3, connected 1, error 2, state 6, state 0, connected 0, state 2"));
         }
     }
 
@@ -193,8 +222,10 @@ private Q_SLOTS:
             peer->write("hello");
             peer->flush();
             connectTo(socket, m_path);
+            QCOMPARE(socket.writeAtOnce("nor is it told anything"), 0);
             if (aborted)
                 socket.abort();
+            QCOMPARE(socket.isConnecting(), !aborted);
             QTRY_COMPARE(peer->state(), QLocalSocket::UnconnectedState);
             QCOMPARE(socket.state(), QtAbstractSocket::UnconnectedState);
         }
