@@ -163,7 +163,7 @@ QSet<QString> QtAppSettingsInSqlManager::writeUnstoredKeys()
             continue;
         // After one timeout, do not wait again for every other value.
         if (busy || !checkStored(write(key, *value), "m_table->write(p.first, p.second)")) {
-            busy = busy || isBusyError(m_table->lastError());
+            busy = isBusyError(m_table->lastError());
             failed.insert(key);
         }
     }

@@ -50,7 +50,7 @@ bool SqlTableManager::addTableColumn(const QString &name, const QString &type,
                                      const QVariant &defaultValue)
 {
     QString sql = QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3").arg(m_tableName, name, type);
-    if (defaultValue.isValid() && !defaultValue.isNull())
+    if (!defaultValue.isNull())
         sql += QStringLiteral(" DEFAULT %1").arg(defaultValue.toString());
     return execute(sql + u';');
 }
@@ -137,7 +137,7 @@ bool SqlTableManager::endTransaction(bool commit)
         return (commit ? db.commit() : db.rollback()) ? QSqlError() : db.lastError();
     });
     setLastError(error);
-    if (error.isValid() && commit)
+    if (error.isValid())
         db.rollback();
     m_db->unlock();
     return !error.isValid();

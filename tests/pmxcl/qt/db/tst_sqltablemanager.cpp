@@ -1,6 +1,8 @@
 #include "logcapture.h"
 #include "multithreadedsqldatabasemanager.h"
 #include "qtappsettingssqltable.h"
+#include "sqlbusywait.h"
+#include "sqldatabasemanager.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -105,6 +107,46 @@ private Q_SLOTS:
         QCOMPARE(log.texts(),
                  (QStringList{line.arg(u"3: NULL value in T.A"), line.arg(u"4: NULL value in T.A"),
                               line.arg(u"1: file is not a database")}));
+    }
+
+    /// A database that another connection has locked is not corrupt.
+    void cannotCheckWhatIsLocked()
+    {
+        const LogCapture log;
+        query(u"PRAGMA journal_mode=DELETE"_qs);
+        query(u"CREATE TABLE T (A)"_qs);
+        query(u"BEGIN EXCLUSIVE"_qs);
+        SqlDatabaseManager other(m_path, u"other"_qs, QSharedPointer<QRecursiveMutex>::create());
+        QVERIFY(other.openDatabase() && other.openDatabase() && !other.checkIfCorrupt());
+        QCOMPARE(log.texts().last(),
+                 u"[AbstractSqlDatabaseManager]: cannot check the DB: database is locked"_qs);
+        query(u"COMMIT"_qs);
+    }
+
+    /// A connection of that name that exists already is used, and left open.
+    void usesAnExistingConnection()
+    {
+        const LogCapture log(2);
+        const QString name = u"existing"_qs;
+        QDir(m_dir->path()).mkdir(u"new folder"_qs);
+        {
+            QSqlDatabase existing = QSqlDatabase::addDatabase(u"QSQLITE"_qs, name);
+            existing.setDatabaseName(m_path);
+        }
+        const auto mutex = QSharedPointer<QRecursiveMutex>::create();
+        for (int round = 0; round < 2; ++round) {
+            SqlDatabaseManager db(m_path, name, mutex);
+            QVERIFY(db.openDatabase() && db.openDatabase());
+            QSqlQuery timeout = db.createQuery(u"PRAGMA busy_timeout"_qs);
+            QVERIFY(timeout.exec() && timeout.next());
+            QCOMPARE(timeout.value(0), int(sqlBusyTimeout.count()));
+            QVERIFY(!SqlDatabaseManager(m_path + u'x', name, mutex).openDatabase());
+        }
+        QVERIFY(QSqlDatabase::database(name, false).isOpen());
+        QSqlDatabase::removeDatabase(name);
+        QCOMPARE(log.texts().filter(u"no write-ahead log"_qs), QStringList());
+        m_db->closeDatabase();
+        QCOMPARE(QSqlDatabase::connectionNames(), QStringList());
     }
 
     void connectionsEndWithTheirThreads()
