@@ -81,13 +81,13 @@ QString AppLocalizationManager::findInstalledTranslation(const QLocale &locale) 
 {
     // Most often asked for, and answered without reading the folder: English is always there, and
     // the C locale is no language.
-    const QString wanted = locale.name();
     if (locale == QLocale(QLocale::English))
-        return wanted;
+        return locale.name();
     if (locale.language() == QLocale::C)
         return QString();
 
     const std::vector<Translation> &translations = installed();
+    const QString wanted = locale.name();
     for (const Translation &translation : translations) {
         if (translation.name == wanted)
             return translation.name;

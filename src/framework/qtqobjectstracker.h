@@ -30,7 +30,7 @@ public:
 private:
     struct Registered {
         QPointer<QObject> object;
-        const char *className;
+        const char *className = nullptr;
     };
 
     mutable QMutex m_mutex;
