@@ -126,13 +126,11 @@ void AppRemoteFrontendClientModule::handOverQueued()
 {
     m_vhIpcProcessor->dropQueuedEndingWithProcess();
     const QList<VhIpcQueuedMessage> queued = m_vhIpcProcessor->queued();
-    if (queued.isEmpty())
-        return;
-    if (!m_handOver || m_handOver(queued)) {
+    m_isHolding = !queued.isEmpty() && m_handOver && !m_handOver(queued);
+    if (!m_isHolding) {
         m_vhIpcProcessor->dropQueued();
         return;
     }
-    m_isHolding = true;
     logLine(1,
             QStringLiteral("[AppRemoteFrontendClientModule]: ends when the application has got %1 "
                            "waiting messages")
@@ -175,7 +173,6 @@ void AppRemoteFrontendClientModule::finishTakeDown()
                 QStringLiteral("[AppRemoteFrontendClientModule]: WARNING: the end cuts off the "
                                "application, which did not read or answer everything in time"));
     m_socket->abort();
-    m_isHolding = false;
 
     m_helper.reset();
     m_keeper.reset();

@@ -191,7 +191,7 @@ private Q_SLOTS:
         const LogCapture log;
         QList<VhIpcQueuedMessage> given;
         m_module->setHandOver([&](const QList<VhIpcQueuedMessage> &messages) {
-            given = messages;
+            given += messages;
             return false;
         });
         m_server->close();
@@ -202,6 +202,7 @@ private Q_SLOTS:
         job.isBrowsersOwn = true;
         m_module->incomingDownloadsProcessor()->process(job);
         m_module->initialize(false);
+        m_module->remoteFrontendClientModule()->initialize(false); // they are given once
         QVERIFY(log.texts().contains(u"[AppServerLauncher]: launching server..."_qs));
         QCOMPARE(given.size(), 1);
         QCOMPARE(given.at(0).message.value(u"id"_qs), 7);
