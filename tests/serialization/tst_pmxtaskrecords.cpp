@@ -1,7 +1,9 @@
 // Tasks of the extension, read and written again. The tables are in tasks.json.
 
 #include "pmxjsonserializeobject.h"
+#include "pmxkovbhipcquerysettingstaskresponse.h"
 #include "pmxkovbhipctask.h"
+#include "pmxkovbhipcuistringstaskresponse.h"
 #include "vectors.h"
 
 #include <sstream>
@@ -33,6 +35,22 @@ private Q_SLOTS:
         std::ostringstream out;
         QVERIFY(pmxJsonSerializeObject(task, out, 0));
         QCOMPARE(out.str(), json(row.at(row.at(2).isNull() ? 1 : 2)));
+    }
+
+    /// Answers, and whether they can be read; without its own record an answer cannot.
+    void answers_data() { ADD_VECTORS("tasks.json", "answers"); }
+    void answers()
+    {
+        const VectorRow row;
+        pmxKovBhIpcUiStringsTaskResponse strings;
+        pmxKovBhIpcQuerySettingsTaskResponse settings;
+        auto &answer = row.text(0) == u"ui_strings"
+            ? static_cast<pmxKovBhIpcTaskResponse &>(strings)
+            : settings;
+        QCOMPARE(pmxJsonSerializeObject(answer, json(row.at(1)), 0), row.at(2).toBool());
+        std::ostringstream out;
+        QVERIFY(pmxJsonSerializeObject(answer, out, 0));
+        QCOMPARE(out.str() == json(row.at(1)), row.at(2).toBool());
     }
 
     /// If a message could not be read, its id and type may still be known.
