@@ -12,6 +12,8 @@ class HeldKey : public KeyStateWatcher {
 public:
     HeldKey() : KeyStateWatcher(45) { }
     void setHeld(bool held) { setPressed(held); }
+    /// Nothing here samples the key; it is told.
+    void update() override { setPressed(!isPressed(false)); }
 };
 
 } // namespace
