@@ -149,7 +149,7 @@ void LogSink::openFile()
     const int fd = ::open(
         m_filePath.constData(),
         O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY | O_NONBLOCK | O_NOFOLLOW, fileMode);
-    if (fd < 0 && errno == ELOOP) {
+    if (fd == -1 && errno == ELOOP) {
         fallBackToStderr(QStringLiteral("it is a link"));
         return;
     }
@@ -178,7 +178,7 @@ void LogSink::openStderr() { adopt(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDER
 
 void LogSink::closeFile()
 {
-    if (m_fd >= 0)
+    if (m_fd != -1)
         ::close(m_fd);
     m_fd = -1;
 }

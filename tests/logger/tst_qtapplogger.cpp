@@ -1,6 +1,7 @@
 #include "assertionlog.h"
 #include "logcapture.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTest>
 
@@ -121,6 +122,8 @@ private Q_SLOTS:
         constexpr int loggers = 8;
         constexpr int linesOfEach = 300;
         const QString text(200, u'x');
+        const auto descriptors = [] { return QDir(u"/proc/self/fd"_qs).count(); };
+        const auto before = descriptors();
         std::vector<std::thread> threads;
         threads.reserve(loggers);
         for (int i = 0; i < loggers; ++i)
@@ -132,6 +135,7 @@ private Q_SLOTS:
             });
         for (std::thread &thread : threads)
             thread.join();
+        QCOMPARE(descriptors(), before);
         const QByteArray rotated = contents(m_path + u".1"_qs);
         const QList<QByteArray> all = (rotated + contents(m_path)).trimmed().split('\n');
         QVERIFY(!rotated.isEmpty());
