@@ -123,6 +123,20 @@ private Q_SLOTS:
         QCOMPARE(s.log.size(), attempts + 1);
     }
 
+    void keeperNeedsAnAddress()
+    {
+        const std::pair<QtAbstractServerAddress, bool> cases[] = {
+            {QtAbstractServerAddress(QString()), false},
+            {QtAbstractServerAddress(0), false},
+            {QtAbstractServerAddress(7), true}};
+        for (const auto &[address, attempted] : cases) {
+            Setup s;
+            s.keeper->setServerAddress(address);
+            s.keeper->enable(true);
+            QCOMPARE(s.log.size(), attempted ? 1 : 0);
+        }
+    }
+
     void longConnectionResetsTheWait()
     {
         for (const qint64 lasted : {2999, 3000}) {
