@@ -137,7 +137,6 @@ void QtAppSettingsInSqlManager::storePending()
     }
     m_allUnstored = false;
     m_unstoredKeys = failed;
-    m_failureLogged = !failed.isEmpty();
     if (failed.isEmpty())
         SqlFailureLog::forget(m_db->databaseFilePath());
 }
@@ -181,8 +180,6 @@ bool QtAppSettingsInSqlManager::checkStored(bool ok, const char *step, int line)
         return true;
     const QSqlError error = m_table->lastError();
     noteFailure(error);
-    if (std::exchange(m_failureLogged, true))
-        return false;
     if (const QString failure = sqlFailureText(error);
         SqlFailureLog::isNews(m_db->databaseFilePath(), failure)) {
         logLine(1,

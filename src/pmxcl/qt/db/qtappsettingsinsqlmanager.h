@@ -77,7 +77,6 @@ private:
     bool m_loading = false;
     StoreState m_failure = StoreState::InStep;
     // Changes that could not be stored so far.
-    bool m_failureLogged = false;
     bool m_allUnstored = false;
     QSet<QString> m_unstoredKeys;
 };

@@ -35,6 +35,8 @@ private Q_SLOTS:
 
     void createsTheTable()
     {
+        m_db->closeDatabase();
+        QVERIFY(!QFile::exists(m_path));
         for (int round = 0; round < 2; ++round)
             QVERIFY(!QtAppSettingsSqlTable(m_db).setupError().isValid());
         QCOMPARE(query(u"SELECT sql FROM sqlite_master"_qs),
@@ -75,6 +77,11 @@ private Q_SLOTS:
         QVERIFY(!table.removeRecordWithValues({}));
         QVERIFY(!table.tableIterator({u"Nope"_qs}).isActive());
         QCOMPARE(changed.size(), 8);
+        query(u"DROP TABLE Settings"_qs);
+        QCOMPARE(table.readAll(), Table());
+        QVERIFY(table.lastError().text().contains(u"no such table"));
+        m_db->closeDatabase();
+        QVERIFY(!table.makeSureAllColumnsExists());
     }
 
     void transactions()
