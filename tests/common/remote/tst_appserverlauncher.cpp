@@ -1,6 +1,7 @@
 #include "appserverlauncher.h"
 #include "linksuccessor.h"
 #include "logcapture.h"
+#include "qtvhbodycodec.h"
 #include "rows.h"
 
 #include <QProcess>
@@ -77,6 +78,23 @@ private Q_SLOTS:
         QTRY_VERIFY(file.exists());
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(file.readAll(), "7 first\n0 second");
+    }
+
+    void successorStopsAtWhatItCannotRead()
+    {
+        QByteArray given;
+        QDataStream(&given, QIODevice::WriteOnly)
+            << qint64{7} << QtVhBodyCodec::toDataStream({{u"id"_qs, u" first"_qs}}) << qint64{0}
+            << QByteArray("no message");
+        QProcess successor;
+        successor.start(QCoreApplication::applicationFilePath(),
+                        {LinkSuccessor::commandLineSwitch()});
+        successor.write(given);
+        successor.closeWriteChannel();
+        QVERIFY(successor.waitForFinished());
+        QFile file(reportPath());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), "7 first");
     }
 
     void startsServerOnItsOwn()
