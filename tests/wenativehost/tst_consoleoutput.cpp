@@ -207,7 +207,7 @@ private Q_SLOTS:
         const auto answer = [](unsigned streams, QByteArray argument, int count = 2) {
             terminals = streams;
             char *arguments[] = {nullptr, argument.data(), nullptr};
-            const QString text = terminalAnswer(count, arguments).value_or(QString());
+            QString text = terminalAnswer(count, arguments).value_or(QString());
             terminals = 0;
             return text;
         };
