@@ -59,6 +59,14 @@ private Q_SLOTS:
                  QVariant(QVariantList{QVariant::fromValue(nullptr)}));
     }
 
+    void hashesThatShareTheirData()
+    {
+        const VhMap one{{u"a"_qs, 1}};
+        const VhMap other{{u"b"_qs, 2}};
+        const VhMap map{{QString(), QVariantList{one, one, other, VhMap(), other}}};
+        QCOMPARE(fromDataStream(toDataStream(map)), map);
+    }
+
     /// What is decoded and encoded again consists of the same bytes.
     void kept_data() { ADD_VECTORS("bodies.json", "kept"); }
     void kept()
