@@ -10,7 +10,7 @@ import { browserNames } from '../tools/drivers/browsers.mjs';
 import { inFirefoxItself } from '../tools/drivers/firefoxwindow.mjs';
 import { until } from '../tools/drivers/hostprocess.mjs';
 import { manifestName } from '../tests/e2e/support/registered.mjs';
-import { Visit } from '../tests/e2e/support/visit.mjs';
+import { BrowserFixture } from '../tests/e2e/support/browserfixture.mjs';
 
 const downloads = 40;
 const requests = 5000;
@@ -60,28 +60,28 @@ class Bench {
         const self = new Bench();
         self.name = name;
         self.site = await Site.start();
-        self.visit = await Visit.start(name, [], { server: self.site, prepare: ({ host }) => {
+        self.fixture = await BrowserFixture.start(name, [], { server: self.site, prepare: ({ host }) => {
             rmSync(host);
             writeFileSync(host, `#!/bin/sh\nexec '${process.execPath}' '${here('stampinghost.mjs')}'\n`);
             chmodSync(host, 0o755);
         } });
         const id = await self.browser.installExtension(here('floorextension'));
-        const manifest = join(self.visit.sandbox.home, folderOf[name], manifestName);
+        const manifest = join(self.fixture.sandbox.home, folderOf[name], manifestName);
         const { allowed_origins: origins, allowed_extensions: ids, ...more } = JSON.parse(readFileSync(manifest));
         writeFileSync(manifest, JSON.stringify({
             ...more,
             ...origins && { allowed_origins: [...origins, `chrome-extension://${id}/`] },
             ...ids && { allowed_extensions: [...ids, 'floor@kovalo.test'] },
         }));
-        await self.visit.until(async () => (await self.visit.ask('settings')) !== null, 'the settings');
+        await self.fixture.until(async () => (await self.fixture.ask('settings')) !== null, 'the settings');
         await until(() => self.stamps('hello').length > 0, 'the floor to reach the host');
         return self;
     }
 
-    get browser() { return this.visit.browser.browser; }
+    get browser() { return this.fixture.browser.browser; }
 
     stamps(type) {
-        const file = join(this.visit.sandbox.temporary, 'stamps');
+        const file = join(this.fixture.sandbox.temporary, 'stamps');
         return (existsSync(file) ? readFileSync(file, 'utf8') : '').split('\n').slice(0, -1).map(JSON.parse).filter(each => each.type === type);
     }
 
@@ -96,7 +96,7 @@ class Bench {
         const more = [];
         for (let index = 0; index < downloads; ++index) {
             const path = `/file/${index}`;
-            await this.visit.page.click(`#f${index}`);
+            await this.fixture.page.click(`#f${index}`);
             const [floor, task] = await Promise.all(Object.keys(waiting).map(type => this.stampOf(type, this.site.origin + path)));
             const { time, finish } = this.site.answers.get(path);
             finish();
@@ -117,7 +117,7 @@ class Bench {
             const { client } = await target.worker();
             await client.send('HeapProfiler.collectGarbage');
             const { usedSize } = await client.send('Runtime.getHeapUsage');
-            found[target.url().startsWith(this.visit.browser.address('')) ? 'own' : 'floor'] = usedSize / 1024;
+            found[target.url().startsWith(this.fixture.browser.address('')) ? 'own' : 'floor'] = usedSize / 1024;
         }
         return found;
     }
@@ -139,7 +139,7 @@ class Bench {
     }
 
     async measureRequests(what, changes) {
-        await this.visit.ask('changeSettings', { changes });
+        await this.fixture.ask('changeSettings', { changes });
         const page = await this.browser.newPage();
         await page.goto(`${this.site.origin}/plain`);
         const before = await this.processorTime();
@@ -148,7 +148,7 @@ class Bench {
             for (let index = 0; index < count; index += parallel)
                 await Promise.all(Array.from({ length: parallel }, async (_, each) => (await fetch(`/r/${index + each}`)).text()));
         }, requests, atOnce);
-        await this.visit.ask('status'); // what came before has been handled then
+        await this.fixture.ask('status'); // what came before has been handled then
         row(`${what}: processor time, with the floor's`, `${((await this.processorTime()) - before).toFixed(0).padStart(7)} ms`);
         if (heapsBefore) {
             const heaps = await this.heaps();
@@ -160,10 +160,10 @@ class Bench {
 
     async measureStarts() {
         const times = { empty: [], full: [] };
-        await this.visit.ask('changeSettings', { changes: { 'monitor.video.enable': false } }); // pages would start it, too
+        await this.fixture.ask('changeSettings', { changes: { 'monitor.video.enable': false } }); // pages would start it, too
         for (let index = 0; index < starts; ++index) {
             const state = index % 2 ? 'full' : 'empty';
-            await this.visit.extension.evaluate(async (isFull, count) => {
+            await this.fixture.extension.evaluate(async (isFull, count) => {
                 const names = Array.from({ length: count }, (_, each) => `stranger${each}`);
                 if (isFull)
                     await chrome.storage.local.set(Object.fromEntries(names.map(each => [each, 'x'.repeat(1024)])));
@@ -171,9 +171,9 @@ class Bench {
                     await chrome.storage.local.remove(names);
             }, state === 'full', strangers);
             const known = this.stamps('query_settings').length;
-            await this.visit.browser.stopScript();
+            await this.fixture.browser.stopScript();
             const began = now();
-            await this.visit.ask('status');
+            await this.fixture.ask('status');
             await until(() => this.stamps('query_settings').length > known, 'the script to ask for the settings');
             times[state].push(this.stamps('query_settings').at(-1).time - began);
         }
@@ -181,13 +181,13 @@ class Bench {
         row(`the same with ${strangers} KiB of others' in storage.local`, inMs(times.full));
     }
 
-    async end() { await this.visit.end(); }
+    async end() { await this.fixture.end(); }
 }
 
 for (const name of browserNames) {
     const bench = await Bench.start(name);
     try {
-        console.log(`${await bench.visit.browser.version()}, ${downloads} downloads, ${requests} requests`);
+        console.log(`${await bench.fixture.browser.version()}, ${downloads} downloads, ${requests} requests`);
         await bench.measureDownloads();
         await bench.measureRequests('catching off', { 'monitor.enable': false });
         await bench.measureRequests('catching on', { 'monitor.enable': true });

@@ -23,7 +23,7 @@ import { ReferrerPolicies } from './lib/referrer.js';
 import { RequestLog } from './lib/requestlog.js';
 import { RequestNotifications } from './lib/requestnotifications.js';
 import { Settings } from './lib/settings.js';
-import { Signs } from './lib/signs.js';
+import { OutcomeNotifier } from './lib/outcomenotifier.js';
 import { followSiteAccess } from './lib/siteaccess.js';
 import { Status, inWords } from './lib/status.js';
 import { Videos } from './lib/videos.js';
@@ -38,7 +38,7 @@ const handovers = new Handovers();
 const outcomes = new Outcomes();
 const preferences = new Preferences();
 const keeping = new Keeping({ preferences, settings, gestures });
-const signs = new Signs({ preferences, status });
+const outcomeNotifier = new OutcomeNotifier({ preferences, status });
 const linkLists = new LinkLists();
 const downloads = new Downloads({ host, settings, requests, gestures, keeping, policies, handovers, outcomes });
 const downloadReports = new DownloadReports(host);
@@ -51,7 +51,7 @@ const videos = new Videos(host);
 let captions = {};
 
 /** More selected links than this are confirmed by the user. */
-const mostAtOnce = 10;
+const maxAtOnce = 10;
 const helpPage = 'help.html';
 
 function tell(message) {
@@ -87,7 +87,7 @@ host.onNotification = message => {
     else if (message.type === 'settings_store')
         settings.acceptStore(message);
     else if (message.type === 'lost_download')
-        outcomes.tell(message.result, place.lost, errorOf(message));
+        outcomes.report(message.result, place.lost, errorOf(message));
 };
 settings.onChanged = current => {
     apply(current.browser);
@@ -95,12 +95,12 @@ settings.onChanged = current => {
     tell({ settings: current });
 };
 // The language is one of the application's settings.
-settings.onTold = () => host.ask('ui_strings').then(answer => showCaptions(answer.strings), () => {});
+settings.onReceived = () => host.ask('ui_strings').then(answer => showCaptions(answer.strings), () => {});
 settings.onStoreChanged = store => tell({ store });
 const showOutcome = error => (error ? status.failed(error) : status.succeeded());
-outcomes.onTold = (outcome, error) => {
+outcomes.onReported = (outcome, error) => {
     showOutcome(error);
-    signs.show(outcome, error);
+    outcomeNotifier.show(outcome, error);
 };
 outcomes.onListed = () => outcomes.list().then(all => tell({ outcomes: all.reverse() }));
 keeping.onChanged = state => {
@@ -136,7 +136,7 @@ function mediaOf(tabId) {
 /** Many links, or all links of a page, are shown on a page of the extension for the user to choose. */
 async function chooseLinks(tab, where) {
     const links = await pageLinks(tab.id, where);
-    if (where && links.length <= mostAtOnce)
+    if (where && links.length <= maxAtOnce)
         await downloads.add(links, tab);
     else
         await linkLists.open(links, tab);
@@ -160,7 +160,7 @@ policies.listen();
 observer.listen();
 followSiteAccess(state => status.siteAccess(state));
 downloads.recover();
-signs.listen();
+outcomeNotifier.listen();
 chrome.commands?.onCommand.addListener(name => name === 'keep-next' && keeping.toggleNext());
 chrome.runtime.onInstalled.addListener(({ reason }) => {
     if (reason === 'install')

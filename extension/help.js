@@ -1,7 +1,7 @@
 // The help page: what the extension does, and a diagnosis. Opened after the installation, and from every
 // error message.
 
-import { ask, follow } from './lib/background.js';
+import { ask, follow } from './lib/backgroundclient.js';
 import { check, isWorking } from './lib/diagnosis.js';
 import { requestSiteAccess } from './lib/siteaccess.js';
 import { element, localize, make, text } from './lib/ui.js';

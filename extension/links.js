@@ -1,6 +1,6 @@
 // The page for choosing among a page's links. No request is made before the user chooses.
 
-import { ask } from './lib/background.js';
+import { ask } from './lib/backgroundclient.js';
 import { LinkKinds, nameOf, seemsToAct } from './lib/links.js';
 import { element, localize, make, numberInWords, text } from './lib/ui.js';
 

@@ -1,6 +1,6 @@
 // The options page. Each row of the table is one option; changes are stored at once.
 
-import { ask, follow } from './lib/background.js';
+import { ask, follow } from './lib/backgroundclient.js';
 import { modifiers } from './lib/gestures.js';
 import { understandEndings, understandServers } from './lib/masks.js';
 import { isPreference } from './lib/preferences.js';
@@ -27,9 +27,9 @@ const groups = [
           understand: understandServers, separator: '\n', needs: 'monitor.skipServersEnabled' },
     ] },
     { title: 'optionsSigns', rows: [
-        { path: 'signs.badge', kind: 'switch', text: 'optionBadge' },
-        { path: 'signs.failures', kind: 'switch', text: 'optionNotifyFailures' },
-        { path: 'signs.successes', kind: 'switch', text: 'optionNotifySuccesses' },
+        { path: 'notify.badge', kind: 'switch', text: 'optionBadge' },
+        { path: 'notify.failures', kind: 'switch', text: 'optionNotifyFailures' },
+        { path: 'notify.successes', kind: 'switch', text: 'optionNotifySuccesses' },
     ] },
     { title: 'optionsMenus', rows: [
         { path: 'menu.dllink', kind: 'switch', text: 'optionMenuLink' },

@@ -1,6 +1,6 @@
 // The popup: switches for capturing, the outcomes of the last downloads, and the page's media.
 
-import { ask, follow } from './lib/background.js';
+import { ask, follow } from './lib/backgroundclient.js';
 import { outcomeInWords } from './lib/outcometexts.js';
 import { requestSiteAccess } from './lib/siteaccess.js';
 import { element, localize, make, showEntries, sizeInWords, text, timeInWords } from './lib/ui.js';

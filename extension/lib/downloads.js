@@ -17,12 +17,12 @@ const result = { added: '1', declined: '0' };
 const leftToBrowser = 'ignoredDueSettings';
 
 /** In milliseconds: the maximum time for which the user sees a paused download. */
-const pausePatience = 5000;
+const pauseTimeoutMs = 5000;
 
 const testFileName = 'kovalo-test.txt';
 
 /** In milliseconds: longer than the host waits for an application that does not come up. */
-const testPatience = 40_000;
+const testDownloadTimeoutMs = 40_000;
 
 export class Downloads {
     #host;
@@ -54,15 +54,15 @@ export class Downloads {
             const item = await find(left, hasEnded);
             if (left.stage === stage.taken) {
                 if (item?.state === 'complete')
-                    this.#tell(left.name, place.both); // the user may have opened it since
+                    this.#report(left.name, place.both); // the user may have opened it since
                 else if (item)
                     await discard(item.id);
             } else if (isCancelled(item) && !hasEnded) {
                 // It is as the user wanted it.
             } else if (!item || !await goOn(item.id, left.canRestart)) {
-                this.#tell(left.name, place.lost);
+                this.#report(left.name, place.lost);
             } else if (left.stage === stage.offered) {
-                this.#tell(left.name, place.unclear);
+                this.#report(left.name, place.unclear);
             }
             await this.#handovers.drop(left);
         }
@@ -94,7 +94,7 @@ export class Downloads {
         const isKept = await this.#keeping.keeps(request);
         const name = await nameOf(item);
         if (isKept)
-            this.#tell(name || nameIn(addressOf(item)), place.browser);
+            this.#report(name || nameIn(addressOf(item)), place.browser);
         if (isKept || name === undefined)
             await goOn(item.id);
         else
@@ -117,10 +117,10 @@ export class Downloads {
             });
             const error = errorOf(answer);
             const state = answer.result === result.declined ? place.nowhere : place.application;
-            this.#tell(name, error ? place.lost : state, error);
+            this.#report(name, error ? place.lost : state, error);
             return error ? place.lost : state;
         } catch (error) {
-            this.#tell(name, place.lost, error);
+            this.#report(name, place.lost, error);
             return place.lost;
         }
     }
@@ -133,7 +133,7 @@ export class Downloads {
                 url: `data:text/plain;charset=utf-8,${text}`,
                 suggestedName: testFileName,
                 fileSize: '-1',
-            }], { caught: false, patience: testPatience }));
+            }], { caught: false, timeoutMs: testDownloadTimeoutMs }));
         } catch (error) {
             return error;
         }
@@ -145,7 +145,7 @@ export class Downloads {
         const timer = setTimeout(() => {
             isLate = true;
             goOn(item.id);
-        }, pausePatience);
+        }, pauseTimeoutMs);
         try {
             const record = await recordOf(item, name, request);
             await this.#handovers.reach(stage.offered, item, name);
@@ -166,12 +166,12 @@ export class Downloads {
             await this.#leave(item, name, errorOf(answer), { canRestart, isByRule: answer.error === leftToBrowser });
         } else if (isLate && (await lookUp(item.id))?.state === 'complete') {
             // The user may have opened it already.
-            this.#tell(name, isTaken ? place.both : place.browser);
+            this.#report(name, isTaken ? place.both : place.browser);
         } else {
             await this.#handovers.reach(stage.taken, item, name);
             await discard(item.id);
             await this.#handovers.drop(item);
-            this.#tell(name, isTaken ? place.application : place.nowhere);
+            this.#report(name, isTaken ? place.application : place.nowhere);
         }
     }
 
@@ -181,12 +181,12 @@ export class Downloads {
             return; // by the user
         const goesOn = await goOn(item.id, canRestart);
         if (!goesOn)
-            this.#tell(name, place.lost, error);
+            this.#report(name, place.lost, error);
         else if (!isByRule)
-            this.#tell(name, place.browser, error);
+            this.#report(name, place.browser, error);
     }
 
-    #tell(...outcome) { this.#outcomes.tell(...outcome); }
+    #report(...outcome) { this.#outcomes.report(...outcome); }
 
     /** Whether the user declined it and does not want it in the browser, either. */
     #isUnwanted(answer) {
@@ -204,7 +204,7 @@ export class Downloads {
         };
     }
 
-    #ask(records, { caught, patience }, onLate) {
+    #ask(records, { caught, timeoutMs }, onLate) {
         if (records.length === 0)
             return Promise.reject(new HostError('problemNothingToDownload'));
         return this.#host.askApplication('create_downloads', {
@@ -214,7 +214,7 @@ export class Downloads {
                 ignoreSettings: caught ? '0' : '1',
                 waitResponse: '1',
             },
-        }, { onLate, patience });
+        }, { onLate, timeoutMs });
     }
 }
 

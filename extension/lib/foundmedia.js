@@ -45,7 +45,7 @@ export class FoundMedia {
             if (this.#pages.tabsOf(page).length === 0) // it was left while there was no host
                 this.#byPage.delete(page);
             else
-                media.forEach(each => this.#notifications.mediaAgain(page, each));
+                media.forEach(each => this.#notifications.knownMedia(page, each));
         }
     }
 
@@ -62,6 +62,6 @@ export class FoundMedia {
         const text = await this.#requests.hiding(url, () => playlistText({ ...place, url }));
         this.#reading.delete(requestId);
         // With '' the host does not wait for it.
-        this.#notifications.requestTold('playlist', { requestId, url, pageUrl: page }, { data: text });
+        this.#notifications.requestEvent('playlist', { requestId, url, pageUrl: page }, { data: text });
     }
 }

@@ -8,7 +8,7 @@ import { Listeners } from './listeners.js';
 export const modifiers = ['alt', 'ctrl', 'shift'];
 
 /** Per tab. */
-const mostRemembered = 20;
+const maxRemembered = 20;
 
 /** Has no entry for tabs whose content script has not reported since this script started. */
 export class Gestures {
@@ -47,7 +47,7 @@ export class Gestures {
             saves: message.saves,
             held: modifiers.filter(each => message[each] === true),
         };
-        this.#byTab.set(tab.id, [...this.#byTab.get(tab.id) ?? [], gesture].slice(-mostRemembered));
+        this.#byTab.set(tab.id, [...this.#byTab.get(tab.id) ?? [], gesture].slice(-maxRemembered));
         return true;
     }
 

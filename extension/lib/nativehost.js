@@ -6,7 +6,7 @@ export const hostName = 'com.tessmark.kovalo';
 
 const protocolVersion = '3';
 const firstRetryDelay = 1000;
-const longestRetryDelay = 60_000;
+const maxRetryDelayMs = 60_000;
 
 /** The reasons why a port closed, by the browsers' error messages, as there are no error codes. */
 const reasons = [
@@ -19,13 +19,13 @@ const reasons = [
 const saysNothing = /^$|has exited|failed to start|unexpected error/i;
 
 /** In milliseconds. A working host answers the handshake within a few of them. */
-const handshakePatience = 5000;
+const handshakeTimeoutMs = 5000;
 
 /**
- * In milliseconds. By then the host has given up (longestWaitMs in vhipcincomingdownloadsclient.h): a download
+ * In milliseconds. By then the host has given up (maxWaitMs in vhipcincomingdownloadsclient.h): a download
  * that it still sent to the application would be there twice.
  */
-export const applicationPatience = 60_000;
+export const applicationTimeoutMs = 60_000;
 
 /**
  * Opens the port on demand, reopens it after a failure, and matches answers to tasks.
@@ -73,13 +73,13 @@ export class NativeHost {
      * The same for a task that needs the application. Rejects after a timeout; a later answer is given
      * to onLate.
      */
-    askApplication(type, members, { onLate = () => {}, patience = applicationPatience } = {}) {
+    askApplication(type, members, { onLate = () => {}, timeoutMs = applicationTimeoutMs } = {}) {
         return new Promise((resolve, reject) => {
             let isLate = false;
             const timer = setTimeout(() => {
                 isLate = true;
                 reject(new HostError('problemApplicationSilent'));
-            }, patience);
+            }, timeoutMs);
             this.open()
                 .then(() => (isLate ? null : this.#send(type, members))) // timed out
                 .then(answer => (isLate ? answer && onLate(answer) : resolve(answer)), reject)
@@ -107,7 +107,7 @@ export class NativeHost {
             if (this.#port === port)
                 this.#onDisconnect(new HostError('problemHostSilent'));
             port.disconnect();
-        }, handshakePatience);
+        }, handshakeTimeoutMs);
         const answer = await this.#send('handshake', {
             handshake: { api_version: protocolVersion, browser: navigator.userAgent },
         }).finally(() => clearTimeout(timer));
@@ -151,7 +151,7 @@ export class NativeHost {
         this.#forgetPort(error);
         this.onDisconnected(error);
         this.#retryTimer = setTimeout(() => this.open().catch(() => {}), this.#retryDelay);
-        this.#retryDelay = Math.min(2 * this.#retryDelay, longestRetryDelay);
+        this.#retryDelay = Math.min(2 * this.#retryDelay, maxRetryDelayMs);
     }
 
     #errorForReason(reason) {

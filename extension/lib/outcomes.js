@@ -4,7 +4,7 @@ import { HostError } from './hosterror.js';
 import { SerialQueue } from './serialqueue.js';
 
 const kept = 'outcomes';
-const mostKept = 20;
+const maxKept = 20;
 
 /** Where the file ended up. */
 export const place = {
@@ -32,25 +32,25 @@ export const place = {
 
 export class Outcomes {
     /** Called with the new outcome and its error, null on success. */
-    onTold = (_outcome, _error) => {};
+    onReported = (_outcome, _error) => {};
     /** Called with the whole list when it changed. */
     onListed = _outcomes => {};
 
     #changes = new SerialQueue();
 
     /** @param {Error|null} error why the file is not where the user wanted it */
-    tell(name, state, error = null) {
-        const told = error ?? this.#word(name, state);
+    report(name, state, error = null) {
+        const reported = error ?? this.#word(name, state);
         const outcome = {
             id: crypto.randomUUID(),
             name,
             state,
-            reason: told?.message ?? '',
-            detail: told?.detail ?? '',
+            reason: reported?.message ?? '',
+            detail: reported?.detail ?? '',
             time: Date.now(),
         };
-        this.#change(all => [...all, outcome].slice(-mostKept));
-        this.onTold(outcome, told);
+        this.#change(all => [...all, outcome].slice(-maxKept));
+        this.onReported(outcome, reported);
     }
 
     /** The latest last. @returns {Promise<Outcome[]>} */

@@ -3,7 +3,7 @@
 import { isTooLong, withoutFragment } from './addresses.js';
 import { headerBlock } from './headers.js';
 
-const mostRequests = 1000;
+const maxRequests = 1000;
 
 /** The browsers' errors when a player stops reading a response early, which is normal. */
 const brokenOff = new Set([
@@ -56,9 +56,9 @@ export class PageRequests {
         };
         this.#requests.delete(requestId);
         this.#requests.set(requestId, request);
-        if (this.#requests.size > mostRequests)
+        if (this.#requests.size > maxRequests)
             this.#requests.delete(this.#requests.keys().next().value);
-        this.#notifications.requestTold('request', request, {
+        this.#notifications.requestEvent('request', request, {
             requestHeaders: headerBlock(requestHeaders), data: method,
         });
     }
@@ -66,7 +66,7 @@ export class PageRequests {
     onRedirect({ requestId, redirectUrl }) {
         const request = this.#underWay(requestId);
         if (request && !isTooLong(redirectUrl))
-            this.#notifications.requestTold('redirect', request, { data: withoutFragment(redirectUrl) });
+            this.#notifications.requestEvent('redirect', request, { data: withoutFragment(redirectUrl) });
     }
 
     onResponse({ requestId, statusCode, responseHeaders = [] }) {
@@ -75,7 +75,7 @@ export class PageRequests {
             return;
         request.hasAnswer = true;
         const shown = responseHeaders.filter(each => !/^set-cookie2?$/i.test(each.name));
-        this.#notifications.requestTold('response', request, {
+        this.#notifications.requestEvent('response', request, {
             responseHeaders: headerBlock(shown), data: String(statusCode),
         });
     }
@@ -92,7 +92,7 @@ export class PageRequests {
         if (!request)
             return;
         request.isUnderWay = false;
-        this.#notifications.requestTold(type, request);
+        this.#notifications.requestEvent(type, request);
     }
 
     #underWay(requestId) {

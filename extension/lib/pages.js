@@ -4,7 +4,7 @@ import { isWebAddress, isTooLong, withoutFragment } from './addresses.js';
 import { SessionMap } from './sessionmap.js';
 
 /** The limit of prerendered pages per tab; the oldest are dropped. */
-const mostAhead = 20;
+const maxAhead = 20;
 
 /**
  * @typedef {object} Page
@@ -67,7 +67,7 @@ export class Pages {
         const page = this.#byTab.get(tabId);
         const next = pageUrlOf(url);
         if (documentLifecycle === 'prerender' && frameType === 'outermost_frame') {
-            const ahead = Object.entries({ ...page.ahead, [frameId]: next }).slice(-mostAhead);
+            const ahead = Object.entries({ ...page.ahead, [frameId]: next }).slice(-maxAhead);
             this.#change(tabId, { ahead: Object.fromEntries(ahead) });
         }
         if (frameId !== 0 || next === page.url) // a page that is loaded again is the same

@@ -4,7 +4,7 @@
 const longest = 1024 * 1024;
 
 /** In milliseconds. While a playlist is read, the page's requests for its URL are ignored. */
-const patience = 10_000;
+const timeoutMs = 10_000;
 
 /** Resolves with '' when it cannot be fetched. */
 export async function playlistText({ tabId, frameId, url }) {
@@ -14,7 +14,7 @@ export async function playlistText({ tabId, frameId, url }) {
             func: fetchHere,
             args: [url, longest],
         });
-        const late = new Promise(resolve => { setTimeout(resolve, patience, []); });
+        const late = new Promise(resolve => { setTimeout(resolve, timeoutMs, []); });
         const [injected] = await Promise.race([read, late]);
         return injected?.result ?? '';
     } catch {

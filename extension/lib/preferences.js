@@ -3,9 +3,9 @@
 const kept = 'preferences';
 const defaults = {
     'keeping.modifier': 'alt',
-    'signs.badge': true,
-    'signs.failures': true,
-    'signs.successes': false,
+    'notify.badge': true,
+    'notify.failures': true,
+    'notify.successes': false,
 };
 
 export function isPreference(path) { return Object.hasOwn(defaults, path); }
@@ -24,7 +24,7 @@ export class Preferences {
         return this.#values;
     }
 
-    /** @param {object} changes values by paths, such as "signs.badge" */
+    /** @param {object} changes values by paths, such as "notify.badge" */
     async change(changes) {
         Object.assign(await this.all(), changes);
         await chrome.storage.local.set({ [kept]: this.#values });

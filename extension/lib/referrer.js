@@ -45,7 +45,7 @@ export function referrerFor(url, documentUrl, policy = '') {
 }
 
 const kept = 'referrerPolicies';
-const mostKept = 200;
+const maxKept = 200;
 
 /** The policies in the pages' response headers, which scripts in a page cannot read. */
 export class ReferrerPolicies {
@@ -78,7 +78,7 @@ export class ReferrerPolicies {
         this.#byUrl.delete(url);
         if (policy)
             this.#byUrl.set(url, policy);
-        if (this.#byUrl.size > mostKept)
+        if (this.#byUrl.size > maxKept)
             this.#byUrl.delete(this.#byUrl.keys().next().value);
         await chrome.storage.session.set({ [kept]: [...this.#byUrl] }).catch(() => {});
     }

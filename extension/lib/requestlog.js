@@ -6,10 +6,10 @@ import { inChromium } from './browserdownloads.js';
 import { allSentHeaders, headerValue } from './headers.js';
 import { Listeners } from './listeners.js';
 
-const mostRemembered = 1000;
+const maxRemembered = 1000;
 
 /** Firefox reports a download before its request, by up to 300 ms when idle. Chromium does not. */
-const requestPatience = inChromium ? 0 : 3000;
+const requestTimeoutMs = inChromium ? 0 : 3000;
 
 const urls = ['http://*/*', 'https://*/*'];
 
@@ -81,10 +81,10 @@ export class RequestLog {
                 this.#waiting.delete(look);
                 resolve(request && this.#remove(request));
             };
-            const timer = requestPatience && setTimeout(finish, requestPatience);
+            const timer = requestTimeoutMs && setTimeout(finish, requestTimeoutMs);
             this.#waiting.add(look);
             look();
-            if (!requestPatience)
+            if (!requestTimeoutMs)
                 finish();
         });
     }
@@ -127,7 +127,7 @@ export class RequestLog {
             began: before?.began ?? timeStamp,
             timeStamp,
         });
-        if (this.#requests.size > mostRemembered)
+        if (this.#requests.size > maxRemembered)
             this.#requests.delete(this.#requests.keys().next().value);
         this.#nowKnown();
     }

@@ -6,11 +6,11 @@ export class RequestNotifications {
     constructor(host) { this.#host = host; }
 
     /** Asks the host to report the media that it finds. */
-    wantMedia() { this.#tell('media_wanted', {}); }
+    wantMedia() { this.#send('media_wanted', {}); }
 
-    tabNavigated(srcTabUrl, url) { this.#tell('tab_navigated', { srcTabUrl, data: url }); }
-    tabUrlChanged(srcTabUrl, url) { this.#tell('tab_url_changed', { srcTabUrl, data: url }); }
-    tabClosed(srcTabUrl) { this.#tell('tab_closed', { srcTabUrl }); }
+    tabNavigated(srcTabUrl, url) { this.#send('tab_navigated', { srcTabUrl, data: url }); }
+    tabUrlChanged(srcTabUrl, url) { this.#send('tab_url_changed', { srcTabUrl, data: url }); }
+    tabClosed(srcTabUrl) { this.#send('tab_closed', { srcTabUrl }); }
 
     /**
      * Reports an event of a request.
@@ -18,23 +18,23 @@ export class RequestNotifications {
      * @param {{requestId: string, url: string, pageUrl: string}} request
      * @param {object} members further members of that type
      */
-    requestTold(type, { requestId, url, pageUrl }, members = {}) {
-        this.#tell(type, { requestId, url, srcTabUrl: pageUrl, ...members });
+    requestEvent(type, { requestId, url, pageUrl }, members = {}) {
+        this.#send(type, { requestId, url, srcTabUrl: pageUrl, ...members });
     }
 
     /** Reports media to a new host that a previous host had found. */
-    mediaAgain(pageUrl, { requestId, url, originalUrl, method, requestHeaders, status, responseHeaders, part }) {
+    knownMedia(pageUrl, { requestId, url, originalUrl, method, requestHeaders, status, responseHeaders, part }) {
         const request = { requestId, url: originalUrl, pageUrl };
-        this.requestTold('request', request, { requestHeaders, data: method });
+        this.requestEvent('request', request, { requestHeaders, data: method });
         if (url !== originalUrl)
-            this.requestTold('redirect', request, { data: url });
-        this.requestTold('response', request, { responseHeaders, data: status });
-        this.requestTold('completed', request);
+            this.requestEvent('redirect', request, { data: url });
+        this.requestEvent('response', request, { responseHeaders, data: status });
+        this.requestEvent('completed', request);
         if (part)
-            this.requestTold('part', request);
+            this.requestEvent('part', request);
     }
 
-    #tell(type, members) {
+    #send(type, members) {
         this.#host.tell('network_request_notification', { network_request_notification: { type, ...members } });
     }
 }

@@ -14,7 +14,7 @@ export class Settings {
     store = '';
     onChanged = _settings => {};
     /** Called whenever the host has sent the record. */
-    onTold = () => {};
+    onReceived = () => {};
     onStoreChanged = _store => {};
 
     #host;
@@ -22,7 +22,7 @@ export class Settings {
     #own = {};
     #restored = null;
     /** Counts the records that the host has sent. */
-    #told = 0;
+    #received = 0;
     #changes = new SerialQueue();
 
     constructor(host) { this.#host = host; }
@@ -46,9 +46,9 @@ export class Settings {
 
     /** Takes the record of an answer or a notification. */
     accept(message) {
-        ++this.#told;
+        ++this.#received;
         this.#hold(message.settings);
-        this.onTold();
+        this.onReceived();
     }
 
     /** Takes a notification on whether the host can store the options. */
@@ -85,18 +85,18 @@ export class Settings {
             await chrome.storage.local.set({ [kept]: this.#own });
         }
         let settings;
-        let told;
+        let received;
         do {
             if (!this.current)
                 throw new HostError('optionsWaiting');
-            told = this.#told;
+            received = this.#received;
             // The host takes defaults for missing members, so it gets the whole record.
             settings = changed(this.current, { ...this.#own, ...changes });
             const answer = await this.#host.ask('post_settings', { post_settings: settings });
             if (answer.error)
                 throw new HostError('problemOptionsRefused', answer.error);
             // A change that the host sent before this answer was overwritten by this post.
-        } while (told !== this.#told);
+        } while (received !== this.#received);
         this.#hold(settings);
     }
 

@@ -10,7 +10,7 @@ class QtSingleShotTimer;
  * The current time, and timers that run on it.
  *
  * Code that waits or compares times uses an injected clock: the system's, or a test's fake clock
- * (tests/support/turnedclock.h). A class takes it as its last constructor argument,
+ * (tests/support/fakeclock.h). A class takes it as its last constructor argument,
  * "QtClock &clock = QtClock::system()"; the clock must outlive the object.
  */
 class QtClock {

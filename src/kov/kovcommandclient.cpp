@@ -37,7 +37,7 @@ void KovCommandClient::run(const QString &serverName, const QStringList &words)
 {
     m_words = words;
     m_running = true;
-    m_timer->start(answerWithinMs);
+    m_timer->start(answerTimeoutMs);
     if (m_socket->isConnected())
         m_part->sendCommand(m_words);
     else

@@ -19,7 +19,7 @@ class KovCommandClient : public QObject {
     Q_OBJECT
 public:
     /// The timeout for an application that does not answer.
-    static constexpr int answerWithinMs = 30'000;
+    static constexpr int answerTimeoutMs = 30'000;
 
     explicit KovCommandClient(QObject *parent = nullptr, QtClock &clock = QtClock::system());
     ~KovCommandClient() override;

@@ -75,7 +75,7 @@ void KovCommandRun::onNotRunning()
             return;
         }
     }
-    if (m_clock.monotonicMs() - m_startedAtMs < serviceStartsWithinMs)
+    if (m_clock.monotonicMs() - m_startedAtMs < serviceStartTimeoutMs)
         m_timer->start(connectRetryMs);
     else
         fail(QStringLiteral("kov: the service does not start\n"));

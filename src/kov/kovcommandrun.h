@@ -17,7 +17,7 @@ class KovCommandRun : public QObject {
     Q_OBJECT
 public:
     /// The timeout for a service that was just started.
-    static constexpr int serviceStartsWithinMs = 10'000;
+    static constexpr int serviceStartTimeoutMs = 10'000;
 
     KovCommandRun(KovCommandLine line, QString serverName, QObject *parent = nullptr,
                   QtClock &clock = QtClock::system());

@@ -2,10 +2,10 @@
 
 #include "appsettings.h"
 #include "dmcoresettings.h"
-#include "kovanswer.h"
 #include "kovcommandline.h"
 #include "kovcommandmessages.h"
 #include "kovhttpexchange.h"
+#include "kovhttpresponse.h"
 #include "kovsettings.h"
 #include "qtappabstractsettingsmanager.h"
 

@@ -12,9 +12,9 @@
 namespace {
 
 constexpr int tickMs = 1000;
-constexpr int roomCheckMs = 10'000;
+constexpr int spaceCheckMs = 10'000;
 /// The free space that a full disk must have before writing continues.
-constexpr qint64 leastRoomBytes = 32 << 20;
+constexpr qint64 minFreeBytes = 32 << 20;
 
 QString notSentAgain(const QString &reason)
 {
@@ -37,12 +37,13 @@ KovDownloadsQueue::KovDownloadsQueue(QSharedPointer<QtAppAbstractSettingsManager
       m_offers([this](KovTransfer *transfer) { return take(transfer); },
                [this](const KovDownloadRequest &request) { keep(request); }, clock),
       m_tickTimer(clock.createTimer()), m_retryTimer(clock.createTimer()),
-      m_roomTimer(clock.createTimer())
+      m_spaceTimer(clock.createTimer())
 {
     connect(&m_offers, &KovOffers::changed, this, &KovDownloadsQueue::workChanged);
     connect(m_tickTimer.get(), &QtSingleShotTimer::timeout, this, &KovDownloadsQueue::onTick);
     connect(m_retryTimer.get(), &QtSingleShotTimer::timeout, this, &KovDownloadsQueue::onRetryTime);
-    connect(m_roomTimer.get(), &QtSingleShotTimer::timeout, this, &KovDownloadsQueue::onRoomTime);
+    connect(m_spaceTimer.get(), &QtSingleShotTimer::timeout, this,
+            &KovDownloadsQueue::checkFreeSpace);
 }
 
 KovDownloadsQueue::~KovDownloadsQueue() = default;
@@ -194,7 +195,7 @@ void KovDownloadsQueue::onEnded(qint64 id, const KovFailure &failure)
         job.attempts = 0;
     job.takeProgress(transfer->job());
     const bool posts = !transfer->request().postData.isEmpty();
-    if (!transfer->isFinished() && transfer->isAskedElsewhere())
+    if (!transfer->isFinished() && transfer->isRedirected())
         m_store.saveRequest(id, transfer->request());
 
     if (transfer->isFinished()) {
@@ -209,14 +210,14 @@ void KovDownloadsQueue::onEnded(qint64 id, const KovFailure &failure)
         m_saver.saveSoon(id);
     } else if (failure.kind == KovFailure::Kind::NoRoom
                || failure.kind == KovFailure::Kind::DiskFull) {
-        waitForRoom(job, failure);
-    } else if (failure.kind == KovFailure::Kind::Passing && !posts && job.attempts + 1 < maxAttempts
-               && m_transfers.triesAgain()) {
+        waitForSpace(job, failure);
+    } else if (failure.kind == KovFailure::Kind::Transient && !posts
+               && job.attempts + 1 < maxAttempts && m_transfers.triesAgain()) {
         tryLater(job, failure);
     } else {
         finish(job, KovJob::State::Failed,
-               posts && failure.kind == KovFailure::Kind::Passing ? notSentAgain(failure.text)
-                                                                  : failure.text);
+               posts && failure.kind == KovFailure::Kind::Transient ? notSentAgain(failure.text)
+                                                                    : failure.text);
     }
     if (m_stopping) {
         m_saver.save();
@@ -242,7 +243,7 @@ void KovDownloadsQueue::tryLater(KovJob &job, const KovFailure &failure)
     onRetryTime();
 }
 
-void KovDownloadsQueue::waitForRoom(KovJob &job, const KovFailure &failure)
+void KovDownloadsQueue::waitForSpace(KovJob &job, const KovFailure &failure)
 {
     job.state = KovJob::State::Waiting;
     job.error = failure.text;
@@ -251,9 +252,9 @@ void KovDownloadsQueue::waitForRoom(KovJob &job, const KovFailure &failure)
             QStringLiteral("[KovDownloadsQueue]: WARNING: download %1 waits: %2")
                 .arg(QString::number(job.id), failure.text));
     const qint64 missing = std::max<qint64>(0, job.totalBytes - job.receivedBytes());
-    m_waiting.addRoomless(job.id, missing + leastRoomBytes);
-    if (!m_roomTimer->isActive())
-        m_roomTimer->start(roomCheckMs);
+    m_waiting.addWaitingForSpace(job.id, missing + minFreeBytes);
+    if (!m_spaceTimer->isActive())
+        m_spaceTimer->start(spaceCheckMs);
     if (failure.kind != KovFailure::Kind::DiskFull)
         return;
     m_diskFull = true;
@@ -261,12 +262,12 @@ void KovDownloadsQueue::waitForRoom(KovJob &job, const KovFailure &failure)
         transfer->stop();
 }
 
-void KovDownloadsQueue::onRoomTime()
+void KovDownloadsQueue::checkFreeSpace()
 {
     const qint64 room = QStorageInfo(m_transfers.folderPath()).bytesAvailable();
-    m_diskFull = m_diskFull && room < leastRoomBytes;
-    if (!m_waiting.onRoom(room) || m_diskFull)
-        m_roomTimer->start(roomCheckMs);
+    m_diskFull = m_diskFull && room < minFreeBytes;
+    if (!m_waiting.onFreeSpace(room) || m_diskFull)
+        m_spaceTimer->start(spaceCheckMs);
     startNext();
 }
 

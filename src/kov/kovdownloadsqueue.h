@@ -100,11 +100,11 @@ private:
     void start(qint64 id);
     void onEnded(qint64 id, const KovFailure &failure);
     void tryLater(KovJob &job, const KovFailure &failure);
-    void waitForRoom(KovJob &job, const KovFailure &failure);
+    void waitForSpace(KovJob &job, const KovFailure &failure);
     void finish(KovJob &job, KovJob::State state, const QString &error);
     void onTick();
     void onRetryTime();
-    void onRoomTime();
+    void checkFreeSpace();
     void removeFiles(const KovJob &job, bool finishedToo);
     KovJob newJob(const QUrl &url);
 
@@ -119,7 +119,7 @@ private:
     KovWaitingJobs m_waiting;
     const std::unique_ptr<QtSingleShotTimer> m_tickTimer;
     const std::unique_ptr<QtSingleShotTimer> m_retryTimer;
-    const std::unique_ptr<QtSingleShotTimer> m_roomTimer;
+    const std::unique_ptr<QtSingleShotTimer> m_spaceTimer;
     bool m_diskFull = false;
     bool m_stopping = false;
 };

@@ -30,7 +30,7 @@ void KovFileNaming::start()
     const QString freePath = m_folder.freePath(m_name);
     const bool isHeld = freePath != finalPath && m_file.path() != finalPath
         && m_folder.isHeldByBrowser(m_name, QFileInfo(m_file.path()).size());
-    if (!isHeld || m_waitedMs >= browserLetsGoWithinMs) {
+    if (!isHeld || m_waitedMs >= browserRemovalTimeoutMs) {
         giveName(freePath);
         return;
     }

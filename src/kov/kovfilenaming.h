@@ -17,7 +17,7 @@ class KovFileNaming : public QObject {
 public:
     /// A browser whose download was cancelled removes its file; if it has not done so by then, the
     /// file gets another name.
-    static constexpr int browserLetsGoWithinMs = 5000;
+    static constexpr int browserRemovalTimeoutMs = 5000;
 
     /// The file and the folder outlive this.
     KovFileNaming(KovPartialFile &file, KovDownloadFolder &folder, QString name,

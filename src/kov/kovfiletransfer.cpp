@@ -27,12 +27,12 @@ constexpr qint64 smallestRangeBytes = 1 << 20;
 /// Free space that is left on the disk for other programs.
 constexpr qint64 spareBytes = 16 << 20;
 
-QString fileName(const KovAnswer &answer, const KovDownloadRequest &request)
+QString fileName(const KovHttpResponse &response, const KovDownloadRequest &request)
 {
     QString suggested = KovFileName::sanitized(request.suggestedName);
     if (!suggested.isEmpty())
         return suggested;
-    return answer.fileName.isEmpty() ? KovFileName::fromUrl(answer.url) : answer.fileName;
+    return response.fileName.isEmpty() ? KovFileName::fromUrl(response.url) : response.fileName;
 }
 
 /// Whether the whole file fits.
@@ -109,8 +109,8 @@ KovFileTransfer::Connection &KovFileTransfer::connectTo(qsizetype range)
     connection.range = range;
     connection.exchange = std::make_unique<KovHttpExchange>(m_request, m_environment.network);
     KovHttpExchange *const exchange = connection.exchange.get();
-    connect(exchange, &KovHttpExchange::answered, this,
-            [this, opened = &connection] { onAnswered(*opened); });
+    connect(exchange, &KovHttpExchange::headersReceived, this,
+            [this, opened = &connection] { onHeadersReceived(*opened); });
     connect(exchange, &KovHttpExchange::readyRead, this,
             [this, opened = &connection] { pump(*opened); });
     connect(exchange, &KovHttpExchange::finished, this,
@@ -124,13 +124,13 @@ KovFileTransfer::Connection &KovFileTransfer::connectTo(qsizetype range)
     return connection;
 }
 
-void KovFileTransfer::onAnswered(Connection &connection)
+void KovFileTransfer::onHeadersReceived(Connection &connection)
 {
-    const KovAnswer &answer = connection.exchange->answer();
+    const KovHttpResponse &response = connection.exchange->response();
     if (connection.isConfirmation) {
-        // Any other answer than more of the file leaves this as the best result.
-        connection.isGood = answer.status == partialContentStatus && !answer.failure
-            && answer.from == m_ranges.at(0).next();
+        // Any other response than more of the file leaves this as the best result.
+        connection.isGood = response.status == partialContentStatus && !response.failure
+            && response.from == m_ranges.at(0).next();
         if (connection.isGood)
             pump(connection);
         else
@@ -139,47 +139,47 @@ void KovFileTransfer::onAnswered(Connection &connection)
     }
     const bool isAlone = m_connections.size() == 1;
     KovFailure failure;
-    if (!connection.isPartial || (answer.status == okStatus && isAlone)) {
+    if (!connection.isPartial || (response.status == okStatus && isAlone)) {
         connection.range = 0;
         connection.isPartial = false;
-        failure = takeWholeFile(answer);
-    } else if (answer.status == rangeNotSatisfiableStatus && isAlone) {
+        failure = takeWholeFile(response);
+    } else if (response.status == rangeNotSatisfiableStatus && isAlone) {
         m_connections.clear();
         beginAnew();
         return;
     } else {
-        failure = checkRangeAnswer(answer, m_ranges.at(connection.range).next(), m_job);
+        failure = checkRangeResponse(response, m_ranges.at(connection.range).next(), m_job);
     }
     if (failure) {
         drop(connection, failure);
         return;
     }
     const KovDownloadRequest request = connection.exchange->request();
-    m_askedElsewhere = m_askedElsewhere || request.url != m_request.url;
+    m_redirected = m_redirected || request.url != m_request.url;
     m_request = request;
     connection.isGood = true;
     pump(connection);
 }
 
-KovFailure KovFileTransfer::takeWholeFile(const KovAnswer &answer)
+KovFailure KovFileTransfer::takeWholeFile(const KovHttpResponse &response)
 {
-    if (KovFailure failure = checkFirstAnswer(answer, m_request))
+    if (KovFailure failure = checkFirstResponse(response, m_request))
         return failure;
     m_decoder.reset();
-    if (!answer.contentEncoding.isEmpty()) {
-        m_decoder = KovContentDecoder::create(answer.contentEncoding);
+    if (!response.contentEncoding.isEmpty()) {
+        m_decoder = KovContentDecoder::create(response.contentEncoding);
         if (!m_decoder)
-            return lastingFailure(QStringLiteral("the server sent the file encoded as \"%1\"")
-                                      .arg(QString::fromLatin1(answer.contentEncoding)));
+            return permanentFailure(QStringLiteral("the server sent the file encoded as \"%1\"")
+                                        .arg(QString::fromLatin1(response.contentEncoding)));
     }
-    m_acceptsRanges = answer.acceptsRanges && answer.contentEncoding.isEmpty();
-    m_job.totalBytes = answer.totalBytes;
-    m_job.validators = answer.validators;
-    m_ranges = KovRanges(answer.totalBytes);
+    m_acceptsRanges = response.acceptsRanges && response.contentEncoding.isEmpty();
+    m_job.totalBytes = response.totalBytes;
+    m_job.validators = response.validators;
+    m_ranges = KovRanges(response.totalBytes);
     m_job.ranges = m_ranges;
-    if (KovFailure failure = openFile(fileName(answer, m_request)))
+    if (KovFailure failure = openFile(fileName(response, m_request)))
         return failure;
-    return checkRoom(m_environment.folder->path(), answer.totalBytes);
+    return checkRoom(m_environment.folder->path(), response.totalBytes);
 }
 
 void KovFileTransfer::pumpAll()
@@ -242,7 +242,7 @@ bool KovFileTransfer::keep(qsizetype range, const char *bytes, qint64 size)
     case KovContentDecoder::Result::Ok:
         return true;
     case KovContentDecoder::Result::Broken:
-        end(passingFailure(QStringLiteral("the server sent a broken encoding")));
+        end(transientFailure(QStringLiteral("the server sent a broken encoding")));
         return false;
     case KovContentDecoder::Result::NotKept:
         end(writeFailure(*m_file, m_file->errorNumber()));
@@ -261,17 +261,17 @@ void KovFileTransfer::onBodyEnded(Connection &connection)
     }
     if (!range.isComplete()) {
         if (failure || !connection.isGood) {
-            drop(connection, failure ? failure : passingFailure(u"the server did not answer"_qs));
+            drop(connection, failure ? failure : transientFailure(u"the server did not answer"_qs));
             return;
         }
         if (range.to >= 0 || (m_decoder && !m_decoder->isAtEnd())) {
-            drop(connection, passingFailure(cutText()));
+            drop(connection, transientFailure(cutText()));
             return;
         }
         if (!connection.isConfirmation && confirmEnd(connection))
             return;
         if (isCut()) {
-            drop(connection, passingFailure(cutText()));
+            drop(connection, transientFailure(cutText()));
             return;
         }
         m_job.totalBytes = m_ranges.endHere();
@@ -366,7 +366,7 @@ void KovFileTransfer::tick()
             return;
         if (error != 0) {
             end(isDiskFull(error) ? KovFailure{KovFailure::Kind::DiskFull, systemErrorString(error)}
-                                  : lastingFailure(systemErrorString(error)));
+                                  : permanentFailure(systemErrorString(error)));
             return;
         }
         m_job.ranges = ranges;
@@ -384,7 +384,7 @@ void KovFileTransfer::finish()
 {
     m_connections.clear();
     if (isCut()) {
-        end(passingFailure(cutText()));
+        end(transientFailure(cutText()));
         return;
     }
     if (m_job.totalBytes < 0)

@@ -38,8 +38,8 @@ private:
     void resume();
     void beginAnew();
     Connection &connectTo(qsizetype range);
-    void onAnswered(Connection &connection);
-    KovFailure takeWholeFile(const KovAnswer &answer);
+    void onHeadersReceived(Connection &connection);
+    KovFailure takeWholeFile(const KovHttpResponse &response);
     void pumpAll();
     void pump(Connection &connection);
     bool keep(qsizetype range, const char *bytes, qint64 size);

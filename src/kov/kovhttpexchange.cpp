@@ -69,7 +69,7 @@ bool isHttp(const QUrl &url) { return isValidHttpUrl(url) && !url.host().isEmpty
 
 bool KovHttpExchange::isSupported(const QUrl &url)
 {
-    return isHttp(url) || KovAnswer::isWithin(url);
+    return isHttp(url) || KovHttpResponse::isDataUrl(url);
 }
 
 KovHttpExchange::KovHttpExchange(KovDownloadRequest request, QSharedPointer<KovNetworkPool> pool,
@@ -212,15 +212,15 @@ void KovHttpExchange::onMetaDataChanged()
     if (m_answered || !redirectTarget().isEmpty())
         return;
     m_answered = true;
-    m_answer = KovAnswer::of(*m_reply);
+    m_response = KovHttpResponse::of(*m_reply);
     keepCookies();
-    Q_EMIT answered();
+    Q_EMIT headersReceived();
 }
 
 void KovHttpExchange::onReplyFinished()
 {
     if (m_answered) {
-        finish(m_answer.failure ? m_answer.failure : replyFailure(*m_reply));
+        finish(m_response.failure ? m_response.failure : replyFailure(*m_reply));
         return;
     }
     const QUrl target = redirectTarget();
@@ -229,18 +229,18 @@ void KovHttpExchange::onReplyFinished()
     else if (const KovFailure failure = replyFailure(*m_reply))
         finish(failure);
     else
-        finish(passingFailure(QStringLiteral("the server did not answer")));
+        finish(transientFailure(QStringLiteral("the server did not answer")));
 }
 
 void KovHttpExchange::followRedirect(const QUrl &target)
 {
     const bool isLessSafe = isValidHttpsUrl(m_reply->url()) && !isValidHttpsUrl(target);
     if (!isHttp(target) || isLessSafe) {
-        finish(lastingFailure(QStringLiteral("redirected to where it cannot be followed")));
+        finish(permanentFailure(QStringLiteral("redirected to where it cannot be followed")));
         return;
     }
     if (++m_redirects > maxRedirects) {
-        finish(lastingFailure(QStringLiteral("redirected too often")));
+        finish(permanentFailure(QStringLiteral("redirected too often")));
         return;
     }
     keepCookies();

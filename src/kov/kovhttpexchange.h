@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kovanswer.h"
+#include "kovhttpresponse.h"
 #include "kovjob.h"
 
 #include <QNetworkCookieJar>
@@ -47,8 +47,8 @@ public:
 
     const QSharedPointer<QNetworkCookieJar> &cookies() const { return m_cookies; }
 
-    /// After answered().
-    const KovAnswer &answer() const { return m_answer; }
+    /// After headersReceived().
+    const KovHttpResponse &response() const { return m_response; }
     /// The request for the next attempt. Once a redirect has turned a POST into a GET, this is a
     /// GET of the last URL, with the cookies that were set on the way.
     KovDownloadRequest request() const;
@@ -63,8 +63,8 @@ public:
     const KovFailure &failure() const { return m_failure; }
 
 Q_SIGNALS:
-    /// The headers of the final answer have arrived, also of an error. Not emitted without one.
-    void answered();
+    /// The headers of the final response have arrived, also of an error. Not emitted without one.
+    void headersReceived();
     void readyRead();
     /// No more data will arrive; unread data is still there.
     void finished();
@@ -90,7 +90,7 @@ private:
     std::unique_ptr<QNetworkReply, void (*)(QNetworkReply *)> m_reply;
     QByteArray m_range;
     QByteArray m_ifRange;
-    KovAnswer m_answer;
+    KovHttpResponse m_response;
     KovFailure m_failure;
     int m_redirects = 0;
     bool m_answered = false;

@@ -1,7 +1,7 @@
 #include "kovjobsview.h"
 
-#include "kovanswer.h"
 #include "kovcommandmessages.h"
+#include "kovhttpresponse.h"
 
 #include <QFileInfo>
 #include <QJsonDocument>

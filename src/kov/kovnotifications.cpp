@@ -2,9 +2,9 @@
 
 #include "appidentity.h"
 #include "appsettings.h"
-#include "kovanswer.h"
 #include "kovdesktop.h"
 #include "kovdownloadsqueue.h"
+#include "kovhttpresponse.h"
 #include "qtappabstractsettingsmanager.h"
 
 #include <QDBusConnection>
@@ -28,7 +28,7 @@ const QString retryAction = u"retry"_qs;
 /// The action of a click on the notification itself.
 const QString defaultAction = u"default"_qs;
 
-constexpr int longestName = 200;
+constexpr int maxNameLength = 200;
 constexpr int noTimeout = -1; // the desktop's default
 
 QDBusMessage call(const QString &method)
@@ -41,7 +41,7 @@ QString nameOf(const KovJob &job)
     const QString name =
         printable(job.path.isEmpty() ? job.url.toDisplayString(QUrl::RemoveUserInfo)
                                      : QFileInfo(job.path).fileName());
-    return name.size() > longestName ? name.left(longestName) + u'…' : name;
+    return name.size() > maxNameLength ? name.left(maxNameLength) + u'…' : name;
 }
 
 } // namespace
@@ -68,11 +68,11 @@ void KovNotifications::onAdded(const KovJob &job)
     if (!isWanted(toString(AppSettings::NotifyOfAddedDownloads)))
         return;
     if (m_added.isEmpty())
-        QMetaObject::invokeMethod(this, &KovNotifications::tellOfAdded, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &KovNotifications::notifyAdded, Qt::QueuedConnection);
     m_added.append(job);
 }
 
-void KovNotifications::tellOfAdded()
+void KovNotifications::notifyAdded()
 {
     loadLocalization();
     const QList<KovJob> added = std::exchange(m_added, {});

@@ -45,7 +45,7 @@ private:
 
     bool isWanted(const QString &setting) const;
     void onAdded(const KovJob &job);
-    void tellOfAdded();
+    void notifyAdded();
     void onEnded(const KovJob &job);
     void tell(const Message &message);
     void send(const Message &message);

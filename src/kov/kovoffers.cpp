@@ -18,7 +18,7 @@ void KovOffers::begin(KovTransfer *transfer, QObject *offerer, Answer answer)
     auto timer = m_clock.createTimer();
     connect(timer.get(), &QtSingleShotTimer::timeout, this,
             [this, transfer] { giveUp(transfer, QStringLiteral("the server does not answer")); });
-    timer->start(answeredWithinMs);
+    timer->start(answerTimeoutMs);
     m_offers[transfer] = {offerer, std::move(answer), std::move(timer), {}};
     connect(transfer, &KovTransfer::accepted, this, [this, transfer] { onAccepted(transfer); });
     connect(transfer, &KovTransfer::ended, this,

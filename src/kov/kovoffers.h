@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kovanswer.h"
+#include "kovhttpresponse.h"
 #include "kovjob.h"
 #include "qtclock.h"
 #include "qtsingleshottimer.h"
@@ -20,7 +20,7 @@ class KovOffers : public QObject {
     Q_OBJECT
 public:
     /// For the first byte of the file; the host that offers it waits for 60 s.
-    static constexpr int answeredWithinMs = 20'000;
+    static constexpr int answerTimeoutMs = 20'000;
 
     /// Takes an empty text when it was accepted, else the reason.
     using Answer = std::function<void(const QString &error)>;

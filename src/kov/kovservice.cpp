@@ -22,8 +22,8 @@ namespace {
 
 constexpr int millisecondsPerMinute = 60'000;
 /// A week; QTimer's limit is 24 days.
-constexpr int longestIdleMinutes = 7 * 24 * 60;
-constexpr int connectWithinMs = 1000;
+constexpr int maxIdleMinutes = 7 * 24 * 60;
+constexpr int connectTimeoutMs = 1000;
 constexpr int lockRetryMs = 50;
 /// The listen backlog. Clients that find it full retry in a busy loop.
 constexpr int waitingConnections = 256;
@@ -99,7 +99,7 @@ KovService::StartResult KovService::claimService()
         }
         if (anotherAccepts())
             return StartResult::AnotherServes;
-        if (waited.hasExpired(otherInstanceWithinMs)) {
+        if (waited.hasExpired(otherInstanceTimeoutMs)) {
             m_error = QStringLiteral("another instance neither serves nor ends");
             return StartResult::Failed;
         }
@@ -124,7 +124,7 @@ KovService::StartResult KovService::listen()
 
 bool KovService::anotherAccepts() const
 {
-    return isOwnServerListening(m_serverName, connectWithinMs);
+    return isOwnServerListening(m_serverName, connectTimeoutMs);
 }
 
 void KovService::onNewConnection()
@@ -157,7 +157,7 @@ void KovService::onWorkChanged()
     if (!isIdle || minutes <= 0 || m_stopping)
         m_idleTimer->stop();
     else if (!m_idleTimer->isActive())
-        m_idleTimer->start(std::min(minutes, longestIdleMinutes) * millisecondsPerMinute);
+        m_idleTimer->start(std::min(minutes, maxIdleMinutes) * millisecondsPerMinute);
 }
 
 void KovService::stop()
@@ -166,7 +166,7 @@ void KovService::stop()
         return;
     logLine(1, QStringLiteral("[KovService]: stopping"));
     m_server.close();
-    m_stopTimer->start(flushWithinMs);
+    m_stopTimer->start(flushTimeoutMs);
     m_services.queue->stop();
     for (KovConnection *const connection : std::as_const(m_connections))
         connection->disconnectFromClient();

@@ -36,17 +36,17 @@ public:
 
     enum class StartResult { Serving, AnotherServes, Failed };
     /// When another instance holds the lock, waits until that one accepts connections or has ended,
-    /// for up to otherInstanceWithinMs.
+    /// for up to otherInstanceTimeoutMs.
     StartResult start();
     /// Why it failed.
     QString errorString() const { return m_error; }
 
     /// Accepts no more clients, flushes the connections of the others, and stores the downloads.
-    /// stopped() follows from the event loop, after flushWithinMs at the latest.
+    /// stopped() follows from the event loop, after flushTimeoutMs at the latest.
     void stop();
 
-    static constexpr int otherInstanceWithinMs = 10'000;
-    static constexpr int flushWithinMs = 2000;
+    static constexpr int otherInstanceTimeoutMs = 10'000;
+    static constexpr int flushTimeoutMs = 2000;
 
 Q_SIGNALS:
     void stopped();

@@ -72,10 +72,10 @@ void KovStreamRelay::onNewConnection()
             socket->deleteLater();
             continue;
         }
-        auto *const visit = new KovStreamVisit(socket, m_origin, m_address, m_clock, this);
-        connect(visit, &KovStreamVisit::received, this,
+        auto *const visit = new KovStreamRelayRequest(socket, m_origin, m_address, m_clock, this);
+        connect(visit, &KovStreamRelayRequest::received, this,
                 [this](qint64 bytes) { m_receivedBytes += bytes; });
-        connect(visit, &KovStreamVisit::failed, this, &KovStreamRelay::onFailed);
+        connect(visit, &KovStreamRelayRequest::failed, this, &KovStreamRelay::onFailed);
     }
 }
 

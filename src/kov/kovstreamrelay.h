@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kovstreamvisit.h"
+#include "kovstreamrelayrequest.h"
 
 #include <QByteArray>
 #include <QSet>
@@ -27,7 +27,7 @@ public:
     QByteArray addressOf(const QUrl &url) const;
 
     qint64 receivedBytes() const { return m_receivedBytes; }
-    qsizetype connections() const { return findChildren<KovStreamVisit *>().size(); }
+    qsizetype connections() const { return findChildren<KovStreamRelayRequest *>().size(); }
     /// From now on the playlists of other qualities that have failed do not matter.
     void tolerateFailures() { m_tolerated = m_failed; }
     /// Why a required part is missing.

@@ -63,7 +63,7 @@ KovStreamTransfer::KovStreamTransfer(KovJob job, KovDownloadRequest request,
     m_program.setProcessEnvironment(variables);
     connect(&m_program, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart)
-            end(lastingFailure(m_program.program() + u": "_qs + m_program.errorString()));
+            end(permanentFailure(m_program.program() + u": "_qs + m_program.errorString()));
     });
     connect(&m_program, &QProcess::finished, this, [this] {
         if (!m_ending)
@@ -85,16 +85,16 @@ void KovStreamTransfer::start()
         return;
     }
     if (const QString missing = missingProgram(); !missing.isEmpty()) {
-        end(lastingFailure(QStringLiteral("a stream is saved by the program \"%1\", which is not "
-                                          "there: install the package \"ffmpeg\" and try again")
-                               .arg(missing)));
+        end(permanentFailure(QStringLiteral("a stream is saved by the program \"%1\", which is not "
+                                            "there: install the package \"ffmpeg\" and try again")
+                                 .arg(missing)));
         return;
     }
     m_exchange = std::make_unique<KovHttpExchange>(m_request, m_environment.network);
     connect(m_exchange.get(), &KovHttpExchange::readyRead, this, [this] {
         m_text += m_exchange->readAll();
         if (m_text.size() > KovPlaylist::maxBytes)
-            end(lastingFailure(QStringLiteral("this is no playlist of a stream")));
+            end(permanentFailure(QStringLiteral("this is no playlist of a stream")));
     });
     connect(m_exchange.get(), &KovHttpExchange::finished, this, &KovStreamTransfer::onPlaylist);
     m_exchange->start();
@@ -103,13 +103,13 @@ void KovStreamTransfer::start()
 void KovStreamTransfer::onPlaylist()
 {
     m_text += m_exchange->readAll();
-    const bool isEncoded = !m_exchange->answer().contentEncoding.isEmpty();
+    const bool isEncoded = !m_exchange->response().contentEncoding.isEmpty();
     if (const KovFailure failure = m_exchange->failure())
         end(failure);
     else if (!isEncoded && !KovPlaylist::isPlaylist(m_text))
-        end(lastingFailure(QStringLiteral("this is no playlist of a stream")));
+        end(permanentFailure(QStringLiteral("this is no playlist of a stream")));
     else
-        listen(m_exchange->answer().url);
+        listen(m_exchange->response().url);
 }
 
 void KovStreamTransfer::listen(const QUrl &playlist)
@@ -119,7 +119,7 @@ void KovStreamTransfer::listen(const QUrl &playlist)
                                                                m_environment.speedLimit},
                                                m_clock);
     if (!m_relay->isListening()) {
-        end(passingFailure(m_relay->errorString()));
+        end(transientFailure(m_relay->errorString()));
         return;
     }
     m_address = m_relay->addressOf(playlist);
@@ -234,7 +234,7 @@ KovFailure KovStreamTransfer::programFailure(QByteArray errors) const
         + QString::fromUtf8(errors.trimmed().split('\n').constLast());
     if (text.contains(systemErrorString(ENOSPC)))
         return {KovFailure::Kind::DiskFull, printable(text)};
-    return lastingFailure(text);
+    return permanentFailure(text);
 }
 
 void KovStreamTransfer::tick() { m_speed.measure(m_clock.monotonicMs(), receivedBytes()); }

@@ -13,7 +13,7 @@ KovFailure writeFailure(const KovPartialFile &file, int errorNumber)
     const QString text =
         QStringLiteral("cannot write \"%1\": %2").arg(file.path(), systemErrorString(errorNumber));
     return isDiskFull(errorNumber) ? KovFailure{KovFailure::Kind::DiskFull, printable(text)}
-                                   : lastingFailure(text);
+                                   : permanentFailure(text);
 }
 
 KovTransfer::KovTransfer(KovJob job, KovDownloadRequest request, Environment environment,
@@ -48,7 +48,7 @@ KovFailure KovTransfer::openFile(const QString &name)
         return m_file->truncate(0) ? KovFailure() : writeFailure(*m_file, m_file->errorNumber());
     m_file = m_environment.folder->createFile(name, error);
     if (!m_file)
-        return lastingFailure(error);
+        return permanentFailure(error);
     m_job.partialPath = m_file->path();
     m_job.path = m_environment.folder->finalPath(name);
     Q_EMIT progressStored();
@@ -90,7 +90,7 @@ void KovTransfer::giveFinalName()
         m_finished = error.isEmpty();
         if (m_finished)
             m_job.partialPath.clear();
-        Q_EMIT ended(m_finished ? KovFailure() : lastingFailure(error));
+        Q_EMIT ended(m_finished ? KovFailure() : permanentFailure(error));
     });
     m_naming->start();
 }

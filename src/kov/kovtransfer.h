@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kovanswer.h"
+#include "kovhttpresponse.h"
 #include "kovjob.h"
 #include "kovspeedmeter.h"
 #include "qtclock.h"
@@ -43,7 +43,7 @@ public:
     /// The request for the next attempt.
     const KovDownloadRequest &request() const { return m_request; }
     /// Whether redirects have changed it since the start.
-    bool isAskedElsewhere() const { return m_askedElsewhere; }
+    bool isRedirected() const { return m_redirected; }
     /// Whether another attempt can resume where this one stops.
     virtual bool isResumable() const = 0;
     /// Whether the file is complete and has its final name.
@@ -93,7 +93,7 @@ protected:
     QtClock &m_clock;
     std::unique_ptr<KovPartialFile> m_file;
     KovSpeedMeter m_speed;
-    bool m_askedElsewhere = false;
+    bool m_redirected = false;
     bool m_accepted = false;
     bool m_ending = false;
     bool m_finished = false;

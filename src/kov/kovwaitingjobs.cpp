@@ -6,11 +6,11 @@
 int KovWaitingJobs::retryDelayMs(int attempts)
 {
     constexpr int firstMs = 1000;
-    constexpr int longestMs = 300'000;
+    constexpr int maxMs = 300'000;
     int delay = firstMs;
-    for (int i = 1; i < attempts && delay < longestMs; ++i)
+    for (int i = 1; i < attempts && delay < maxMs; ++i)
         delay *= 2;
-    return std::min(delay, longestMs);
+    return std::min(delay, maxMs);
 }
 
 qint64 KovWaitingJobs::takeReady()
@@ -37,16 +37,17 @@ QHash<qint64, qint64> KovWaitingJobs::retryTimes() const
     return times;
 }
 
-bool KovWaitingJobs::onRoom(qint64 freeBytes)
+bool KovWaitingJobs::onFreeSpace(qint64 freeBytes)
 {
-    m_roomless.removeIf([this, freeBytes](const std::pair<const qint64 &, qint64 &> &waiting) {
-        const auto &[id, bytes] = waiting;
-        if (bytes > freeBytes)
-            return false;
-        m_ready.insert(id);
-        return true;
-    });
-    return m_roomless.isEmpty();
+    m_waitingForSpace.removeIf(
+        [this, freeBytes](const std::pair<const qint64 &, qint64 &> &waiting) {
+            const auto &[id, bytes] = waiting;
+            if (bytes > freeBytes)
+                return false;
+            m_ready.insert(id);
+            return true;
+        });
+    return m_waitingForSpace.isEmpty();
 }
 
 void KovWaitingJobs::remove(qint64 id)
@@ -67,5 +68,5 @@ bool KovWaitingJobs::leave(qint64 id)
 {
     const auto retries =
         std::erase_if(m_retries, [id](const auto &retry) { return retry.second == id; });
-    return m_roomless.remove(id) || retries > 0;
+    return m_waitingForSpace.remove(id) || retries > 0;
 }

@@ -26,11 +26,14 @@ public:
     QHash<qint64, qint64> retryTimes() const;
 
     /// Waits for so many free bytes on the disk.
-    void addRoomless(qint64 id, qint64 bytes) { m_roomless.insert(id, bytes); }
+    void addWaitingForSpace(qint64 id, qint64 bytes) { m_waitingForSpace.insert(id, bytes); }
     /// Makes those ready that fit. Returns whether all do.
-    bool onRoom(qint64 freeBytes);
+    bool onFreeSpace(qint64 freeBytes);
 
-    bool isEmpty() const { return m_ready.empty() && m_retries.empty() && m_roomless.isEmpty(); }
+    bool isEmpty() const
+    {
+        return m_ready.empty() && m_retries.empty() && m_waitingForSpace.isEmpty();
+    }
     void remove(qint64 id);
     /// Makes a job ready that waits for its next attempt or for disk space; returns whether it did.
     bool hurry(qint64 id);
@@ -40,5 +43,5 @@ private:
 
     std::set<qint64> m_ready;
     std::multimap<qint64, qint64> m_retries;
-    QHash<qint64, qint64> m_roomless;
+    QHash<qint64, qint64> m_waitingForSpace;
 };

@@ -69,8 +69,8 @@ bool tell(const QString &title, const QList<Registrar::Result> &results)
                            + each.reason);
             break;
         case Done::Failed:
-            Console::complain(line.arg(QStringLiteral("could not change")) + QStringLiteral(": ")
-                              + each.reason);
+            Console::printError(line.arg(QStringLiteral("could not change")) + QStringLiteral(": ")
+                                + each.reason);
             allDone = false;
             break;
         }
@@ -98,7 +98,7 @@ QString registrationOf(const BrowserInstallation &installation)
         return QStringLiteral("cannot work: its Snap starts no programs outside");
     if (!manifest.found())
         return QStringLiteral("no");
-    if (!manifest.isWhole())
+    if (!manifest.isIntact())
         return QStringLiteral("broken: ") + manifest.firstFault();
     return manifest.isForEverybody() ? QStringLiteral("for everybody") : QStringLiteral("yes");
 }
@@ -244,9 +244,9 @@ int CommandLine::runCommand(const Command &command)
 
 int CommandLine::usageError(const QString &text, const QString &command)
 {
-    Console::complain(text);
-    Console::complain(QStringLiteral("see kovalo-host %1--help")
-                          .arg(command.isEmpty() ? QString() : command + u' '));
+    Console::printError(text);
+    Console::printError(QStringLiteral("see kovalo-host %1--help")
+                            .arg(command.isEmpty() ? QString() : command + u' '));
     return UsageError;
 }
 
@@ -269,13 +269,14 @@ int CommandLine::registerHost()
     bool allDone = true;
     for (const BrowserInstallation &each : *browsers) {
         if (!each.found()) {
-            Console::complain(
+            Console::printError(
                 QStringLiteral("%1 is not found: start it once, then try again").arg(each.title()));
             allDone = false;
         } else if (each.way() == Way::None) {
-            Console::complain(QStringLiteral("%1 cannot work: a Snap starts no programs outside of "
-                                             "it. Take the browser from a package instead")
-                                  .arg(each.title()));
+            Console::printError(
+                QStringLiteral("%1 cannot work: a Snap starts no programs outside of "
+                               "it. Take the browser from a package instead")
+                    .arg(each.title()));
             allDone = false;
         } else {
             if (each.way() == Way::Script)
@@ -299,7 +300,7 @@ int CommandLine::registerFlatpak()
         return usageError(QStringLiteral("no browser is known that comes as the Flatpak ") + id,
                           m_command);
     if (!wanted->found()) {
-        Console::complain(
+        Console::printError(
             QStringLiteral("%1 is not found: start it once, then try again").arg(wanted->title()));
         return Failure;
     }
@@ -352,7 +353,7 @@ int CommandLine::runDoctor()
         return UsageError;
     Doctor doctor(*browsers, static_cast<int>(seconds * 1000));
     doctor.examine();
-    if (m_parser.isSet(QStringLiteral("fix")) && doctor.mend())
+    if (m_parser.isSet(QStringLiteral("fix")) && doctor.repair())
         doctor.examine();
     const DoctorReport report(doctor);
     Console::print(m_parser.isSet(QStringLiteral("json")) ? report.json() : report.text());
@@ -394,7 +395,7 @@ std::optional<QString> CommandLine::chosenHost()
         return path;
     if (QFileInfo info(path); info.isFile() && info.isExecutable())
         return path;
-    Console::complain(QStringLiteral("there is no host that can be executed at ") + path);
+    Console::printError(QStringLiteral("there is no host that can be executed at ") + path);
     return std::nullopt;
 }
 

@@ -21,7 +21,7 @@ void Console::print(const QString &line)
     std::fputs((line + u'\n').toLocal8Bit().constData(), stdout);
 }
 
-void Console::complain(const QString &line)
+void Console::printError(const QString &line)
 {
     std::fputs((QStringLiteral("kovalo-host: ") + line + u'\n').toLocal8Bit().constData(), stderr);
 }

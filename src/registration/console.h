@@ -9,7 +9,7 @@ namespace Console {
 /// A line on stdout.
 void print(const QString &line);
 /// A line on stderr, prefixed with the program's name.
-void complain(const QString &line);
+void printError(const QString &line);
 /// Wraps the text to the width that Qt uses for lists of options.
 QString wrapped(const QString &text);
 /// Formats rows as aligned columns.

@@ -65,13 +65,13 @@ void Doctor::examine()
     }
 }
 
-bool Doctor::mend() const
+bool Doctor::repair() const
 {
     bool mended = false;
     for (const Chain &chain : m_chains) {
         // One repair often fixes several links of a chain.
         for (const Finding &finding : chain.findings) {
-            if (finding.mend && finding.mend())
+            if (finding.repair && finding.repair())
                 mended = true;
         }
     }
@@ -81,5 +81,5 @@ bool Doctor::mend() const
 bool Doctor::wouldDownloadArrive() const
 {
     return std::all_of(m_chains.cbegin(), m_chains.cend(),
-                       [](const Chain &chain) { return chain.isWhole(); });
+                       [](const Chain &chain) { return chain.isIntact(); });
 }

@@ -15,7 +15,7 @@ public:
     void examine();
     /// Repairs the broken links that need no decision by the user; returns whether any could be
     /// repaired. Then examine() has to run again.
-    bool mend() const;
+    bool repair() const;
 
     const QList<Chain> &chains() const { return m_chains; }
     bool wouldDownloadArrive() const;

@@ -20,7 +20,7 @@ struct Finding {
     /// How to repair it, a command if possible. For broken links only.
     QString cure;
     /// Repairs it if that needs no decision by the user; returns whether it could. May be null.
-    std::function<bool()> mend = {};
+    std::function<bool()> repair = {};
     /// Whether this broken link prevents downloads.
     bool stopsDownloads = true;
 };
@@ -39,9 +39,9 @@ struct Chain {
         findings.append({.link = link, .state = Finding::State::Ok, .text = text, .cure = {}});
     }
     void broken(const QString &link, const QString &text, const QString &cure,
-                std::function<bool()> mend = {})
+                std::function<bool()> repair = {})
     {
-        findings.append({link, Finding::State::Broken, text, cure, std::move(mend)});
+        findings.append({link, Finding::State::Broken, text, cure, std::move(repair)});
     }
     /// The same for a fault that does not affect downloads.
     void impaired(const QString &link, const QString &text, const QString &cure)
@@ -60,7 +60,7 @@ struct Chain {
         for (const QString &link : links)
             notChecked(link, because);
     }
-    bool isWhole() const
+    bool isIntact() const
     {
         return std::none_of(findings.cbegin(), findings.cend(), [](const Finding &each) {
             return each.state == Finding::State::Broken && each.stopsDownloads;

@@ -18,7 +18,7 @@ namespace {
 /// For steps that take milliseconds on a healthy machine.
 constexpr int promptMs = 5000;
 /// The browsers' limit for messages from a host.
-constexpr quint32 longestMessage = 1024 * 1024;
+constexpr quint32 maxMessageBytes = 1024 * 1024;
 
 QByteArray frame(const QByteArray &body)
 {
@@ -34,7 +34,7 @@ std::optional<QByteArray> takeBody(QByteArray &bytes)
         return std::nullopt;
     std::memcpy(&length, bytes.constData(), sizeof(length));
     // An invalid frame stays invalid with more bytes.
-    if (length > longestMessage)
+    if (length > maxMessageBytes)
         return bytes;
     if (bytes.size() < qsizetype{sizeof(length)} + length)
         return std::nullopt;

@@ -46,7 +46,7 @@ ManifestInspection::ManifestInspection(const BrowserInstallation &installation, 
             continue;
         inspect(candidate);
         // Chromium uses the first that exists; Firefox the first that is valid.
-        if (isWhole() || !installation.browser().family.isFirefox())
+        if (isIntact() || !installation.browser().family.isFirefox())
             return;
     }
     const auto first = std::find_if(all.cbegin(), all.cend(),
@@ -158,7 +158,7 @@ void ManifestInspection::inspectHost(const QString &named)
                                  : what + QStringLiteral("may not be executed")});
 }
 
-bool ManifestInspection::isWhole() const { return found() && firstFault().isEmpty(); }
+bool ManifestInspection::isIntact() const { return found() && firstFault().isEmpty(); }
 
 QString ManifestInspection::firstFault() const
 {
@@ -168,12 +168,12 @@ QString ManifestInspection::firstFault() const
 }
 
 void ManifestInspection::addTo(Chain &chain, const QString &cure,
-                               const std::function<bool()> &mend) const
+                               const std::function<bool()> &repair) const
 {
     const QStringList all = links();
     if (!found()) {
         chain.broken(foundLink(), QStringLiteral("no manifest tells the browser of the host"), cure,
-                     mend);
+                     repair);
         chain.notReached(all, QStringLiteral("there is no manifest"));
         return;
     }
@@ -187,7 +187,7 @@ void ManifestInspection::addTo(Chain &chain, const QString &cure,
         if (link.ok)
             chain.ok(link.name, link.text);
         else
-            chain.broken(link.name, link.text, wholeCure, mend);
+            chain.broken(link.name, link.text, wholeCure, repair);
     }
     chain.notReached(all.mid(m_links.size()), QStringLiteral("it hangs on the one before"));
 }

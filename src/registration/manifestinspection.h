@@ -21,12 +21,12 @@ public:
     bool isForEverybody() const { return m_forEverybody; }
     /// The host that the browser starts in the end; may be empty.
     QString hostPath() const { return m_hostPath; }
-    bool isWhole() const;
+    bool isIntact() const;
     /// The first fault; empty when there is none.
     QString firstFault() const;
 
     /// Adds the links from "manifest-found" on to a chain.
-    void addTo(Chain &chain, const QString &cure, const std::function<bool()> &mend) const;
+    void addTo(Chain &chain, const QString &cure, const std::function<bool()> &repair) const;
 
 private:
     struct Candidate {

@@ -175,6 +175,6 @@ Chain examineStorage(const QString &hostFolder)
                           QStringLiteral("database-unlocked")},
                          QStringLiteral("there is no driver"));
     checkFolder(chain, QStringLiteral("downloads-folder"), QStringLiteral("the downloads folder"),
-                downloadsFolder(store, chain.isWhole()));
+                downloadsFolder(store, chain.isIntact()));
     return chain;
 }

@@ -166,10 +166,10 @@ bool ConsoleMessagesSender::waitUntilWritable()
     using std::chrono::milliseconds;
     pollfd target = {::fileno(m_output), POLLOUT, 0};
     milliseconds stuckFor{0};
-    while (stuckFor < milliseconds(stuckWithinMs)) {
+    while (stuckFor < milliseconds(writeTimeoutMs)) {
         // A reader that takes a piece now and then must not keep the program alive, either.
         const auto left =
-            std::chrono::ceil<milliseconds>(milliseconds(allStuckWithinMs) - m_waited);
+            std::chrono::ceil<milliseconds>(milliseconds(totalWriteTimeoutMs) - m_waited);
         const auto wait = std::clamp(left, milliseconds(0), milliseconds(lookAgainMs));
         const auto begun = std::chrono::steady_clock::now();
         const int ready = ::poll(&target, 1, static_cast<int>(wait.count()));

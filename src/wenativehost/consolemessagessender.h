@@ -42,8 +42,8 @@ public:
 
     /// How long writes wait for a reader once the input has ended, in milliseconds: at a time, and
     /// in total. After that, nothing more is written.
-    static constexpr int stuckWithinMs = 400;
-    static constexpr int allStuckWithinMs = 1200;
+    static constexpr int writeTimeoutMs = 400;
+    static constexpr int totalWriteTimeoutMs = 1200;
 
     /// Says when the input has ended; without it, a blocked write waits forever. Where the output
     /// is "stdout", replaces that variable by a stream whose writes can be given up.

@@ -92,7 +92,7 @@ void WebExtensionSettingsManager::initialize()
     if (m_initialized || !m_appClientModule->isConnected())
         loadStored();
     else if (!m_waitTimer->isActive())
-        m_waitTimer->start(waitForApplicationMs);
+        m_waitTimer->start(applicationTimeoutMs);
 }
 
 void WebExtensionSettingsManager::whenInitialized(std::function<void()> callback)

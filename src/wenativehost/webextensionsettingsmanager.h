@@ -29,7 +29,7 @@ class WebExtensionSettingsManager : public QObject {
 public:
     /// The timeout for a connected application to send its settings. It answers within milliseconds
     /// unless it hangs.
-    static constexpr int waitForApplicationMs = 1000;
+    static constexpr int applicationTimeoutMs = 1000;
 
     /// The module must be up as long as this object is used.
     explicit WebExtensionSettingsManager(QSharedPointer<AppClientModule> appClientModule,
@@ -41,7 +41,7 @@ public:
     const WebExtensionSettings &settings() const { return m_settings; }
     /// Never becomes false again.
     bool isInitialized() const { return m_initialized; }
-    /// Loads the settings: from a connected application, within waitForApplicationMs, else from the
+    /// Loads the settings: from a connected application, within applicationTimeoutMs, else from the
     /// local store.
     void initialize();
     /// Starts loading the settings if necessary, and calls back, at once or later, when they are

@@ -78,9 +78,9 @@ public:
 private:
     void log(const pmxKovBhIpcTaskResponse &response) const
     {
-        constexpr int longestShown = 20;
+        constexpr int maxShown = 20;
         const kov_ipc_task_type type = kovIpcTaskTypeFromText(response.type);
-        const QString id = QString::fromUtf8(response.id.substr(0, longestShown).c_str());
+        const QString id = QString::fromUtf8(response.id.substr(0, maxShown).c_str());
         const QString name = type == kov_ipc_task_unknown
             ? QStringLiteral("of unknown type")
             : QString::fromStdString(kovIpcTaskTypeName(type));
@@ -188,7 +188,7 @@ void WeNativeHostTasksProcessor::registerProcessors()
 {
     auto handshake = std::make_unique<pmxKovBhIpcHandshakeTaskProcessor>(m_receiver, m_sender);
     connect(handshake.get(), &pmxKovBhIpcHandshakeTaskProcessor::answered, this,
-            &WeNativeHostTasksProcessor::tellOfLostDownloads, Qt::SingleShotConnection);
+            &WeNativeHostTasksProcessor::reportLostDownloads, Qt::SingleShotConnection);
     registerProcessor(kov_ipc_task_handshake, std::move(handshake));
     auto uiStrings = std::make_unique<pmxKovBhIpcUiStringsTaskProcessor>(m_sender);
     connect(this, &WeNativeHostTasksProcessor::translationsLoaded, uiStrings.get(),
@@ -223,7 +223,7 @@ void WeNativeHostTasksProcessor::registerProcessors()
         std::make_unique<pmxKovBhIpcKeyStateTaskProcessor>(m_sender, m_keyStateWatcher));
 }
 
-void WeNativeHostTasksProcessor::tellOfLostDownloads()
+void WeNativeHostTasksProcessor::reportLostDownloads()
 {
     const auto sender = m_sender.toStrongRef();
     const auto dataAccess = m_appClientModule->dataAccessHelper();

@@ -64,7 +64,7 @@ private:
     static bool readTask(pmxKovBhIpcTask &task, QByteArray &&message);
     void handleMessage(QByteArray &&message);
     void registerProcessors();
-    void tellOfLostDownloads();
+    void reportLostDownloads();
     void registerProcessor(kov_ipc_task_type type,
                            std::unique_ptr<pmxKovBhIpcTaskProcessor> processor);
 

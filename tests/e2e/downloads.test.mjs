@@ -11,7 +11,7 @@ import { gzipSync } from 'node:zlib';
 import { until } from '../../tools/drivers/hostprocess.mjs';
 import { inHome } from './support/home.mjs';
 import { sanitized } from './support/hosttest.mjs';
-import { ToldServer, bytesOf, hashOf } from './support/toldserver.mjs';
+import { ConfigurableServer, bytesOf, hashOf } from './support/configurableserver.mjs';
 
 const mebibyte = 1 << 20;
 /** Gives users other than root a file system of their own. */
@@ -28,7 +28,7 @@ async function startMounted(home, mount, argument) {
 }
 
 let server;
-before(async () => { server = await ToldServer.start(); });
+before(async () => { server = await ConfigurableServer.start(); });
 after(() => server.stop());
 
 const answer = (head, body = '') => `HTTP/1.1 ${head}\r\nContent-Length: ${body.length}\r\n\r\n${body}`;
@@ -74,13 +74,13 @@ describe('downloads', { concurrency: 4 }, () => {
         mkdirSync(home.folder);
         const extension = home.extension();
         await Promise.all(Object.entries(refusals).map(async ([name, [what, reason]]) => {
-            const { error, result } = await extension.download(server.tell(`/${name}`, what));
+            const { error, result } = await extension.download(server.respond(`/${name}`, what));
             strictEqual(result, '', name);
             match(error, reason, name);
         }));
         deepStrictEqual([await home.jobs(), home.files()], [[], []]);
         for (const [name, [what, file, content]] of Object.entries(arrivals)) {
-            strictEqual((await extension.download(server.tell(`/${name}`, what))).result, '1', name);
+            strictEqual((await extension.download(server.respond(`/${name}`, what))).result, '1', name);
             const job = await home.job((await home.jobs()).at(-1).id);
             deepStrictEqual([job.state, job.path], ['finished', join(home.folder, file)], JSON.stringify(job));
             const wanted = content ?? bytesOf(`/${name}`, 0, what.size);
@@ -88,7 +88,7 @@ describe('downloads', { concurrency: 4 }, () => {
         }
 
         // The browser's own file has the name until it learns that the download is taken.
-        server.tell('/held.bin', { size: 5 });
+        server.respond('/held.bin', { size: 5 });
         writeFileSync(join(home.folder, 'held.bin'), '');
         const item = { url: server.url('/held.bin'), suggestedName: 'a/../held.bin' };
         strictEqual((await extension.download(item)).result, '1');
@@ -99,7 +99,7 @@ describe('downloads', { concurrency: 4 }, () => {
 
         // By the browser's size a truncated file is detected even if the server sends none.
         const caught = (path, what) => extension.create({ catchedDownloads: '1' }, {
-            url: server.tell(path, what), fileSize: String(3 * mebibyte) });
+            url: server.respond(path, what), fileSize: String(3 * mebibyte) });
         match((await caught('/half.bin', { size: mebibyte })).error, /another file: 1048576 bytes, not 3145728/);
         strictEqual((await caught('/cut.bin', { size: 3 * mebibyte, badChunkAt: mebibyte, ranges: false })).result, '1');
         await until(async () => (await home.jobs()).at(-1).error === 'the connection ended before the file did', 'the cut');
@@ -107,7 +107,7 @@ describe('downloads', { concurrency: 4 }, () => {
 
         // A silent server is given up long before the extension's own timeout.
         const began = performance.now();
-        const silent = await extension.download(server.tell('/silent.bin', { hold: new Promise(() => {}), size: 5 }));
+        const silent = await extension.download(server.respond('/silent.bin', { hold: new Promise(() => {}), size: 5 }));
         match(silent.error, /does not answer/);
         ok(performance.now() - began < 40_000);
 
@@ -124,19 +124,19 @@ describe('downloads', { concurrency: 4 }, () => {
 
     inHome('cookies, referrers and what is posted go where they belong', async home => {
         const extension = home.extension();
-        const elsewhere = server.tell('/3.bin', { size: 3 });
-        server.tell('/1.bin', { status: 302, headers: { Location: '/2.bin', 'Set-Cookie': 'new=2; Path=/' } });
-        server.tell('/2.bin', { status: 302, headers: { Location: elsewhere.replace('127.0.0.1', 'localhost') } });
+        const elsewhere = server.respond('/3.bin', { size: 3 });
+        server.respond('/1.bin', { status: 302, headers: { Location: '/2.bin', 'Set-Cookie': 'new=2; Path=/' } });
+        server.respond('/2.bin', { status: 302, headers: { Location: elsewhere.replace('127.0.0.1', 'localhost') } });
         const page = server.url('/page?secret');
         strictEqual((await extension.download({
             url: server.url('/1.bin'), httpReferer: `${page}#there`, userAgent: 'Browser/1.0\nEvil: 1', httpCookies: 'given=a=b',
         })).result, '1');
-        server.tell('/again', { status: 307, headers: { Location: '/form' } });
-        server.tell('/form', { status: 303, headers: { Location: '/result.txt' } });
-        server.tell('/result.txt', { size: 6 });
+        server.respond('/again', { status: 307, headers: { Location: '/form' } });
+        server.respond('/form', { status: 303, headers: { Location: '/result.txt' } });
+        server.respond('/result.txt', { size: 6 });
         strictEqual((await extension.download({ url: server.url('/again'), httpPostData: 'a=1&b=%00' })).result, '1');
         const asked = path => {
-            const { method, headers, body } = server.visits(path)[0];
+            const { method, headers, body } = server.requestsTo(path)[0];
             ok(!('evil' in headers) && headers['user-agent'] !== '');
             return [method, headers.referer, headers.cookie?.split('; ').sort().join('; '), body];
         };
@@ -149,15 +149,15 @@ describe('downloads', { concurrency: 4 }, () => {
         await until(() => home.files().join() === '3.bin,result.txt', 'both files');
         // If the client disconnects before the answer, a form is not posted again.
         let refuse;
-        const left = server.tell('/left', { status: 503, hold: new Promise(resolve => { refuse = resolve; }) });
+        const left = server.respond('/left', { status: 503, hold: new Promise(resolve => { refuse = resolve; }) });
         extension.download({ url: left, httpPostData: 'a=1' }).catch(() => {});
-        await until(() => server.visits('/left').length === 1, 'the form to be posted');
+        await until(() => server.requestsTo('/left').length === 1, 'the form to be posted');
         const database = join(home.sandbox.home, '.local/share/Tessmark/Kovalo/downloads.sqlite');
         strictEqual(statSync(database).mode & 0o777, 0o600);
         await extension.end();
         refuse();
         await until(async () => (await home.jobs()).at(-1).state === 'failed', 'the form to be refused');
-        strictEqual(server.visits('/left').length, 1);
+        strictEqual(server.requestsTo('/left').length, 1);
         await home.kov('quit');
         await until(() => home.sandbox.running('kov').length === 0, 'the service to end');
         ok(!readFileSync(database).includes('given'), 'cookies of finished downloads are forgotten');
@@ -167,7 +167,7 @@ describe('downloads', { concurrency: 4 }, () => {
         const kills = process.env.KOVALO_FULL === '1' ? 100 : sanitized ? 5 : 20;
         const rate = 4 * mebibyte;
         const size = 2 * kills * mebibyte;
-        const url = server.tell('/long.bin', { size, rate, breaks: [1, 2, 3, 4, 5].map(count => count * mebibyte) });
+        const url = server.respond('/long.bin', { size, rate, breaks: [1, 2, 3, 4, 5].map(count => count * mebibyte) });
         const [id] = await home.add(url);
         for (let kill = 0; kill < kills; ++kill) {
             const last = (await home.jobs())[0];
@@ -178,36 +178,36 @@ describe('downloads', { concurrency: 4 }, () => {
         const job = await home.job(id);
         strictEqual(job.state, 'finished', JSON.stringify(job));
         deepStrictEqual([home.files(), home.hash('long.bin')], [['long.bin'], hashOf('/long.bin', size)]);
-        const visits = server.visits('/long.bin');
-        strictEqual(visits.filter(visit => !visit.headers.range).length, 1);
+        const requests = server.requestsTo('/long.bin');
+        strictEqual(requests.filter(request => !request.headers.range).length, 1);
         // At most the data since the progress was stored, and data in flight.
-        const sent = visits.reduce((sum, visit) => sum + visit.sent, 0);
+        const sent = requests.reduce((sum, request) => sum + request.sent, 0);
         ok(sent < size + kills * 3 * rate, `${sent} bytes were sent`);
     });
 
     inHome('what passes is tried again, what does not is not, and another file begins anew', async home => {
         const [changed, posted, broken] = ['/changed.bin', '/lost.bin', '/busy.iso'].map(path => server.url(path));
         // Not at once: before a response, the network library would repeat the request by itself.
-        server.tell('/changed.bin', { size: 3 * mebibyte, rate: 4 * mebibyte, breaks: [mebibyte] });
-        server.tell('/lost.bin', { status: 404 });
-        server.tell('/busy.iso', { status: 503, headers: { 'Retry-After': '1' } });
+        server.respond('/changed.bin', { size: 3 * mebibyte, rate: 4 * mebibyte, breaks: [mebibyte] });
+        server.respond('/lost.bin', { status: 404 });
+        server.respond('/busy.iso', { status: 503, headers: { 'Retry-After': '1' } });
         const [first, second, third] = await home.add(changed, posted, broken);
         await home.job(first, 'waiting');
-        server.tell('/changed.bin', { size: 2 * mebibyte, etag: '"2"', seed: 'another' });
+        server.respond('/changed.bin', { size: 2 * mebibyte, etag: '"2"', seed: 'another' });
         strictEqual((await home.job(second)).state, 'failed');
         await home.job(third, 'waiting');
-        server.tell('/busy.iso', { size: 100, headers: { 'Last-Modified': 'Sun, 06 Nov 1994 08:49:37 GMT' } });
+        server.respond('/busy.iso', { size: 100, headers: { 'Last-Modified': 'Sun, 06 Nov 1994 08:49:37 GMT' } });
         await home.kov('set', 'TakeLastModifiedDateFromServer', '1');
         strictEqual((await home.job(third)).state, 'finished');
         strictEqual(statSync(join(home.folder, 'busy.iso')).mtime.toISOString(), '1994-11-06T08:49:37.000Z');
         strictEqual((await home.job(first)).state, 'finished');
         strictEqual(home.hash('changed.bin'), hashOf('another', 2 * mebibyte));
-        deepStrictEqual(server.visits('/changed.bin').map(visit => [visit.headers.range, visit.headers['if-range']]),
+        deepStrictEqual(server.requestsTo('/changed.bin').map(request => [request.headers.range, request.headers['if-range']]),
                         [[undefined, undefined], [`bytes=${mebibyte}-${3 * mebibyte - 1}`, '"1"']]);
-        strictEqual(server.visits('/lost.bin').length, 1);
+        strictEqual(server.requestsTo('/lost.bin').length, 1);
 
         // Manually.
-        server.tell('/lost.bin', { size: 7 * mebibyte, rate: mebibyte });
+        server.respond('/lost.bin', { size: 7 * mebibyte, rate: mebibyte });
         await home.kov('retry', String(second));
         await until(async () => (await home.jobs())[1].receivedBytes > 0, 'the second attempt');
         const watched = home.kov('jobs', '--watch');
@@ -217,7 +217,7 @@ describe('downloads', { concurrency: 4 }, () => {
         deepStrictEqual((await home.jobs()).map(job => job.state), ['finished', 'paused', 'finished']);
         await until(async () => (await home.jobs())[1].connections === 0, 'the connection to end');
         deepStrictEqual(home.files().filter(file => file.endsWith(ending)), [`lost.bin${ending}`]);
-        server.tell('/lost.bin', { size: 7 * mebibyte });
+        server.respond('/lost.bin', { size: 7 * mebibyte });
         await home.kov('resume', String(second));
         strictEqual((await home.job(second)).state, 'finished');
         strictEqual(home.hash('lost.bin'), hashOf('/lost.bin', 7 * mebibyte));
@@ -234,7 +234,7 @@ describe('downloads', { concurrency: 4 }, () => {
     inHome('a large file from a server that limits each connection comes over several', async home => {
         const size = 24 * mebibyte;
         const rate = mebibyte;
-        const urls = [server.tell('/wide.bin', { size, rate }), server.tell('/two.iso', { size, rate, connections: 2 })];
+        const urls = [server.respond('/wide.bin', { size, rate }), server.respond('/two.iso', { size, rate, connections: 2 })];
         const ids = await home.add(...urls);
         let most = 0;
         await until(async () => {
@@ -254,8 +254,8 @@ describe('downloads', { concurrency: 4 }, () => {
         const size = 40 * mebibyte;
         // Two begin, the second up to 1.5 s after the first, and fill the disk together; the third has no room.
         const names = ['fits.bin', 'fits.iso'];
-        const ids = await home.add(...names.map(name => server.tell(`/${name}`, { size, rate: 8 * mebibyte })),
-                                   server.tell('/never.bin', { size: 2 * size }));
+        const ids = await home.add(...names.map(name => server.respond(`/${name}`, { size, rate: 8 * mebibyte })),
+                                   server.respond('/never.bin', { size: 2 * size }));
         await home.job(ids[2], 'waiting');
         match((await home.jobs())[2].error, /no room/);
         await Promise.all(ids.map(id => home.job(id, 'waiting')));
@@ -271,11 +271,11 @@ describe('downloads', { concurrency: 4 }, () => {
 
     inHome('a limit of the speed holds for all downloads together, and not longer than it is set', async home => {
         const limit = mebibyte / 2;
-        await home.add(server.tell('/first.bin', { size: 1 })); // starts the service
+        await home.add(server.respond('/first.bin', { size: 1 })); // starts the service
         await home.kov('set', 'MaxDownloadSpeed', String(limit));
         const names = ['slow.bin', 'slow.iso'];
         const began = performance.now();
-        const ids = await home.add(...names.map(name => server.tell(`/${name}`, { size: 32 * mebibyte })));
+        const ids = await home.add(...names.map(name => server.respond(`/${name}`, { size: 32 * mebibyte })));
         await until(async () => (await home.jobs()).reduce((sum, job) => sum + job.receivedBytes, 0) >= 2 * limit, 'a part');
         // A moment of the limit is there at once.
         ok(performance.now() - began > 1900, `${performance.now() - began} ms`);
@@ -293,9 +293,9 @@ describe('downloads', { concurrency: 4 }, () => {
                                  '-subj', '/CN=own', '-addext', 'subjectAltName=IP:127.0.0.1', '-keyout', key, '-out', cert],
                      { stdio: 'pipe' });
         execFileSync('openssl', ['rehash', folder]);
-        const secure = await ToldServer.start({ key: readFileSync(key), cert: readFileSync(cert) });
+        const secure = await ConfigurableServer.start({ key: readFileSync(key), cert: readFileSync(cert) });
         const size = 16 * mebibyte;
-        const url = secure.tell('/secure.bin', { size, rate: size / 4 });
+        const url = secure.respond('/secure.bin', { size, rate: size / 4 });
         const extension = home.extension();
         match((await extension.download(url)).error, /certificate/);
         deepStrictEqual([await home.jobs(), secure.requests], [[], []]);

@@ -6,7 +6,7 @@ import { once } from 'node:events';
 import { readdirSync } from 'node:fs';
 import { join } from 'node:path';
 import { test } from 'node:test';
-import { Scene } from './support/faultscene.mjs';
+import { HostFixture } from './support/hostfixture.mjs';
 import { encodeFrame } from '../../tools/drivers/framing.mjs';
 import { endsInOrder, hostStarter, sanitized } from './support/hosttest.mjs';
 
@@ -57,15 +57,15 @@ test('200 shutdowns in a row, each with the input left open', async () => {
 });
 
 /** How long the host takes to end if it waits for everything, in milliseconds. */
-async function slowestEnd(here) {
-    const pid = await here.serve();
-    const extension = here.extension();
+async function slowestEnd(fixture) {
+    const pid = await fixture.serve();
+    const extension = fixture.extension();
     const { host } = extension;
     await extension.reach();
     await extension.querySettings();
     process.kill(pid, 'SIGSTOP');
-    const file = readdirSync(here.sandbox.home, { recursive: true }).find(name => name.endsWith('/db.sqlite'));
-    const holder = spawn('sqlite3', [join(here.sandbox.home, file)], { stdio: ['pipe', 'pipe', 'inherit'] });
+    const file = readdirSync(fixture.sandbox.home, { recursive: true }).find(name => name.endsWith('/db.sqlite'));
+    const holder = spawn('sqlite3', [join(fixture.sandbox.home, file)], { stdio: ['pipe', 'pipe', 'inherit'] });
     holder.stdin.write('BEGIN EXCLUSIVE;\n.print locked\n');
     await once(holder.stdout, 'data');
     await extension.settings.change({ 'monitor.skipExtensions': `x${pid}` });
@@ -90,15 +90,15 @@ async function slowestEnd(here) {
 
 // Then browsers kill it.
 test('the host ends within 2 s, whatever it waits for', { skip: sanitized }, async () => {
-    const here = new Scene();
+    const fixture = new HostFixture();
     try {
         // A busy machine may be slow occasionally.
         const times = [];
         while (times.length < 3 && !(times.at(-1) < 2000))
-            times.push(await slowestEnd(here));
+            times.push(await slowestEnd(fixture));
         ok(times.at(-1) < 2000, `${times}`);
     } finally {
-        await here.remove();
+        await fixture.remove();
     }
 });
 

@@ -7,7 +7,7 @@ import { mock, test } from 'node:test';
 import { leftServers } from '../../extension/lib/keeping.js';
 import { LinkKinds, nameOf, seemsToAct } from '../../extension/lib/links.js';
 import { isServerIn, understandEndings, understandServers } from '../../extension/lib/masks.js';
-import { applicationPatience } from '../../extension/lib/nativehost.js';
+import { applicationTimeoutMs } from '../../extension/lib/nativehost.js';
 
 /** Rows that the native host's unit tests read as well. */
 const shared = path => JSON.parse(readFileSync(new URL(`../${path}`, import.meta.url)));
@@ -75,8 +75,8 @@ test('a file is of the same type as for the native host', () => {
 
 test('the host gives up on a download seconds before the extension does', () => {
     const header = readFileSync(new URL('../../src/common/remote/vhipcincomingdownloadsclient.h', import.meta.url), 'utf8');
-    const [, wait] = header.match(/longestWaitMs = ([\d']+);/);
-    ok(Number(wait.replaceAll("'", '')) + 3000 <= applicationPatience, wait);
+    const [, wait] = header.match(/maxWaitMs = ([\d']+);/);
+    ok(Number(wait.replaceAll("'", '')) + 3000 <= applicationTimeoutMs, wait);
 });
 
 /** In milliseconds: Chromium's time for an answer, and until it has a path; and whether the user chose the path. */

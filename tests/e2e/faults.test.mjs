@@ -6,7 +6,7 @@ import { createHash } from 'node:crypto';
 import { existsSync, readFileSync, readdirSync, readlinkSync, rmSync } from 'node:fs';
 import { after, before, describe, test } from 'node:test';
 import { setTimeout as pause } from 'node:timers/promises';
-import { CountingServer, Scene } from './support/faultscene.mjs';
+import { CountingServer, HostFixture } from './support/hostfixture.mjs';
 import { until } from '../../tools/drivers/hostprocess.mjs';
 import { endsInOrder, sanitized } from './support/hosttest.mjs';
 import { numbers } from './support/mutations.mjs';
@@ -20,33 +20,33 @@ let server;
 before(async () => { server = await CountingServer.start(); });
 after(() => {
     strictEqual(server.count('never'), 0);
-    for (const [path, count] of server.visits)
+    for (const [path, count] of server.requests)
         ok(count === 1 || path.startsWith('/kill/'), `${path} was downloaded ${count} times`);
     return server.stop();
 });
 
-/** A test in a scene of its own. */
-function scene(what, beside, play) {
+/** A test with a host and an application of its own. */
+function testWithHost(what, beside, play) {
     test(what, async () => {
-        const here = new Scene(beside);
+        const fixture = new HostFixture(beside);
         try {
-            await play(here);
+            await play(fixture);
         } finally {
-            await here.remove();
+            await fixture.remove();
         }
     });
 }
 
-/** Runs the rounds, several in parallel, each runner in a scene of its own. */
+/** Runs the rounds, several in parallel, each runner with a fixture of its own. */
 async function playRounds(count, play) {
     let next = 0;
     await Promise.all(Array.from({ length: 4 }, async () => {
-        const here = new Scene();
+        const fixture = new HostFixture();
         try {
             for (let round = next++; round < count; round = next++)
-                await play(here, round);
+                await play(fixture, round);
         } finally {
-            await here.remove();
+            await fixture.remove();
         }
     }));
 }
@@ -65,17 +65,17 @@ function checkAnswers(answers, allowed, what) {
 }
 
 describe('faults', { concurrency: 4 }, () => {
-    scene('an application that is missing, may not be executed, exits at once', [], async here => {
-        const extension = here.extension();
+    testWithHost('an application that is missing, may not be executed, exits at once', [], async fixture => {
+        const extension = fixture.extension();
         checkAnswers([await extension.download(server.url('never'))], ['app_not_installed'], 'missing');
-        here.replaceApplication('exit 0', 0o644);
+        fixture.replaceApplication('exit 0', 0o644);
         checkAnswers([await extension.download(server.url('never'))], ['app_not_installed'], 'not executable');
-        here.replaceApplication('env > "$0.environment"; exit 3');
+        fixture.replaceApplication('env > "$0.environment"; exit 3');
         const answers = [extension.download(server.url('never')), extension.download(server.url('never'))];
         strictEqual((await extension.ask('key_state')).error, ''); // the host keeps running
         checkAnswers(await Promise.all(answers), ['Connection failure'], 'exits');
         // The host's choice of an event loop is not the application's.
-        ok(!readFileSync(here.program('kov.environment'), 'utf8').includes('QT_NO_GLIB'));
+        ok(!readFileSync(fixture.program('kov.environment'), 'utf8').includes('QT_NO_GLIB'));
         await extension.end();
     });
 
@@ -83,49 +83,49 @@ describe('faults', { concurrency: 4 }, () => {
         ['the end of the input', extension => extension.host.closeInput()],
         ['a shutdown', extension => extension.host.send({ id: '', type: 'shutdown' })],
         ['SIGTERM', extension => extension.host.child.kill('SIGTERM')],
-        ['the end of the input, and no other process can be started', (extension, here) => {
-            rmSync(here.sandbox.host, { force: true });
+        ['the end of the input, and no other process can be started', (extension, fixture) => {
+            rmSync(fixture.sandbox.host, { force: true });
             extension.host.closeInput();
         }],
     ]) {
-        scene(`the application comes up later than ${what}`, ['kov'], async here => {
-            here.replaceApplication('echo >> "$0.launches"; exec sleep 600');
+        testWithHost(`the application comes up later than ${what}`, ['kov'], async fixture => {
+            fixture.replaceApplication('echo >> "$0.launches"; exec sleep 600');
             const picked = Array.from({ length: 20 }, (_, i) => `picked/${encodeURI(what)}/${i}`);
-            const extensions = [1, 2].map(i => here.extension({ KOVALO_LOG_FILE: here.program(`log${i}`) }));
+            const extensions = [1, 2].map(i => fixture.extension({ KOVALO_LOG_FILE: fixture.program(`log${i}`) }));
             await Promise.all(extensions.map(async (extension, i) => {
                 extension.create({ catchedDownloads: '1' }, server.url('never'));
                 for (const path of picked.filter((_, j) => j % 2 === i))
                     extension.download({ url: server.url(path), httpCookies: 'a=secret' });
                 extension.download(`ftp://127.0.0.1/refused${i}.zip?secret`);
                 await extension.ask('kov_json_task', { json: '{}' }, `${7000 + i}`);
-                leave(extension, here);
+                leave(extension, fixture);
             }));
             const ends = Promise.all(extensions.map(extension => endsInOrder(extension.host)));
-            const canStart = existsSync(here.sandbox.host);
+            const canStart = existsSync(fixture.sandbox.host);
             if (canStart)
                 await ends; // its pipes are closed, too: the browser does not wait for the second process
-            await until(() => readFileSync(here.program('kov.launches')).length === (canStart ? 4 : 2), 'the launches');
-            const successors = here.sandbox.running('wenativehost');
+            await until(() => readFileSync(fixture.program('kov.launches')).length === (canStart ? 4 : 2), 'the launches');
+            const successors = fixture.sandbox.running('wenativehost');
             strictEqual(successors.length, canStart ? 2 : 0);
             for (const pid of successors) {
                 doesNotMatch(readFileSync(`/proc/${pid}/cmdline`, 'utf8'), /secret/);
                 notStrictEqual(sessionOf(pid), sessionOf('self'));
                 deepStrictEqual(new Set([1, 2].map(fd => readlinkSync(`/proc/${pid}/fd/${fd}`))), new Set(['/dev/null']));
             }
-            here.restoreApplication();
-            await here.serve();
+            fixture.restoreApplication();
+            await fixture.serve();
             await until(() => picked.every(path => server.count(path) === 1), 'the downloads');
-            await until(() => extensions.every((_, i) => here.log.split(`JSON request ${7000 + i}\n`).length === 2), 'the texts');
+            await until(() => extensions.every((_, i) => fixture.log.split(`JSON request ${7000 + i}\n`).length === 2), 'the texts');
             await ends;
-            await until(() => here.sandbox.running('wenativehost').length === 0, 'the ends of the successors');
+            await until(() => fixture.sandbox.running('wenativehost').length === 0, 'the ends of the successors');
             for (const i of [1, 2]) {
-                const log = readFileSync(here.program(`log${i}`), 'utf8');
+                const log = readFileSync(fixture.program(`log${i}`), 'utf8');
                 match(log, canStart ? /: 12 messages to deliver[^]*: 10 of 11 downloads were delivered/ : /has got 12 waiting messages/);
                 doesNotMatch(log, /ASSERTION|alive|secret/);
             }
             // Downloads lost meanwhile are reported once, to the next extension.
             for (const expected of canStart ? [['refused0.zip', 'refused1.zip'], []] : []) {
-                const next = here.extension();
+                const next = fixture.extension();
                 await next.ask('handshake', { handshake: {} });
                 await next.end();
                 deepStrictEqual(next.told.map(({ type, result, error }) => [type, result, error]).sort(), expected.map(
@@ -135,11 +135,11 @@ describe('faults', { concurrency: 4 }, () => {
     }
 
     test('the application is killed during and after "add"', async () => {
-        await playRounds(times(130), async (here, round) => {
+        await playRounds(times(130), async (fixture, round) => {
             const random = numbers(seed + round);
             const where = `seed ${seed}, round ${round}`;
-            const pid = await here.serve();
-            const extension = here.extension();
+            const pid = await fixture.serve();
+            const extension = fixture.extension();
             checkAnswers([await extension.reach()], ['nothing that can be downloaded'], where);
             const url = name => server.url(`kill/${round}/${name}`);
             const answers = Array.from({ length: 1 + random.below(5) }, (_, i) => extension.download(url(i)));
@@ -155,16 +155,16 @@ describe('faults', { concurrency: 4 }, () => {
             // Added downloads are finished by the next instance of the application.
             const added = results.flatMap(({ result }, i) => result === '1' ? [`${url(i)}\t`] : []);
             await until(async () => {
-                const finished = (await here.kov('jobs')).split('\n').filter(line => /^\d+\tfinished/.test(line));
+                const finished = (await fixture.kov('jobs')).split('\n').filter(line => /^\d+\tfinished/.test(line));
                 return [...added, `last%20${tries}\t`].every(each => finished.some(line => line.includes(each)));
             }, where);
             await extension.end();
         });
     });
 
-    scene('a hung application, and a host that goes in the middle of a frame', ['kov'], async here => {
-        const pid = await here.serve();
-        const [waiting, leaving] = [here.extension(), here.extension()];
+    testWithHost('a hung application, and a host that goes in the middle of a frame', ['kov'], async fixture => {
+        const pid = await fixture.serve();
+        const [waiting, leaving] = [fixture.extension(), fixture.extension()];
         await Promise.all([waiting.reach(), leaving.reach()]);
         process.kill(pid, 'SIGSTOP');
         let answered = 0;
@@ -184,15 +184,15 @@ describe('faults', { concurrency: 4 }, () => {
         process.kill(pid, 'SIGCONT');
         checkAnswers(await Promise.all(answers), ['1'], 'resumed');
         await until(() => answers.every((_, i) => server.count(`hung/${i}`) === 1), 'the downloads');
-        deepStrictEqual(here.sandbox.running('kov'), [pid]);
+        deepStrictEqual(fixture.sandbox.running('kov'), [pid]);
         strictEqual(server.count('half'), 0);
         await waiting.end();
     });
 
     test('what is followed at once by the end of the input reaches the application', async () => {
-        await playRounds(times(300), async (here, round) => {
-            await here.serve();
-            const extension = here.extension();
+        await playRounds(times(300), async (fixture, round) => {
+            await fixture.serve();
+            const extension = fixture.extension();
             await extension.reach();
             // Sometimes more than fits into the socket at once.
             const httpPostData = 'x'.repeat(20_000);
@@ -202,16 +202,16 @@ describe('faults', { concurrency: 4 }, () => {
             if (downloads === 0)
                 extension.ask('kov_json_task', { json: `"${httpPostData}"` }, `${1000 + round}`);
             await extension.end();
-            await until(() => downloads === 0 ? here.log.includes(`JSON request ${1000 + round}\n`)
+            await until(() => downloads === 0 ? fixture.log.includes(`JSON request ${1000 + round}\n`)
                 : Array.from({ length: downloads }).every((_, i) => server.count(`end/${round}/${i}`) === 1), `round ${round}`);
         });
     });
 
-    scene('10,000 downloads in one task, and one of 64 MiB', ['kov'], async here => {
+    testWithHost('10,000 downloads in one task, and one of 64 MiB', ['kov'], async fixture => {
         // None of them has a file: creating and deleting thousands of files is not tested here.
         const paths = Array.from({ length: times(10_000) }, (_, i) => `none/${i}`);
         const httpPostData = 'data='.padEnd(64 * mebibyte, '0123456789abcdef~');
-        const extension = here.extension();
+        const extension = fixture.extension();
         checkAnswers([await extension.download(...paths.map(path => server.url(path)))], ['1'], 'many');
         checkAnswers([await extension.download({ url: server.url('big'), httpPostData })], ['1'], 'big');
         await until(() => paths.every(path => server.count(path) === 1) && server.posted.has('/big'), 'all downloads');
@@ -219,8 +219,8 @@ describe('faults', { concurrency: 4 }, () => {
         await extension.end();
     });
 
-    scene('20 hosts at once share one application and one settings file', ['kov'], async here => {
-        const extensions = Array.from({ length: 20 }, () => here.extension());
+    testWithHost('20 hosts at once share one application and one settings file', ['kov'], async fixture => {
+        const extensions = Array.from({ length: 20 }, () => fixture.extension());
         const values = { allowDownload: false, skipExtensions: 'iso xyz' };
         await Promise.all(extensions.map(async (extension, i) => {
             const answer = extension.download(server.url(`shared/${i}`));
@@ -231,34 +231,34 @@ describe('faults', { concurrency: 4 }, () => {
         }));
         await until(() => extensions.every(extension => extension.hasSettings(values)), 'the settings at all hosts');
         await until(() => extensions.every((_, i) => server.count(`shared/${i}`) === 1), 'all downloads');
-        await until(() => here.sandbox.running('kov').length === 1, 'one application to stay');
+        await until(() => fixture.sandbox.running('kov').length === 1, 'one application to stay');
         await Promise.all(extensions.map(extension => extension.end()));
-        await here.kov('quit');
-        await until(() => here.sandbox.running('kov').length === 0, 'its end');
+        await fixture.kov('quit');
+        await until(() => fixture.sandbox.running('kov').length === 0, 'its end');
 
         // Without a running application, the settings come from the file.
-        const last = here.extension();
+        const last = fixture.extension();
         await last.querySettings();
         ok(last.hasSettings(values), JSON.stringify(last.settings.current));
         await last.end();
-        const files = readdirSync(here.sandbox.home, { recursive: true }).filter(name => name.endsWith('/db.sqlite'));
+        const files = readdirSync(fixture.sandbox.home, { recursive: true }).filter(name => name.endsWith('/db.sqlite'));
         strictEqual(files.length, 1, `${files}`);
     });
 
-    scene('the application and the extension change settings at the same moment', ['kov'], async here => {
+    testWithHost('the application and the extension change settings at the same moment', ['kov'], async fixture => {
         const random = numbers(seed);
-        await here.serve();
-        const extension = here.extension();
+        await fixture.serve();
+        const extension = fixture.extension();
         await extension.reach();
         await extension.querySettings();
         for (let round = 1; round <= times(60); ++round) {
             const where = `seed ${seed}, round ${round}`;
-            const told = here.kov('set', 'WbDownloadsUnwantedHostsList', `h${round}`);
+            const told = fixture.kov('set', 'WbDownloadsUnwantedHostsList', `h${round}`);
             await pause(random.below(sanitized ? 300 : 30));
             await extension.settings.change({ 'monitor.skipExtensions': `x${round}` });
             await told;
             await until(() => extension.hasSettings({ skipExtensions: `x${round}`, skipServers: `h${round}` }), where);
-            match(await here.kov('list'), new RegExp(`ExtensionsList=x${round}\n(.*\n)*?.*HostsList=h${round}\n`), where);
+            match(await fixture.kov('list'), new RegExp(`ExtensionsList=x${round}\n(.*\n)*?.*HostsList=h${round}\n`), where);
         }
         await extension.end();
     });

@@ -8,17 +8,17 @@ import { after, before, describe } from 'node:test';
 import { until } from '../../tools/drivers/hostprocess.mjs';
 import { inHome } from './support/home.mjs';
 import { makeStream, played, wholeFilm } from './support/streams.mjs';
-import { ToldServer } from './support/toldserver.mjs';
+import { ConfigurableServer } from './support/configurableserver.mjs';
 
 let server;
-before(async () => { server = await ToldServer.start(); });
+before(async () => { server = await ConfigurableServer.start(); });
 after(() => server.stop());
 
 /** Serves a stream below a path. change(name, content) may return other content, or server options. */
 function serve(path, files, change = (_name, content) => content) {
     for (const [name, content] of Object.entries(files)) {
         const what = change(name, content);
-        server.tell(path + name, Buffer.isBuffer(what) || typeof what === 'string' ? { status: 200, body: what } : what);
+        server.respond(path + name, Buffer.isBuffer(what) || typeof what === 'string' ? { status: 200, body: what } : what);
     }
 }
 
@@ -58,7 +58,7 @@ describe('streams', { concurrency: 2 }, () => {
             await until(async () => {
                 const [{ state, percent }] = await home.jobs();
                 // ffmpeg decides when to report more than 0 %.
-                return state === 'running' && percent >= 0 && server.visits('/film/list1.3.ts').length === attempt;
+                return state === 'running' && percent >= 0 && server.requestsTo('/film/list1.3.ts').length === attempt;
             }, `a part of it to be there, for the ${attempt}. time`);
             match(commandLines('/film/').join(), /^(?!.*(given|secret|ticket)).+/);
             await home.kill();
@@ -70,14 +70,14 @@ describe('streams', { concurrency: 2 }, () => {
         deepStrictEqual([job.state, job.error, home.files()], ['finished', '', ['master.mp4']]);
         deepStrictEqual(played(join(home.folder, 'master.mp4')), wholeFilm);
         const asked = path => {
-            const { headers } = server.visits(path)[0];
+            const { headers } = server.requestsTo(path)[0];
             return [headers['user-agent'], headers.referer, headers.cookie?.split('; ').sort().join('; ')];
         };
         deepStrictEqual(asked('/film/master.m3u8'), ['Browser/1.0', page, 'given=1']);
         deepStrictEqual(asked('/film/list1.1.ts'), ['Browser/1.0', page, 'given=1; ticket=9']);
         deepStrictEqual(asked('/far/list1.0.ts'), ['Browser/1.0', server.url('/'), undefined]);
         // Of the other qualities, only the beginning is read.
-        strictEqual(server.visits('/film/list0.3.ts').length, 0);
+        strictEqual(server.requestsTo('/film/list0.3.ts').length, 0);
         await extension.end();
     });
 
@@ -102,7 +102,7 @@ describe('streams', { concurrency: 2 }, () => {
             strictEqual(jobs[index].state, reason ? 'failed' : 'finished', JSON.stringify(jobs[index]));
             match(jobs[index].error, reason ?? /^$/);
         }
-        ok(server.visits('/cut/list1.2.ts').some(({ headers }) => headers.range === 'bytes=5000-'));
+        ok(server.requestsTo('/cut/list1.2.ts').some(({ headers }) => headers.range === 'bytes=5000-'));
         for (const job of jobs.slice(-2))
             deepStrictEqual(played(job.path), wholeFilm);
         deepStrictEqual(home.files().filter(name => name.endsWith('.mp4')), ['film.mp4', 'master.mp4']);
@@ -118,9 +118,9 @@ describe('streams', { concurrency: 2 }, () => {
         const half = whole.slice(0, whole.indexOf('#EXTINF', whole.indexOf('list1.1.ts'))).replace('#EXT-X-PLAYLIST-TYPE:VOD\n', '');
         serve('/live/', hls, (name, content) => name === 'list1.m3u8' ? half : content);
         const ids = await home.add('--stream', server.url('/aes/master.m3u8'), server.url('/webm/film.mpd'), server.url('/live/list1.m3u8'));
-        await until(() => commandLines('/live/').length > 0 && server.visits('/live/list1.1.ts').length > 0,
+        await until(() => commandLines('/live/').length > 0 && server.requestsTo('/live/list1.1.ts').length > 0,
                     'the live stream to be recorded');
-        server.tell('/live/list1.m3u8', { status: 200, body: whole });
+        server.respond('/live/list1.m3u8', { status: 200, body: whole });
         const jobs = await Promise.all(ids.map(id => home.job(id)));
         deepStrictEqual(jobs.map(job => job.error), ['', '', '']);
         const inWebM = { ...wholeFilm, isMp4: false, streams: ['opus', 'vp8 320'] };

@@ -1,13 +1,13 @@
 #include "abstractjsonrequestsmanager.h"
 #include "appremotefrontendclientmodule.h"
 #include "appremotefrontendclientvhipcprocessor.h"
+#include "fakeclock.h"
 #include "kovcommandclient.h"
 #include "kovservice.h"
 #include "qtabstractsocketvhipc.h"
 #include "qtappsettingsinmemorymanager.h"
 #include "qtlocalsocket.h"
 #include "temporaryconfig.h"
-#include "turnedclock.h"
 #include "uniqueint64idgen.h"
 #include "vhipcmisctasksclient.h"
 #include "vhipcsettings.h"
@@ -122,7 +122,7 @@ private Q_SLOTS:
     void endsByItselfWhenIdle()
     {
         m_service.reset();
-        TurnedClock clock;
+        FakeClock clock;
         KovService service(TemporaryConfig(m_folder->filePath(u"data"_qs)), nullptr, m_serverName,
                            nullptr, clock);
         const QSignalSpy stopped(&service, &KovService::stopped);

@@ -65,7 +65,7 @@ public:
             client);
     }
     /// Handles a message, and returns what has been sent since the last call.
-    QString tell(const QString &message)
+    QString send(const QString &message)
     {
         dispatcher->onConsoleGotMessage(QString(message).replace(u'\'', u'"'));
         return sent();

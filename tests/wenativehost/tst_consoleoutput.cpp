@@ -130,8 +130,8 @@ private Q_SLOTS:
             sender->enableFlags(ConsoleMessagesSender::AddCrLf | ConsoleMessagesSender::TextLength,
                                 true);
             QByteArray expected;
-            int mostWrites = 0;
-            int mostFlushes = 0;
+            int maxWrites = 0;
+            int maxFlushes = 0;
             triesWithoutBlocking = 0;
             for (const int size : {0, 1, 4094, 4095, 4096, 4097, 8190, 8192, 65536, 300'000}) {
                 QByteArray body(size, 'x');
@@ -142,8 +142,8 @@ private Q_SLOTS:
                     sender->sendMessage(QString::fromLatin1(body));
                 else
                     sender->sendUtf8(body.toStdString());
-                mostWrites = std::max(mostWrites, writes);
-                mostFlushes = std::max(mostFlushes, flushes);
+                maxWrites = std::max(maxWrites, writes);
+                maxFlushes = std::max(maxFlushes, flushes);
                 expected += QByteArray::number(size) + ' ' + body + "\r\n";
             }
             sender->sendUtf8("\xc3\xa4\xff");
@@ -154,8 +154,8 @@ private Q_SLOTS:
             reader.join();
             ::close(ends[0]);
             QVERIFY(got == expected);
-            QCOMPARE(mostWrites, 3); // the length, the body, the line break
-            QCOMPARE(mostFlushes, 1);
+            QCOMPARE(maxWrites, 3); // the length, the body, the line break
+            QCOMPARE(maxFlushes, 1);
             if (isOld)
                 QCOMPARE(triesWithoutBlocking, 1);
             isOldKernel = false;

@@ -16,7 +16,7 @@ class TestCreateDownloads : public QObject {
     /// The answer to a task with these members and downloads.
     QString create(const QString &id, const QString &items, const QString &members = {})
     {
-        return m_host->tell(
+        return m_host->send(
             u"{'id':'%1','type':'create_downloads',"
             "'create_downloads':{'downloads':{'item':[%2]}%3}}"_qs.arg(id, items, members));
     }
@@ -134,8 +134,8 @@ private Q_SLOTS:
             create(id, one);
         const QString video = u"{'id':'same','type':'video_sniffer',"
                               "'video_sniffer':{'url':'http://a.org/v.mp4'}}"_qs;
-        m_host->tell(video);
-        m_host->tell(video);
+        m_host->send(video);
+        m_host->send(video);
         QCOMPARE(m_host->jobs.size(), 5);
         QVERIFY(!m_host->jobs.at(3).isBrowsersOwn);
         QVERIFY(finish(3, false).contains(u"'id':'same','result':'','type':'video_sniffer'"_qs));
@@ -146,7 +146,7 @@ private Q_SLOTS:
         const QString added = finish(4, true);
         QVERIFY(added.contains(u"'id':'same','result':'1','type':'video_sniffer'"_qs));
         QVERIFY(added.contains(u"'error2':''"_qs));
-        m_host->tell(video);
+        m_host->send(video);
         QVERIFY(finish(5, false, true).contains(u"'error2':'no späce','result':'0'"_qs));
         create(u"same"_qs, one);
         QCOMPARE(finish(6, true), answered(u"same"_qs, u""_qs, u"1"_qs));
@@ -176,7 +176,7 @@ private Q_SLOTS:
         QCOMPARE(log.texts().filter(u"LinkSuccessor"_qs),
                  QStringList(u"[LinkSuccessor]: 1 of 4 downloads were delivered"_qs));
         const QString handshake = u"{'id':'1','type':'handshake','handshake':{}}"_qs;
-        QStringList told = m_host->tell(handshake).split(u'|').sliced(1);
+        QStringList told = m_host->send(handshake).split(u'|').sliced(1);
         told.sort();
         QCOMPARE(told.size(), 3);
         const std::pair<QString, QString> expected[] = {{u"b.zip"_qs, u"no späce"_qs},
@@ -184,7 +184,7 @@ private Q_SLOTS:
                                                         {u"host"_qs, u"no answer"_qs}};
         for (const auto &[name, reason] : expected)
             QVERIFY(told.filter(u"'result':'%1'"_qs.arg(name)).join(QString()).contains(reason));
-        QCOMPARE(m_host->tell(handshake).count(u'|'), 0); // told once
+        QCOMPARE(m_host->send(handshake).count(u'|'), 0); // told once
         QCOMPARE(log.texts().filter(u"3 downloads never reached"_qs).size(), 1);
         // 64 KiB are kept: a line is {"name":"...","reason":""} and its end.
         QVERIFY(log.texts().filter(u"cannot be kept"_qs).isEmpty());

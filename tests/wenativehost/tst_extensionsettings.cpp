@@ -70,7 +70,7 @@ private Q_SLOTS:
         IsolatedHost host;
         QCOMPARE(known(host), u"00 0 '' 0 '' 0"_qs);
         const QSignalSpy written(&host.settings(), &QtAppAbstractSettingsManager::valuesChanged);
-        host.tell(post("'enable':true,'allowDownload':true,'skipSmallerThan':'1048576',"
+        host.send(post("'enable':true,'allowDownload':true,'skipSmallerThan':'1048576',"
                        "'skipExtensions':'pls mé','skipServersEnabled':true,"
                        "'skipServers':'a.org b.org','skipIfKeyPressed':true"));
         QCOMPARE(written.constFirst().at(0).value<Values>(), allValues());
@@ -85,7 +85,7 @@ private Q_SLOTS:
                                    {WbDontInterceptDownloadsWithUnwantedExtensions, "0"},
                                    {WbDontInterceptDownloadsFromUnwantedHosts, "0"},
                                    {WbDontInterceptDownloadsIfKeyIsPressed, "0"}});
-        host.tell(post("'enable':false,'allowDownload':false,'skipServers':'b.org'"));
+        host.send(post("'enable':false,'allowDownload':false,'skipServers':'b.org'"));
         QCOMPARE(written.constLast().at(0).value<Values>(), off);
         other.settings().setValues(off, application);
         QCOMPARE(known(other), u"00 0 '' 0 'a.org b.org' 0"_qs);
@@ -108,7 +108,7 @@ private Q_SLOTS:
         host.set(LocaleName, "de");
         host.set(WbInterceptDownloads, "1");
         for (int i = 0; i < 2; ++i) // the same value again is no change
-            host.tell(post("'enable':true,'skipSmallerThan':'5'", ",'locale':'de'"));
+            host.send(post("'enable':true,'skipSmallerThan':'5'", ",'locale':'de'"));
         QCOMPARE(changed, QList<QVariantList>({{false}, {true}}));
         host.settings().setValues(values({{WbAbortedInterceptedDownloadForwardToBrowser, "0"}}),
                                   application);
@@ -127,7 +127,7 @@ private Q_SLOTS:
         host.set(WbInterceptDownloads, "1");
         host.set(WbInterceptDownloads, "0");
         QCOMPARE(host.sent(), u""_qs); // no query yet
-        host.tell(query(u"1"_qs));
+        host.send(query(u"1"_qs));
         host.set(LocaleName, "de");
         QCOMPARE(host.sent(), u""_qs);
         host.set(WbDontInterceptDownloadsIfKeyIsPressed, "1");
@@ -140,14 +140,14 @@ private Q_SLOTS:
                  "'enableSnifferDll':false,'showButton':true}}},'locale':''},"
                  "'type':'query_settings'}"_qs);
         // The extension is not notified of its own change.
-        QCOMPARE(host.tell(post("", ",'locale':'de'")), posted);
+        QCOMPARE(host.send(post("", ",'locale':'de'")), posted);
     }
 
     /// The application has other defaults, and the host must not change any of the user's choices.
     void applicationWithOtherDefaults()
     {
         IsolatedHost host(false);
-        QVERIFY(host.tell(query(u"1"_qs)).contains(u"'skipExtensions':'pls m3u'"));
+        QVERIFY(host.send(query(u"1"_qs)).contains(u"'skipExtensions':'pls m3u'"));
         QVariantHash defaults{{u"WbDownloadsUnwantedExtensionsList"_qs, u"iso"_qs},
                               {u"WbDownloadsUnwantedHostsList"_qs, u"h.org"_qs},
                               {u"WbDownloadsTooSmallSizeValue"_qs, u"5000000000"_qs},
@@ -158,7 +158,7 @@ private Q_SLOTS:
         QCOMPARE(known(host), u"01 0 'iso' 1 'h.org' 1"_qs);
         const QSignalSpy written(&host.settings(), &QtAppAbstractSettingsManager::valuesChanged);
         const QString record = told.section(u"'settings':"_qs, 1).section(u",'type'"_qs, 0, 0);
-        host.tell(u"{'id':'2','type':'post_settings','post_settings':%1}"_qs.arg(record).replace(
+        host.send(u"{'id':'2','type':'post_settings','post_settings':%1}"_qs.arg(record).replace(
             u"'allowDownload':true"_qs, u"'allowDownload':false"_qs));
         QCOMPARE(written.size(), 1);
         QCOMPARE(written.constFirst().at(0).value<Values>(),
@@ -183,12 +183,12 @@ private Q_SLOTS:
             values({{WbInterceptDownloads, "0"}}), application);
         QVERIFY(then == 0 || host.connectToApplication());
         const QString left = answer(u"c"_qs, u"create_downloads"_qs, u"ignoredDueSettings"_qs);
-        QString sent = host.tell(
+        QString sent = host.send(
             u"{'id':'c','type':'create_downloads','create_downloads':{'catchedDownloads':'1',"
             "'downloads':{'item':[{'url':'http://a.org/b'}]}}}"_qs);
         // Compared with the defaults, this would be no change.
-        sent += host.tell(post("'enable':true,'skipIfKeyPressed':false"));
-        sent += host.tell(query(u"q"_qs));
+        sent += host.send(post("'enable':true,'skipIfKeyPressed':false"));
+        sent += host.send(query(u"q"_qs));
         QCOMPARE(sent.isEmpty(), then != 0);
         if (then == 1)
             host.takeAll({{u"WbInterceptDownloads"_qs, u"0"_qs}}, {});
@@ -204,7 +204,7 @@ private Q_SLOTS:
 
     void storeHeldByAnotherProcess()
     {
-        IsolatedHost(false).tell(query(u"1"_qs));
+        IsolatedHost(false).send(query(u"1"_qs));
         IsolatedHost host(false);
         // For SQLite, this is like another process's connection.
         SqlDatabaseManager other(host.databasePath(), u"other"_qs,
@@ -221,21 +221,21 @@ private Q_SLOTS:
                     .exec());
         QElapsedTimer timer;
         timer.start();
-        QVERIFY(host.tell(query(u"1"_qs)).contains(u"'enable':true")); // only defaults
+        QVERIFY(host.send(query(u"1"_qs)).contains(u"'enable':true")); // only defaults
         const auto store = [](const char *error, const char *result) {
             return answer({}, u"settings_store"_qs, QLatin1String(error), QLatin1String(result));
         };
         // The change is in effect, the answer has no error, and a notification reports the store.
-        QCOMPARE(host.tell(post("'enable':true,'skipExtensions':'iso'")), posted);
+        QCOMPARE(host.send(post("'enable':true,'skipExtensions':'iso'")), posted);
         QString told;
         QTRY_VERIFY((told += host.sent()).contains(store("busy", "")));
-        QCOMPARE(host.tell(post("'enable':true,'skipExtensions':'iso','allowDownload':false")),
+        QCOMPARE(host.send(post("'enable':true,'skipExtensions':'iso','allowDownload':false")),
                  posted);
         QVERIFY2(!timer.hasExpired(2500), "it was waited for more than once");
         other.closeDatabase();
         // Settings that could not be read are read with the next query; later changes take
         // precedence.
-        told = host.tell(query(u"2"_qs));
+        told = host.send(query(u"2"_qs));
         QVERIFY2(told.contains(u"'enable':false") && told.contains(u"'skipExtensions':'iso'"),
                  qPrintable(told));
         QTRY_VERIFY((told += host.sent()).contains(store("", "1")));
@@ -249,7 +249,7 @@ private Q_SLOTS:
     {
         IsolatedHost host;
         QVERIFY(host.connectToApplication());
-        host.tell(post("'skipExtensions':'iso'"));
+        host.send(post("'skipExtensions':'iso'"));
         QVERIFY(!QFile::exists(host.databasePath()));
         QVERIFY(host.disconnectFromApplication());
         QCOMPARE(host.client->dataAccessHelper()->settings()->allValues().value(
@@ -261,7 +261,7 @@ private Q_SLOTS:
     {
         IsolatedHost host;
         const LogCapture log;
-        host.tell(post("'enable':'yes','skipSmallerThan':'x','skipServers':null,'video':5,"
+        host.send(post("'enable':'yes','skipSmallerThan':'x','skipServers':null,'video':5,"
                        "'allowDownload':false",
                        ",'locale':1"));
         QStringList lines;
@@ -270,7 +270,7 @@ private Q_SLOTS:
                 QLatin1String(name));
         QCOMPARE(log.texts().filter(u"[pmxMembers]"_qs), lines);
         QCOMPARE(log.texts().filter(u"is no object"_qs), QStringList());
-        host.tell(u"{'id':'1','type':'handshake','handshake':'1'}"_qs);
+        host.send(u"{'id':'1','type':'handshake','handshake':'1'}"_qs);
         QCOMPARE(log.texts().constLast(),
                  u"[pmxKovBhIpcTask]: WARNING: the record \"handshake\" is no object"_qs);
     }

@@ -1,5 +1,6 @@
 #include "browseractivitymonitor.h"
 #include "browsertabsrequeststracker.h"
+#include "fakeclock.h"
 #include "isolatedhost.h"
 #include "mediarequestsanalyzer.h"
 #include "mediarequestscollector.h"
@@ -8,7 +9,6 @@
 #include "pmxjsonserializeobject.h"
 #include "pmxkovbhipcnetworkrequestnotificationtaskprocessor.h"
 #include "pmxkovbhipctask.h"
-#include "turnedclock.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -23,7 +23,7 @@ namespace {
 /// The objects that find media, connected as in the dispatcher, but without it.
 class Sniffer {
 public:
-    void tell(const QJsonObject &record)
+    void report(const QJsonObject &record)
     {
         const QString type = u"network_request_notification"_qs;
         const auto task = std::make_shared<pmxKovBhIpcTask>();
@@ -32,15 +32,15 @@ public:
         pmxJsonSerializeObject(*task, message.toJson().toStdString(), 0);
         processor.process(task, [](const auto &, const auto &) {});
     }
-    void tell(const QString &type, const QString &id, const QString &data = {},
-              const QString &page = u"http://page/watch"_qs, const QString &headers = {})
+    void report(const QString &type, const QString &id, const QString &data = {},
+                const QString &page = u"http://page/watch"_qs, const QString &headers = {})
     {
-        tell({{u"type"_qs, type},
-              {u"requestId"_qs, id},
-              {u"url"_qs, u"http://host/"_qs + id},
-              {u"data"_qs, data},
-              {u"srcTabUrl"_qs, page},
-              {u"requestHeaders"_qs, headers}});
+        report({{u"type"_qs, type},
+                {u"requestId"_qs, id},
+                {u"url"_qs, u"http://host/"_qs + id},
+                {u"data"_qs, data},
+                {u"srcTabUrl"_qs, page},
+                {u"requestHeaders"_qs, headers}});
     }
     /// A request with a response; members that are left out have usual values.
     void see(const QJsonObject &seen)
@@ -50,19 +50,19 @@ public:
                            {u"srcTabUrl"_qs, seen[u"page"].toString(u"http://page/watch"_qs)},
                            {u"requestHeaders"_qs, seen[u"requestHeaders"]},
                            {u"responseHeaders"_qs, seen[u"headers"]}};
-        const auto tellAs = [&](const QString &type, const QJsonValue &data) {
+        const auto reportAs = [&](const QString &type, const QJsonValue &data) {
             record[u"type"] = type;
             record[u"data"] = data;
-            tell(record);
+            report(record);
         };
-        tellAs(u"request"_qs, seen[u"method"].toString(u"GET"_qs));
-        tellAs(u"response"_qs, seen[u"status"].toString(u"200"_qs));
+        reportAs(u"request"_qs, seen[u"method"].toString(u"GET"_qs));
+        reportAs(u"response"_qs, seen[u"status"].toString(u"200"_qs));
         if (seen.contains(u"playlist"))
-            tellAs(u"playlist"_qs, seen[u"playlist"]);
-        tellAs(u"completed"_qs, {});
+            reportAs(u"playlist"_qs, seen[u"playlist"]);
+        reportAs(u"completed"_qs, {});
     }
 
-    TurnedClock clock;
+    FakeClock clock;
     QSharedPointer<NetworkRequestsCollector> requests =
         QSharedPointer<NetworkRequestsCollector>::create(nullptr, clock);
     QSharedPointer<MediaRequestsCollector> media =
@@ -123,14 +123,14 @@ private Q_SLOTS:
     {
         QFETCH(const QJsonObject, scene);
         Sniffer sniffer;
-        const QJsonArray allTold = scene[u"told"].toArray();
-        for (const auto &told : allTold) {
-            if (told[u"downloading"].isString())
-                sniffer.monitor->downloadBegan(told[u"downloading"].toString().toStdString());
-            else if (told[u"type"].isString())
-                sniffer.tell(told.toObject());
+        const QJsonArray events = scene[u"events"].toArray();
+        for (const auto &event : events) {
+            if (event[u"downloading"].isString())
+                sniffer.monitor->downloadBegan(event[u"downloading"].toString().toStdString());
+            else if (event[u"type"].isString())
+                sniffer.report(event.toObject());
             else
-                sniffer.see(told.toObject());
+                sniffer.see(event.toObject());
         }
         QCOMPARE(described(sniffer.media->mediaRequests()), scene[u"finds"].toString());
         QCOMPARE(described(sniffer.media->partsOf("http://page/watch")),
@@ -145,8 +145,8 @@ private Q_SLOTS:
     {
         IsolatedHost host;
         QVERIFY(host.connectToApplication());
-        const auto tell = [&host](const char *type, const QString &record) {
-            return host.tell(
+        const auto send = [&host](const char *type, const QString &record) {
+            return host.send(
                 u"{'id':'7','type':'%1','%1':{%2}}"_qs.arg(QLatin1String(type), record));
         };
         const auto sniffed = [](const QString &error, const QString &result,
@@ -166,9 +166,9 @@ private Q_SLOTS:
                   u"'type':'response','data':'200','responseHeaders':'content-type: %1\\r\\n'"_qs
                       .arg(QLatin1String(type)),
                   u"'type':'completed'"_qs})
-                QCOMPARE(tell("network_request_notification", request + told),
+                QCOMPARE(send("network_request_notification", request + told),
                          answer(u"7"_qs, u"network_request_notification"_qs, u""_qs));
-            QCOMPARE(tell("video_sniffer", u"'webPageUrl':'http://p/'"_qs), u""_qs);
+            QCOMPARE(send("video_sniffer", u"'webPageUrl':'http://p/'"_qs), u""_qs);
             const AbstractNewDownloadsRequestJob &job = host.jobs.constLast();
             const AbstractDownloadPersistentInfo &download = *job.request.downloads.at(0).info;
             QCOMPARE(job.request.preferredDownloadType, expected);
@@ -179,11 +179,11 @@ private Q_SLOTS:
                                                                        false);
             QCOMPARE(host.sent(), sniffed(u""_qs, u"1"_qs));
         }
-        QCOMPARE(tell("video_sniffer", u""_qs),
+        QCOMPARE(send("video_sniffer", u""_qs),
                  sniffed(u"invalid arguments"_qs, u""_qs, u"no page, URL or request is named"_qs));
-        QCOMPARE(tell("video_sniffer", u"'url':'blob:http://h/1'"_qs),
+        QCOMPARE(send("video_sniffer", u"'url':'blob:http://h/1'"_qs),
                  sniffed(u"invalid arguments"_qs, u""_qs, u"the URL cannot be downloaded"_qs));
-        QCOMPARE(tell("browser_download_state_report", u"'url':'http://h/x','state':'odd'"_qs),
+        QCOMPARE(send("browser_download_state_report", u"'url':'http://h/x','state':'odd'"_qs),
                  answer(u"7"_qs, u"browser_download_state_report"_qs, u"invalid arguments"_qs));
 
         const auto plain = [](QString sent) { return sent.replace(u"\\/"_qs, u"/"_qs); };
@@ -192,8 +192,8 @@ private Q_SLOTS:
             return QTest::qWaitFor([&] { return !(text = host.sent()).isEmpty(); }) ? plain(text)
                                                                                     : QString();
         };
-        const auto note = [&tell](const QString &record) {
-            tell("network_request_notification", record);
+        const auto note = [&send](const QString &record) {
+            send("network_request_notification", record);
         };
         // From here on the extension is notified of the media: at once, and after changes.
         note(u"'type':'media_wanted'"_qs);
@@ -223,8 +223,8 @@ private Q_SLOTS:
         note(request + u"'type':'playlist','data':'<MPD height=\\\"720\\\"/>'"_qs);
         QCOMPARE(nextSent(), told(stream.arg(u"720p"_qs, u"false"_qs)));
         // The browser's own downloads are ignored.
-        tell("browser_download_state_report", u"'url':'http://h/x','state':'in_progress'"_qs);
-        QCOMPARE(plain(tell("video_sniffer", u"'webPageUrl':'http://p/'"_qs)),
+        send("browser_download_state_report", u"'url':'http://h/x','state':'in_progress'"_qs);
+        QCOMPARE(plain(send("video_sniffer", u"'webPageUrl':'http://p/'"_qs)),
                  told(u""_qs) + u'|' + sniffed(u"no_media_found"_qs, u""_qs));
         // Browsers accept no message over 1 MB: only the best media are sent.
         const QString headers = u"\\u0001"_qs.repeated(20'000);
@@ -247,25 +247,25 @@ private Q_SLOTS:
         sniffer.see({{u"id"_qs, u"film"_qs}, {u"url"_qs, u"http://h/film.mp4"_qs}});
         QCOMPARE(described(sniffer.media->mediaRequests()), u"film:video"_qs);
         for (size_t i = 1; i < NetworkRequestsCollector::maxRequests; ++i)
-            sniffer.tell(u"request"_qs, QString::number(i));
+            sniffer.report(u"request"_qs, QString::number(i));
         for (const char *id : {"700", "500"})
-            sniffer.tell(u"completed"_qs, QLatin1String(id));
+            sniffer.report(u"completed"_qs, QLatin1String(id));
         for (const char *id : {"a", "b", "c"})
-            sniffer.tell(u"request"_qs, QLatin1String(id));
+            sniffer.report(u"request"_qs, QLatin1String(id));
         QCOMPARE(sniffer.requests->requests().size(), NetworkRequestsCollector::maxRequests);
         QVERIFY(!has("700") && !has("500") && !has("1") && has("2") && has("film"));
 
         // Further events of what is kept do not make it less worth.
-        sniffer.tell({{u"type"_qs, u"playlist"_qs}, {u"requestId"_qs, u"film"_qs}});
-        sniffer.tell({{u"type"_qs, u"completed"_qs}, {u"requestId"_qs, u"film"_qs}});
-        sniffer.tell(u"request"_qs, u"d"_qs);
+        sniffer.report({{u"type"_qs, u"playlist"_qs}, {u"requestId"_qs, u"film"_qs}});
+        sniffer.report({{u"type"_qs, u"completed"_qs}, {u"requestId"_qs, u"film"_qs}});
+        sniffer.report(u"request"_qs, u"d"_qs);
         QVERIFY(!has("2") && has("4") && has("film"));
 
         // A page's media are kept as long as the page. An unknown event is none.
         sniffer.clock.advance(NetworkRequestsCollector::maxAgeMs);
         QVERIFY(has("4"));
-        sniffer.tell(u"response"_qs, u"3"_qs, u"200"_qs);
-        sniffer.tell(u"odd"_qs, u"4"_qs);
+        sniffer.report(u"response"_qs, u"3"_qs, u"200"_qs);
+        sniffer.report(u"odd"_qs, u"4"_qs);
         sniffer.clock.advance(1);
         QVERIFY(!has("4") && has("3"));
         QCOMPARE(sniffer.requests->requests().size(), size_t(2));
@@ -277,19 +277,19 @@ private Q_SLOTS:
     {
         Sniffer sniffer;
         const auto respond = [&sniffer](const QString &length) {
-            sniffer.tell({{u"type"_qs, u"response"_qs},
+            sniffer.report({{u"type"_qs, u"response"_qs},
                           {u"requestId"_qs, u"1"_qs},
                           {u"data"_qs, u"200"_qs},
                           {u"responseHeaders"_qs,
                            u"content-type: video/mp4\r\ncontent-length: "_qs + length}});
             return described(sniffer.media->mediaRequests());
         };
-        sniffer.tell(u"request"_qs, u"1"_qs);
+        sniffer.report(u"request"_qs, u"1"_qs);
         QCOMPARE(respond(u"1"_qs), QString());
         QCOMPARE(respond(u"900000"_qs), u"1:video:900000"_qs);
         QCOMPARE(respond(u"1"_qs), QString());
         QCOMPARE(respond(u"900000"_qs), u"1:video:900000"_qs);
-        sniffer.tell(u"failed"_qs, u"1"_qs);
+        sniffer.report(u"failed"_qs, u"1"_qs);
         QCOMPARE(described(sniffer.media->mediaRequests()), QString());
     }
 
@@ -303,9 +303,9 @@ private Q_SLOTS:
         const auto page = [&random] { return u"http://page/%1"_qs.arg(random() % 3000); };
         for (int i = 0; i < 4'000; ++i) {
             const QString &type = types[static_cast<qsizetype>(random()) % types.size()];
-            sniffer.tell(type, QString::number(random() % 4000),
-                         type.startsWith(u"tab"_qs) ? page() : QString::number(200), page(),
-                         QString(static_cast<qsizetype>(random() % 60'000), u'h'));
+            sniffer.report(type, QString::number(random() % 4000),
+                           type.startsWith(u"tab"_qs) ? page() : QString::number(200), page(),
+                           QString(static_cast<qsizetype>(random() % 60'000), u'h'));
             if (i % 50 != 0)
                 continue;
             sniffer.clock.advance(MediaRequestsCollector::settleMs);
@@ -318,7 +318,7 @@ private Q_SLOTS:
 
         // A single notification beyond the limit is not kept, and has no other effect.
         const size_t before = sniffer.requests->requests().size();
-        sniffer.tell(u"request"_qs, u"huge"_qs, {}, {}, QString(20 << 20, u'h'));
+        sniffer.report(u"request"_qs, u"huge"_qs, {}, {}, QString(20 << 20, u'h'));
         QVERIFY(!sniffer.requests->request("huge"));
         QVERIFY(sniffer.requests->requests().size() + 1 >= before);
 

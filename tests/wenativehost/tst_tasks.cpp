@@ -56,7 +56,7 @@ private Q_SLOTS:
     void answers()
     {
         QFETCH(const QString, message);
-        QTEST(IsolatedHost().tell(message), "expected");
+        QTEST(IsolatedHost().send(message), "expected");
     }
 
     /// Usually only what went wrong.
@@ -65,9 +65,9 @@ private Q_SLOTS:
         IsolatedHost host;
         for (const int level : {1, 3}) {
             const LogCapture log(level);
-            host.tell(u"{'id':'5','type':'key_state'}"_qs);
-            host.tell(u"{'id':'6','type':'odd'}"_qs);
-            host.tell(u"{"_qs);
+            host.send(u"{'id':'5','type':'key_state'}"_qs);
+            host.send(u"{'id':'6','type':'odd'}"_qs);
+            host.send(u"{"_qs);
             const QString texts = log.texts().join(u'|');
             QCOMPARE(texts.contains(u"task key_state #5 answered after"_qs), level == 3);
             QVERIFY(texts.contains(u"task of unknown type #6 answered after"_qs));
@@ -92,7 +92,7 @@ private Q_SLOTS:
                  u"{'error':'','id':'','keyCode':45,'pressed':false,'result':'',"
                  "'type':'key_state'}"_qs);
         host.sender.reset();
-        host.tell(u"{'id':'1','type':'handshake','handshake':{}}"_qs);
+        host.send(u"{'id':'1','type':'handshake','handshake':{}}"_qs);
         key->setHeld(true);
         QCOMPARE(host.sent(), u""_qs);
     }

@@ -22,7 +22,7 @@ class TestWeNativeHostModule : public QObject {
     /// The first of the captions that are sent to the extension.
     QString caption()
     {
-        const QString strings = m_host->tell(u"{'id':'1','type':'ui_strings'}"_qs);
+        const QString strings = m_host->send(u"{'id':'1','type':'ui_strings'}"_qs);
         return strings.section(u"'dllink':'"_qs, 1).section(u'\'', 0, 0);
     }
     const QString english = u"Download with KOV"_qs;

@@ -5,7 +5,7 @@ import { readFileSync } from 'node:fs';
 import { FrameReader, encodeFrame } from './framing.mjs';
 
 /** A timeout in milliseconds. Long enough for a sanitized host on a busy machine; only a hang reaches it. */
-const patience = 120_000;
+const timeoutMs = 120_000;
 
 const handshakeOptions = {
     crlf: 'response_add_crlf',
@@ -76,7 +76,7 @@ export class HostProcess {
     receiveText() {
         if (this.#answers.length > 0)
             return Promise.resolve(this.#answers.shift());
-        return withPatience(new Promise((resolve, reject) => this.#waiting.push({ resolve, reject })),
+        return withTimeout(new Promise((resolve, reject) => this.#waiting.push({ resolve, reject })),
                             () => `no message from the host\n${this.log}`);
     }
 
@@ -117,7 +117,7 @@ export class HostProcess {
     kill() { this.child.kill('SIGKILL'); }
 
     /** How the process ended, as { code, signal }. */
-    end() { return withPatience(this.ended, () => `the host does not end\n${this.log}`); }
+    end() { return withTimeout(this.ended, () => `the host does not end\n${this.log}`); }
 
     /** A value in kB from /proc/PID/status, such as VmHWM (peak memory). */
     statusKilobytes(name) {
@@ -152,17 +152,17 @@ export class HostProcess {
     }
 }
 
-function withPatience(promise, describe) {
+function withTimeout(promise, describe) {
     let timer;
     const limit = new Promise((_, reject) => {
-        timer = setTimeout(() => reject(new Error(describe())), patience);
+        timer = setTimeout(() => reject(new Error(describe())), timeoutMs);
     });
     return Promise.race([promise, limit]).finally(() => clearTimeout(timer));
 }
 
 /** Polls until the condition is true. "what", for the error, is a text or a function that returns one.
  *  limit: in milliseconds. */
-export async function until(condition, what, limit = patience) {
+export async function until(condition, what, limit = timeoutMs) {
     const end = Date.now() + limit;
     while (!await condition()) {
         if (Date.now() > end)

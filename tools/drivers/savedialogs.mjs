@@ -4,13 +4,13 @@ import { inFirefoxItself } from './firefoxwindow.mjs';
 import { until } from './hostprocess.mjs';
 
 /** In milliseconds: the time after which an action without an effect is repeated. */
-const actPatience = 3000;
+const actTimeoutMs = 3000;
 
 /** Repeats an action until it has an effect, where no event tells when it can have one. */
 function actUntil(act, isDone, what) {
     return until(async () => {
         await act();
-        return until(isDone, what, actPatience).then(() => true, () => false);
+        return until(isDone, what, actTimeoutMs).then(() => true, () => false);
     }, what);
 }
 

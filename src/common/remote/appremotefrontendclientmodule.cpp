@@ -151,11 +151,11 @@ void AppRemoteFrontendClientModule::continueTakeDown()
         const auto limited = [this](int ms) {
             const std::chrono::milliseconds wait(ms);
             return m_isHolding
-                ? ms + heldLongerMs
-                : std::max(leastWaitMs, static_cast<int>(EndDeadline::limited(wait, wait).count()));
+                ? ms + extraHoldMs
+                : std::max(minWaitMs, static_cast<int>(EndDeadline::limited(wait, wait).count()));
         };
-        m_answersTimer->start(limited(answersWithinMs));
-        m_flushTimer->start(limited(flushWithinMs));
+        m_answersTimer->start(limited(answersTimeoutMs));
+        m_flushTimer->start(limited(flushTimeoutMs));
     }
     const bool isWaitingForAnswers =
         m_vhIpcProcessor->awaitsAnswers() && m_answersTimer->isActive();

@@ -34,22 +34,22 @@ class UniqueInt64IdGen;
  * initialize(false).
  *
  * The take-down first hands over the messages that still wait for the application, see
- * setHandOver(). Then it waits for sent messages: up to answersWithinMs for the answers to
+ * setHandOver(). Then it waits for sent messages: up to answersTimeoutMs for the answers to
  * downloads; then it closes the sending half of the link, and waits until the application has read
- * everything, up to flushWithinMs in all. If nothing is pending, it ends at once. Belongs to one
+ * everything, up to flushTimeoutMs in all. If nothing is pending, it ends at once. Belongs to one
  * thread.
  */
 class AppRemoteFrontendClientModule : public QtAbstractModule {
     Q_OBJECT
 public:
     /// Both count from the beginning of the program's end, if it has begun (EndDeadline).
-    static constexpr int flushWithinMs = 1500;
-    static constexpr int answersWithinMs = flushWithinMs - 300;
+    static constexpr int flushTimeoutMs = 1500;
+    static constexpr int answersTimeoutMs = flushTimeoutMs - 300;
     /// The minimum of both, so that data that fits into the kernel's buffers is sent even when the
     /// take-down begins late.
-    static constexpr int leastWaitMs = 100;
+    static constexpr int minWaitMs = 100;
     /// The time by which both are longer in a process for which no browser waits.
-    static constexpr int heldLongerMs = 30'000;
+    static constexpr int extraHoldMs = 30'000;
 
     /// Takes over messages; false on failure.
     using HandOver = std::function<bool(const QList<VhIpcQueuedMessage> &)>;

@@ -18,7 +18,7 @@ namespace Keys = VhIpcIncomingDownloadsKeys;
 VhIpcIncomingDownloadsClient::VhIpcIncomingDownloadsClient(
     const QSharedPointer<RemoteIncomingDownloadsProcessor> &processor, QObject *parent,
     QtClock &clock)
-    : VhIpcQueuedPart(longestWaitMs, parent, clock), m_processor(processor)
+    : VhIpcQueuedPart(maxWaitMs, parent, clock), m_processor(processor)
 {
     connect(m_processor.data(), &RemoteIncomingDownloadsProcessor::sendJobToServer, this,
             &VhIpcIncomingDownloadsClient::sendJobToServer);

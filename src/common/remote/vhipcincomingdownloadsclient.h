@@ -16,7 +16,7 @@ class RemoteIncomingDownloadsProcessor;
  *
  * Jobs that are created while the link is down are queued, and sent, in order, when it comes up; if
  * it does not come up within 30 seconds after the last of them, all fail. A job that has waited for
- * longestWaitMs fails in any case: soon after, the extension resumes the download in the browser,
+ * maxWaitMs fails in any case: soon after, the extension resumes the download in the browser,
  * and there would be two copies. When the link goes down, the jobs that were sent but not answered
  * fail. Such failures have the text "Connection failure". An answer to a job that is no longer
  * pending (it failed before) is ignored.
@@ -24,8 +24,9 @@ class RemoteIncomingDownloadsProcessor;
 class VhIpcIncomingDownloadsClient : public VhIpcQueuedPart {
     Q_OBJECT
 public:
-    /// Below the time that the extension waits, applicationPatience in extension/lib/nativehost.js.
-    static constexpr int longestWaitMs = 55'000;
+    /// Below the time that the extension waits, applicationTimeoutMs in
+    /// extension/lib/nativehost.js.
+    static constexpr int maxWaitMs = 55'000;
 
     explicit VhIpcIncomingDownloadsClient(
         const QSharedPointer<RemoteIncomingDownloadsProcessor> &processor,

@@ -18,8 +18,8 @@ void logGivenUp(const QHash<QString, QVariant> &message, const QString &reason)
 
 } // namespace
 
-VhIpcQueuedPart::VhIpcQueuedPart(int longestWaitMs, QObject *parent, QtClock &clock)
-    : QtAbstractVhIpcPart(parent), m_longestWaitMs(longestWaitMs), m_clock(clock),
+VhIpcQueuedPart::VhIpcQueuedPart(int maxWaitMs, QObject *parent, QtClock &clock)
+    : QtAbstractVhIpcPart(parent), m_maxWaitMs(maxWaitMs), m_clock(clock),
       m_timer(clock.createTimer())
 {
     connect(m_timer.get(), &QtSingleShotTimer::timeout, this, &VhIpcQueuedPart::onTimeout);
@@ -101,8 +101,7 @@ void VhIpcQueuedPart::sendNow(const QHash<QString, QVariant> &message)
 
 void VhIpcQueuedPart::startTimer()
 {
-    m_dueMs =
-        std::min(m_lastQueuedMs + waitForConnectionMs, m_queue.front().sinceMs + m_longestWaitMs);
+    m_dueMs = std::min(m_lastQueuedMs + waitForConnectionMs, m_queue.front().sinceMs + m_maxWaitMs);
     m_timer->start(static_cast<int>(std::max<qint64>(m_dueMs - m_clock.monotonicMs(), 0)));
 }
 
@@ -127,5 +126,5 @@ void VhIpcQueuedPart::expire(const QHash<QString, QVariant> &message)
 
 bool VhIpcQueuedPart::hasWaitedTooLong(const Entry &entry, qint64 nowMs) const
 {
-    return nowMs - entry.sinceMs >= m_longestWaitMs;
+    return nowMs - entry.sinceMs >= m_maxWaitMs;
 }

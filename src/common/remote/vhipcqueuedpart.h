@@ -47,7 +47,7 @@ public:
 protected:
     static constexpr int noLimitMs = std::numeric_limits<int>::max();
 
-    VhIpcQueuedPart(int longestWaitMs, QObject *parent, QtClock &clock);
+    VhIpcQueuedPart(int maxWaitMs, QObject *parent, QtClock &clock);
 
     /// The message is about to be sent.
     virtual void onSending(const QHash<QString, QVariant> &message);
@@ -70,7 +70,7 @@ private:
     void onTimeout();
     bool hasWaitedTooLong(const Entry &entry, qint64 nowMs) const;
 
-    const int m_longestWaitMs;
+    const int m_maxWaitMs;
     QtClock &m_clock;
     QList<Entry> m_queue;
     qint64 m_lastQueuedMs = 0;

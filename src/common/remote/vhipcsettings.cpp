@@ -69,7 +69,7 @@ void VhIpcSettings::onConnectChanged(bool connected)
 
 void VhIpcSettings::resendChanges()
 {
-    const qint64 oldest = m_clock.monotonicMs() - resendWithinMs;
+    const qint64 oldest = m_clock.monotonicMs() - maxResendAgeMs;
     m_localChanges.removeIf([oldest](const auto &change) {
         return !change->told && !change->resend && change->madeAtMs <= oldest;
     });
@@ -214,7 +214,7 @@ void VhIpcSettings::onSettingsValuesChanged(const QList<std::pair<QString, QStri
         for (const auto &[name, value] : values)
             m_localChanges.insert(name, {.value = value, .madeAtMs = now, .told = m_connected});
         if (m_connected)
-            m_confirmTimer->start(confirmWithinMs);
+            m_confirmTimer->start(confirmTimeoutMs);
     }
     sendChanged(valuesToVariant(values));
 }

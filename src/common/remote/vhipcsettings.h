@@ -31,9 +31,9 @@
  * it knew them;
  *  - requests again when a change by the peer crosses one of them: the answer has the value on
  * which the peer settled;
- *  - requests when a change has been unconfirmed for confirmWithinMs;
+ *  - requests when a change has been unconfirmed for confirmTimeoutMs;
  *  - after a reconnect, sends a change again if it was sent before but not confirmed, if it could
- *    not be stored (resendOnConnect()), or if it was made less than resendWithinMs before: the peer
+ *    not be stored (resendOnConnect()), or if it was made less than maxResendAgeMs before: the peer
  *    may have read its stored settings before that change.
  */
 class VhIpcSettings : public QtAbstractVhIpcPart {
@@ -53,9 +53,9 @@ public:
 
     /// Older changes were in the stored settings before the peer started: its start takes a few
     /// seconds, and the delay between attempts to connect is 3 s at most.
-    static constexpr int resendWithinMs = 10'000;
+    static constexpr int maxResendAgeMs = 10'000;
     /// Changes in quick succession share one request.
-    static constexpr int confirmWithinMs = 1000;
+    static constexpr int confirmTimeoutMs = 1000;
 
     /// "flags" is a combination of Flag. "localNames" are settings that the peer's "all" does not
     /// contain.

@@ -44,7 +44,7 @@ void pmxKovBhIpcCreateDownloadsTaskProcessor::process(std::shared_ptr<pmxKovBhIp
         callback(task, errorResponse(*task, pmxTaskErrors::invalidArguments));
         return;
     }
-    if (!isJudged(*task)) {
+    if (!areRulesApplied(*task)) {
         submit(task, std::move(callback));
         return;
     }
@@ -86,7 +86,7 @@ void pmxKovBhIpcCreateDownloadsTaskProcessor::onFinished(const QString &id, bool
     callback(task, response);
 }
 
-bool pmxKovBhIpcCreateDownloadsTaskProcessor::isJudged(const pmxKovBhIpcTask &task)
+bool pmxKovBhIpcCreateDownloadsTaskProcessor::areRulesApplied(const pmxKovBhIpcTask &task)
 {
     // The rules are for automatically caught downloads, which come one at a time.
     const pmxKovBhIpcTaskCreateDownloads &created = task.create_downloads;

@@ -35,7 +35,7 @@ public Q_SLOTS:
 
 private:
     /// Whether the capture rules apply.
-    static bool isJudged(const pmxKovBhIpcTask &task);
+    static bool areRulesApplied(const pmxKovBhIpcTask &task);
     bool isLeftToBrowser(const pmxKovBhIpcTask &task) const;
     void submit(const std::shared_ptr<pmxKovBhIpcTask> &task, Callback callback);
 

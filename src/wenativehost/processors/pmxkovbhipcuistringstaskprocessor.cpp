@@ -43,7 +43,7 @@ void pmxKovBhIpcUiStringsTaskProcessor::process(std::shared_ptr<pmxKovBhIpcTask>
 {
     const auto response = pmxResponseTo<pmxKovBhIpcUiStringsTaskResponse>(*task);
     fill(*response);
-    m_toldCaption = response->dllink;
+    m_sentCaption = response->dllink;
     callback(task, response);
 }
 
@@ -52,9 +52,9 @@ void pmxKovBhIpcUiStringsTaskProcessor::onTranslationsLoaded()
     const auto sender = m_sender.toStrongRef();
     pmxKovBhIpcUiStringsTaskResponse response;
     fill(response);
-    if (!sender || m_toldCaption.empty() || response.dllink == m_toldCaption)
+    if (!sender || m_sentCaption.empty() || response.dllink == m_sentCaption)
         return;
-    m_toldCaption = response.dllink;
+    m_sentCaption = response.dllink;
     response.type = kovIpcTaskTypeName(kov_ipc_task_ui_strings);
     if (const auto text = pmxResponseText(response))
         sender->sendUtf8(*text);

@@ -25,5 +25,5 @@ public Q_SLOTS:
 private:
     const QWeakPointer<ConsoleMessagesSender> m_sender;
     /// One of the captions that were sent last, to detect a change; empty before.
-    std::string m_toldCaption;
+    std::string m_sentCaption;
 };

@@ -15,7 +15,6 @@
 #include "qtvhbodycodec.h"
 #include "rows.h"
 #include "temporaryconfig.h"
-#include "turnedclock.h"
 
 #include <QLocalServer>
 #include <QLocalSocket>
@@ -60,7 +59,7 @@ class TestAppClientModule : public QObject {
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<QtQObjectsTracker> m_tracker;
     std::unique_ptr<QLocalServer> m_server;
-    std::unique_ptr<TurnedClock> m_clock;
+    std::unique_ptr<FakeClock> m_clock;
     QSharedPointer<AppClientModule> m_module;
 
 private Q_SLOTS:
@@ -70,7 +69,7 @@ private Q_SLOTS:
         m_folder = std::make_unique<QTemporaryDir>();
         qputenv("TMPDIR", QFile::encodeName(m_folder->path()));
         m_tracker = std::make_unique<QtQObjectsTracker>();
-        m_clock = std::make_unique<TurnedClock>();
+        m_clock = std::make_unique<FakeClock>();
         m_server = std::make_unique<QLocalServer>();
         QVERIFY(m_server->listen(appServerName()));
         m_module = qtCreateObject<AppClientModule>(

@@ -1,10 +1,10 @@
 // The parts for downloads, JSON texts and miscellaneous tasks.
 
+#include "fakeclock.h"
 #include "logcapture.h"
 #include "remoteincomingdownloadsprocessor.h"
 #include "remotejsonrequestsmanager.h"
 #include "rows.h"
-#include "turnedclock.h"
 #include "uniqueint64idgen.h"
 #include "vhipcincomingdownloadsclient.h"
 #include "vhipcjsonrequests.h"
@@ -34,7 +34,7 @@ Message jsonMessage(const QString &reason, qint64 id, const QString &json)
 
 /// Both parts with a queue, and the objects that use them.
 struct Setup {
-    TurnedClock clock;
+    FakeClock clock;
     QSharedPointer<UniqueInt64IdGen> idGen = QSharedPointer<UniqueInt64IdGen>::create();
     QSharedPointer<RemoteIncomingDownloadsProcessor> processor =
         QSharedPointer<RemoteIncomingDownloadsProcessor>::create(idGen);

@@ -1,6 +1,6 @@
+#include "fakeclock.h"
 #include "qtappsettingsinmemorymanager.h"
 #include "rows.h"
-#include "turnedclock.h"
 #include "vhipcsettings.h"
 
 #include <QRandomGenerator>
@@ -48,7 +48,7 @@ struct End {
     }
     QString value(const QString &name) const { return manager->value(name); }
 
-    TurnedClock clock;
+    FakeClock clock;
     QSharedPointer<QtAppSettingsInMemoryManager> manager =
         QSharedPointer<QtAppSettingsInMemoryManager>::create();
     VhIpcSettings part;

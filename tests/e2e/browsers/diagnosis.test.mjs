@@ -10,7 +10,7 @@ import { promisify } from 'node:util';
 import { browserNames, hostProgram } from '../../../tools/drivers/browsers.mjs';
 import { until } from '../../../tools/drivers/hostprocess.mjs';
 import { manifestName } from '../support/registered.mjs';
-import { Visit } from '../support/visit.mjs';
+import { BrowserFixture } from '../support/browserfixture.mjs';
 
 const manifestFolders = { chromium: '.config/chromium/NativeMessagingHosts', firefox: '.mozilla/native-messaging-hosts' };
 const script = text => `#!/bin/sh\n${text}\n`;
@@ -22,14 +22,14 @@ const rewrite = members => ({ manifest }) =>
     writeFileSync(manifest, JSON.stringify({ ...JSON.parse(readFileSync(manifest)), ...members }));
 /** A host that is another program. */
 const hostThat = text => scene => {
-    writeFileSync(join(scene.visit.sandbox.programs, 'other'), script(text), { mode: 0o755 });
-    rewrite({ path: join(scene.visit.sandbox.programs, 'other') })(scene);
+    writeFileSync(join(scene.fixture.sandbox.programs, 'other'), script(text), { mode: 0o755 });
+    rewrite({ path: join(scene.fixture.sandbox.programs, 'other') })(scene);
 };
-const application = text => ({ visit }) =>
-    writeFileSync(join(visit.sandbox.programs, 'kov'), script(text), { mode: 0o755 });
+const application = text => ({ fixture }) =>
+    writeFileSync(join(fixture.sandbox.programs, 'kov'), script(text), { mode: 0o755 });
 /** Breaks something after the application was moved away. */
 const withoutApplication = breakIt => async scene => {
-    const program = join(scene.visit.sandbox.programs, 'kov');
+    const program = join(scene.fixture.sandbox.programs, 'kov');
     renameSync(program, `${program}-real`);
     await scene.end('kov-real');
     // If it had not noticed that yet, the error would be that the connection broke.
@@ -52,13 +52,13 @@ const hostRows = [
 const applicationRows = [
     ['application-there', withoutApplication(() => {}), /not installed/, 'kovalo-host doctor'],
     ['application-running', withoutApplication(application('exit 1')), /did not start, or ended/, 'KOVALO_LOG_LEVEL=9 kov -service'],
-    ['application-answers', ({ visit }) => {
-        for (const pid of visit.sandbox.running('kov'))
+    ['application-answers', ({ fixture }) => {
+        for (const pid of fixture.sandbox.running('kov'))
             process.kill(pid, 'SIGSTOP');
     }, /does not answer/, 'kov quit'],
-    ['downloads-folder', ({ visit }) => {
-        rmSync(visit.sandbox.downloads, { recursive: true, force: true });
-        writeFileSync(visit.sandbox.downloads, '');
+    ['downloads-folder', ({ fixture }) => {
+        rmSync(fixture.sandbox.downloads, { recursive: true, force: true });
+        writeFileSync(fixture.sandbox.downloads, '');
     }, /did not take the download: .*Downloads/, 'kovalo-host doctor'],
 ];
 
@@ -66,10 +66,10 @@ class Scene {
     static async start(name) {
         const self = new Scene();
         self.name = name;
-        self.visit = await Visit.start(name, ['kov', 'kovalo-host']);
-        self.manifest = join(self.visit.sandbox.home, manifestFolders[name], manifestName);
-        self.page = await self.visit.browser.openExtensionPage('help.html');
-        self.popup = await self.visit.browser.openExtensionPage('popup.html');
+        self.fixture = await BrowserFixture.start(name, ['kov', 'kovalo-host']);
+        self.manifest = join(self.fixture.sandbox.home, manifestFolders[name], manifestName);
+        self.page = await self.fixture.browser.openExtensionPage('help.html');
+        self.popup = await self.fixture.browser.openExtensionPage('popup.html');
         self.knownToDoctor = await self.brokenLinks(); // Firefox does not list temporary add-ons
         return self;
     }
@@ -89,7 +89,7 @@ class Scene {
     }
 
     async run(...args) {
-        const { sandbox } = this.visit;
+        const { sandbox } = this.fixture;
         return (await promisify(execFile)(join(sandbox.programs, 'kovalo-host'), args, { env: sandbox.environment() })
             .catch(error => error)).stdout;
     }
@@ -102,7 +102,7 @@ class Scene {
 
     /** Kills all processes of a program. */
     async end(program) {
-        const { sandbox } = this.visit;
+        const { sandbox } = this.fixture;
         const ended = sandbox.running(program);
         for (const pid of ended)
             process.kill(pid, 'SIGKILL');
@@ -117,12 +117,12 @@ class Scene {
 
     async restartHost() {
         await this.end(hostProgram);
-        await until(() => this.visit.sandbox.running(hostProgram).length > 0, 'the next host');
+        await until(() => this.fixture.sandbox.running(hostProgram).length > 0, 'the next host');
     }
 
     /** Puts the application and its folder back. */
     mendApplication() {
-        const { sandbox } = this.visit;
+        const { sandbox } = this.fixture;
         const program = join(sandbox.programs, 'kov');
         if (existsSync(`${program}-real`))
             renameSync(`${program}-real`, program);
@@ -147,13 +147,13 @@ describe('the page and the doctor', { concurrency: browserNames.length, timeout:
         describe(`in ${name}`, { concurrency: 1 }, () => {
             let scene;
             before(async () => { scene = await Scene.start(name); });
-            after(() => scene?.visit.end());
+            after(() => scene?.fixture.end());
 
             test('say that all is well, and a test file lands', async () => {
                 deepStrictEqual(scene.knownToDoctor, name === 'firefox' ? ['extension-installed'] : []);
                 const steps = await scene.click('test');
                 ok(Object.values(steps).every(each => each.state === 'ok'), JSON.stringify(steps));
-                const file = join(scene.visit.sandbox.downloads, 'kovalo-test.txt');
+                const file = join(scene.fixture.sandbox.downloads, 'kovalo-test.txt');
                 await until(() => existsSync(file), 'the file to land');
                 rmSync(file);
             });
@@ -170,7 +170,7 @@ describe('the page and the doctor', { concurrency: browserNames.length, timeout:
                         if (line === 'kovalo-host register') {
                             await scene.run('register');
                             // Newer versions of Firefox have two folders; breaking one of them is enough.
-                            rmSync(join(scene.visit.sandbox.home, '.config/mozilla/native-messaging-hosts'), { recursive: true, force: true });
+                            rmSync(join(scene.fixture.sandbox.home, '.config/mozilla/native-messaging-hosts'), { recursive: true, force: true });
                         } else {
                             writeFileSync(scene.manifest, healthy);
                         }
@@ -183,14 +183,14 @@ describe('the page and the doctor', { concurrency: browserNames.length, timeout:
 
             test('name what the options leave to the browser', async () => {
                 // Refused until the host, which has just been connected, has sent the settings.
-                await scene.visit.untilThere(() => scene.visit.ask(
+                await scene.fixture.untilThere(() => scene.fixture.ask(
                     'changeSettings', { changes: { 'monitor.enable': false } }), Boolean);
                 await until(async () => (await scene.steps()).catching?.state === 'broken', 'the page to say so');
                 // The host answers before it has stored them.
                 const untilBroken = (...links) => until(async () => String(await scene.brokenLinks()) === String(links),
                                                         `the doctor to name ${links}`);
                 await untilBroken('catching');
-                await scene.visit.ask('changeSettings', { changes: { 'monitor.enable': true } });
+                await scene.fixture.ask('changeSettings', { changes: { 'monitor.enable': true } });
                 await untilBroken();
             });
 
@@ -207,16 +207,16 @@ describe('the page and the doctor', { concurrency: browserNames.length, timeout:
             }
 
             test('name access to pages, without which downloads go on in the browser', async () => {
-                await scene.visit.browser.withholdSites();
+                await scene.fixture.browser.withholdSites();
                 await until(async () => (await scene.steps()).access.state === 'broken', 'the page to say so');
-                match((await scene.visit.ask('status')).problem, /withholds access to pages/);
+                match((await scene.fixture.ask('status')).problem, /withholds access to pages/);
                 strictEqual(await scene.popup.evaluate(() => document.getElementById('grant').hidden), false);
-                await scene.visit.page.bringToFront();
-                await scene.visit.page.click('#file');
-                const file = join(scene.visit.sandbox.downloads, 'data.bin');
-                const whole = scene.visit.server.content('/files/data.bin');
-                await scene.visit.until(() => existsSync(file) && readFileSync(file).equals(whole), 'the browser to download it');
-                await scene.visit.browser.close(); // Chromium writes its files late
+                await scene.fixture.page.bringToFront();
+                await scene.fixture.page.click('#file');
+                const file = join(scene.fixture.sandbox.downloads, 'data.bin');
+                const whole = scene.fixture.server.content('/files/data.bin');
+                await scene.fixture.until(() => existsSync(file) && readFileSync(file).equals(whole), 'the browser to download it');
+                await scene.fixture.browser.close(); // Chromium writes its files late
                 deepStrictEqual(await scene.brokenLinks(), name === 'firefox' ? [] : ['site-access']);
             });
         });

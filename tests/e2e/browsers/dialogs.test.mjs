@@ -8,7 +8,7 @@ import { after, before, describe, test } from 'node:test';
 import { browserNames } from '../../../tools/drivers/browsers.mjs';
 import { DownloadSite } from '../../../tools/drivers/downloadsite.mjs';
 import { Screen } from '../../../tools/drivers/screen.mjs';
-import { Visit } from '../support/visit.mjs';
+import { BrowserFixture } from '../support/browserfixture.mjs';
 
 /** The target, where to click, and the path that is requested exactly once. */
 const rows = [
@@ -28,13 +28,13 @@ const thinkingTime = 400;
 
 for (const name of browserNames) {
     describe(`${name} saves by its own dialog`, { timeout: 180_000 }, () => {
-        let visit;
+        let fixture;
         let screen;
-        const files = () => (existsSync(visit.sandbox.downloads) ? readdirSync(visit.sandbox.downloads) : [])
+        const files = () => (existsSync(fixture.sandbox.downloads) ? readdirSync(fixture.sandbox.downloads) : [])
             .filter(each => !/\.(part|crdownload)$/.test(each)).length;
         const start = async asksWhere => {
-            await visit?.end();
-            visit = null;
+            await fixture?.end();
+            fixture = null;
             const server = await DownloadSite.start();
             server.pages['/page'] = `<title>page</title><a id="link" href="/file/link">link</a>
                 <img id="image" src="/image.svg">
@@ -46,12 +46,12 @@ for (const name of browserNames) {
             server.pages['/order'] = '<title>order</title>thanks';
             server.pages['/document.pdf'] = { html: pdf, headers: { 'Content-Type': 'application/pdf' } };
             server.pages['/secret'] = '<meta http-equiv="refresh" content="0;url=/file/secret">';
-            visit = await Visit.start(name, ['kov'], { server, screen, asksWhere, privately: true });
-            await visit.browser.dialog.prepare(visit.sandbox.downloads);
+            fixture = await BrowserFixture.start(name, ['kov'], { server, screen, asksWhere, privately: true });
+            await fixture.browser.dialog.prepare(fixture.sandbox.downloads);
         };
         before(async () => { if (name === 'chromium') screen = await Screen.start(); });
         after(async () => {
-            await visit?.end();
+            await fixture?.end();
             screen?.stop();
         });
 
@@ -60,55 +60,55 @@ for (const name of browserNames) {
             let saved = 0;
             for (const [what, selector, path] of rows) {
                 if (path === '/order') {
-                    await visit.page.click('#order');
-                    await visit.page.waitForFunction(() => document.title === 'order');
+                    await fixture.page.click('#order');
+                    await fixture.page.waitForFunction(() => document.title === 'order');
                 }
                 if (what === 'viewer')
-                    await visit.page.goto(visit.server.origin + path);
-                await visit.browser.dialog.ask(what, visit.page, await visit.page.$(selector));
-                await visit.browser.dialog.accept();
-                await visit.until(() => files() > saved, `${path} to be saved`);
+                    await fixture.page.goto(fixture.server.origin + path);
+                await fixture.browser.dialog.ask(what, fixture.page, await fixture.page.$(selector));
+                await fixture.browser.dialog.accept();
+                await fixture.until(() => files() > saved, `${path} to be saved`);
                 saved = files();
-                strictEqual(visit.server.asked(path).length, 1, path);
+                strictEqual(fixture.server.asked(path).length, 1, path);
             }
-            const windowId = await visit.extension.evaluate(
-                async url => (await chrome.windows.create({ incognito: true, url })).id, `${visit.server.origin}/secret`);
-            await visit.until(async () => {
-                if (await visit.browser.dialog.isOpen()) // in Chromium
-                    await visit.browser.dialog.accept();
-                return existsSync(join(visit.sandbox.downloads, 'secret'));
+            const windowId = await fixture.extension.evaluate(
+                async url => (await chrome.windows.create({ incognito: true, url })).id, `${fixture.server.origin}/secret`);
+            await fixture.until(async () => {
+                if (await fixture.browser.dialog.isOpen()) // in Chromium
+                    await fixture.browser.dialog.accept();
+                return existsSync(join(fixture.sandbox.downloads, 'secret'));
             }, 'the file of the private window to be saved');
-            await visit.extension.evaluate(id => chrome.windows.remove(id), windowId);
-            strictEqual(visit.server.asked('/file/secret').length, 1);
-            deepStrictEqual(await visit.ask('outcomes'), []);
-            deepStrictEqual(visit.sandbox.running('kov'), []);
+            await fixture.extension.evaluate(id => chrome.windows.remove(id), windowId);
+            strictEqual(fixture.server.asked('/file/secret').length, 1);
+            deepStrictEqual(await fixture.ask('outcomes'), []);
+            deepStrictEqual(fixture.sandbox.running('kov'), []);
 
-            await visit.page.goto(visit.server.pageUrl);
-            await visit.page.click('#several');
-            const places = async () => (await visit.ask('outcomes')).map(each => `${each.name} ${each.state}`).sort().join();
-            await visit.browser.dialog.allowSeveral(async () => await places() === 'first application,second application');
-            deepStrictEqual(['first', 'second'].map(each => visit.server.asked(`/file/${each}`).length), [2, 2]);
+            await fixture.page.goto(fixture.server.pageUrl);
+            await fixture.page.click('#several');
+            const places = async () => (await fixture.ask('outcomes')).map(each => `${each.name} ${each.state}`).sort().join();
+            await fixture.browser.dialog.allowSeveral(async () => await places() === 'first application,second application');
+            deepStrictEqual(['first', 'second'].map(each => fixture.server.asked(`/file/${each}`).length), [2, 2]);
         });
 
         test('a download for which it asks where', async () => {
             await start(true);
-            await visit.extension.evaluate(() => {
+            await fixture.extension.evaluate(() => {
                 globalThis.stages = [];
                 chrome.storage.local.onChanged.addListener(({ handovers }) =>
                     handovers && globalThis.stages.push(handovers.newValue[0]?.stage ?? 'over'));
             });
-            await visit.page.click('#asked');
-            await visit.until(() => visit.browser.dialog.isOpen(), 'the dialog');
-            const stages = () => visit.extension.evaluate(() => globalThis.stages);
+            await fixture.page.click('#asked');
+            await fixture.until(() => fixture.browser.dialog.isOpen(), 'the dialog');
+            const stages = () => fixture.extension.evaluate(() => globalThis.stages);
             // Firefox reports the download afterwards, Chromium before.
             if (name === 'firefox')
                 await new Promise(resolve => { setTimeout(resolve, thinkingTime); });
             else
-                await visit.untilThere(stages, told => told.includes('over'));
-            await visit.browser.dialog.accept();
-            await visit.untilDownloaded(visit.sandbox.downloads, ['/file/asked']);
+                await fixture.untilThere(stages, told => told.includes('over'));
+            await fixture.browser.dialog.accept();
+            await fixture.untilDownloaded(fixture.sandbox.downloads, ['/file/asked']);
             strictEqual((await stages()).includes('offered'), false);
-            strictEqual(visit.server.asked('/file/asked').length, 1);
+            strictEqual(fixture.server.asked('/file/asked').length, 1);
         });
     });
 }

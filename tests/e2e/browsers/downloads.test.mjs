@@ -7,7 +7,7 @@ import { join } from 'node:path';
 import { after, before, describe, test } from 'node:test';
 import { browserNames, hostProgram, unregisterHost } from '../../../tools/drivers/browsers.mjs';
 import { DownloadSite } from '../../../tools/drivers/downloadsite.mjs';
-import { Visit } from '../support/visit.mjs';
+import { BrowserFixture } from '../support/browserfixture.mjs';
 
 const cookies = ['strict=1; SameSite=Strict', 'lax=1; SameSite=Lax', 'none=1', 'own=1; Secure; Partitioned'];
 
@@ -97,32 +97,32 @@ function downloadByAnother({ sandbox, browser }, url) {
 
 for (const name of browserNames) {
     describe(`${name} with the application`, { timeout: 300_000 }, () => {
-        let visit;
+        let fixture;
         let site;
         const files = [];
         const openTab = async address => {
-            const page = await visit.browser.browser.newPage();
+            const page = await fixture.browser.browser.newPage();
             await page.goto(address);
             return page;
         };
         // A URL that becomes a download is never shown as a page.
-        const type = async address => void (await visit.browser.browser.newPage()).goto(address).catch(() => {});
+        const type = async address => void (await fixture.browser.browser.newPage()).goto(address).catch(() => {});
         before(async () => {
             site = await DownloadSite.start();
             build(site);
-            visit = await Visit.start(name, ['kov'], { server: site });
+            fixture = await BrowserFixture.start(name, ['kov'], { server: site });
         });
-        after(() => visit?.end());
+        after(() => fixture?.end());
 
         test('a download begins', async () => {
-            deepStrictEqual(visit.sandbox.running('kov'), []);
-            await visit.ask('changePreferences', { changes: { 'keeping.modifier': 'ctrl' } });
+            deepStrictEqual(fixture.sandbox.running('kov'), []);
+            await fixture.ask('changePreferences', { changes: { 'keeping.modifier': 'ctrl' } });
             const left = [];
             for (const [path, names] of Object.entries(rows)) {
-                const page = path === '/page' ? visit.page
+                const page = path === '/page' ? fixture.page
                     : await openTab((path === '/foreign' ? site.otherOrigin : site.origin) + path);
                 if (path === '/ahead' && name === 'chromium')
-                    await visit.until(() => site.asked('/file/ahead').length > 0, 'the browser to ask ahead');
+                    await fixture.until(() => site.asked('/file/ahead').length > 0, 'the browser to ask ahead');
                 if (path === '/scripts')
                     await page.waitForFunction(() => document.title === 'ready');
                 for (const each of names) {
@@ -133,12 +133,12 @@ for (const name of browserNames) {
                     // Gestures in a tab after its request was sent do not count.
                     const hold = row === 'slow' ? page.keyboard : null;
                     // Fails while Firefox closes the tab of a page that became a download.
-                    await visit.until(() => page.bringToFront().then(() => true, () => false), 'the page to be in front');
+                    await fixture.until(() => page.bringToFront().then(() => true, () => false), 'the page to be in front');
                     await hold?.down('Control');
                     await page.click(`#${row}`);
                     await hold?.up('Control');
                     // A browser keeps only a few connections to one server.
-                    await visit.until(() => site.asked(`/file/${row}`).length > 0, `${row} to begin`);
+                    await fixture.until(() => site.asked(`/file/${row}`).length > 0, `${row} to begin`);
                     if (hold) {
                         await page.click('h1');
                         site.release(`/file/${row}`);
@@ -155,17 +155,17 @@ for (const name of browserNames) {
                 await type(`${site.origin}/file/${status}?status=${status}`);
             left.push(`/file/${another}`);
             files.push(`/file/${another}`);
-            await downloadByAnother(visit, `${site.origin}/file/${another}?held`);
+            await downloadByAnother(fixture, `${site.origin}/file/${another}?held`);
             if (name === 'firefox') {
                 files.push(`/file/${contained}`);
-                const page = await (await visit.browser.browser.createBrowserContext()).newPage();
+                const page = await (await fixture.browser.browser.createBrowserContext()).newPage();
                 await page.goto(`${site.origin}/container`);
                 await page.click(`#${contained}`);
-                await visit.until(() => site.asked(`/file/${contained}`).length > 0, `${contained} to begin`);
+                await fixture.until(() => site.asked(`/file/${contained}`).length > 0, `${contained} to begin`);
             }
-            await visit.untilBrowserLists(left.length);
+            await fixture.untilBrowserLists(left.length);
             left.filter(each => !unheld.some(row => each.endsWith(row))).forEach(each => site.release(each));
-            await visit.untilDownloaded(visit.sandbox.downloads, files);
+            await fixture.untilDownloaded(fixture.sandbox.downloads, files);
             for (const path of files) {
                 const [first, ...others] = site.asked(path).map(({ isOpen: _, ...asked }) => asked);
                 deepStrictEqual(others, left.includes(path) ? [] : [first], path);
@@ -173,9 +173,9 @@ for (const name of browserNames) {
             for (const status of failing)
                 strictEqual(site.asked(`/file/${status}`).length, 1);
             // A file that the browser had completed keeps its name, too.
-            deepStrictEqual(readdirSync(visit.sandbox.downloads).filter(each => each.includes('(')), []);
-            strictEqual(visit.sandbox.running('kov').length, 1);
-            strictEqual((await visit.ask('status')).problem, null);
+            deepStrictEqual(readdirSync(fixture.sandbox.downloads).filter(each => each.includes('(')), []);
+            strictEqual(fixture.sandbox.running('kov').length, 1);
+            strictEqual((await fixture.ask('status')).problem, null);
         });
 
         test('links that the user picks', async () => {
@@ -195,39 +195,39 @@ for (const name of browserNames) {
             await page.bringToFront();
             await page.evaluate(() => document.getSelection().selectAllChildren(document.querySelector('#some')));
             for (const [entry, selector, wanted] of picks) {
-                await visit.chooseMenu(page, selector, entry);
+                await fixture.chooseMenu(page, selector, entry);
                 for (const [file, rights] of Object.entries(wanted)) {
                     files.push(`/file/${file}`);
-                    await visit.until(() => site.asked(`/file/${file}`).length > 0, `${file} to be asked for`);
+                    await fixture.until(() => site.asked(`/file/${file}`).length > 0, `${file} to be asked for`);
                     const [{ cookie, referer }] = site.asked(`/file/${file}`);
                     deepStrictEqual([cookie, referer], rights, file);
                 }
             }
-            await visit.untilDownloaded(visit.sandbox.downloads, files);
+            await fixture.untilDownloaded(fixture.sandbox.downloads, files);
         });
 
         test('pages of the web have no say, nor have names that are no options', async () => {
-            const answer = await visit.extension.evaluate(async tabId => (await chrome.scripting.executeScript({
+            const answer = await fixture.extension.evaluate(async tabId => (await chrome.scripting.executeScript({
                 target: { tabId },
                 func: () => chrome.runtime.sendMessage({ request: 'settings' }).catch(() => null),
-            }))[0].result, await visit.tabId(`${site.otherOrigin}/page`));
+            }))[0].result, await fixture.tabId(`${site.otherOrigin}/page`));
             strictEqual(answer ?? null, null);
-            const { problem } = await visit.extension.evaluate(() => chrome.runtime.sendMessage(
+            const { problem } = await fixture.extension.evaluate(() => chrome.runtime.sendMessage(
                 { request: 'changeSettings', changes: { 'constructor.prototype': true } }));
             strictEqual(problem, 'There is no option constructor.prototype.');
         });
 
         test('the options page changes a setting of the application, and follows one', async () => {
-            await visit.extension.evaluate(() => {
+            await fixture.extension.evaluate(() => {
                 const field = document.querySelector('[name="monitor.skipExtensions"]');
                 field.value = '*.PLS, .m3u tar.gz';
                 field.dispatchEvent(new Event('change'));
             });
-            await visit.until(() => visit.application('get', 'WbDownloadsUnwantedExtensionsList') === 'pls m3u',
+            await fixture.until(() => fixture.application('get', 'WbDownloadsUnwantedExtensionsList') === 'pls m3u',
                               'the setting to reach the application');
-            visit.application('set', 'WbDontInterceptTooSmallDownloads', '1');
-            visit.application('set', 'WbDownloadsTooSmallSizeValue', '4096');
-            await visit.until(async () => await visit.extension.evaluate(
+            fixture.application('set', 'WbDontInterceptTooSmallDownloads', '1');
+            fixture.application('set', 'WbDownloadsTooSmallSizeValue', '4096');
+            await fixture.until(async () => await fixture.extension.evaluate(
                 () => document.querySelector('[name="monitor.skipSmallerThan"]').value) === '4', // KB
             'the options page to show the new value');
         });
@@ -236,21 +236,21 @@ for (const name of browserNames) {
             const leave = async file => {
                 await type(`${site.origin}/file/${file}`);
                 files.push(`/file/${file}`);
-                await visit.untilDownloaded(visit.sandbox.downloads, files);
+                await fixture.untilDownloaded(fixture.sandbox.downloads, files);
                 strictEqual(site.asked(`/file/${file}`).length, 1);
             };
             await leave('list.m3u');
             const setCatching = async on => {
-                visit.application('set', 'WbInterceptDownloads', String(Number(on)));
-                await visit.until(async () => (await visit.ask('settings')).browser.monitor.enable === on,
+                fixture.application('set', 'WbInterceptDownloads', String(Number(on)));
+                await fixture.until(async () => (await fixture.ask('settings')).browser.monitor.enable === on,
                                   'the extension to hear of it');
             };
             await setCatching(false);
             await leave('off');
-            strictEqual((await visit.ask('status')).problem, null);
+            strictEqual((await fixture.ask('status')).problem, null);
             // Nothing but what the referrer of a link needs.
             if (name === 'chromium') { // Firefox does not tell
-                deepStrictEqual(await visit.browser.inScript(visit.extension, ({ chrome: api }) =>
+                deepStrictEqual(await fixture.browser.inScript(fixture.extension, ({ chrome: api }) =>
                     ['downloads', 'tabs', 'webNavigation', 'webRequest'].flatMap(part => Object.entries(api[part])
                         .filter(([, member]) => member.hasListeners?.()).map(([event]) => `${part}.${event}`))),
                 ['webRequest.onHeadersReceived']);
@@ -258,45 +258,45 @@ for (const name of browserNames) {
             const begin = async (file, wish) => {
                 files.push(`/file/${file}`);
                 await type(`${site.origin}/file/${file}?${wish}`);
-                await visit.until(() => site.asked(`/file/${file}`).length > 0, `${file} to begin`);
+                await fixture.until(() => site.asked(`/file/${file}`).length > 0, `${file} to begin`);
             };
             await begin('unseen', 'late');
             await setCatching(true);
             site.release('/file/unseen');
             await begin('seen', 'held');
-            await visit.untilDownloaded(visit.sandbox.downloads, files);
+            await fixture.untilDownloaded(fixture.sandbox.downloads, files);
             deepStrictEqual(['unseen', 'seen'].map(each => site.asked(`/file/${each}`).length), [1, 2]);
         });
     });
 
     describe(`${name} without the application`, { timeout: 180_000 }, () => {
-        let visit;
+        let fixture;
         before(async () => {
             const server = await DownloadSite.start();
             server.pages['/page'] = link('file') + link('hostless');
-            visit = await Visit.start(name, [], { server });
+            fixture = await BrowserFixture.start(name, [], { server });
         });
-        after(() => visit?.end());
+        after(() => fixture?.end());
 
         test('a download stays in the browser, and the user is told why', async () => {
-            await visit.page.click('#file');
-            await visit.untilThere(() => visit.ask('status'), ({ problem }) =>
+            await fixture.page.click('#file');
+            await fixture.untilThere(() => fixture.ask('status'), ({ problem }) =>
                 problem === 'Kovalo is not installed beside its host, so downloads stay in the browser.');
-            visit.server.release('/file/file');
-            await visit.untilDownloaded(visit.sandbox.downloads, ['/file/file']);
-            strictEqual(await visit.extension.evaluate(() => chrome.action.getBadgeText({})), '!');
+            fixture.server.release('/file/file');
+            await fixture.untilDownloaded(fixture.sandbox.downloads, ['/file/file']);
+            strictEqual(await fixture.extension.evaluate(() => chrome.action.getBadgeText({})), '!');
         });
 
         test('the same without the host', async () => {
-            unregisterHost(visit.sandbox, name);
-            visit.sandbox.running(hostProgram).forEach(pid => process.kill(pid));
-            await visit.untilThere(() => visit.ask('status'), ({ version }) => version === '');
-            await visit.page.click('#hostless');
-            const { state, reason } = await visit.untilThere(
-                async () => (await visit.ask('outcomes')).find(each => each.name === 'hostless'), Boolean);
+            unregisterHost(fixture.sandbox, name);
+            fixture.sandbox.running(hostProgram).forEach(pid => process.kill(pid));
+            await fixture.untilThere(() => fixture.ask('status'), ({ version }) => version === '');
+            await fixture.page.click('#hostless');
+            const { state, reason } = await fixture.untilThere(
+                async () => (await fixture.ask('outcomes')).find(each => each.name === 'hostless'), Boolean);
             deepStrictEqual([state, reason], ['browser', 'problemHostMissing']);
-            visit.server.release('/file/hostless');
-            await visit.untilDownloaded(visit.sandbox.downloads, ['/file/file', '/file/hostless']);
+            fixture.server.release('/file/hostless');
+            await fixture.untilDownloaded(fixture.sandbox.downloads, ['/file/file', '/file/hostless']);
         });
     });
 }

@@ -8,7 +8,7 @@ import { fileURLToPath } from 'node:url';
 import { after, before, describe, test } from 'node:test';
 import { browserNames } from '../../../tools/drivers/browsers.mjs';
 import { DownloadSite } from '../../../tools/drivers/downloadsite.mjs';
-import { Visit } from '../support/visit.mjs';
+import { BrowserFixture } from '../support/browserfixture.mjs';
 
 const script = fileURLToPath(new URL('../support/scriptedhost.mjs', import.meta.url));
 
@@ -41,11 +41,11 @@ const others = {
 
 for (const name of browserNames) {
     describe(`${name} and an application that answers strangely`, { timeout: 180_000 }, () => {
-        let visit;
+        let fixture;
         const files = [];
         const path = (row, state) => `/file/${row}-${state}`;
-        const click = (row, state) => visit.page.click(`[href^="${path(row, state)}"], [formaction^="${path(row, state)}"]`);
-        const browserItem = async (row, state) => (await visit.extension.evaluate(
+        const click = (row, state) => fixture.page.click(`[href^="${path(row, state)}"], [formaction^="${path(row, state)}"]`);
+        const browserItem = async (row, state) => (await fixture.extension.evaluate(
             () => chrome.downloads.search({}))).find(each => each.url.includes(path(row, state)));
         before(async () => {
             const server = await DownloadSite.start();
@@ -56,32 +56,32 @@ for (const name of browserNames) {
                 return state === 'posted' ? `<form method="post"><input name="a"><button formaction="${address}">post</button></form>`
                     : `<p><a href="${address}">${row} ${state}</a></p>`;
             }).join('');
-            visit = await Visit.start(name, [], { server, prepare: useScript });
+            fixture = await BrowserFixture.start(name, [], { server, prepare: useScript });
         });
-        after(() => visit?.end());
-        const outcome = async (row, state) => (await visit.ask('outcomes'))
+        after(() => fixture?.end());
+        const outcome = async (row, state) => (await fixture.ask('outcomes'))
             .find(each => each.name === `${row}-${state}`);
-        const left = () => visit.extension.evaluate(() => chrome.storage.local.get('handovers'));
+        const left = () => fixture.extension.evaluate(() => chrome.storage.local.get('handovers'));
         const offer = async (state, row = 'silent') => {
             await click(row, state);
-            await visit.untilThere(() => browserItem(row, state), Boolean);
-            await visit.untilThere(left, ({ handovers }) => handovers?.some(
+            await fixture.untilThere(() => browserItem(row, state), Boolean);
+            await fixture.untilThere(left, ({ handovers }) => handovers?.some(
                 each => each.url.includes(path(row, state)) && each.stage === 'offered'));
         };
         const lets = async (row, state) => {
             if (!unheld.includes(row))
-                visit.server.release(path(row, state));
+                fixture.server.release(path(row, state));
             files.push(path(row, state));
         };
 
         test('captions are asked for when the settings are there, and what was lost or is not stored is told', async () => {
-            await visit.untilThere(() => readFileSync(join(visit.sandbox.temporary, 'asked'), 'utf8'),
+            await fixture.untilThere(() => readFileSync(join(fixture.sandbox.temporary, 'asked'), 'utf8'),
                                    types => /^query_settings\n[^]*^ui_strings$/m.test(types));
-            await visit.untilThere(() => visit.ask('outcomes'), outcomes => outcomes.some(({ name: file, state, detail }) =>
+            await fixture.untilThere(() => fixture.ask('outcomes'), outcomes => outcomes.some(({ name: file, state, detail }) =>
                 `${file} ${state} ${detail}` === 'gone.bin lost why'));
             for (const [error, words] of [['busy', /^Another program /], ['failure', / cannot be stored /], ['', /^$/]]) {
-                await visit.ask('changeSettings', { changes: { 'monitor.skipServers': error } });
-                await visit.untilThere(() => visit.extension.evaluate(() => {
+                await fixture.ask('changeSettings', { changes: { 'monitor.skipServers': error } });
+                await fixture.untilThere(() => fixture.extension.evaluate(() => {
                     const { hidden, textContent } = document.getElementById('store');
                     return { hidden, textContent };
                 }), ({ hidden, textContent }) => hidden === !error && words.test(textContent));
@@ -92,23 +92,23 @@ for (const name of browserNames) {
             for (const [row, state] of rows)
                 await click(row, state);
             // The browser continues while the application decides.
-            const late = await visit.untilThere(() => browserItem('late', 'both'), item => item && !item.paused);
+            const late = await fixture.untilThere(() => browserItem('late', 'both'), item => item && !item.paused);
             strictEqual(late.state, 'in_progress');
             await lets('late', 'both');
             for (const [row, state, reason] of rows) {
-                const found = await visit.untilThere(() => outcome(row, state), Boolean);
+                const found = await fixture.untilThere(() => outcome(row, state), Boolean);
                 deepStrictEqual([found.state, found.reason], [state, reason], row);
                 if (state === 'browser')
                     await lets(row, state);
-                strictEqual(visit.server.asked(path(row, state)).length, 1);
+                strictEqual(fixture.server.asked(path(row, state)).length, 1);
             }
-            await visit.untilDownloaded(visit.sandbox.downloads, files);
-            await visit.untilBrowserLists(files.length);
+            await fixture.untilDownloaded(fixture.sandbox.downloads, files);
+            await fixture.untilBrowserLists(files.length);
         });
 
         test('the application is silent for too long, and takes it in the end', async () => {
             // Once, the script waits for an answer for 100 ms instead of 60 s.
-            await visit.browser.inScript(visit.extension, background => {
+            await fixture.browser.inScript(fixture.extension, background => {
                 const { setTimeout } = background;
                 background.setTimeout = (act, time, ...rest) => {
                     if (time !== 60_000)
@@ -118,41 +118,41 @@ for (const name of browserNames) {
                 };
             });
             await click('late', 'in-the-end');
-            await visit.untilThere(async () => (await visit.ask('outcomes')).filter(each => each.name === 'late-in-the-end')
+            await fixture.untilThere(async () => (await fixture.ask('outcomes')).filter(each => each.name === 'late-in-the-end')
                 .map(each => `${each.state} ${each.reason}`).join(), told => told === 'application ,browser problemApplicationSilent');
-            await visit.untilThere(() => browserItem('late', 'in-the-end'), item => !item);
-            strictEqual(visit.server.asked(path('late', 'in-the-end')).length, 1);
+            await fixture.untilThere(() => browserItem('late', 'in-the-end'), item => !item);
+            strictEqual(fixture.server.asked(path('late', 'in-the-end')).length, 1);
         });
 
         test('the script ends before the answer', async () => {
             await offer('unclear');
-            await visit.browser.stopScript();
-            await visit.ask('status'); // any event starts the script
+            await fixture.browser.stopScript();
+            await fixture.ask('status'); // any event starts the script
             await lets('silent', 'unclear');
-            await visit.untilDownloaded(visit.sandbox.downloads, files);
-            strictEqual((await visit.untilThere(() => outcome('silent', 'unclear'), Boolean)).state, 'unclear');
-            match((await visit.ask('status')).problem, /goes on with silent-unclear/);
+            await fixture.untilDownloaded(fixture.sandbox.downloads, files);
+            strictEqual((await fixture.untilThere(() => outcome('silent', 'unclear'), Boolean)).state, 'unclear');
+            match((await fixture.ask('status')).problem, /goes on with silent-unclear/);
             const isOver = ({ handovers }) => handovers.length === 0;
-            await visit.untilThere(left, isOver);
+            await fixture.untilThere(left, isOver);
             // A download that the user cancels meanwhile stays cancelled.
             await offer('cancelled');
-            await visit.browser.stopScript();
+            await fixture.browser.stopScript();
             // Chromium's list is a page, which would start the script; and Firefox cannot retry what an extension cancelled.
             if (name === 'chromium')
-                await visit.extension.evaluate(id => chrome.downloads.cancel(id), (await browserItem('silent', 'cancelled')).id);
+                await fixture.extension.evaluate(id => chrome.downloads.cancel(id), (await browserItem('silent', 'cancelled')).id);
             else
-                await visit.browser.actInList('silent-cancelled', 'cancel');
-            await visit.ask('status');
-            await visit.untilThere(left, isOver);
+                await fixture.browser.actInList('silent-cancelled', 'cancel');
+            await fixture.ask('status');
+            await fixture.untilThere(left, isOver);
             strictEqual((await browserItem('silent', 'cancelled')).state, 'interrupted');
             strictEqual(await outcome('silent', 'cancelled'), undefined);
-            strictEqual(visit.server.asked(path('silent', 'cancelled')).length, 1);
+            strictEqual(fixture.server.asked(path('silent', 'cancelled')).length, 1);
             // Unless the user retries it in the browser's list.
-            await visit.browser.actInList('silent-cancelled', 'retry');
+            await fixture.browser.actInList('silent-cancelled', 'retry');
             files.push(path('silent', 'cancelled'));
-            await visit.untilDownloaded(visit.sandbox.downloads, files);
+            await fixture.untilDownloaded(fixture.sandbox.downloads, files);
             strictEqual(await outcome('silent', 'cancelled'), undefined);
-            strictEqual(visit.server.asked(path('silent', 'cancelled')).length, 2);
+            strictEqual(fixture.server.asked(path('silent', 'cancelled')).length, 2);
         });
 
         test('the script ends after the application has taken it', async () => {
@@ -160,43 +160,43 @@ for (const name of browserNames) {
             await offer('both');
             await lets('silent', 'both');
             // As the user can do in the browser's list.
-            await visit.extension.evaluate(id => chrome.downloads.resume(id).catch(() => {}), (await browserItem('silent', 'both')).id);
-            await visit.untilThere(() => browserItem('silent', 'both'), ({ state }) => state === 'complete');
-            await visit.browser.stopScript();
-            await visit.extension.evaluate(async () => {
+            await fixture.extension.evaluate(id => chrome.downloads.resume(id).catch(() => {}), (await browserItem('silent', 'both')).id);
+            await fixture.untilThere(() => browserItem('silent', 'both'), ({ state }) => state === 'complete');
+            await fixture.browser.stopScript();
+            await fixture.extension.evaluate(async () => {
                 const { handovers } = await chrome.storage.local.get('handovers');
                 await chrome.storage.local.set({ handovers: handovers.map(each => ({ ...each, stage: 'taken' })) });
             });
-            await visit.ask('status');
-            await visit.untilThere(() => outcome('silent', 'both'), told => told?.state === 'both');
-            await visit.untilThere(() => browserItem('silent', 'application'), item => !item);
-            await visit.untilDownloaded(visit.sandbox.downloads, files);
+            await fixture.ask('status');
+            await fixture.untilThere(() => outcome('silent', 'both'), told => told?.state === 'both');
+            await fixture.untilThere(() => browserItem('silent', 'application'), item => !item);
+            await fixture.untilDownloaded(fixture.sandbox.downloads, files);
         });
 
         test('the connection breaks and the application refuses, or the host ends', async () => {
             await offer('broken', 'refusedSoon');
-            visit.server.breakOff(path('refusedSoon', 'broken'));
+            fixture.server.breakOff(path('refusedSoon', 'broken'));
             files.push(path('refusedSoon', 'broken'));
-            strictEqual((await visit.untilThere(() => outcome('refusedSoon', 'broken'), Boolean)).state, 'browser');
+            strictEqual((await fixture.untilThere(() => outcome('refusedSoon', 'broken'), Boolean)).state, 'browser');
             await click('ends', 'browser');
-            strictEqual((await visit.untilThere(() => outcome('ends', 'browser'), Boolean)).reason, 'problemHostStopped');
+            strictEqual((await fixture.untilThere(() => outcome('ends', 'browser'), Boolean)).reason, 'problemHostStopped');
             await lets('ends', 'browser');
-            await visit.untilDownloaded(visit.sandbox.downloads, files);
+            await fixture.untilDownloaded(fixture.sandbox.downloads, files);
         });
 
         test('the browser ends before the answer', async () => {
             await offer('restarted');
             await offer('posted');
-            await visit.browser.close();
-            await visit.launch(name);
+            await fixture.browser.close();
+            await fixture.launch(name);
             files.push(path('silent', 'restarted'));
             // Firefox itself requests it again, with a GET.
             if (name === 'firefox')
                 files.push(path('silent', 'posted'));
-            await visit.untilDownloaded(visit.sandbox.downloads, files);
-            strictEqual((await visit.untilThere(() => outcome('silent', 'restarted'), Boolean)).state, 'unclear');
-            strictEqual((await visit.untilThere(() => outcome('silent', 'posted'), Boolean)).state, 'lost');
-            strictEqual(visit.server.asked(path('silent', 'posted')).filter(each => each.method === 'POST').length, 1);
+            await fixture.untilDownloaded(fixture.sandbox.downloads, files);
+            strictEqual((await fixture.untilThere(() => outcome('silent', 'restarted'), Boolean)).state, 'unclear');
+            strictEqual((await fixture.untilThere(() => outcome('silent', 'posted'), Boolean)).state, 'lost');
+            strictEqual(fixture.server.asked(path('silent', 'posted')).filter(each => each.method === 'POST').length, 1);
         });
     });
 }

@@ -8,8 +8,8 @@ import { join } from 'node:path';
 import { pipeline } from 'node:stream/promises';
 import { test } from 'node:test';
 import { browserNames } from '../../../tools/drivers/browsers.mjs';
-import { ToldServer, hashOf } from '../support/toldserver.mjs';
-import { Visit } from '../support/visit.mjs';
+import { ConfigurableServer, hashOf } from '../support/configurableserver.mjs';
+import { BrowserFixture } from '../support/browserfixture.mjs';
 
 const isFull = process.env.KOVALO_FULL === '1';
 const mebibyte = 1 << 20;
@@ -32,38 +32,38 @@ function fakeItsClock(sandbox) {
 
 for (const name of isFull ? browserNames : ['chromium']) {
     test(`a large file from ${name}`, { timeout: 600_000 }, async context => {
-        const server = await ToldServer.start();
-        server.pageUrl = server.tell('/page', {
+        const server = await ConfigurableServer.start();
+        server.pageUrl = server.respond('/page', {
             status: 200, headers: { 'Content-Type': 'text/html' }, body: '<a id="file" href="/large.bin">large</a>',
         });
         // The first of these is the browser's, until it gives up the download.
         const breaks = [1, 2, 3, 4, 5].map(count => size * count / 40);
-        server.tell('/large.bin', { size, rate, breaks: [size, ...breaks] });
+        server.respond('/large.bin', { size, rate, breaks: [size, ...breaks] });
         let setClock;
-        const visit = await Visit.start(name, ['kov'], { server, prepare: sandbox => { setClock = fakeItsClock(sandbox); } });
+        const fixture = await BrowserFixture.start(name, ['kov'], { server, prepare: sandbox => { setClock = fakeItsClock(sandbox); } });
         try {
-            const job = () => JSON.parse(visit.application('jobs', '--json')).at(-1);
-            await visit.page.click('#file');
-            await visit.until(() => visit.sandbox.running('kov-real').length > 0, 'the application to be started');
-            await visit.untilThere(job, Boolean);
+            const job = () => JSON.parse(fixture.application('jobs', '--json')).at(-1);
+            await fixture.page.click('#file');
+            await fixture.until(() => fixture.sandbox.running('kov-real').length > 0, 'the application to be started');
+            await fixture.untilThere(job, Boolean);
             const times = ['+400d', '-4000d', '+0'];
             for (const [index, time] of times.entries()) {
                 const { receivedBytes } = job();
                 const wanted = Math.min(size * 0.95, receivedBytes + size / 6);
-                await visit.untilThere(job, each => each.receivedBytes >= wanted || each.state === 'finished');
+                await fixture.untilThere(job, each => each.receivedBytes >= wanted || each.state === 'finished');
                 setClock(time);
-                await visit.until(() => job().receivedBytes > wanted, 'progress after the jump of the clock');
-                for (const pid of visit.sandbox.running('kov-real'))
+                await fixture.until(() => job().receivedBytes > wanted, 'progress after the jump of the clock');
+                for (const pid of fixture.sandbox.running('kov-real'))
                     process.kill(pid, 'SIGKILL');
                 context.diagnostic(`killed for the ${index + 1}. time at ${job().receivedBytes / mebibyte} MiB`);
             }
-            const { state, error, path } = await visit.untilThere(job, each => ['finished', 'failed'].includes(each.state));
-            deepStrictEqual([state, error, readdirSync(visit.sandbox.downloads)], ['finished', '', ['large.bin']]);
+            const { state, error, path } = await fixture.untilThere(job, each => ['finished', 'failed'].includes(each.state));
+            deepStrictEqual([state, error, readdirSync(fixture.sandbox.downloads)], ['finished', '', ['large.bin']]);
             const hash = createHash('sha256');
             await pipeline(createReadStream(path), hash);
             strictEqual(hash.digest('hex'), hashOf('/large.bin', size));
 
-            const [browsers, first, ...others] = server.visits('/large.bin');
+            const [browsers, first, ...others] = server.requestsTo('/large.bin');
             ok(others.length >= breaks.length + times.length, `${others.length} requests to go on`);
             ok(others.every(({ headers }) => headers.range && headers['if-range']), 'none begins anew');
             const sent = [first, ...others].reduce((sum, each) => sum + each.sent, 0);
@@ -72,7 +72,7 @@ for (const name of isFull ? browserNames : ['chromium']) {
             // Data in flight, and data received since the progress was stored, on 4 connections.
             ok(sent < size + times.length * 4 * 2 * rate, `${sent} bytes were sent`);
         } finally {
-            await visit.end();
+            await fixture.end();
         }
     });
 }

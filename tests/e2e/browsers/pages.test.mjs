@@ -6,29 +6,29 @@ import { join } from 'node:path';
 import { after, before, describe, test } from 'node:test';
 import axe from 'axe-core';
 import { browserNames } from '../../../tools/drivers/browsers.mjs';
-import { Visit } from '../support/visit.mjs';
+import { BrowserFixture } from '../support/browserfixture.mjs';
 
 /** In milliseconds: a timeout for hangs, so that the browser is still closed. */
-const patience = 150_000;
+const timeoutMs = 150_000;
 
 for (const name of browserNames) {
     describe(`pages in ${name}`, () => {
-        let visit;
+        let fixture;
         const pages = {};
         before(async () => {
-            visit = await Visit.start(name, ['kov']);
+            fixture = await BrowserFixture.start(name, ['kov']);
             for (const each of ['popup', 'help', 'options'])
-                pages[each] = await visit.browser.openExtensionPage(`${each}.html`);
-            await visit.until(async () => (await visit.ask('settings')) !== null, 'the settings');
-        }, { timeout: patience });
-        after(() => visit?.end(), { timeout: patience });
+                pages[each] = await fixture.browser.openExtensionPage(`${each}.html`);
+            await fixture.until(async () => (await fixture.ask('settings')) !== null, 'the settings');
+        }, { timeout: timeoutMs });
+        after(() => fixture?.end(), { timeout: timeoutMs });
 
         const evaluate = (page, ...rest) => pages[page].evaluate(...rest);
         const textOf = (page, selector) => evaluate(page, each => document.querySelector(each)?.innerText ?? '', selector);
-        const says = (page, selector, words) => visit.until(
+        const says = (page, selector, words) => fixture.until(
             async () => await textOf(page, selector) === words, `${selector} to say "${words}"`);
         /** Like a user: waits until the element can be clicked. */
-        const click = (page, selector) => visit.until(() => evaluate(page, each => {
+        const click = (page, selector) => fixture.until(() => evaluate(page, each => {
             const found = document.querySelector(each);
             const isReady = found !== null && !found.disabled && found.checkVisibility();
             if (isReady)
@@ -43,46 +43,46 @@ for (const name of browserNames) {
         }, selector, value);
         const outcomes = () => evaluate('popup', () => [...document.querySelectorAll('#downloads small')].map(
             each => each.textContent.split(' · ')[0]));
-        const outcomesAre = (...words) => visit.until(
+        const outcomesAre = (...words) => fixture.until(
             async () => JSON.stringify(await outcomes()) === JSON.stringify(words), `the popup to list ${words}`);
         async function download() {
-            await visit.page.bringToFront();
-            await visit.page.click('#file');
+            await fixture.page.bringToFront();
+            await fixture.page.click('#file');
         }
 
-        test('the next download is kept, the one after it is not, and one from a page of a kept server is', { timeout: patience }, async () => {
+        test('the next download is kept, the one after it is not, and one from a page of a kept server is', { timeout: timeoutMs }, async () => {
             await click('popup', '#keepNext');
             await says('popup', '#state', 'The next download stays in the browser.');
             await download();
             await outcomesAre('Kept in the browser');
-            strictEqual((await visit.ask('keeping')).next, false);
-            await visit.ask('changePreferences', { changes: { 'signs.successes': true } });
+            strictEqual((await fixture.ask('keeping')).next, false);
+            await fixture.ask('changePreferences', { changes: { 'notify.successes': true } });
             await download();
             await outcomesAre('Handed over to Kovalo', 'Kept in the browser');
             // Without a desktop Firefox closes a notification at once.
-            const signs = () => visit.extension.evaluate(async () =>
+            const shown = () => fixture.extension.evaluate(async () =>
                 [await chrome.action.getBadgeText({}), ...Object.keys(await chrome.notifications.getAll())].map(each => each.slice(0, 7)));
             const wanted = name === 'firefox' ? ['✓'] : ['✓', 'success'];
-            await visit.untilThere(signs, found => wanted.every(each => found.includes(each)));
-            const url = visit.server.pageUrl;
-            deepStrictEqual(await visit.ask('leaveSite', { url, leave: true }), { host: new URL(url).hostname, isLeft: true });
+            await fixture.untilThere(shown, found => wanted.every(each => found.includes(each)));
+            const url = fixture.server.pageUrl;
+            deepStrictEqual(await fixture.ask('leaveSite', { url, leave: true }), { host: new URL(url).hostname, isLeft: true });
             await download();
             await outcomesAre('Kept in the browser', 'Handed over to Kovalo', 'Kept in the browser');
-            strictEqual((await visit.ask('leaveSite', { url, leave: false })).isLeft, false);
+            strictEqual((await fixture.ask('leaveSite', { url, leave: false })).isLeft, false);
         });
 
-        test('the user chooses among the links of a page, of which none is asked for before', { timeout: patience }, async () => {
-            await visit.page.evaluate(() => document.body.insertAdjacentHTML('beforeend',
+        test('the user chooses among the links of a page, of which none is asked for before', { timeout: timeoutMs }, async () => {
+            await fixture.page.evaluate(() => document.body.insertAdjacentHTML('beforeend',
                 '<a href="/account/logout">bye</a> <a href="/read">a page</a>'));
-            const asked = visit.server.requests.length;
-            await visit.ask('chooseLinks', { tabId: await visit.tabId(visit.server.pageUrl) });
-            const address = await visit.untilThere(() => visit.extension.evaluate(async () =>
+            const asked = fixture.server.requests.length;
+            await fixture.ask('chooseLinks', { tabId: await fixture.tabId(fixture.server.pageUrl) });
+            const address = await fixture.untilThere(() => fixture.extension.evaluate(async () =>
                 (await chrome.tabs.query({})).find(tab => tab.url?.includes('links.html#'))?.url), Boolean);
-            pages.links = await visit.browser.openExtensionPage(address.slice(address.indexOf('links.html')));
+            pages.links = await fixture.browser.openExtensionPage(address.slice(address.indexOf('links.html')));
             const shown = () => evaluate('links', () => [...document.querySelectorAll('#links tr:not([hidden])')].map(
                 row => `${row.querySelector('input').checked ? '+' : '-'} ${new URL(row.querySelector('label').title).pathname}`));
             const files = ['data.bin', 'list.m3u', 'one.bin', 'two.bin'].map(each => `+ /files/${each}`);
-            deepStrictEqual(await visit.untilThere(shown, found => found.length > 0),
+            deepStrictEqual(await fixture.untilThere(shown, found => found.length > 0),
                             [...files, '+ /moved', '- /account/logout', '+ /read']);
             await enter('links', '#kind', 'files');
             deepStrictEqual(await shown(), files);
@@ -90,21 +90,21 @@ for (const name of browserNames) {
             deepStrictEqual([await shown(), await textOf('links', '#noMatch')], [[], 'No link matches the filter.']);
             await enter('links', '#filter', 'ONE bin');
             strictEqual(await textOf('links', '#download'), 'Download (1)');
-            strictEqual(visit.server.requests.length, asked);
+            strictEqual(fixture.server.requests.length, asked);
             await click('links', '#download');
             await says('links', '#said', 'Handed over to Kovalo: 1');
-            await visit.until(() => visit.server.requests.length > asked, 'the application to ask for it');
-            deepStrictEqual(visit.server.requests.slice(asked), [{ method: 'GET', path: '/files/one.bin', allowed: true }]);
+            await fixture.until(() => fixture.server.requests.length > asked, 'the application to ask for it');
+            deepStrictEqual(fixture.server.requests.slice(asked), [{ method: 'GET', path: '/files/one.bin', allowed: true }]);
         });
 
-        test('the page on problems tries a download', { timeout: patience }, async () => {
+        test('the page on problems tries a download', { timeout: timeoutMs }, async () => {
             await click('help', '#test');
             await says('help', '#verdict', 'Everything works.');
-            await visit.until(() => existsSync(join(visit.sandbox.downloads, 'kovalo-test.txt')), 'the test file');
+            await fixture.until(() => existsSync(join(fixture.sandbox.downloads, 'kovalo-test.txt')), 'the test file');
         });
 
-        test('options take what a user writes, and say what they cannot take', { timeout: patience }, async () => {
-            const monitor = async () => (await visit.ask('settings')).browser.monitor;
+        test('options take what a user writes, and say what they cannot take', { timeout: timeoutMs }, async () => {
+            const monitor = async () => (await fixture.ask('settings')).browser.monitor;
             const servers = '#option-monitor-skipServers';
             await enter('options', servers, 'https://Example.com/a/b, *.example.org [::1] .');
             await says('options', '#saved', 'Saved');
@@ -122,13 +122,13 @@ for (const name of browserNames) {
             await says('options', '#saved', '');
             await enter('options', '#option-monitor-skipSmallerThan + select', String(1024 ** 2));
             await enter('options', '#option-monitor-skipSmallerThan', '1.5');
-            await visit.until(async () => Number((await monitor()).skipSmallerThan) === 1.5 * 1024 ** 2, 'the size to hold');
+            await fixture.until(async () => Number((await monitor()).skipSmallerThan) === 1.5 * 1024 ** 2, 'the size to hold');
             await enter('options', '#option-monitor-skipSmallerThan', '-1');
             ok(await evaluate('options', () => document.querySelector('#option-monitor-skipSmallerThan:invalid') !== null));
             strictEqual(Number((await monitor()).skipSmallerThan), 1.5 * 1024 ** 2);
         });
 
-        test('assistive technology finds its way, and colours have contrast in both schemes', { timeout: patience }, async () => {
+        test('assistive technology finds its way, and colours have contrast in both schemes', { timeout: timeoutMs }, async () => {
             for (const page of Object.keys(pages)) {
                 await evaluate(page, new Function(axe.source));
                 deepStrictEqual(await evaluate(page, async () => {

@@ -5,7 +5,7 @@ import { deepStrictEqual, ok, strictEqual } from 'node:assert';
 import { after, before, describe, test } from 'node:test';
 import { browserNames, hostProgram } from '../../../tools/drivers/browsers.mjs';
 import { makeStream, played, wholeFilm } from '../support/streams.mjs';
-import { Visit } from '../support/visit.mjs';
+import { BrowserFixture } from '../support/browserfixture.mjs';
 
 /** Other resources of a page with a video. None of them may be mistaken for the video. */
 const surroundings = {
@@ -113,50 +113,50 @@ const pages = [
 
 for (const name of browserNames) {
     describe(`videos in ${name}`, { timeout: 300_000 }, () => {
-        let visit;
+        let fixture;
         let popup;
         const arrived = [];
         before(async () => {
-            visit = await Visit.start(name, ['kov']);
+            fixture = await BrowserFixture.start(name, ['kov']);
             const innerParts = { ...film('/film/inner.mp4') };
-            visit.server.addPage('/player/inner', `<title>Inner</title><script>
+            fixture.server.addPage('/player/inner', `<title>Inner</title><script>
                 fetch('/film/inner.mp4').then(response => response.text());</script>`, innerParts);
-            visit.server.addPage('/save', '<h1>Save</h1><a id="save" href="/film/save.mp4" download>it</a>',
+            fixture.server.addPage('/save', '<h1>Save</h1><a id="save" href="/film/save.mp4" download>it</a>',
                                  film('/film/save.mp4'));
             for (const [index, page] of pages.entries()) {
                 const around = Object.fromEntries(Object.entries(surroundings)
                     .map(([path, part]) => [path.replace('/ads/', `/ads/${index}-`), part]));
-                visit.server.addPage(`/player/${index}`, playerPage(around, page.script ?? '', page.more),
+                fixture.server.addPage(`/player/${index}`, playerPage(around, page.script ?? '', page.more),
                                      { ...around, ...page.parts });
             }
-            popup = await visit.browser.openExtensionPage('popup.html');
+            popup = await fixture.browser.openExtensionPage('popup.html');
         });
-        after(() => visit?.end());
+        after(() => fixture?.end());
 
         async function open(index) {
-            await visit.page.goto(`${visit.server.origin}/player/${index}`);
-            await visit.until(async () => await visit.page.title() === 'played', 'the page to play');
+            await fixture.page.goto(`${fixture.server.origin}/player/${index}`);
+            await fixture.until(async () => await fixture.page.title() === 'played', 'the page to play');
         }
         /** Resolves once a page's video has arrived: a file unchanged, or a stream as a film. Removes it. */
         async function arrives({ wants, isStream }) {
             if (isStream) {
-                const { id, state, path } = await visit.untilThere(
-                    () => JSON.parse(visit.application('jobs', '--json')).findLast(each => each.url.endsWith(wants)) ?? {},
+                const { id, state, path } = await fixture.untilThere(
+                    () => JSON.parse(fixture.application('jobs', '--json')).findLast(each => each.url.endsWith(wants)) ?? {},
                     job => ['finished', 'failed'].includes(job.state));
-                strictEqual(state, 'finished', visit.application('jobs'));
+                strictEqual(state, 'finished', fixture.application('jobs'));
                 deepStrictEqual(played(path), wholeFilm);
-                visit.application('remove', '--file', String(id));
+                fixture.application('remove', '--file', String(id));
             } else {
                 arrived.push(wants);
             }
-            await visit.untilDownloaded(visit.sandbox.downloads, arrived);
+            await fixture.untilDownloaded(fixture.sandbox.downloads, arrived);
         }
         const listed = () => popup.evaluate(() => document.getElementById('page').hidden ? null
             : [...document.querySelectorAll('#media button')]
                 .map(button => [...button.children].map(part => part.textContent).join(', ')).sort());
         /** Reloads the popup, as if it were opened over the page. */
-        async function showPopup(address = visit.page.url()) {
-            const tabId = await visit.tabId(address);
+        async function showPopup(address = fixture.page.url()) {
+            const tabId = await fixture.tabId(address);
             await popup.evaluate(async id => {
                 await chrome.tabs.update(id, { active: true });
                 location.reload();
@@ -164,7 +164,7 @@ for (const name of browserNames) {
         }
         async function popupLists(lists) {
             let now;
-            await visit.until(async () => {
+            await fixture.until(async () => {
                 now = await listed().catch(() => 'loading');
                 return JSON.stringify(now) === JSON.stringify(lists);
             }, 'the popup to list what was found').catch(error => {
@@ -180,16 +180,16 @@ for (const name of browserNames) {
             await popupLists(pages[1].lists);
             await popup.evaluate(() => document.querySelector('#media button').click());
             arrived.push(pages[1].wants);
-            await visit.untilDownloaded(visit.sandbox.downloads, arrived);
+            await fixture.untilDownloaded(fixture.sandbox.downloads, arrived);
         });
 
         test('the options page has videos looked for everywhere', async () => {
-            await visit.extension.evaluate(() => {
+            await fixture.extension.evaluate(() => {
                 document.querySelector('[name="monitor.video.enable"]').click();
             });
-            await visit.until(async () => (await visit.ask('settings')).browser.monitor.video.enable, 'the option to hold');
-            await visit.page.close(); // otherwise its tab would be observed
-            visit.page = await visit.browser.browser.newPage();
+            await fixture.until(async () => (await fixture.ask('settings')).browser.monitor.video.enable, 'the option to hold');
+            await fixture.page.close(); // otherwise its tab would be observed
+            fixture.page = await fixture.browser.browser.newPage();
         });
 
         for (const [index, page] of pages.entries()) {
@@ -197,64 +197,64 @@ for (const name of browserNames) {
                 await open(index);
                 await showPopup();
                 await popupLists(page.lists);
-                await visit.chooseMenu(visit.page, page.at, 'dlvideo');
+                await fixture.chooseMenu(fixture.page, page.at, 'dlvideo');
                 await arrives(page);
-                strictEqual((await visit.ask('status')).problem, null);
-                ok(visit.server.requests.every(request => request.allowed), JSON.stringify(visit.server.requests));
+                strictEqual((await fixture.ask('status')).problem, null);
+                ok(fixture.server.requests.every(request => request.allowed), JSON.stringify(fixture.server.requests));
             });
         }
 
         test('a page that the browser may render before the user goes there', async () => {
-            visit.server.addPage('/ahead', `<a id="next" href="/player/1">next</a><script type="speculationrules">
+            fixture.server.addPage('/ahead', `<a id="next" href="/player/1">next</a><script type="speculationrules">
                 {"prerender": [{"source": "list", "urls": ["/player/1"], "eagerness": "immediate"}]}</script>`);
-            visit.server.requests.length = 0;
-            await visit.page.goto(`${visit.server.origin}/ahead`);
-            const isPlayed = () => visit.server.requests.filter(each => each.path === pages[1].wants).length === 3;
+            fixture.server.requests.length = 0;
+            await fixture.page.goto(`${fixture.server.origin}/ahead`);
+            const isPlayed = () => fixture.server.requests.filter(each => each.path === pages[1].wants).length === 3;
             if (name === 'chromium')
-                await visit.until(isPlayed, 'the page to be rendered ahead');
-            await visit.page.click('#next');
-            await visit.until(isPlayed, 'the page to be shown');
-            await showPopup(`${visit.server.origin}/player/1`);
+                await fixture.until(isPlayed, 'the page to be rendered ahead');
+            await fixture.page.click('#next');
+            await fixture.until(isPlayed, 'the page to be shown');
+            await showPopup(`${fixture.server.origin}/player/1`);
             await popupLists(pages[1].lists);
         });
 
         test('what was found outlives the script and its host', async () => {
-            visit.page = await visit.browser.browser.newPage(); // the tab was replaced by that of the prerendered page
+            fixture.page = await fixture.browser.browser.newPage(); // the tab was replaced by that of the prerendered page
             const { wants, lists } = pages[2];
             await open(2);
             await showPopup();
             await popupLists(lists);
-            await visit.until(() => visit.extension.evaluate(
+            await fixture.until(() => fixture.extension.evaluate(
                 async path => JSON.stringify(await chrome.storage.session.get()).includes(path), wants),
             'the script to keep what it found');
-            const hosts = visit.sandbox.running(hostProgram);
-            await visit.browser.stopScript();
-            await visit.until(() => !hosts.some(pid => visit.sandbox.running(hostProgram).includes(pid)), 'the host to end');
-            await visit.until(async () => (await visit.ask('status')).version !== '', 'another host to answer');
-            await visit.page.evaluate(async () => (await fetch('/pieces/1.ts')).text());
+            const hosts = fixture.sandbox.running(hostProgram);
+            await fixture.browser.stopScript();
+            await fixture.until(() => !hosts.some(pid => fixture.sandbox.running(hostProgram).includes(pid)), 'the host to end');
+            await fixture.until(async () => (await fixture.ask('status')).version !== '', 'another host to answer');
+            await fixture.page.evaluate(async () => (await fetch('/pieces/1.ts')).text());
             await showPopup();
             await popupLists(lists);
-            await visit.chooseMenu(visit.page, 'h1', 'dlvideo');
+            await fixture.chooseMenu(fixture.page, 'h1', 'dlvideo');
             await arrives(pages[2]);
             // The next host starts while the script keeps running.
-            const killed = visit.sandbox.running(hostProgram);
+            const killed = fixture.sandbox.running(hostProgram);
             for (const pid of killed)
                 process.kill(pid, 'SIGKILL');
-            await visit.until(() => visit.sandbox.running(hostProgram).some(pid => !killed.includes(pid)), 'a new host');
-            await visit.chooseMenu(visit.page, 'h1', 'dlvideo');
+            await fixture.until(() => fixture.sandbox.running(hostProgram).some(pid => !killed.includes(pid)), 'a new host');
+            await fixture.chooseMenu(fixture.page, 'h1', 'dlvideo');
             await arrives(pages[2]);
         });
 
         test('what the browser downloads is no video of the page, and that there is none is told', async () => {
-            visit.application('set', 'WbInterceptDownloads', '0');
-            await visit.until(async () => !(await visit.ask('settings')).browser.monitor.enable, 'catching to be off');
-            await visit.page.goto(`${visit.server.origin}/save`);
-            await visit.page.click('#save');
-            await visit.untilDownloaded(visit.sandbox.downloads, [...arrived, '/film/save.mp4']);
+            fixture.application('set', 'WbInterceptDownloads', '0');
+            await fixture.until(async () => !(await fixture.ask('settings')).browser.monitor.enable, 'catching to be off');
+            await fixture.page.goto(`${fixture.server.origin}/save`);
+            await fixture.page.click('#save');
+            await fixture.untilDownloaded(fixture.sandbox.downloads, [...arrived, '/film/save.mp4']);
             await showPopup();
             await popupLists([]);
-            await visit.chooseMenu(visit.page, 'h1', 'dlvideo');
-            await visit.until(async () => (await visit.ask('status')).problem
+            await fixture.chooseMenu(fixture.page, 'h1', 'dlvideo');
+            await fixture.until(async () => (await fixture.ask('status')).problem
                 === 'No video was seen here. Play it, or load the page again, and try once more.', 'the words');
         });
     });

@@ -6,10 +6,10 @@ import { existsSync, readFileSync, readdirSync, rmSync, writeFileSync } from 'no
 import { join } from 'node:path';
 import { test } from 'node:test';
 import { until } from '../../../tools/drivers/hostprocess.mjs';
-import { Scene } from './faultscene.mjs';
+import { HostFixture } from './hostfixture.mjs';
 
 /** A user's home with the service in it, which shows its downloads and their files. */
-class Home extends Scene {
+class Home extends HostFixture {
     get folder() { return this.sandbox.downloads; }
     files() { return existsSync(this.folder) ? readdirSync(this.folder).sort() : []; }
     file(name) { return readFileSync(join(this.folder, name)); }

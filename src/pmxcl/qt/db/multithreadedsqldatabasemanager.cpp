@@ -34,7 +34,7 @@ MultiThreadedSqlDatabaseManager::thisThreadDbManager(bool create) const
         return it != m_managers.constEnd() ? *it : nullptr;
     const auto db =
         qtCreateObject<SqlDatabaseManager>(m_filePath, thisThreadConnectionName(), m_sharedMutex);
-    if (!db->openDatabase() && SqlFailureLog::isNews(m_filePath, QStringLiteral("open")))
+    if (!db->openDatabase() && SqlFailureLog::isNew(m_filePath, QStringLiteral("open")))
         checkOrLog(false, "db->openDatabase()");
     // Direct: a connection must be closed on its own thread, before that ends.
     connect(thread, &QThread::finished, this, &MultiThreadedSqlDatabaseManager::onThreadFinished,

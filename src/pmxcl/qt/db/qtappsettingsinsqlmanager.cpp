@@ -181,7 +181,7 @@ bool QtAppSettingsInSqlManager::checkStored(bool ok, const char *step, int line)
     const QSqlError error = m_table->lastError();
     noteFailure(error);
     if (const QString failure = sqlFailureText(error);
-        SqlFailureLog::isNews(m_db->databaseFilePath(), failure)) {
+        SqlFailureLog::isNew(m_db->databaseFilePath(), failure)) {
         logLine(1,
                 QStringLiteral("[QtAppSettingsInSqlManager]: WARNING: cannot store settings: %1")
                     .arg(failure));
@@ -194,6 +194,6 @@ void QtAppSettingsInSqlManager::noteFailure(const QSqlError &error)
 {
     m_failure = isBusyError(error) ? StoreState::Busy : StoreState::Failed;
     if (m_failure == StoreState::Failed && m_db->databaseOpened()
-        && SqlFailureLog::isNews(m_db->databaseFilePath(), QStringLiteral("check")))
+        && SqlFailureLog::isNew(m_db->databaseFilePath(), QStringLiteral("check")))
         m_db->checkIfCorrupt();
 }

@@ -47,7 +47,7 @@ QHash<QString, QString> QtAppSettingsSqlTable::readAll()
     if (lastError().isValid() && setupError().isValid())
         setLastError(setupError());
     if (const QString failure = sqlFailureText(lastError());
-        lastError().isValid() && SqlFailureLog::isNews(databaseFilePath(), failure))
+        lastError().isValid() && SqlFailureLog::isNew(databaseFilePath(), failure))
         logLine(1,
                 QStringLiteral("[%1:%2]: WARNING: DB TABLE ERROR: %3")
                     .arg(QStringLiteral(__FILE_NAME__), QString::number(__LINE__), failure));

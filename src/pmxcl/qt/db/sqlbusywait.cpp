@@ -72,8 +72,8 @@ SqlBusyWait::~SqlBusyWait()
     if (&m_outermost != this)
         return;
     outermostWait() = nullptr;
-    if (!m_filePath.isEmpty() && (m_inVain || m_wentWell))
-        setHeld(m_filePath, m_inVain);
+    if (!m_filePath.isEmpty() && (m_timedOut || m_succeeded))
+        setHeld(m_filePath, m_timedOut);
 }
 
 bool SqlBusyWait::pause()
@@ -92,6 +92,6 @@ bool SqlBusyWait::pause()
 
 void SqlBusyWait::note(const QSqlError &error)
 {
-    m_inVain = m_inVain || isBusyError(error);
-    m_wentWell = m_wentWell || !error.isValid();
+    m_timedOut = m_timedOut || isBusyError(error);
+    m_succeeded = m_succeeded || !error.isValid();
 }

@@ -55,8 +55,8 @@ private:
     const QString m_filePath;
     SqlBusyWait &m_outermost;
     QDeadlineTimer m_deadline{QDeadlineTimer::Forever};
-    bool m_inVain = false;
-    bool m_wentWell = false;
+    bool m_timedOut = false;
+    bool m_succeeded = false;
 };
 
 /// SqlBusyWait::retry() for a single step.

@@ -29,7 +29,7 @@ QString sqlFailureText(const QSqlError &error)
         : error.databaseText();
 }
 
-bool SqlFailureLog::isNews(const QString &filePath, const QString &failure)
+bool SqlFailureLog::isNew(const QString &filePath, const QString &failure)
 {
     LoggedFailures &logged = loggedFailures();
     const QMutexLocker locker(&logged.mutex);

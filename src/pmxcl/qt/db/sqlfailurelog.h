@@ -16,7 +16,7 @@ QString sqlFailureText(const QSqlError &error);
 class SqlFailureLog {
 public:
     /// Whether this is the first failure of the file since forget().
-    static bool isNews(const QString &filePath, const QString &failure);
+    static bool isNew(const QString &filePath, const QString &failure);
     /// Call after the file has been written.
     static void forget(const QString &filePath);
 };

@@ -21,7 +21,7 @@ QtAbstractSocketVhIpc::QtAbstractSocketVhIpc(QSharedPointer<QtAbstractSocket> so
             &QtAbstractSocketVhIpc::fatalError);
     connect(m_processor.data(), &QtAbstractVhIpcPart::sendVh, this, &QtAbstractSocketVhIpc::send);
     if (!useCbor)
-        m_processor->setTaker([] { return true; });
+        m_processor->setAcceptsEncoded([] { return true; });
     connect(m_socket.data(), &QtAbstractSocket::connectedStateChanged, m_processor.data(),
             &QtAbstractVhIpcPart::onConnectChanged);
     if (m_socket->isConnected())

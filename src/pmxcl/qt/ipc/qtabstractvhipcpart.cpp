@@ -26,7 +26,7 @@ void QtAbstractVhIpcPart::setRequiringServer(bool requiring)
     Q_EMIT requiringServerChanged(requiring);
 }
 
-void QtAbstractVhIpcPart::setTaker(std::function<bool()> mayBeEncoded)
+void QtAbstractVhIpcPart::setAcceptsEncoded(std::function<bool()> mayBeEncoded)
 {
     m_mayBeEncoded = std::move(mayBeEncoded);
 }

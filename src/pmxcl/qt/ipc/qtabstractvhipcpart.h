@@ -30,7 +30,7 @@ public:
 
     /// Sets the function that says whether the receiver of sendVh() accepts lists that are already
     /// encoded.
-    void setTaker(std::function<bool()> mayBeEncoded);
+    void setAcceptsEncoded(std::function<bool()> mayBeEncoded);
     /// Whether a message may contain a QtEncodedVariantList instead of the list itself: only if its
     /// sole receiver writes it as a data stream. Determined once per connection, with the first
     /// message.

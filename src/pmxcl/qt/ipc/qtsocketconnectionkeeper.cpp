@@ -11,7 +11,7 @@ namespace {
 /// A connection that lasted longer resets the backoff, in milliseconds.
 constexpr qint64 shortConnection = 2999;
 /// From this delay on, a coarse timer is enough, in milliseconds.
-constexpr int longestPreciseWait = 1999;
+constexpr int maxPreciseWaitMs = 1999;
 
 // The error code of sockets for a proxy that requires credentials.
 constexpr std::string_view proxyAuthCategory = "QtAbstractSocketError";
@@ -108,7 +108,7 @@ void QtSocketConnectionKeeper::scheduleReconnect()
     }
     const int wait = m_currentRetryInterval;
     m_currentRetryInterval = wait > m_maxRetryInterval / 2 ? m_maxRetryInterval : wait * 2;
-    m_reconnectTimer->start(wait, wait > longestPreciseWait ? Qt::CoarseTimer : Qt::PreciseTimer);
+    m_reconnectTimer->start(wait, wait > maxPreciseWaitMs ? Qt::CoarseTimer : Qt::PreciseTimer);
 }
 
 bool QtSocketConnectionKeeper::isProxyAuthError() const

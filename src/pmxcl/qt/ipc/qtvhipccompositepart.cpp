@@ -42,7 +42,7 @@ void QtVhIpcCompositePart::addPart(const QString &name,
         return;
     m_parts.insert(name, {part, false, needsFirstGate, needsSecondGate});
     connect(part.data(), &QtAbstractVhIpcPart::sendVh, this, &QtVhIpcCompositePart::onPartSendVh);
-    part->setTaker([self = QPointer(this)] { return self && self->maySendEncoded(); });
+    part->setAcceptsEncoded([self = QPointer(this)] { return self && self->maySendEncoded(); });
     connect(part.data(), &QtAbstractVhIpcPart::readyStateChanged, this,
             [this, name](bool ready) { onPartReadyStateChanged(name, ready); });
     connect(part.data(), &QtAbstractVhIpcPart::requiringServerChanged, this,

@@ -137,7 +137,7 @@ void QtLocalSocket::connectToServer(const QtAbstractServerAddress &address,
         QMetaObject::invokeMethod(this, &QtLocalSocket::connectPostponed, Qt::QueuedConnection);
         return;
     }
-    m_attemptDeadline.setRemainingTime(fullQueueWithinMs);
+    m_attemptDeadline.setRemainingTime(fullQueueTimeoutMs);
     attempt(wanted);
 }
 

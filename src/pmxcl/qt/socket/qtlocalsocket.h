@@ -41,7 +41,7 @@ public:
 
     /// How long to retry a server whose queue of connections is full, in milliseconds. After that,
     /// the attempt fails with SocketTimeoutError (code 6).
-    static constexpr int fullQueueWithinMs = 1000;
+    static constexpr int fullQueueTimeoutMs = 1000;
 
     /// Does nothing for an address that is not a local server name. When called from a slot for the
     /// end of a connection, it connects from the event loop.

@@ -1,6 +1,7 @@
 // Keeping a client connected: the keeper's attempts, the launches of a missing server, and the
 // helper that combines both. With a fake clock.
 
+#include "fakeclock.h"
 #include "qtabstractserverlauncher.h"
 #include "qtabstractsocketvhipc.h"
 #include "qtabstractvhipcclienthelper.h"
@@ -8,7 +9,6 @@
 #include "qtsocketconnectionkeeper.h"
 #include "recordingpart.h"
 #include "rows.h"
-#include "turnedclock.h"
 
 using Waits = QList<qint64>;
 
@@ -69,7 +69,7 @@ struct Setup {
     Setup() { keeper->setServerAddress(QtAbstractServerAddress(u"server"_qs)); }
 
     QStringList log;
-    TurnedClock clock;
+    FakeClock clock;
     QSharedPointer<FakeSocket> socket = QSharedPointer<FakeSocket>::create(log);
     QSharedPointer<QtSocketConnectionKeeper> keeper =
         QSharedPointer<QtSocketConnectionKeeper>::create(socket, nullptr, clock);

@@ -15,9 +15,9 @@
  * advance() fires the timers in the order in which they are due; each sees the time for which it
  * was set. Queued signals and calls are delivered before and after each of them.
  */
-class TurnedClock : public QtClock {
+class FakeClock : public QtClock {
 public:
-    explicit TurnedClock(std::time_t wallTime = 1'700'000'000) : m_wallStart(wallTime) { }
+    explicit FakeClock(std::time_t wallTime = 1'700'000'000) : m_wallStart(wallTime) { }
 
     std::time_t wallTime() const override { return m_wallStart + m_nowMs / 1000; }
     qint64 monotonicMs() const override { return m_nowMs; }
@@ -54,7 +54,7 @@ public:
 private:
     class Timer : public QtSingleShotTimer {
     public:
-        explicit Timer(TurnedClock &clock) : m_clock(clock) { m_clock.m_timers.append(this); }
+        explicit Timer(FakeClock &clock) : m_clock(clock) { m_clock.m_timers.append(this); }
         ~Timer() override { m_clock.m_timers.removeOne(this); }
         Q_DISABLE_COPY_MOVE(Timer)
 
@@ -73,7 +73,7 @@ private:
         }
 
         static constexpr qint64 Stopped = std::numeric_limits<qint64>::max();
-        TurnedClock &m_clock;
+        FakeClock &m_clock;
         qint64 m_dueMs = Stopped;
         Qt::TimerType m_type = Qt::CoarseTimer;
     };

@@ -1,4 +1,4 @@
-#include "kovanswer.h"
+#include "kovhttpresponse.h"
 
 #include "httpheaderblock.h"
 #include "kovfilename.h"
@@ -28,7 +28,7 @@ constexpr int lastServerError = 599;
 
 constexpr qint64 millisecondsPerSecond = 1000;
 /// The longest delay that a server can request (Retry-After).
-constexpr qint64 longestRetryAfterMs = 3600 * millisecondsPerSecond;
+constexpr qint64 maxRetryAfterMs = 3600 * millisecondsPerSecond;
 
 /// -1 for an unknown number, and for one that is too large for the size of a file.
 qint64 toLength(std::optional<quint64> number)
@@ -51,17 +51,16 @@ qint64 retryAfter(const QNetworkReply &reply)
     const QByteArray value = reply.rawHeader("Retry-After").trimmed();
     bool isNumber = false;
     if (const qint64 seconds = value.toLongLong(&isNumber); isNumber && seconds >= 0)
-        return std::min(seconds, longestRetryAfterMs / millisecondsPerSecond)
-            * millisecondsPerSecond;
+        return std::min(seconds, maxRetryAfterMs / millisecondsPerSecond) * millisecondsPerSecond;
     // Relative to the Date header, since the local clock may be wrong.
     const QDateTime now = toHttpDate(reply.rawHeader("Date").trimmed());
     const QDateTime then = toHttpDate(value);
     return now.isValid() && then.isValid()
-        ? std::clamp<qint64>(now.msecsTo(then), 0, longestRetryAfterMs)
+        ? std::clamp<qint64>(now.msecsTo(then), 0, maxRetryAfterMs)
         : -1;
 }
 
-bool isPassing(int status)
+bool isTransient(int status)
 {
     return status == requestTimeout || status == tooEarly || status == tooManyRequests
         || (status >= firstServerError && status <= lastServerError && status != notImplemented
@@ -74,21 +73,21 @@ KovFailure statusFailure(const QNetworkReply &reply, int status)
         reply.attribute(QNetworkRequest::HttpReasonPhraseAttribute).toString().trimmed();
     const QString text = printable(
         QStringLiteral("the server answered %1 %2").arg(QString::number(status), reason).trimmed());
-    return isPassing(status) ? KovFailure{KovFailure::Kind::Passing, text, retryAfter(reply)}
-                             : lastingFailure(text);
+    return isTransient(status) ? KovFailure{KovFailure::Kind::Transient, text, retryAfter(reply)}
+                               : permanentFailure(text);
 }
 
-/// Whether the answer says which part of the file it is.
-bool takeContentRange(const std::optional<HttpContentRange> &range, KovAnswer &answer)
+/// Whether the response says which part of the file it is.
+bool takeContentRange(const std::optional<HttpContentRange> &range, KovHttpResponse &response)
 {
     if (!range || !range->first || !range->last)
         return false;
     const qint64 size = toLength(*range->last - *range->first + 1);
-    answer.from = toLength(range->first);
-    answer.totalBytes = toLength(range->total);
-    if (answer.from < 0 || size <= 0 || (answer.bodyBytes >= 0 && answer.bodyBytes != size))
+    response.from = toLength(range->first);
+    response.totalBytes = toLength(range->total);
+    if (response.from < 0 || size <= 0 || (response.bodyBytes >= 0 && response.bodyBytes != size))
         return false;
-    answer.bodyBytes = size;
+    response.bodyBytes = size;
     return true;
 }
 
@@ -110,27 +109,27 @@ bool promisesFile(const QString &name)
 }
 
 /// A compressed file that the server declares as a Content-Encoding, a common misconfiguration.
-bool isCompressedFile(const KovAnswer &answer)
+bool isCompressedFile(const KovHttpResponse &response)
 {
     static const QByteArrayList types{"application/gzip", "application/x-gzip",
                                       "application/x-gunzip", "application/x-compressed"};
     static const QStringList endings{u"gz"_qs, u"tgz"_qs, u"svgz"_qs};
     const QString name =
-        answer.fileName.isEmpty() ? KovFileName::fromUrl(answer.url) : answer.fileName;
-    return types.contains(answer.contentType)
+        response.fileName.isEmpty() ? KovFileName::fromUrl(response.url) : response.fileName;
+    return types.contains(response.contentType)
         || endings.contains(QFileInfo(name).suffix().toLower());
 }
 
 } // namespace
 
-KovFailure passingFailure(const QString &text)
+KovFailure transientFailure(const QString &text)
 {
-    return {KovFailure::Kind::Passing, printable(text)};
+    return {KovFailure::Kind::Transient, printable(text)};
 }
 
-KovFailure lastingFailure(const QString &text)
+KovFailure permanentFailure(const QString &text)
 {
-    return {KovFailure::Kind::Lasting, printable(text)};
+    return {KovFailure::Kind::Permanent, printable(text)};
 }
 
 QString printable(const QString &text)
@@ -161,76 +160,78 @@ QDateTime toHttpDate(const QByteArray &text)
     return time;
 }
 
-bool KovAnswer::isWithin(const QUrl &url) { return url.scheme() == u"data"; }
+bool KovHttpResponse::isDataUrl(const QUrl &url) { return url.scheme() == u"data"; }
 
-KovAnswer KovAnswer::of(const QNetworkReply &reply)
+KovHttpResponse KovHttpResponse::of(const QNetworkReply &reply)
 {
-    KovAnswer answer;
+    KovHttpResponse response;
     const HttpHeaderBlock headers = headersOf(reply);
-    const bool isHere = isWithin(reply.url()) && reply.error() == QNetworkReply::NoError;
-    answer.status = isHere ? ok : reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    answer.url = reply.url();
-    answer.validators = {reply.rawHeader("ETag").trimmed(),
-                         reply.rawHeader("Last-Modified").trimmed()};
+    const bool isHere = isDataUrl(reply.url()) && reply.error() == QNetworkReply::NoError;
+    response.status =
+        isHere ? ok : reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    response.url = reply.url();
+    response.validators = {reply.rawHeader("ETag").trimmed(),
+                           reply.rawHeader("Last-Modified").trimmed()};
     if (const auto type = headers.mediaType())
-        answer.contentType = QByteArray::fromStdString(type->name);
-    answer.contentEncoding = reply.rawHeader("Content-Encoding").trimmed().toLower();
-    answer.fileName = KovFileName::sanitized(headers.fileName());
-    if (answer.contentEncoding == "identity" || isCompressedFile(answer))
-        answer.contentEncoding.clear();
+        response.contentType = QByteArray::fromStdString(type->name);
+    response.contentEncoding = reply.rawHeader("Content-Encoding").trimmed().toLower();
+    response.fileName = KovFileName::sanitized(headers.fileName());
+    if (response.contentEncoding == "identity" || isCompressedFile(response))
+        response.contentEncoding.clear();
 
-    if (answer.status < ok || answer.status > lastSuccess) {
-        answer.failure = statusFailure(reply, answer.status);
-        return answer;
+    if (response.status < ok || response.status > lastSuccess) {
+        response.failure = statusFailure(reply, response.status);
+        return response;
     }
-    if (answer.status == noContent || answer.status == resetContent) {
-        answer.failure = lastingFailure(QStringLiteral("the server sent no file"));
-        return answer;
+    if (response.status == noContent || response.status == resetContent) {
+        response.failure = permanentFailure(QStringLiteral("the server sent no file"));
+        return response;
     }
     // Chunks decide, whatever the length says (RFC 9112, 6.3).
     const bool hasLength = headers.contains("content-length")
         && !reply.rawHeader("Transfer-Encoding").toLower().contains("chunked");
-    answer.bodyBytes = hasLength ? toLength(headers.contentLength()) : -1;
-    if (hasLength && answer.bodyBytes < 0)
-        answer.failure = lastingFailure(QStringLiteral("the server announced an impossible size"));
-    answer.acceptsRanges = reply.rawHeader("Accept-Ranges").toLower().contains("bytes");
-    if (answer.status == partialContent) {
-        answer.acceptsRanges = true;
-        if (!takeContentRange(headers.contentRange(), answer))
-            answer.failure = passingFailure(QStringLiteral("the server sent an unknown part"));
-    } else if (answer.contentEncoding.isEmpty()) {
-        answer.totalBytes = answer.bodyBytes;
+    response.bodyBytes = hasLength ? toLength(headers.contentLength()) : -1;
+    if (hasLength && response.bodyBytes < 0)
+        response.failure =
+            permanentFailure(QStringLiteral("the server announced an impossible size"));
+    response.acceptsRanges = reply.rawHeader("Accept-Ranges").toLower().contains("bytes");
+    if (response.status == partialContent) {
+        response.acceptsRanges = true;
+        if (!takeContentRange(headers.contentRange(), response))
+            response.failure = transientFailure(QStringLiteral("the server sent an unknown part"));
+    } else if (response.contentEncoding.isEmpty()) {
+        response.totalBytes = response.bodyBytes;
     }
-    return answer;
+    return response;
 }
 
-KovFailure checkFirstAnswer(const KovAnswer &answer, const KovDownloadRequest &request)
+KovFailure checkFirstResponse(const KovHttpResponse &response, const KovDownloadRequest &request)
 {
-    if (answer.failure)
-        return answer.failure;
-    if (answer.status == partialContent)
-        return lastingFailure(QStringLiteral("the server sent a part that nobody asked for"));
-    if (request.announcedBytes >= 0 && answer.totalBytes >= 0
-        && answer.totalBytes != request.announcedBytes)
-        return lastingFailure(
-            QStringLiteral("the server sent another file: %1 bytes, not %2")
-                .arg(QString::number(answer.totalBytes), QString::number(request.announcedBytes)));
+    if (response.failure)
+        return response.failure;
+    if (response.status == partialContent)
+        return permanentFailure(QStringLiteral("the server sent a part that nobody asked for"));
+    if (request.announcedBytes >= 0 && response.totalBytes >= 0
+        && response.totalBytes != request.announcedBytes)
+        return permanentFailure(QStringLiteral("the server sent another file: %1 bytes, not %2")
+                                    .arg(QString::number(response.totalBytes),
+                                         QString::number(request.announcedBytes)));
     // A web page instead of the file is usually a login form, unless the response has a file name.
     const QString announced = KovFileName::sanitized(request.suggestedName);
     const QString name = announced.isEmpty() ? KovFileName::fromUrl(request.url) : announced;
-    if (isHtml(answer.contentType) && answer.fileName.isEmpty() && promisesFile(name))
-        return lastingFailure(QStringLiteral("the server sent a web page instead of the file"));
+    if (isHtml(response.contentType) && response.fileName.isEmpty() && promisesFile(name))
+        return permanentFailure(QStringLiteral("the server sent a web page instead of the file"));
     return {};
 }
 
-KovFailure checkRangeAnswer(const KovAnswer &answer, qint64 from, const KovJob &job)
+KovFailure checkRangeResponse(const KovHttpResponse &response, qint64 from, const KovJob &job)
 {
-    if (answer.failure)
-        return answer.failure;
-    if (answer.status != partialContent || answer.from != from
-        || answer.totalBytes != job.totalBytes || !answer.contentEncoding.isEmpty()
-        || (!answer.validators.etag.isEmpty() && answer.validators.etag != job.validators.etag))
-        return passingFailure(QStringLiteral("the server sent another part than was asked for"));
+    if (response.failure)
+        return response.failure;
+    if (response.status != partialContent || response.from != from
+        || response.totalBytes != job.totalBytes || !response.contentEncoding.isEmpty()
+        || (!response.validators.etag.isEmpty() && response.validators.etag != job.validators.etag))
+        return transientFailure(QStringLiteral("the server sent another part than was asked for"));
     return {};
 }
 
@@ -244,10 +245,10 @@ KovFailure replyFailure(const QNetworkReply &reply)
     case QNetworkReply::ProtocolInvalidOperationError:
     case QNetworkReply::ProxyAuthenticationRequiredError:
     case QNetworkReply::AuthenticationRequiredError:
-        return lastingFailure(reply.errorString());
+        return permanentFailure(reply.errorString());
     case QNetworkReply::OperationCanceledError:
-        return passingFailure(QStringLiteral("the server is silent"));
+        return transientFailure(QStringLiteral("the server is silent"));
     default:
-        return passingFailure(reply.errorString());
+        return transientFailure(reply.errorString());
     }
 }

@@ -26,7 +26,7 @@ export function hashOf(seed, size) {
     return hash.digest('hex');
 }
 
-export class ToldServer {
+export class ConfigurableServer {
     /** The requests, in order: { path, method, version (of HTTP), headers, body, sent }. */
     requests = [];
     #files = new Map();
@@ -35,7 +35,7 @@ export class ToldServer {
 
     /** certificate: { key, cert } of one that speaks nothing but HTTP/2. */
     static async start(certificate) {
-        const self = new ToldServer();
+        const self = new ConfigurableServer();
         const serve = (request, response) => self.#serve(request, response);
         self.#server = certificate ? createSecureServer(certificate, serve) : createServer(serve);
         self.#scheme = certificate ? 'https' : 'http';
@@ -51,7 +51,7 @@ export class ToldServer {
     url(path, host = '127.0.0.1') { return `${this.#scheme}://${host}:${this.#server.address().port}${path}`; }
 
     /** The requests for a path. */
-    visits(path) { return this.requests.filter(request => request.path === path); }
+    requestsTo(path) { return this.requests.filter(request => request.path === path); }
 
     /**
      * Sets the response for a path: { raw } for its exact bytes, { status, headers } for one without a
@@ -61,7 +61,7 @@ export class ToldServer {
      * connections (the maximum; 503 for further ones), badChunkAt (chunked, with an invalid chunk length
      * after so many bytes), hold (a promise to wait for first).
      */
-    tell(path, what) {
+    respond(path, what) {
         this.#files.set(path, { seed: path, etag: '"1"', ranges: true, open: 0, ...what });
         return this.url(path);
     }

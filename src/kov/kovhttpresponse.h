@@ -13,10 +13,10 @@ class QNetworkReply;
 struct KovFailure {
     enum class Kind {
         None,
-        /// Transient: a timeout, a broken connection, a busy server.
-        Passing,
-        /// Permanent: a retry would fail, too.
-        Lasting,
+        /// A timeout, a broken connection, a busy server.
+        Transient,
+        /// A retry would fail, too.
+        Permanent,
         /// The file does not fit on the disk.
         NoRoom,
         /// The disk is full.
@@ -32,8 +32,8 @@ struct KovFailure {
     explicit operator bool() const { return kind != Kind::None; }
 };
 
-KovFailure passingFailure(const QString &text);
-KovFailure lastingFailure(const QString &text);
+KovFailure transientFailure(const QString &text);
+KovFailure permanentFailure(const QString &text);
 
 /// The text with control and formatting characters and unpaired surrogates replaced, which a
 /// terminal, a log or a notification would interpret instead of showing them.
@@ -43,12 +43,12 @@ QString printable(const QString &text);
 QDateTime toHttpDate(const QByteArray &text);
 
 /// The information in a server's response before the first byte of a file.
-struct KovAnswer {
+struct KovHttpResponse {
     int status = 0;
     QUrl url = {};
     /// Of the whole file; -1 if unknown.
     qint64 totalBytes = -1;
-    /// Of the body of this answer; -1 if unknown.
+    /// Of the body of this response; -1 if unknown.
     qint64 bodyBytes = -1;
     /// The offset in the file at which the body begins.
     qint64 from = 0;
@@ -58,19 +58,19 @@ struct KovAnswer {
     QByteArray contentEncoding = {};
     QByteArray contentType = {};
     QString fileName = {};
-    /// What is wrong with the answer itself, whatever the request.
+    /// What is wrong with the response itself, whatever the request.
     KovFailure failure = {};
 
     /// Of a reply whose headers have arrived. If both name and type of the file are those of a
     /// compressed one, the encoding is a mistake of the server, and is left out.
-    static KovAnswer of(const QNetworkReply &reply);
+    static KovHttpResponse of(const QNetworkReply &reply);
     /// Whether a URL contains the file itself (RFC 2397), so that there is no server.
-    static bool isWithin(const QUrl &url);
+    static bool isDataUrl(const QUrl &url);
 };
 
-/// Whether the answer to the first request for a file is the file that was announced.
-KovFailure checkFirstAnswer(const KovAnswer &answer, const KovDownloadRequest &request);
+/// Whether the response to the first request for a file is the file that was announced.
+KovFailure checkFirstResponse(const KovHttpResponse &response, const KovDownloadRequest &request);
 /// Whether the body is the requested range, of the same file as before.
-KovFailure checkRangeAnswer(const KovAnswer &answer, qint64 from, const KovJob &job);
+KovFailure checkRangeResponse(const KovHttpResponse &response, qint64 from, const KovJob &job);
 /// Why a reply is incomplete; none if it is complete.
 KovFailure replyFailure(const QNetworkReply &reply);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kovanswer.h"
+#include "kovhttpresponse.h"
 #include "kovjob.h"
 #include "qtclock.h"
 #include "qtsingleshottimer.h"
@@ -32,13 +32,13 @@ struct KovStreamOrigin {
  * Broken downloads are resumed. References in playlists are rewritten to the relay. Deletes itself
  * when the connection ends.
  */
-class KovStreamVisit : public QObject {
+class KovStreamRelayRequest : public QObject {
     Q_OBJECT
 public:
     /// The relay's base URL, see KovPlaylist::relocated().
-    KovStreamVisit(QTcpSocket *socket, KovStreamOrigin origin, QByteArray relayAddress,
-                   QtClock &clock, QObject *parent);
-    ~KovStreamVisit() override;
+    KovStreamRelayRequest(QTcpSocket *socket, KovStreamOrigin origin, QByteArray relayAddress,
+                          QtClock &clock, QObject *parent);
+    ~KovStreamRelayRequest() override;
 
 Q_SIGNALS:
     void received(qint64 bytes);
@@ -49,7 +49,7 @@ private:
     void onReadyRead();
     bool parse();
     void ask();
-    void onAnswered();
+    void onHeadersReceived();
     void pump();
     void pumpText();
     void handOn();

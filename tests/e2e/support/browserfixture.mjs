@@ -20,7 +20,7 @@ function readIfThere(path) {
     }
 }
 
-export class Visit {
+export class BrowserFixture {
     /**
      * @param {string} name the browser's
      * @param {string[]} programs the programs beside the host
@@ -28,7 +28,7 @@ export class Visit {
      *     the browser starts; others are those of ExtendedBrowser.launch()
      */
     static async start(name, programs, { server, prepare, ...options } = {}) {
-        const self = new Visit();
+        const self = new BrowserFixture();
         self.sandbox = new Sandbox(programs);
         self.server = server;
         prepare?.(self.sandbox);

@@ -5,7 +5,7 @@ import { inWords } from './status.js';
 
 const helpPage = 'help.html';
 
-export class Signs {
+export class OutcomeNotifier {
     #preferences;
     #status;
 
@@ -27,11 +27,11 @@ export class Signs {
     async show(outcome, error) {
         const preferences = await this.#preferences.all();
         const isSuccess = !error && outcome.state === place.application;
-        if (isSuccess && preferences['signs.badge'])
+        if (isSuccess && preferences['notify.badge'])
             this.#status.flashSuccess();
-        if (error && preferences['signs.failures'])
+        if (error && preferences['notify.failures'])
             notify(`problem ${outcome.id}`, withName(outcome.name, inWords(error)));
-        else if (isSuccess && preferences['signs.successes'])
+        else if (isSuccess && preferences['notify.successes'])
             notify(`success ${outcome.id}`, chrome.i18n.getMessage('notifyHandedOver', outcome.name));
     }
 }

@@ -1,5 +1,5 @@
-// The scene of the fault tests: an application that can be killed, an extension that counts answers,
-// and a web site that counts visits.
+// The fixture of end-to-end tests: an application that can be killed, an extension that counts answers,
+// and a web site that counts requests.
 
 import { deepStrictEqual } from 'node:assert';
 import { execFile, spawn } from 'node:child_process';
@@ -91,7 +91,7 @@ export class Extension {
 }
 
 /** A user's home with the application in it. */
-export class Scene {
+export class HostFixture {
     /** The log of the application that serve() started. */
     log = '';
     #extensions = [];
@@ -154,7 +154,7 @@ export class Scene {
 /** A web site with a small file at every path except below "none/". */
 export class CountingServer {
     /** The number of requests, by path. */
-    visits = new Map();
+    requests = new Map();
     /** The SHA-256 of the posted body, by path. */
     posted = new Map();
     #server = createServer((request, response) => this.#serve(request, response));
@@ -166,7 +166,7 @@ export class CountingServer {
     }
 
     url(path) { return `http://127.0.0.1:${this.#server.address().port}/${path}`; }
-    count(path) { return this.visits.get(`/${path}`) ?? 0; }
+    count(path) { return this.requests.get(`/${path}`) ?? 0; }
 
     stop() {
         this.#server.closeAllConnections();
@@ -174,7 +174,7 @@ export class CountingServer {
     }
 
     async #serve(request, response) {
-        this.visits.set(request.url, (this.visits.get(request.url) ?? 0) + 1);
+        this.requests.set(request.url, (this.requests.get(request.url) ?? 0) + 1);
         const hash = createHash('sha256');
         try {
             for await (const chunk of request)

@@ -1,4 +1,4 @@
-#include "kovstreamvisit.h"
+#include "kovstreamrelayrequest.h"
 
 #include "kovcontentdecoder.h"
 #include "kovhttpexchange.h"
@@ -16,10 +16,10 @@
 
 namespace {
 
-constexpr qsizetype longestHead = qsizetype{64} * 1024;
+constexpr qsizetype maxHeadBytes = qsizetype{64} * 1024;
 constexpr qint64 pieceBytes = qint64{64} * 1024;
 /// Back-pressure: no more is read from the web while so much is unsent.
-constexpr qint64 mostWaitingBytes = 1 << 20;
+constexpr qint64 maxWaitingBytes = 1 << 20;
 constexpr int maxAttempts = 4;
 constexpr int firstRetryMs = 1000;
 constexpr int partialContentStatus = 206;
@@ -43,25 +43,27 @@ std::optional<QByteArray> decoded(const QByteArray &text, const QByteArray &enco
 
 } // namespace
 
-KovStreamVisit::KovStreamVisit(QTcpSocket *socket, KovStreamOrigin origin, QByteArray relayAddress,
-                               QtClock &clock, QObject *parent)
+KovStreamRelayRequest::KovStreamRelayRequest(QTcpSocket *socket, KovStreamOrigin origin,
+                                             QByteArray relayAddress, QtClock &clock,
+                                             QObject *parent)
     : QObject(parent), m_socket(socket), m_origin(std::move(origin)),
       m_relayAddress(std::move(relayAddress)), m_retryTimer(clock.createTimer())
 {
     m_socket->setParent(this);
-    connect(m_socket, &QTcpSocket::readyRead, this, &KovStreamVisit::onReadyRead);
-    connect(m_socket, &QTcpSocket::bytesWritten, this, &KovStreamVisit::pump);
-    connect(m_socket, &QTcpSocket::disconnected, this, &KovStreamVisit::deleteLater);
-    connect(m_origin.speedLimit.data(), &KovSpeedLimit::refilled, this, &KovStreamVisit::pump);
-    connect(m_retryTimer.get(), &QtSingleShotTimer::timeout, this, &KovStreamVisit::ask);
+    connect(m_socket, &QTcpSocket::readyRead, this, &KovStreamRelayRequest::onReadyRead);
+    connect(m_socket, &QTcpSocket::bytesWritten, this, &KovStreamRelayRequest::pump);
+    connect(m_socket, &QTcpSocket::disconnected, this, &KovStreamRelayRequest::deleteLater);
+    connect(m_origin.speedLimit.data(), &KovSpeedLimit::refilled, this,
+            &KovStreamRelayRequest::pump);
+    connect(m_retryTimer.get(), &QtSingleShotTimer::timeout, this, &KovStreamRelayRequest::ask);
 }
 
-KovStreamVisit::~KovStreamVisit() = default;
+KovStreamRelayRequest::~KovStreamRelayRequest() = default;
 
-void KovStreamVisit::onReadyRead()
+void KovStreamRelayRequest::onReadyRead()
 {
     m_head += m_socket->readAll();
-    if (m_exchange || (!m_head.contains("\r\n\r\n") && m_head.size() < longestHead))
+    if (m_exchange || (!m_head.contains("\r\n\r\n") && m_head.size() < maxHeadBytes))
         return;
     if (parse())
         ask();
@@ -69,7 +71,7 @@ void KovStreamVisit::onReadyRead()
         m_socket->abort();
 }
 
-bool KovStreamVisit::parse()
+bool KovStreamRelayRequest::parse()
 {
     static const QRegularExpression request(QStringLiteral("^GET (\\S+) HTTP/1\\.[01]\r\n"));
     static const QRegularExpression range(QStringLiteral("\r\nRange: *bytes=(\\d+)-(\\d*)\r\n"),
@@ -89,42 +91,44 @@ bool KovStreamVisit::parse()
     return true;
 }
 
-void KovStreamVisit::ask()
+void KovStreamRelayRequest::ask()
 {
     const bool isLessSafe = isValidHttpsUrl(m_origin.request.url) && !isValidHttpsUrl(m_url);
     if (!isValidHttpUrl(m_url) || m_url.host().isEmpty() || isLessSafe) {
-        fail(lastingFailure(QStringLiteral("the playlist refers to where it cannot be followed")));
+        fail(
+            permanentFailure(QStringLiteral("the playlist refers to where it cannot be followed")));
         return;
     }
     m_isGood = false;
     m_text.clear();
     m_exchange =
         std::make_unique<KovHttpExchange>(m_origin.request, m_origin.network, m_origin.cookies);
-    connect(m_exchange.get(), &KovHttpExchange::answered, this, &KovStreamVisit::onAnswered);
-    connect(m_exchange.get(), &KovHttpExchange::readyRead, this, &KovStreamVisit::pump);
-    connect(m_exchange.get(), &KovHttpExchange::finished, this, &KovStreamVisit::pump);
+    connect(m_exchange.get(), &KovHttpExchange::headersReceived, this,
+            &KovStreamRelayRequest::onHeadersReceived);
+    connect(m_exchange.get(), &KovHttpExchange::readyRead, this, &KovStreamRelayRequest::pump);
+    connect(m_exchange.get(), &KovHttpExchange::finished, this, &KovStreamRelayRequest::pump);
     if (m_from == 0 && m_to < 0 && m_handedOn == 0)
         m_exchange->startAt(m_url);
     else
         m_exchange->startAt(m_url, m_from + m_handedOn, m_to, m_validators.ifRange());
 }
 
-void KovStreamVisit::onAnswered()
+void KovStreamRelayRequest::onHeadersReceived()
 {
-    const KovAnswer &answer = m_exchange->answer();
-    if (answer.failure)
+    const KovHttpResponse &response = m_exchange->response();
+    if (response.failure)
         return; // handled when it has finished
     const bool goesOn = m_handedOn == 0
-        || (answer.status == partialContentStatus && answer.from == m_from + m_handedOn);
+        || (response.status == partialContentStatus && response.from == m_from + m_handedOn);
     if (!goesOn) {
-        fail(passingFailure(QStringLiteral("the server sent another part than was asked for")));
+        fail(transientFailure(QStringLiteral("the server sent another part than was asked for")));
         return;
     }
     m_isGood = true;
-    m_validators = answer.validators;
+    m_validators = response.validators;
 }
 
-void KovStreamVisit::pump()
+void KovStreamRelayRequest::pump()
 {
     if (!m_exchange)
         return;
@@ -134,7 +138,7 @@ void KovStreamVisit::pump()
             return;
         m_isText = m_from == 0 && m_to < 0
             && (KovPlaylist::mayBegin(m_exchange->peek(PlaylistText::beginningBytes))
-                || !m_exchange->answer().contentEncoding.isEmpty());
+                || !m_exchange->response().contentEncoding.isEmpty());
     }
     if (m_isGood && m_isText)
         pumpText();
@@ -152,29 +156,31 @@ void KovStreamVisit::pump()
     m_socket->disconnectFromHost();
 }
 
-void KovStreamVisit::pumpText()
+void KovStreamRelayRequest::pumpText()
 {
     m_text += m_exchange->readAll();
     if (m_text.size() > KovPlaylist::maxBytes)
-        fail(lastingFailure(QStringLiteral("the playlist is too long")));
+        fail(permanentFailure(QStringLiteral("the playlist is too long")));
 }
 
-void KovStreamVisit::handOn()
+void KovStreamRelayRequest::handOn()
 {
     if (!std::exchange(m_isHeadSent, true)) {
-        const KovAnswer &answer = m_exchange->answer();
-        QByteArray head = "HTTP/1.1 " + QByteArray::number(answer.status) + " OK\r\n";
-        if (answer.bodyBytes >= 0)
-            head += "Content-Length: " + QByteArray::number(answer.bodyBytes) + "\r\n";
-        if (answer.status == partialContentStatus)
-            head += "Content-Range: bytes " + QByteArray::number(answer.from) + '-'
-                + QByteArray::number(answer.from + answer.bodyBytes - 1) + '/'
-                + (answer.totalBytes < 0 ? "*" : QByteArray::number(answer.totalBytes)) + "\r\n";
-        m_socket->write(head + (answer.acceptsRanges ? "Accept-Ranges: bytes\r\n" : "")
-                        + "Content-Type: " + answer.contentType + "\r\nConnection: close\r\n\r\n");
+        const KovHttpResponse &response = m_exchange->response();
+        QByteArray head = "HTTP/1.1 " + QByteArray::number(response.status) + " OK\r\n";
+        if (response.bodyBytes >= 0)
+            head += "Content-Length: " + QByteArray::number(response.bodyBytes) + "\r\n";
+        if (response.status == partialContentStatus)
+            head += "Content-Range: bytes " + QByteArray::number(response.from) + '-'
+                + QByteArray::number(response.from + response.bodyBytes - 1) + '/'
+                + (response.totalBytes < 0 ? "*" : QByteArray::number(response.totalBytes))
+                + "\r\n";
+        m_socket->write(head + (response.acceptsRanges ? "Accept-Ranges: bytes\r\n" : "")
+                        + "Content-Type: " + response.contentType
+                        + "\r\nConnection: close\r\n\r\n");
     }
     static std::array<char, pieceBytes> piece; // main thread only
-    while (m_exchange->bytesAvailable() > 0 && m_socket->bytesToWrite() < mostWaitingBytes) {
+    while (m_exchange->bytesAvailable() > 0 && m_socket->bytesToWrite() < maxWaitingBytes) {
         const qint64 wanted = std::min(pieceBytes, m_exchange->bytesAvailable());
         const qint64 allowed = m_origin.speedLimit->take(wanted);
         if (allowed == 0)
@@ -190,41 +196,41 @@ void KovStreamVisit::handOn()
     }
 }
 
-void KovStreamVisit::sendText(QByteArray text)
+void KovStreamRelayRequest::sendText(QByteArray text)
 {
-    const KovAnswer &answer = m_exchange->answer();
-    const auto plain = decoded(text, answer.contentEncoding);
+    const KovHttpResponse &response = m_exchange->response();
+    const auto plain = decoded(text, response.contentEncoding);
     if (!plain) {
-        fail(lastingFailure(QStringLiteral("the server sent a broken encoding")));
+        fail(permanentFailure(QStringLiteral("the server sent a broken encoding")));
         return;
     }
     const bool isPlaylist = KovPlaylist::isPlaylist(*plain);
-    if (isPlaylist && answer.url != m_url) {
+    if (isPlaylist && response.url != m_url) {
         // Its references are relative to that URL.
         m_socket->write(
             "HTTP/1.1 302 Found\r\nLocation: "
-            + KovPlaylist::relocatedReference(answer.url.toEncoded(), m_url, m_relayAddress)
+            + KovPlaylist::relocatedReference(response.url.toEncoded(), m_url, m_relayAddress)
             + "\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
         return;
     }
     text = isPlaylist ? KovPlaylist::relocated(*plain, m_url, m_relayAddress) : *plain;
-    m_socket->write("HTTP/1.1 200 OK\r\nContent-Type: " + answer.contentType
+    m_socket->write("HTTP/1.1 200 OK\r\nContent-Type: " + response.contentType
                     + "\r\nContent-Length: " + QByteArray::number(text.size())
                     + "\r\nConnection: close\r\n\r\n" + text);
     Q_EMIT received(text.size());
 }
 
-void KovStreamVisit::onBroken(const KovFailure &failure)
+void KovStreamRelayRequest::onBroken(const KovFailure &failure)
 {
     m_exchange.release()->deleteLater();
-    if (failure.kind != KovFailure::Kind::Passing || ++m_attempts >= maxAttempts) {
+    if (failure.kind != KovFailure::Kind::Transient || ++m_attempts >= maxAttempts) {
         fail(failure);
         return;
     }
     m_retryTimer->start(firstRetryMs << (m_attempts - 1));
 }
 
-void KovStreamVisit::fail(const KovFailure &failure)
+void KovStreamRelayRequest::fail(const KovFailure &failure)
 {
     if (m_exchange)
         m_exchange.release()->deleteLater();
