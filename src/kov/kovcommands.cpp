@@ -7,6 +7,7 @@
 #include "kovhttpexchange.h"
 #include "kovhttpresponse.h"
 #include "kovsettings.h"
+#include "kovunits.h"
 #include "qtappabstractsettingsmanager.h"
 
 #include <QDir>
@@ -24,8 +25,6 @@ namespace {
 
 using Download = KovDownloadsQueue::Download;
 using State = KovJob::State;
-
-constexpr qint64 millisecondsPerSecond = 1000;
 
 QStringList settingNames()
 {
@@ -64,30 +63,31 @@ KovCommandResult unknownJob(const QString &id)
 
 QJsonObject toJson(const Download &download)
 {
-    namespace Keys = KovCommandMessages::JobKeys;
+    namespace JobKeys = KovCommandMessages::JobKeys;
     const KovJob &job = download.job;
     const bool isEndKnown =
         job.state == State::Running && download.doneShare > 0 && download.bytesPerSecond > 0;
     const double missing =
         static_cast<double>(download.receivedBytes) * (1 / download.doneShare - 1);
-    return {{Keys::id(), job.id},
-            {Keys::state(), stateName(job.state)},
-            {Keys::url(), job.url.toString(QUrl::FullyEncoded)},
-            {Keys::path(), job.path},
-            {Keys::partialPath(), job.partialPath},
-            {Keys::receivedBytes(), download.receivedBytes},
-            {Keys::totalBytes(), job.totalBytes},
-            {Keys::speed(), download.bytesPerSecond},
-            {Keys::percent(), download.doneShare < 0 ? -1 : std::floor(download.doneShare * 100)},
-            {Keys::secondsLeft(),
-             isEndKnown ? std::floor(missing / static_cast<double>(download.bytesPerSecond)) : -1},
-            {Keys::connections(), download.connections},
-            {Keys::attempts(), job.attempts},
-            {Keys::retryInSeconds(),
-             download.retryInMs < 0 ? -1 : download.retryInMs / millisecondsPerSecond},
-            {Keys::error(), job.error},
-            {Keys::added(), job.added.toString(Qt::ISODate)},
-            {Keys::finished(), job.finished.toString(Qt::ISODate)}};
+    return {
+        {JobKeys::id(), job.id},
+        {JobKeys::state(), stateName(job.state)},
+        {JobKeys::url(), job.url.toString(QUrl::FullyEncoded)},
+        {JobKeys::path(), job.path},
+        {JobKeys::partialPath(), job.partialPath},
+        {JobKeys::receivedBytes(), download.receivedBytes},
+        {JobKeys::totalBytes(), job.totalBytes},
+        {JobKeys::speed(), download.bytesPerSecond},
+        {JobKeys::percent(), download.doneShare < 0 ? -1 : std::floor(download.doneShare * 100)},
+        {JobKeys::secondsLeft(),
+         isEndKnown ? std::floor(missing / static_cast<double>(download.bytesPerSecond)) : -1},
+        {JobKeys::connections(), download.connections},
+        {JobKeys::attempts(), job.attempts},
+        {JobKeys::retryInSeconds(),
+         download.retryInMs < 0 ? -1 : download.retryInMs / millisecondsPerSecond},
+        {JobKeys::error(), job.error},
+        {JobKeys::added(), job.added.toString(Qt::ISODate)},
+        {JobKeys::finished(), job.finished.toString(Qt::ISODate)}};
 }
 
 } // namespace

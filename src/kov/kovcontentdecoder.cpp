@@ -14,7 +14,7 @@ constexpr int gzipHeader = 16 + MAX_WBITS;
 constexpr int zlibHeader = MAX_WBITS;
 constexpr int noHeader = -MAX_WBITS;
 
-constexpr size_t pieceBytes = size_t{64} * 1024;
+constexpr size_t decodedPieceBytes = size_t{64} * 1024;
 
 } // namespace
 
@@ -45,14 +45,14 @@ bool KovContentDecoder::restart(int windowBits)
 KovContentDecoder::Result KovContentDecoder::decode(const char *bytes, qint64 size,
                                                     const Sink &sink)
 {
-    std::array<char, pieceBytes> piece = {};
+    std::array<char, decodedPieceBytes> piece = {};
     while (size > 0 && !m_atEnd) {
         const auto step =
             static_cast<uInt>(std::min<qint64>(size, std::numeric_limits<uInt>::max()));
         m_stream->next_in = reinterpret_cast<const Bytef *>(bytes);
         m_stream->avail_in = step;
         m_stream->next_out = reinterpret_cast<Bytef *>(piece.data());
-        m_stream->avail_out = pieceBytes;
+        m_stream->avail_out = decodedPieceBytes;
         const int status = inflate(m_stream.get(), Z_NO_FLUSH);
         if (status == Z_DATA_ERROR && !m_begun && m_mayLackHeader && m_stream->total_out == 0) {
             m_begun = true;
@@ -62,7 +62,7 @@ KovContentDecoder::Result KovContentDecoder::decode(const char *bytes, qint64 si
         }
         if (status != Z_OK && status != Z_STREAM_END && status != Z_BUF_ERROR)
             return Result::Broken;
-        const auto decoded = static_cast<qint64>(pieceBytes - m_stream->avail_out);
+        const auto decoded = static_cast<qint64>(decodedPieceBytes - m_stream->avail_out);
         const auto taken = static_cast<qint64>(step - m_stream->avail_in);
         if (decoded > 0 && !sink(piece.data(), decoded))
             return Result::NotKept;

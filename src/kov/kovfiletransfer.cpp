@@ -17,17 +17,13 @@
 
 namespace {
 
-constexpr int okStatus = 200;
-constexpr int partialContentStatus = 206;
-constexpr int rangeNotSatisfiableStatus = 416;
-
-constexpr qint64 pieceBytes = qint64{256} * 1024;
+constexpr qint64 maxReadBytes = qint64{256} * 1024;
 /// The minimum size of a range with a connection of its own.
 constexpr qint64 smallestRangeBytes = 1 << 20;
 /// Free space that is left on the disk for other programs.
 constexpr qint64 spareBytes = 16 << 20;
 
-QString fileName(const KovHttpResponse &response, const KovDownloadRequest &request)
+QString fileNameFor(const KovHttpResponse &response, const KovDownloadRequest &request)
 {
     QString suggested = KovFileName::sanitized(request.suggestedName);
     if (!suggested.isEmpty())
@@ -129,7 +125,7 @@ void KovFileTransfer::onHeadersReceived(Connection &connection)
     const KovHttpResponse &response = connection.exchange->response();
     if (connection.isConfirmation) {
         // Any other response than more of the file leaves this as the best result.
-        connection.isGood = response.status == partialContentStatus && !response.failure
+        connection.isGood = response.status == KovHttpStatus::partialContent && !response.failure
             && response.from == m_ranges.at(0).next();
         if (connection.isGood)
             pump(connection);
@@ -139,11 +135,11 @@ void KovFileTransfer::onHeadersReceived(Connection &connection)
     }
     const bool isAlone = m_connections.size() == 1;
     KovFailure failure;
-    if (!connection.isPartial || (response.status == okStatus && isAlone)) {
+    if (!connection.isPartial || (response.status == KovHttpStatus::ok && isAlone)) {
         connection.range = 0;
         connection.isPartial = false;
         failure = takeWholeFile(response);
-    } else if (response.status == rangeNotSatisfiableStatus && isAlone) {
+    } else if (response.status == KovHttpStatus::rangeNotSatisfiable && isAlone) {
         m_connections.clear();
         beginAnew();
         return;
@@ -177,7 +173,7 @@ KovFailure KovFileTransfer::takeWholeFile(const KovHttpResponse &response)
     m_job.validators = response.validators;
     m_ranges = KovRanges(response.totalBytes);
     m_job.ranges = m_ranges;
-    if (KovFailure failure = openFile(fileName(response, m_request)))
+    if (KovFailure failure = openFile(fileNameFor(response, m_request)))
         return failure;
     return checkRoom(m_environment.folder->path(), response.totalBytes);
 }
@@ -201,10 +197,10 @@ void KovFileTransfer::pumpAll()
 void KovFileTransfer::pump(Connection &connection)
 {
     KovHttpExchange &exchange = *connection.exchange;
-    static std::array<char, pieceBytes> piece; // main thread only
+    static std::array<char, maxReadBytes> piece; // main thread only
     while (connection.isGood && exchange.bytesAvailable() > 0) {
         const KovRange &range = m_ranges.at(connection.range);
-        qint64 wanted = std::min(pieceBytes, exchange.bytesAvailable());
+        qint64 wanted = std::min(maxReadBytes, exchange.bytesAvailable());
         if (range.to >= 0)
             wanted = std::min(wanted, range.to - range.next());
         if (wanted <= 0)

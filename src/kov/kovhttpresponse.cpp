@@ -2,6 +2,7 @@
 
 #include "httpheaderblock.h"
 #include "kovfilename.h"
+#include "kovunits.h"
 
 #include <QFileInfo>
 #include <QLocale>
@@ -13,20 +14,8 @@
 
 namespace {
 
-constexpr int ok = 200;
-constexpr int noContent = 204;
-constexpr int resetContent = 205;
-constexpr int partialContent = 206;
-constexpr int lastSuccess = 299;
-constexpr int requestTimeout = 408;
-constexpr int tooEarly = 425;
-constexpr int tooManyRequests = 429;
-constexpr int firstServerError = 500;
-constexpr int notImplemented = 501;
-constexpr int httpVersionNotSupported = 505;
-constexpr int lastServerError = 599;
+namespace Status = KovHttpStatus;
 
-constexpr qint64 millisecondsPerSecond = 1000;
 /// The longest delay that a server can request (Retry-After).
 constexpr qint64 maxRetryAfterMs = 3600 * millisecondsPerSecond;
 
@@ -62,9 +51,10 @@ qint64 retryAfter(const QNetworkReply &reply)
 
 bool isTransient(int status)
 {
-    return status == requestTimeout || status == tooEarly || status == tooManyRequests
-        || (status >= firstServerError && status <= lastServerError && status != notImplemented
-            && status != httpVersionNotSupported);
+    return status == Status::requestTimeout || status == Status::tooEarly
+        || status == Status::tooManyRequests
+        || (status >= Status::firstServerError && status <= Status::lastServerError
+            && status != Status::notImplemented && status != Status::httpVersionNotSupported);
 }
 
 KovFailure statusFailure(const QNetworkReply &reply, int status)
@@ -168,7 +158,7 @@ KovHttpResponse KovHttpResponse::of(const QNetworkReply &reply)
     const HttpHeaderBlock headers = headersOf(reply);
     const bool isHere = isDataUrl(reply.url()) && reply.error() == QNetworkReply::NoError;
     response.status =
-        isHere ? ok : reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+        isHere ? Status::ok : reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     response.url = reply.url();
     response.validators = {reply.rawHeader("ETag").trimmed(),
                            reply.rawHeader("Last-Modified").trimmed()};
@@ -179,11 +169,11 @@ KovHttpResponse KovHttpResponse::of(const QNetworkReply &reply)
     if (response.contentEncoding == "identity" || isCompressedFile(response))
         response.contentEncoding.clear();
 
-    if (response.status < ok || response.status > lastSuccess) {
+    if (response.status < Status::ok || response.status > Status::lastSuccess) {
         response.failure = statusFailure(reply, response.status);
         return response;
     }
-    if (response.status == noContent || response.status == resetContent) {
+    if (response.status == Status::noContent || response.status == Status::resetContent) {
         response.failure = permanentFailure(QStringLiteral("the server sent no file"));
         return response;
     }
@@ -195,7 +185,7 @@ KovHttpResponse KovHttpResponse::of(const QNetworkReply &reply)
         response.failure =
             permanentFailure(QStringLiteral("the server announced an impossible size"));
     response.acceptsRanges = reply.rawHeader("Accept-Ranges").toLower().contains("bytes");
-    if (response.status == partialContent) {
+    if (response.status == Status::partialContent) {
         response.acceptsRanges = true;
         if (!takeContentRange(headers.contentRange(), response))
             response.failure = transientFailure(QStringLiteral("the server sent an unknown part"));
@@ -209,7 +199,7 @@ KovFailure checkFirstResponse(const KovHttpResponse &response, const KovDownload
 {
     if (response.failure)
         return response.failure;
-    if (response.status == partialContent)
+    if (response.status == Status::partialContent)
         return permanentFailure(QStringLiteral("the server sent a part that nobody asked for"));
     if (request.announcedBytes >= 0 && response.totalBytes >= 0
         && response.totalBytes != request.announcedBytes)
@@ -228,7 +218,7 @@ KovFailure checkRangeResponse(const KovHttpResponse &response, qint64 from, cons
 {
     if (response.failure)
         return response.failure;
-    if (response.status != partialContent || response.from != from
+    if (response.status != Status::partialContent || response.from != from
         || response.totalBytes != job.totalBytes || !response.contentEncoding.isEmpty()
         || (!response.validators.etag.isEmpty() && response.validators.etag != job.validators.etag))
         return transientFailure(QStringLiteral("the server sent another part than was asked for"));

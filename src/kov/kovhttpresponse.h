@@ -9,6 +9,23 @@
 
 class QNetworkReply;
 
+/// The status codes that are treated specially (RFC 9110, 15; RFC 6585, 4; RFC 8470, 5.2).
+namespace KovHttpStatus {
+constexpr int ok = 200;
+constexpr int noContent = 204;
+constexpr int resetContent = 205;
+constexpr int partialContent = 206;
+constexpr int lastSuccess = 299;
+constexpr int requestTimeout = 408;
+constexpr int rangeNotSatisfiable = 416;
+constexpr int tooEarly = 425;
+constexpr int tooManyRequests = 429;
+constexpr int firstServerError = 500;
+constexpr int notImplemented = 501;
+constexpr int httpVersionNotSupported = 505;
+constexpr int lastServerError = 599;
+} // namespace KovHttpStatus
+
 /// Why an attempt failed, and whether to retry.
 struct KovFailure {
     enum class Kind {

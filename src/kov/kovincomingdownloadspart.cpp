@@ -13,7 +13,7 @@
 
 namespace {
 
-namespace Keys = VhIpcIncomingDownloadsKeys;
+namespace MessageKeys = VhIpcIncomingDownloadsKeys;
 
 KovDownloadRequest downloadRequest(const AbstractDownloadPersistentInfo &info,
                                    AbstractDownloadType type)
@@ -51,11 +51,11 @@ KovIncomingDownloadsPart::KovIncomingDownloadsPart(QSharedPointer<KovDownloadsQu
 
 void KovIncomingDownloadsPart::processVh(const QHash<QString, QVariant> &map)
 {
-    if (map.value(VhIpcKeys::reason()).toString() != Keys::addReason())
+    if (map.value(VhIpcKeys::reason()).toString() != MessageKeys::addReason())
         return;
     const qint64 id = map.value(VhIpcKeys::id()).toLongLong();
     const QList<KovDownloadRequest> downloads =
-        selectedDownloads(toNewDownloadsRequest(map.value(Keys::request()).toHash()));
+        selectedDownloads(toNewDownloadsRequest(map.value(MessageKeys::request()).toHash()));
     if (downloads.isEmpty())
         answer(id, QStringLiteral("nothing that can be downloaded"));
     else if (downloads.size() == 1 && !downloads.constFirst().isStream)
@@ -69,12 +69,13 @@ void KovIncomingDownloadsPart::answer(qint64 id, const QString &error)
 {
     if (!error.isEmpty())
         logLine(1, QStringLiteral("[KovIncomingDownloadsPart]: not added: %1").arg(error));
-    Q_EMIT sendVh({{VhIpcKeys::name(), Keys::partName()},
-                   {VhIpcKeys::reason(), Keys::finishedReason()},
-                   {VhIpcKeys::id(), id},
-                   {Keys::added(), error.isEmpty()},
-                   {Keys::aborted(), false},
-                   {Keys::abortReason(), static_cast<int>(AbstractDownloadAbortReason::None)},
-                   {Keys::error(), error},
-                   {Keys::isSilent(), false}});
+    Q_EMIT sendVh(
+        {{VhIpcKeys::name(), MessageKeys::partName()},
+         {VhIpcKeys::reason(), MessageKeys::finishedReason()},
+         {VhIpcKeys::id(), id},
+         {MessageKeys::added(), error.isEmpty()},
+         {MessageKeys::aborted(), false},
+         {MessageKeys::abortReason(), static_cast<int>(AbstractDownloadAbortReason::None)},
+         {MessageKeys::error(), error},
+         {MessageKeys::isSilent(), false}});
 }

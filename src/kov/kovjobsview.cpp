@@ -13,7 +13,7 @@
 
 namespace {
 
-namespace Keys = KovCommandMessages::JobKeys;
+namespace JobKeys = KovCommandMessages::JobKeys;
 
 constexpr int barWidth = 20;
 constexpr int secondsPerMinute = 60;
@@ -26,10 +26,10 @@ QString text(const QJsonObject &job, const QString &key)
     return printable(job.value(key).toString());
 }
 
-QString nameOf(const QJsonObject &job)
+QString jobName(const QJsonObject &job)
 {
-    const QString path = text(job, Keys::path());
-    return path.isEmpty() ? text(job, Keys::url()) : QFileInfo(path).fileName();
+    const QString path = text(job, JobKeys::path());
+    return path.isEmpty() ? text(job, JobKeys::url()) : QFileInfo(path).fileName();
 }
 
 QString bar(qint64 percent)
@@ -40,31 +40,31 @@ QString bar(qint64 percent)
 
 QString progress(const QJsonObject &job)
 {
-    const qint64 received = number(job, Keys::receivedBytes());
-    const qint64 total = number(job, Keys::totalBytes());
-    const QString state = text(job, Keys::state());
+    const qint64 received = number(job, JobKeys::receivedBytes());
+    const qint64 total = number(job, JobKeys::totalBytes());
+    const QString state = text(job, JobKeys::state());
     if (state == u"finished")
         return QStringLiteral("%1  %2").arg(state.leftJustified(barWidth + 2),
                                             KovJobsView::sizeText(received));
     if (state == u"failed")
         return state.leftJustified(barWidth + 2);
-    const qint64 percent = number(job, Keys::percent());
+    const qint64 percent = number(job, JobKeys::percent());
     QString line = percent >= 0 ? bar(percent) : state.leftJustified(barWidth + 2);
     if (percent >= 0)
         line += QStringLiteral(" %1 %").arg(percent, 3);
     line += QStringLiteral("  %1").arg(KovJobsView::sizeText(total > 0 ? total : received));
     if (state != u"running")
         return percent >= 0 ? line + u"  "_qs + state : line;
-    line += QStringLiteral("  %1/s").arg(KovJobsView::sizeText(number(job, Keys::speed())));
-    if (const qint64 left = number(job, Keys::secondsLeft()); left >= 0)
+    line += QStringLiteral("  %1/s").arg(KovJobsView::sizeText(number(job, JobKeys::speed())));
+    if (const qint64 left = number(job, JobKeys::secondsLeft()); left >= 0)
         line += QStringLiteral("  ") + KovJobsView::durationText(left);
     return line;
 }
 
 QString reason(const QJsonObject &job)
 {
-    QString error = text(job, Keys::error());
-    const qint64 wait = number(job, Keys::retryInSeconds());
+    QString error = text(job, JobKeys::error());
+    const qint64 wait = number(job, JobKeys::retryInSeconds());
     if (wait < 0)
         return error;
     return QStringLiteral("again in %1: %2").arg(KovJobsView::durationText(wait), error);
@@ -96,8 +96,8 @@ QString KovJobsView::forTerminal(const QJsonArray &jobs, int columns)
     for (const auto &value : jobs) {
         const QJsonObject job = value.toObject();
         QString line = QStringLiteral("%1  %2  %3")
-                           .arg(number(job, Keys::id()), 4)
-                           .arg(progress(job), nameOf(job));
+                           .arg(number(job, JobKeys::id()), 4)
+                           .arg(progress(job), jobName(job));
         if (const QString why = reason(job); !why.isEmpty())
             line += QStringLiteral(" (%1)").arg(why);
         if (line.size() > columns)
@@ -112,13 +112,13 @@ QString KovJobsView::forScripts(const QJsonArray &jobs)
     QString lines;
     for (const auto &value : jobs) {
         const QJsonObject job = value.toObject();
-        lines += QStringList{QString::number(number(job, Keys::id())),
-                             text(job, Keys::state()),
-                             QString::number(number(job, Keys::receivedBytes())),
-                             QString::number(number(job, Keys::totalBytes())),
-                             text(job, Keys::path()),
-                             text(job, Keys::url()),
-                             text(job, Keys::error())}
+        lines += QStringList{QString::number(number(job, JobKeys::id())),
+                             text(job, JobKeys::state()),
+                             QString::number(number(job, JobKeys::receivedBytes())),
+                             QString::number(number(job, JobKeys::totalBytes())),
+                             text(job, JobKeys::path()),
+                             text(job, JobKeys::url()),
+                             text(job, JobKeys::error())}
                      .join(u'\t')
             + u'\n';
     }
@@ -141,7 +141,7 @@ QString KovJobsView::asJson(const QJsonArray &jobs)
 bool KovJobsView::isAnyUnderWay(const QJsonArray &jobs)
 {
     return std::any_of(jobs.cbegin(), jobs.cend(), [](const QJsonValue &value) {
-        const QString state = value.toObject().value(Keys::state()).toString();
+        const QString state = value.toObject().value(JobKeys::state()).toString();
         return state == u"waiting" || state == u"running";
     });
 }

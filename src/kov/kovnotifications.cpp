@@ -36,7 +36,7 @@ QDBusMessage call(const QString &method)
     return QDBusMessage::createMethodCall(serviceName, servicePath, serviceName, method);
 }
 
-QString nameOf(const KovJob &job)
+QString shownName(const KovJob &job)
 {
     const QString name =
         printable(job.path.isEmpty() ? job.url.toDisplayString(QUrl::RemoveUserInfo)
@@ -78,7 +78,7 @@ void KovNotifications::notifyAdded()
     const QList<KovJob> added = std::exchange(m_added, {});
     if (added.size() == 1)
         //: Title of a notification; the file's name follows
-        tell({tr("Download added"), nameOf(added.constFirst()), {}, added.constFirst().id});
+        tell({tr("Download added"), shownName(added.constFirst()), {}, added.constFirst().id});
     else
         //: Title of a notification; %1 is their number
         tell({tr("Downloads added: %1").arg(QLocale().toString(added.size())), {}, {}, 0});
@@ -94,7 +94,7 @@ void KovNotifications::onEnded(const KovJob &job)
     if (isFinished)
         //: Title of a notification; the file's name follows
         tell({tr("Download finished"),
-              nameOf(job),
+              shownName(job),
               //: Button of a notification: opens the file
               {defaultAction, tr("Open"), openAction, tr("Open"),
                //: Button of a notification: opens the folder in which the file is
@@ -103,7 +103,7 @@ void KovNotifications::onEnded(const KovJob &job)
     else
         //: Title of a notification; the file's name and the reason follow
         tell({tr("Download failed"),
-              nameOf(job) + u'\n' + job.error,
+              shownName(job) + u'\n' + job.error,
               //: Button of a notification: tries the download again
               {retryAction, tr("Retry")},
               job.id});

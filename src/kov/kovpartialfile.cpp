@@ -1,5 +1,7 @@
 #include "kovpartialfile.h"
 
+#include "kovunits.h"
+
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
@@ -17,8 +19,6 @@
 namespace {
 
 constexpr mode_t everybodyReads = 0666; // less what the user's umask forbids
-constexpr long nanosecondsPerMillisecond = 1'000'000;
-constexpr qint64 millisecondsPerSecond = 1000;
 
 /// Returns 0 or the error number; EEXIST when there is something at "to" already.
 int renameToNewPath(const QString &from, const QString &to)

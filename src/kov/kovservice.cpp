@@ -6,6 +6,7 @@
 #include "kovdownloadsqueue.h"
 #include "kovnotifications.h"
 #include "kovsettings.h"
+#include "kovunits.h"
 #include "qtappabstractsettingsmanager.h"
 #include "qtappconfigbase.h"
 #include "qtappdefaultlogger.h"
@@ -20,7 +21,6 @@
 
 namespace {
 
-constexpr int millisecondsPerMinute = 60'000;
 /// A week; QTimer's limit is 24 days.
 constexpr int maxIdleMinutes = 7 * 24 * 60;
 constexpr int connectTimeoutMs = 1000;

@@ -1,12 +1,8 @@
 #include "kovspeedlimit.h"
 
+#include "kovunits.h"
+
 #include <algorithm>
-
-namespace {
-
-constexpr int millisecondsPerSecond = 1000;
-
-} // namespace
 
 KovSpeedLimit::KovSpeedLimit(QtClock &clock, QObject *parent)
     : QObject(parent), m_timer(clock.createTimer())

@@ -1,10 +1,11 @@
 #include "kovspeedmeter.h"
 
+#include "kovunits.h"
+
 #include <algorithm>
 
 namespace {
 
-constexpr qint64 millisecondsPerSecond = 1000;
 constexpr int measurementsToJudge = 2;
 constexpr qint64 worthwhileShare = 10;
 /// A file that will be complete sooner needs no further connection.

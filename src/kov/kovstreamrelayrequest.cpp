@@ -17,12 +17,11 @@
 namespace {
 
 constexpr qsizetype maxHeadBytes = qsizetype{64} * 1024;
-constexpr qint64 pieceBytes = qint64{64} * 1024;
+constexpr qint64 maxForwardedBytes = qint64{64} * 1024;
 /// Back-pressure: no more is read from the web while so much is unsent.
 constexpr qint64 maxWaitingBytes = 1 << 20;
 constexpr int maxAttempts = 4;
 constexpr int firstRetryMs = 1000;
-constexpr int partialContentStatus = 206;
 
 /// Decodes a Content-Encoding; nothing when that fails.
 std::optional<QByteArray> decoded(const QByteArray &text, const QByteArray &encoding)
@@ -119,7 +118,8 @@ void KovStreamRelayRequest::onHeadersReceived()
     if (response.failure)
         return; // handled when it has finished
     const bool goesOn = m_handedOn == 0
-        || (response.status == partialContentStatus && response.from == m_from + m_handedOn);
+        || (response.status == KovHttpStatus::partialContent
+            && response.from == m_from + m_handedOn);
     if (!goesOn) {
         fail(transientFailure(QStringLiteral("the server sent another part than was asked for")));
         return;
@@ -170,7 +170,7 @@ void KovStreamRelayRequest::handOn()
         QByteArray head = "HTTP/1.1 " + QByteArray::number(response.status) + " OK\r\n";
         if (response.bodyBytes >= 0)
             head += "Content-Length: " + QByteArray::number(response.bodyBytes) + "\r\n";
-        if (response.status == partialContentStatus)
+        if (response.status == KovHttpStatus::partialContent)
             head += "Content-Range: bytes " + QByteArray::number(response.from) + '-'
                 + QByteArray::number(response.from + response.bodyBytes - 1) + '/'
                 + (response.totalBytes < 0 ? "*" : QByteArray::number(response.totalBytes))
@@ -179,9 +179,9 @@ void KovStreamRelayRequest::handOn()
                         + "Content-Type: " + response.contentType
                         + "\r\nConnection: close\r\n\r\n");
     }
-    static std::array<char, pieceBytes> piece; // main thread only
+    static std::array<char, maxForwardedBytes> piece; // main thread only
     while (m_exchange->bytesAvailable() > 0 && m_socket->bytesToWrite() < maxWaitingBytes) {
-        const qint64 wanted = std::min(pieceBytes, m_exchange->bytesAvailable());
+        const qint64 wanted = std::min(maxForwardedBytes, m_exchange->bytesAvailable());
         const qint64 allowed = m_origin.speedLimit->take(wanted);
         if (allowed == 0)
             return;

@@ -26,7 +26,7 @@ namespace {
 constexpr double microsecondsPerSecond = 1'000'000;
 
 /// The playlist's name with the extension of the resulting file.
-QString fileName(const KovDownloadRequest &request, const QString &extension)
+QString streamFileName(const KovDownloadRequest &request, const QString &extension)
 {
     static const QStringList endings{u"mp4"_qs, u"m4a"_qs, u"webm"_qs,
                                      u"mkv"_qs, u"mka"_qs, u"ts"_qs};
@@ -182,7 +182,7 @@ void KovStreamTransfer::onProbed()
 
 void KovStreamTransfer::fetch()
 {
-    if (const KovFailure failure = openFile(fileName(m_request, m_choice.extension))) {
+    if (const KovFailure failure = openFile(streamFileName(m_request, m_choice.extension))) {
         end(failure);
         return;
     }

@@ -14,7 +14,7 @@ QString thereLink() { return QStringLiteral("application-there"); }
 QString executableLink() { return QStringLiteral("application-executable"); }
 QString runningLink() { return QStringLiteral("application-running"); }
 QString socketLink() { return QStringLiteral("application-socket"); }
-QString answersLink() { return QStringLiteral("application-answers"); }
+QString applicationAnswersLink() { return QStringLiteral("application-answers"); }
 
 /// An application that is not running is no fault: a download starts it.
 bool isExecutable(Chain &chain, const QString &program)
@@ -65,21 +65,21 @@ bool checkRunning(Chain &chain, const QString &program, bool isExecutable, Outco
     return start.failure.isEmpty();
 }
 
-void checkAnswer(Chain &chain, const QString &program, const ApplicationProbe::Answer &answer)
+void checkApplicationAnswer(Chain &chain, const QString &program, const ApplicationProbe::Answer &answer)
 {
     if (answer.outcome == Outcome::OfAnotherUser) {
         chain.broken(socketLink(),
                      QStringLiteral("another user's program serves at %1").arg(answer.socketPath),
                      QStringLiteral("sudo rm %1").arg(shellQuoted(answer.socketPath)));
-        chain.notReached({answersLink()}, QStringLiteral("nothing is told to another user"));
+        chain.notReached({applicationAnswersLink()}, QStringLiteral("nothing is told to another user"));
         return;
     }
     chain.ok(socketLink(), QStringLiteral("its socket is %1, and yours").arg(answer.socketPath));
     if (answer.outcome == Outcome::Answered)
-        chain.ok(answersLink(),
+        chain.ok(applicationAnswersLink(),
                  QStringLiteral("it told its settings after %1 ms").arg(answer.milliseconds));
     else
-        chain.broken(answersLink(), QStringLiteral("it took the connection, but does not answer"),
+        chain.broken(applicationAnswersLink(), QStringLiteral("it took the connection, but does not answer"),
                      QStringLiteral("%1 quit, or end it by force").arg(shellQuoted(program)));
 }
 
@@ -96,11 +96,11 @@ Chain examineApplication(const QString &hostFolder, int timeoutMs)
     ApplicationProbe::Answer answer = ApplicationProbe::ask(timeoutMs);
     const bool wasRunning = answer.outcome != Outcome::NotRunning;
     if (!checkRunning(chain, program, canStart, answer.outcome, timeoutMs)) {
-        chain.notReached({socketLink(), answersLink()}, QStringLiteral("it does not run"));
+        chain.notReached({socketLink(), applicationAnswersLink()}, QStringLiteral("it does not run"));
         return chain;
     }
     if (!wasRunning)
         answer = ApplicationProbe::ask(timeoutMs);
-    checkAnswer(chain, program, answer);
+    checkApplicationAnswer(chain, program, answer);
     return chain;
 }

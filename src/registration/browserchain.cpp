@@ -15,7 +15,7 @@ namespace {
 using Kind = BrowserInstallation::Kind;
 using Way = BrowserInstallation::Way;
 
-QString foundLink() { return QStringLiteral("browser-found"); }
+QString browserFoundLink() { return QStringLiteral("browser-found"); }
 QString policiesLink() { return QStringLiteral("policies"); }
 QString sandboxLink() { return QStringLiteral("sandbox"); }
 
@@ -115,11 +115,11 @@ BrowserChain BrowserChain::examine(const BrowserInstallation &installation)
                         .family = installation.browser().family};
     Chain &chain = result.chain;
     if (!installation.found()) {
-        chain.broken(foundLink(), QStringLiteral("this user has no such browser"),
+        chain.broken(browserFoundLink(), QStringLiteral("this user has no such browser"),
                      QStringLiteral("install the browser, and start it once"));
         return result;
     }
-    chain.ok(foundLink(), QStringLiteral("this user has it"));
+    chain.ok(browserFoundLink(), QStringLiteral("this user has it"));
 
     const Way way = wayNow(installation);
     checkSandbox(chain, installation, way);

@@ -11,7 +11,7 @@
 namespace {
 
 QString librariesLink() { return QStringLiteral("libraries"); }
-QString answersLink() { return QStringLiteral("host-answers"); }
+QString hostAnswersLink() { return QStringLiteral("host-answers"); }
 QString catchingLink() { return QStringLiteral("catching"); }
 QString logLink() { return QStringLiteral("log"); }
 
@@ -24,12 +24,12 @@ QString cureOf(const QString &hostPath)
         : ProgramPaths::ownCommand() + QStringLiteral(" register");
 }
 
-void checkAnswer(Chain &chain, const QString &hostPath, const HostProbe &probe,
+void checkHostAnswer(Chain &chain, const QString &hostPath, const HostProbe &probe,
                  const QStringList &arguments)
 {
     const HostProbe::Handshake handshake = probe.handshake(arguments);
     if (!handshake.failure.isEmpty()) {
-        chain.broken(answersLink(), QStringLiteral("the host fails: ") + handshake.failure,
+        chain.broken(hostAnswersLink(), QStringLiteral("the host fails: ") + handshake.failure,
                      cureOf(hostPath));
         chain.notReached({catchingLink()}, QStringLiteral("the host does not answer"));
         return;
@@ -37,7 +37,7 @@ void checkAnswer(Chain &chain, const QString &hostPath, const HostProbe &probe,
     const QString other = handshake.version == appVersion()
         ? QString()
         : QStringLiteral(" (this program is of version %1)").arg(appVersion());
-    chain.ok(answersLink(),
+    chain.ok(hostAnswersLink(),
              QStringLiteral("it answered after %1 ms as version %2%3")
                  .arg(QString::number(handshake.milliseconds), handshake.version, other));
     if (!handshake.isCatching)
@@ -86,7 +86,7 @@ Chain examineHost(const QString &hostPath, const QStringList &arguments, int tim
                 .findings = {}};
     const HostProbe probe(hostPath, timeoutMs);
     if (!QFileInfo(hostPath).isExecutable()) {
-        chain.notReached({librariesLink(), answersLink(), catchingLink()},
+        chain.notReached({librariesLink(), hostAnswersLink(), catchingLink()},
                          QStringLiteral("there is no host that could be started"));
     } else if (const QStringList missing = probe.missingLibraries(); !missing.isEmpty()) {
         chain.broken(librariesLink(),
@@ -94,11 +94,11 @@ Chain examineHost(const QString &hostPath, const QStringList &arguments, int tim
                          + missing.join(QStringLiteral(", ")),
                      QStringLiteral("sudo apt-get install libqt6core6 libqt6network6 libqt6sql6 "
                                     "libqt6sql6-sqlite"));
-        chain.notReached({answersLink(), catchingLink()},
+        chain.notReached({hostAnswersLink(), catchingLink()},
                          QStringLiteral("it cannot start without its libraries"));
     } else {
         chain.ok(librariesLink(), QStringLiteral("its libraries are there"));
-        checkAnswer(chain, hostPath, probe, arguments);
+        checkHostAnswer(chain, hostPath, probe, arguments);
     }
     checkLog(chain);
     return chain;

@@ -16,7 +16,7 @@ namespace {
 
 using Way = BrowserInstallation::Way;
 
-QString foundLink() { return QStringLiteral("manifest-found"); }
+QString manifestFoundLink() { return QStringLiteral("manifest-found"); }
 
 /// In the browser's search order.
 QStringList links()
@@ -172,12 +172,12 @@ void ManifestInspection::addTo(Chain &chain, const QString &cure,
 {
     const QStringList all = links();
     if (!found()) {
-        chain.broken(foundLink(), QStringLiteral("no manifest tells the browser of the host"), cure,
+        chain.broken(manifestFoundLink(), QStringLiteral("no manifest tells the browser of the host"), cure,
                      repair);
         chain.notReached(all, QStringLiteral("there is no manifest"));
         return;
     }
-    chain.ok(foundLink(),
+    chain.ok(manifestFoundLink(),
              QStringLiteral("the manifest is %1%2")
                  .arg(m_path, m_forEverybody ? QStringLiteral(", for everybody") : QString()));
     // "register" removes no folder.

@@ -15,7 +15,7 @@ constexpr std::size_t usualMembers = 8;
 constexpr std::size_t usualSize = 256;
 
 /// Indexed by character: whether the library writes it unescaped.
-constexpr auto isPlain = [] {
+constexpr auto needsNoEscape = [] {
     std::array<bool, 256> plain{};
     for (std::size_t c = ' '; c < plain.size(); ++c)
         plain[c] = c != '"' && c != '\\' && c != '/' && c != 0x7f;
@@ -28,7 +28,7 @@ void appendString(std::string &out, std::string_view text)
     out += '"';
     for (auto at = text.cbegin(); at != text.cend();) {
         const auto special = std::find_if_not(
-            at, text.cend(), [](char c) { return isPlain[static_cast<unsigned char>(c)]; });
+            at, text.cend(), [](char c) { return needsNoEscape[static_cast<unsigned char>(c)]; });
         out.append(at, special);
         at = special;
         if (at != text.cend())

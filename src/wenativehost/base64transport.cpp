@@ -17,7 +17,7 @@ constexpr std::array<int, 256> alphabetValues = [] {
     return values;
 }();
 
-int valueOf(char character) { return alphabetValues[static_cast<unsigned char>(character)]; }
+int sextet(char character) { return alphabetValues[static_cast<unsigned char>(character)]; }
 
 } // namespace
 
@@ -31,10 +31,10 @@ QByteArray Base64Transport::decode(const QByteArray &text)
     QByteArray bytes(text.size() / 4 * 3 + 3, Qt::Uninitialized);
     char *out = bytes.data();
     for (qsizetype i = 0;; i += 4) {
-        const int first = valueOf(at(i));
+        const int first = sextet(at(i));
         if (first == notInAlphabet)
             break;
-        const int second = valueOf(at(i + 1));
+        const int second = sextet(at(i + 1));
         if (second == notInAlphabet)
             return {};
         *out++ = static_cast<char>(first << 2 | second >> 4);
@@ -43,13 +43,13 @@ QByteArray Base64Transport::decode(const QByteArray &text)
                 return {};
             break;
         }
-        const int third = valueOf(at(i + 2));
+        const int third = sextet(at(i + 2));
         if (third == notInAlphabet)
             return {};
         *out++ = static_cast<char>(second << 4 | third >> 2);
         if (at(i + 3) == '=')
             break;
-        const int fourth = valueOf(at(i + 3));
+        const int fourth = sextet(at(i + 3));
         if (fourth == notInAlphabet)
             return {};
         *out++ = static_cast<char>(third << 6 | fourth);

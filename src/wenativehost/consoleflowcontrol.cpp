@@ -19,7 +19,7 @@ constexpr qint64 messageOverhead = 256;
 constexpr qint64 announcedAtOnce = ConsoleFlowControl::maxUnhandledBytes / 16;
 /// The interval in milliseconds at which the reader polls for room if the process has no descriptor
 /// left for waiting.
-constexpr int lookAgainMs = 20;
+constexpr int roomPollMs = 20;
 
 } // namespace
 
@@ -69,7 +69,7 @@ void ConsoleFlowControl::handled(qint64 bytes)
     m_waiting = true;
     std::array<pollfd, 2> watched = {
         {{m_roomEvent, POLLIN, 0}, {m_inputEnded ? -1 : inputDescriptor, POLLRDHUP, 0}}};
-    const int timeout = m_roomEvent >= 0 ? -1 : lookAgainMs;
+    const int timeout = m_roomEvent >= 0 ? -1 : roomPollMs;
     while (m_unhandledBytes > maxUnhandledBytes) {
         if (::poll(watched.data(), watched.size(), timeout) < 0)
             continue;

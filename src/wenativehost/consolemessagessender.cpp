@@ -28,7 +28,7 @@ void logFailedCheck(const QString &expression, int line)
 }
 
 /// The interval at which a blocked write checks whether the input has ended, in milliseconds.
-constexpr int lookAgainMs = 100;
+constexpr int outputPollMs = 100;
 
 } // namespace
 
@@ -170,7 +170,7 @@ bool ConsoleMessagesSender::waitUntilWritable()
         // A reader that takes a piece now and then must not keep the program alive, either.
         const auto left =
             std::chrono::ceil<milliseconds>(milliseconds(totalWriteTimeoutMs) - m_waited);
-        const auto wait = std::clamp(left, milliseconds(0), milliseconds(lookAgainMs));
+        const auto wait = std::clamp(left, milliseconds(0), milliseconds(outputPollMs));
         const auto begun = std::chrono::steady_clock::now();
         const int ready = ::poll(&target, 1, static_cast<int>(wait.count()));
         const bool isInputEnded = m_flowControl->isInputEnded();

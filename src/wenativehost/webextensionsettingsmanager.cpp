@@ -20,7 +20,7 @@ const QString &ownOrigin()
     return origin;
 }
 
-QString valueOf(const QtAppAbstractSettingsManager &settings, const char *name)
+QString settingText(const QtAppAbstractSettingsManager &settings, const char *name)
 {
     return settings.value(QLatin1String(name));
 }
@@ -187,8 +187,8 @@ void WebExtensionSettingsManager::readFromApplication()
     WebExtensionBrowserMonitorSettings &monitor = m_settings.browser.monitor;
     forEachHeldMember([&](const auto &member) {
         const bool isOn =
-            !member.switchSetting || valueOf(*settings, member.switchSetting).toInt() != 0;
-        const QString text = valueOf(*settings, member.setting);
+            !member.switchSetting || settingText(*settings, member.switchSetting).toInt() != 0;
+        const QString text = settingText(*settings, member.setting);
         read(isOn ? text : QString(), monitor.*member.value);
         if (isUnshown(text, monitor.*member.value))
             m_unshownNumbers.insert(member.setting);
