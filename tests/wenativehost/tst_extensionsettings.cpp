@@ -8,7 +8,7 @@
 #include <QTest>
 
 using namespace AppSettings;
-using Values = QList<std::pair<QString, QString>>;
+using ValuesList = QtAppAbstractSettingsManager::ValuesList;
 
 namespace {
 
@@ -27,15 +27,15 @@ QString known(const IsolatedHost &host)
         .arg(int(monitor.skipIfKeyPressed));
 }
 
-Values values(std::initializer_list<std::pair<Setting, const char *>> pairs)
+ValuesList values(std::initializer_list<std::pair<Setting, const char *>> pairs)
 {
-    Values list;
+    ValuesList list;
     for (const auto &[setting, value] : pairs)
         list.emplaceBack(toString(setting), QString::fromUtf8(value));
     return list;
 }
 
-Values allValues()
+ValuesList allValues()
 {
     return values({{WbInterceptDownloads, "1"},
                    {WbAbortedInterceptedDownloadForwardToBrowser, "1"},
@@ -73,20 +73,20 @@ private Q_SLOTS:
         host.send(post("'enable':true,'allowDownload':true,'skipSmallerThan':'1048576',"
                        "'skipExtensions':'pls mé','skipServersEnabled':true,"
                        "'skipServers':'a.org b.org','skipIfKeyPressed':true"));
-        QCOMPARE(written.constFirst().at(0).value<Values>(), allValues());
+        QCOMPARE(written.constFirst().at(0).value<ValuesList>(), allValues());
         QCOMPARE(written.constFirst().at(1).toString(), u"WebExtensionSettingsManager"_qs);
         IsolatedHost other;
         other.settings().setValues(allValues(), application);
         QCOMPARE(known(other), u"11 1048576 'pls mé' 1 'a.org b.org' 1"_qs);
         // Rules that are switched off keep their values. Only the servers are still read.
-        const Values off = values({{WbInterceptDownloads, "0"},
-                                   {WbAbortedInterceptedDownloadForwardToBrowser, "0"},
-                                   {WbDontInterceptTooSmallDownloads, "0"},
-                                   {WbDontInterceptDownloadsWithUnwantedExtensions, "0"},
-                                   {WbDontInterceptDownloadsFromUnwantedHosts, "0"},
-                                   {WbDontInterceptDownloadsIfKeyIsPressed, "0"}});
+        const ValuesList off = values({{WbInterceptDownloads, "0"},
+                                       {WbAbortedInterceptedDownloadForwardToBrowser, "0"},
+                                       {WbDontInterceptTooSmallDownloads, "0"},
+                                       {WbDontInterceptDownloadsWithUnwantedExtensions, "0"},
+                                       {WbDontInterceptDownloadsFromUnwantedHosts, "0"},
+                                       {WbDontInterceptDownloadsIfKeyIsPressed, "0"}});
         host.send(post("'enable':false,'allowDownload':false,'skipServers':'b.org'"));
-        QCOMPARE(written.constLast().at(0).value<Values>(), off);
+        QCOMPARE(written.constLast().at(0).value<ValuesList>(), off);
         other.settings().setValues(off, application);
         QCOMPARE(known(other), u"00 0 '' 0 'a.org b.org' 0"_qs);
         // Any 32-bit number except 0 is true.
@@ -161,7 +161,7 @@ private Q_SLOTS:
         host.send(u"{'id':'2','type':'post_settings','post_settings':%1}"_qs.arg(record).replace(
             u"'allowDownload':true"_qs, u"'allowDownload':false"_qs));
         QCOMPARE(written.size(), 1);
-        QCOMPARE(written.constFirst().at(0).value<Values>(),
+        QCOMPARE(written.constFirst().at(0).value<ValuesList>(),
                  values({{WbAbortedInterceptedDownloadForwardToBrowser, "0"}}));
     }
 

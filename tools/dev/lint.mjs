@@ -17,7 +17,7 @@ const root = dirname(dirname(dirname(fileURLToPath(import.meta.url))));
 const buildDir = join(root, 'build/lint');
 const batchDir = join(buildDir, 'batches');
 const cacheDir = join(process.env.XDG_CACHE_HOME || join(homedir(), '.cache'), 'kovalo-lint');
-const batchSize = 16;
+const batchSize = 20;
 const everything = process.argv.includes('--all');
 
 function hash(...parts) {
@@ -27,7 +27,10 @@ function hash(...parts) {
     return digest.digest('hex');
 }
 
-/** The sources to analyse, each with its compiler flags (without the compiler, input and output). */
+/**
+ * The sources to analyse, each with its compiler flags (without the compiler, input and output), and the
+ * CMake target that it belongs to.
+ */
 function compiledSources() {
     const sources = [];
     for (const entry of JSON.parse(readFileSync(join(buildDir, 'compile_commands.json')))) {
@@ -35,9 +38,9 @@ function compiledSources() {
         if (file.startsWith('build/') || file.startsWith('..'))
             continue;
         const flags = entry.command.split(' ').slice(1).map(flag => flag.replace(/\\(.)/g, '$1'));
-        for (const option of ['-o', '-c'])
-            flags.splice(flags.indexOf(option), 2);
-        sources.push({ file, flags });
+        const [, object] = flags.splice(flags.indexOf('-o'), 2);
+        flags.splice(flags.indexOf('-c'), 2);
+        sources.push({ file, flags, target: object.replace(/\.dir\/.*/, '') });
     }
     // Some sources are compiled into several programs.
     const kinds = new Map(sources.map(source => [[source.file, ...ownFlags(source)].join(' '), source]));
@@ -143,7 +146,7 @@ async function readBatch(tool, batch) {
     const together = await tool(name, flags, true);
     if (!/: (fatal )?error: (?!.*-warnings-as-errors\])/.test(together.text))
         return together;
-    const results = []; // names of two sources conflict
+    const results = []; // names of two test programs conflict
     for (const source of batch)
         results.push(await tool(source.file, source.flags, false));
     return {
@@ -152,32 +155,22 @@ async function readBatch(tool, batch) {
     };
 }
 
-/** The names in a source's unnamed namespace, of aliases and of main(), found by their lines. */
-function declaredNames(text) {
-    const declared = [/^namespace \{\n.*?^\} \/\/ namespace$/gms, /^using \w+ =/gm, /^int main\(/gm].flatMap(place => text.match(place) ?? []);
-    const names = declared.join('\n').matchAll(/^(?:[\w:][\w:<>,*& ]*[ *&])?(\w+)(?: =|\(|\[|;|\s*\{)/gm);
-    return new Set([...names].map(match => match[1]).filter(name => name !== 'namespace'));
-}
-
 /**
- * Sources that can be analysed together: with the same flags, except for include folders and Qt
- * modules, and without a name that two of them declare.
+ * Sources that are analysed together: those of one library, as in a unity build; and the test programs, and
+ * the fuzz targets, of which each has one source.
  */
 function batches(sources) {
-    const result = [];
+    const groups = new Map();
     for (const source of sources) {
         const text = readFileSync(join(root, source.file), 'utf8');
         source.isTest = /^QTEST_GUILESS_MAIN\(/m.test(text);
-        const key = [source.isTest, ...ownFlags(source)].join(' ');
-        const names = [...declaredNames(text)];
-        let batch = result.find(each => each.key === key && each.sources.length < batchSize
-                                        && !names.some(name => each.names.has(name)));
-        if (!batch)
-            result.push(batch = { key, names: new Set(), sources: [] });
-        batch.sources.push(source);
-        names.forEach(name => batch.names.add(name));
+        const kind = source.isTest ? 'test' : text.includes(fuzzFunction) ? 'fuzz' : source.target;
+        const key = [kind, ...ownFlags(source)].join(' ');
+        groups.set(key, [...groups.get(key) ?? [], source]);
     }
-    return result.map(batch => batch.sources);
+    return [...groups.values()].flatMap(group => Array.from(
+        { length: Math.ceil(group.length / batchSize) },
+        (_, index) => group.slice(index * batchSize, (index + 1) * batchSize)));
 }
 
 async function main() {

@@ -26,7 +26,7 @@ namespace {
 
 const QString interceptDownloads = u"WbInterceptDownloads"_qs;
 const QString localeName = u"LocaleName"_qs;
-const QString user = u"user"_qs;
+const QString userSource = u"user"_qs;
 /// More than fits into the buffers of a local socket.
 constexpr int hugeTextLength = 4 * 1024 * 1024;
 
@@ -114,7 +114,7 @@ private Q_SLOTS:
 
     void settings()
     {
-        storedSettings()->setValues({{localeName, u"de_DE"_qs}}, user);
+        storedSettings()->setValues({{localeName, u"de_DE"_qs}}, userSource);
         auto peer = connectedPeer();
         QVERIFY(peer);
         const auto initializer = m_module->settingsInitializer();
@@ -147,7 +147,7 @@ private Q_SLOTS:
         QCOMPARE(storedSettings()->allValues().value(localeName), u"fr"_qs); // not confirmed
         settings->setValues({{localeName, u"ja"_qs}}, user);
         QCOMPARE(storedSettings()->allValues().value(localeName), u"ja"_qs);
-        settings->resetToDefaults(user);
+        settings->resetToDefaults(userSource);
         QCOMPARE(storedSettings()->allValues().value(localeName), QString());
     }
 

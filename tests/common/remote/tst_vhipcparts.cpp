@@ -33,7 +33,7 @@ Message jsonMessage(const QString &reason, qint64 id, const QString &json)
 }
 
 /// Both parts with a queue, and the objects that use them.
-struct Setup {
+struct PartsFixture {
     FakeClock clock;
     QSharedPointer<UniqueInt64IdGen> idGen = QSharedPointer<UniqueInt64IdGen>::create();
     QSharedPointer<RemoteIncomingDownloadsProcessor> processor =
@@ -82,7 +82,7 @@ private Q_SLOTS:
         QFETCH(const bool, isJson);
         QFETCH(const QString, script);
         const LogCapture lines;
-        Setup s;
+        PartsFixture s;
         QStringList log;
         bool sendAgain = false;
         QtAbstractVhIpcPart &part =
@@ -147,7 +147,7 @@ private Q_SLOTS:
             {{{u"error"_qs, u"\u20ac"_qs}}, u"1 false false 0 \u20ac false"_qs},
             {{{u"reason"_qs, u"add"_qs}}, QString()}};
         for (const auto &[fields, expected] : cases) {
-            Setup s;
+            PartsFixture s;
             s.downloads.onConnectChanged(true);
             const QSignalSpy sent(&s.downloads, &VhIpcIncomingDownloadsClient::sendVh);
             AbstractNewDownloadsRequestJob job = s.processor->createJob();
@@ -178,7 +178,7 @@ private Q_SLOTS:
             {jsonMessage(u"response"_qs, 1LL << 40, {}), {{1LL << 40, QString(), false}}},
             {jsonMessage(u"Request"_qs, 9, text), {}}};
         for (const auto &[message, expected] : cases) {
-            Setup s;
+            PartsFixture s;
             s.json.onConnectChanged(true);
             const QSignalSpy received(s.manager.data(), &RemoteJsonRequestsManager::received);
             const QSignalSpy sent(&s.json, &VhIpcJsonRequests::sendVh);

@@ -3,6 +3,7 @@
 #include "qtvariantstreamformat.h"
 
 #include <QDataStream>
+#include <QIODevice>
 
 namespace {
 

@@ -65,8 +65,8 @@ private:
     QStringList &m_log;
 };
 
-struct Setup {
-    Setup() { keeper->setServerAddress(QtAbstractServerAddress(u"server"_qs)); }
+struct KeeperFixture {
+    KeeperFixture() { keeper->setServerAddress(QtAbstractServerAddress(u"server"_qs)); }
 
     QStringList log;
     FakeClock clock;
@@ -104,7 +104,7 @@ private Q_SLOTS:
         QFETCH(const int, max);
         QFETCH(const int, attemptsAtOnce);
         QFETCH(const Waits, waits);
-        Setup s;
+        KeeperFixture s;
         s.keeper->setRetryInterval(min, max);
         s.keeper->enable(true);
         qsizetype attempts = attemptsAtOnce;
@@ -202,7 +202,7 @@ private Q_SLOTS:
     void launches()
     {
         QFETCH(const QString, script);
-        Setup s;
+        KeeperFixture s;
         QtAutomaticServerLauncher automatic(s.launcher, nullptr, s.clock);
         connect(s.socket.get(), &QtAbstractSocket::connectedStateChanged, &automatic,
                 &QtAutomaticServerLauncher::onConnectedStateChanged);
