@@ -3,9 +3,9 @@
 export function isWebAddress(url) { return /^https?:/i.test(url ?? ''); }
 
 /** In characters. Servers refuse longer URLs, and a page could create many of them. */
-const longest = 16 * 1024;
+const maxUrlLength = 16 * 1024;
 
-export function isTooLong(url) { return url.length > longest; }
+export function isTooLong(url) { return url.length > maxUrlLength; }
 
 export function withoutFragment(url) { return url.split('#', 1)[0]; }
 

@@ -3,7 +3,7 @@
 
 import { SerialQueue } from './serialqueue.js';
 
-const kept = 'handovers';
+const storageKey = 'handovers';
 const run = 'browserRun';
 
 /** The stages of a hand-over. */
@@ -60,7 +60,7 @@ export class Handovers {
     async #read() {
         this.#run = (await chrome.storage.session.get(run))[run] ?? crypto.randomUUID();
         await chrome.storage.session.set({ [run]: this.#run });
-        const stored = (await chrome.storage.local.get(kept))[kept] ?? [];
+        const stored = (await chrome.storage.local.get(storageKey))[storageKey] ?? [];
         this.#all = new Map(stored.map(each => [keyOf(each), each]));
         return stored;
     }
@@ -69,10 +69,10 @@ export class Handovers {
     #write() {
         // If the script is ended meanwhile, this alarm restarts it at the latest.
         if (this.#all.size > 0)
-            chrome.alarms.create(kept, { periodInMinutes: 0.5 });
+            chrome.alarms.create(storageKey, { periodInMinutes: 0.5 });
         else
-            chrome.alarms.clear(kept);
+            chrome.alarms.clear(storageKey);
         const all = [...this.#all.values()];
-        return this.#writes.run(() => chrome.storage.local.set({ [kept]: all })).catch(() => {});
+        return this.#writes.run(() => chrome.storage.local.set({ [storageKey]: all })).catch(() => {});
     }
 }

@@ -3,7 +3,7 @@
 
 import { isServerIn } from './masks.js';
 
-const kept = 'keepNext';
+const storageKey = 'keepNext';
 
 /** The host name of a URL, '' unless http(s). */
 function hostOf(url) { return URL.canParse(url ?? '') && /^https?:/.test(url) ? new URL(url).hostname : ''; }
@@ -38,7 +38,7 @@ export class Keeping {
     }
 
     async keepNext(next) {
-        await chrome.storage.session.set({ [kept]: next });
+        await chrome.storage.session.set({ [storageKey]: next });
         this.onChanged(await this.describe());
     }
 
@@ -75,5 +75,5 @@ export class Keeping {
         return this.site(url);
     }
 
-    async #isNext() { return (await chrome.storage.session.get(kept))[kept] === true; }
+    async #isNext() { return (await chrome.storage.session.get(storageKey))[storageKey] === true; }
 }

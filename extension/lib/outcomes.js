@@ -3,7 +3,7 @@
 import { HostError } from './hosterror.js';
 import { SerialQueue } from './serialqueue.js';
 
-const kept = 'outcomes';
+const storageKey = 'outcomes';
 const maxKept = 20;
 
 /** Where the file ended up. */
@@ -54,7 +54,7 @@ export class Outcomes {
     }
 
     /** The latest last. @returns {Promise<Outcome[]>} */
-    async list() { return (await chrome.storage.session.get(kept))[kept] ?? []; }
+    async list() { return (await chrome.storage.session.get(storageKey))[storageKey] ?? []; }
 
     /** Removes an outcome that the user has seen. */
     dismiss(id) { return this.#change(all => all.filter(each => each.id !== id)); }
@@ -71,7 +71,7 @@ export class Outcomes {
     /** Serialized: read, change and write must not interleave. */
     #change(changed) {
         return this.#changes.run(async () => {
-            await chrome.storage.session.set({ [kept]: changed(await this.list()) });
+            await chrome.storage.session.set({ [storageKey]: changed(await this.list()) });
             this.onListed(await this.list());
         }).catch(() => {});
     }

@@ -1,7 +1,8 @@
 // The text of a playlist that a page has fetched. Extensions do not see response bodies, but a script in
 // the page can fetch it again, usually from the cache.
 
-const longest = 1024 * 1024;
+/** In characters. */
+const maxLength = 1024 * 1024;
 
 /** In milliseconds. While a playlist is read, the page's requests for its URL are ignored. */
 const timeoutMs = 10_000;
@@ -12,7 +13,7 @@ export async function playlistText({ tabId, frameId, url }) {
         const read = chrome.scripting.executeScript({
             target: { tabId, frameIds: [frameId] },
             func: fetchHere,
-            args: [url, longest],
+            args: [url, maxLength],
         });
         const late = new Promise(resolve => { setTimeout(resolve, timeoutMs, []); });
         const [injected] = await Promise.race([read, late]);
@@ -23,7 +24,7 @@ export async function playlistText({ tabId, frameId, url }) {
 }
 
 /** Runs in the page, so it must be self-contained. */
-async function fetchHere(url, most) {
+async function fetchHere(url, maxLength) {
     const response = await fetch(url, { cache: 'force-cache' }).catch(() => null);
-    return response?.ok ? (await response.text()).slice(0, most) : '';
+    return response?.ok ? (await response.text()).slice(0, maxLength) : '';
 }

@@ -1,6 +1,6 @@
 // The extension's own options, which are not part of the settings record.
 
-const kept = 'preferences';
+const storageKey = 'preferences';
 const defaults = {
     'keeping.modifier': 'alt',
     'notify.badge': true,
@@ -19,7 +19,7 @@ export class Preferences {
 
     /** Resolves with all of them, by their paths. */
     async all() {
-        this.#restored ??= chrome.storage.local.get(kept).then(stored => Object.assign(this.#values, stored[kept]));
+        this.#restored ??= chrome.storage.local.get(storageKey).then(stored => Object.assign(this.#values, stored[storageKey]));
         await this.#restored;
         return this.#values;
     }
@@ -27,7 +27,7 @@ export class Preferences {
     /** @param {object} changes values by paths, such as "notify.badge" */
     async change(changes) {
         Object.assign(await this.all(), changes);
-        await chrome.storage.local.set({ [kept]: this.#values });
+        await chrome.storage.local.set({ [storageKey]: this.#values });
         this.onChanged(this.#values);
     }
 }

@@ -44,7 +44,7 @@ export function referrerFor(url, documentUrl, policy = '') {
     return withoutFragment(page.href);
 }
 
-const kept = 'referrerPolicies';
+const storageKey = 'referrerPolicies';
 const maxKept = 200;
 
 /** The policies in the pages' response headers, which scripts in a page cannot read. */
@@ -66,7 +66,7 @@ export class ReferrerPolicies {
     }
 
     async #restore() {
-        this.#byUrl = new Map((await chrome.storage.session.get(kept))[kept]);
+        this.#byUrl = new Map((await chrome.storage.session.get(storageKey))[storageKey]);
     }
 
     async #note(url, headers = []) {
@@ -80,6 +80,6 @@ export class ReferrerPolicies {
             this.#byUrl.set(url, policy);
         if (this.#byUrl.size > maxKept)
             this.#byUrl.delete(this.#byUrl.keys().next().value);
-        await chrome.storage.session.set({ [kept]: [...this.#byUrl] }).catch(() => {});
+        await chrome.storage.session.set({ [storageKey]: [...this.#byUrl] }).catch(() => {});
     }
 }

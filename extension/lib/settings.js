@@ -4,7 +4,7 @@
 import { HostError } from './hosterror.js';
 import { SerialQueue } from './serialqueue.js';
 
-const kept = 'options';
+const storageKey = 'options';
 const isOwn = path => /^(menu|monitor\.video)\./.test(path);
 
 export class Settings {
@@ -70,7 +70,7 @@ export class Settings {
     }
 
     #restore() {
-        this.#restored ??= chrome.storage.local.get(kept).then(stored => { this.#own = stored[kept] ?? {}; });
+        this.#restored ??= chrome.storage.local.get(storageKey).then(stored => { this.#own = stored[storageKey] ?? {}; });
         return this.#restored;
     }
 
@@ -82,7 +82,7 @@ export class Settings {
         const own = Object.entries(changes).filter(([path]) => isOwn(path));
         if (own.length > 0) {
             this.#own = { ...this.#own, ...Object.fromEntries(own) };
-            await chrome.storage.local.set({ [kept]: this.#own });
+            await chrome.storage.local.set({ [storageKey]: this.#own });
         }
         let settings;
         let received;

@@ -12,6 +12,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QMap>
 
 #include <algorithm>
 #include <utility>
@@ -48,37 +49,27 @@ QString ordinaryWayText()
 }
 
 /// Prints the results; returns whether all succeeded.
-bool tell(const QString &title, const QList<Registrar::Result> &results)
+bool printResults(const QString &title, const QList<Registrar::Result> &results)
 {
     using Done = Registrar::Result::Done;
+    static const QMap<Done, QString> verbs{{Done::Written, QStringLiteral("wrote")},
+                                           {Done::Unchanged, QStringLiteral("unchanged")},
+                                           {Done::Removed, QStringLiteral("removed")},
+                                           {Done::LeftAlone, QStringLiteral("left alone")},
+                                           {Done::Failed, QStringLiteral("could not change")}};
     bool allDone = true;
     for (const Registrar::Result &each : results) {
-        const QString line = title + QStringLiteral(": %1 ") + each.path;
-        switch (each.done) {
-        case Done::Written:
-            Console::print(line.arg(QStringLiteral("wrote")));
-            break;
-        case Done::Unchanged:
-            Console::print(line.arg(QStringLiteral("unchanged")));
-            break;
-        case Done::Removed:
-            Console::print(line.arg(QStringLiteral("removed")));
-            break;
-        case Done::LeftAlone:
-            Console::print(line.arg(QStringLiteral("left alone")) + QStringLiteral(": ")
-                           + each.reason);
-            break;
-        case Done::Failed:
-            Console::printError(line.arg(QStringLiteral("could not change")) + QStringLiteral(": ")
-                                + each.reason);
-            allDone = false;
-            break;
-        }
+        QString line = QStringLiteral("%1: %2 %3").arg(title, verbs[each.done], each.path);
+        if (!each.reason.isEmpty())
+            line += QStringLiteral(": ") + each.reason;
+        const bool hasFailed = each.done == Done::Failed;
+        (hasFailed ? Console::printError : Console::print)(line);
+        allDone = allDone && !hasFailed;
     }
     return allDone;
 }
 
-void tellPermission(const BrowserInstallation &installation)
+void printPermissionHint(const BrowserInstallation &installation)
 {
     Console::print(
         QStringLiteral("%1 may not start programs outside of its sandbox by itself. To allow it:\n"
@@ -257,7 +248,7 @@ int CommandLine::registerHost()
         return Failure;
     const Registrar registrar(*host);
     if (m_parser.isSet(QStringLiteral("everybody")))
-        return tell(QStringLiteral("Everybody"), registrar.registerForEverybody(folders()))
+        return printResults(QStringLiteral("Everybody"), registrar.registerForEverybody(folders()))
             ? Success
             : Failure;
     if (m_parser.isSet(QStringLiteral("flatpak")))
@@ -280,10 +271,10 @@ int CommandLine::registerHost()
             allDone = false;
         } else {
             if (each.way() == Way::Script)
-                tellPermission(each);
+                printPermissionHint(each);
             else if (each.kind() != Kind::Native)
                 Console::print(each.title() + u' ' + ordinaryWayText());
-            allDone = tell(each.title(), registrar.registerHost(each)) && allDone;
+            allDone = printResults(each.title(), registrar.registerHost(each)) && allDone;
         }
     }
     return allDone ? Success : Failure;
@@ -305,15 +296,17 @@ int CommandLine::registerFlatpak()
         return Failure;
     }
     const auto host = chosenHost();
-    const bool allDone = host && tell(wanted->title(), Registrar(*host).registerScript(*wanted));
-    tellPermission(*wanted);
+    const bool allDone =
+        host && printResults(wanted->title(), Registrar(*host).registerScript(*wanted));
+    printPermissionHint(*wanted);
     return allDone ? Success : Failure;
 }
 
 int CommandLine::unregisterHost()
 {
     if (m_parser.isSet(QStringLiteral("everybody")))
-        return tell(QStringLiteral("Everybody"), Registrar::unregisterForEverybody(folders()))
+        return printResults(QStringLiteral("Everybody"),
+                            Registrar::unregisterForEverybody(folders()))
             ? Success
             : Failure;
     const auto browsers = chosenBrowsers();
@@ -321,7 +314,7 @@ int CommandLine::unregisterHost()
         return UsageError;
     bool allDone = true;
     for (const BrowserInstallation &each : *browsers)
-        allDone = tell(each.title(), Registrar::unregister(each)) && allDone;
+        allDone = printResults(each.title(), Registrar::unregister(each)) && allDone;
     return allDone ? Success : Failure;
 }
 
