@@ -232,7 +232,7 @@ describe('the doctor names', { concurrency: 2 }, () => {
     }
 });
 
-test('a whole chain is told as one, and mended where that needs no decision', async () => {
+test('an intact chain is reported as such, and --fix repairs what needs no decision', async () => {
     const sandbox = await healthySandbox();
     try {
         // A policy with an exception for the extension forbids nothing.

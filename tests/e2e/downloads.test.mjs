@@ -70,7 +70,7 @@ const arrivals = {
 };
 
 describe('downloads', { concurrency: 4 }, () => {
-    inHome('what a browser offers is taken when the file comes, and else there is no job', async home => {
+    inHome('an offered download becomes a job only when its file arrives', async home => {
         mkdirSync(home.folder);
         const extension = home.extension();
         await Promise.all(Object.entries(refusals).map(async ([name, [what, reason]]) => {
@@ -122,7 +122,7 @@ describe('downloads', { concurrency: 4 }, () => {
         await extension.end();
     });
 
-    inHome('cookies, referrers and what is posted go where they belong', async home => {
+    inHome('cookies, referrers and posted data go to the right servers only', async home => {
         const extension = home.extension();
         const elsewhere = server.respond('/3.bin', { size: 3 });
         server.respond('/1.bin', { status: 302, headers: { Location: '/2.bin', 'Set-Cookie': 'new=2; Path=/' } });
@@ -163,7 +163,7 @@ describe('downloads', { concurrency: 4 }, () => {
         ok(!readFileSync(database).includes('given'), 'cookies of finished downloads are forgotten');
     });
 
-    inHome('killed and broken off again and again, a file is fetched once', async home => {
+    inHome('a killed service resumes a file instead of starting over', async home => {
         const kills = process.env.KOVALO_FULL === '1' ? 100 : sanitized ? 5 : 20;
         const rate = 4 * mebibyte;
         const size = 2 * kills * mebibyte;
@@ -185,7 +185,7 @@ describe('downloads', { concurrency: 4 }, () => {
         ok(sent < size + kills * 3 * rate, `${sent} bytes were sent`);
     });
 
-    inHome('what passes is tried again, what does not is not, and another file begins anew', async home => {
+    inHome('transient failures are retried, permanent ones are not, a changed file starts over', async home => {
         const [changed, posted, broken] = ['/changed.bin', '/lost.bin', '/busy.iso'].map(path => server.url(path));
         // Not at once: before a response, the network library would repeat the request by itself.
         server.respond('/changed.bin', { size: 3 * mebibyte, rate: 4 * mebibyte, breaks: [mebibyte] });
@@ -231,7 +231,7 @@ describe('downloads', { concurrency: 4 }, () => {
         deepStrictEqual([await home.jobs(), home.files()], [[], ['busy.iso']]);
     });
 
-    inHome('a large file from a server that limits each connection comes over several', async home => {
+    inHome('several connections for a server that limits the speed of each', async home => {
         const size = 24 * mebibyte;
         const rate = mebibyte;
         const urls = [server.respond('/wide.bin', { size, rate }), server.respond('/two.iso', { size, rate, connections: 2 })];
@@ -248,7 +248,7 @@ describe('downloads', { concurrency: 4 }, () => {
         strictEqual(home.hash('two.iso'), hashOf('/two.iso', size));
     });
 
-    inHome('a full disk has all downloads wait and say so, and they go on when there is room', async home => {
+    inHome('downloads wait while the disk is full, and continue when there is space', async home => {
         mkdirSync(home.folder);
         const service = await startMounted(home, 'mount -t tmpfs -o size=68m none "$1"', home.folder);
         const size = 40 * mebibyte;
@@ -269,7 +269,7 @@ describe('downloads', { concurrency: 4 }, () => {
         deepStrictEqual(hashes.map(hash => String(hash).slice(0, 64)), names.map(name => hashOf(`/${name}`, size)));
     }, { skip: !canMount });
 
-    inHome('a limit of the speed holds for all downloads together, and not longer than it is set', async home => {
+    inHome('the speed limit is shared by all downloads, and can be lifted', async home => {
         const limit = mebibyte / 2;
         await home.add(server.respond('/first.bin', { size: 1 })); // starts the service
         await home.kov('set', 'MaxDownloadSpeed', String(limit));

@@ -89,7 +89,7 @@ async function slowestEnd(fixture) {
 }
 
 // Then browsers kill it.
-test('the host ends within 2 s, whatever it waits for', { skip: sanitized }, async () => {
+test('the host ends within 2 s whatever it waits for', { skip: sanitized }, async () => {
     const fixture = new HostFixture();
     try {
         // A busy machine may be slow occasionally.
@@ -119,7 +119,7 @@ for (const [what, task, words] of [
     });
 }
 
-test('what resembles those is answered', async () => {
+test('similar tasks are answered normally', async () => {
     const host = start();
     for (const [task, error] of [
         [{ type: 'create_downloads' }, 'invalid arguments'],

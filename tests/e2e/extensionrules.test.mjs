@@ -24,7 +24,7 @@ const lists = [
      ['[::1]: refusedServerV6', '::1: refusedServerV6', '*.*: refusedEverything', 'a^b: refusedServer']],
 ];
 
-test('lists are understood as a user writes them, and what can never match is refused', () => {
+test('lists of masks are normalized, and entries that can never match refused', () => {
     for (const [understand, written, masks, refusals] of lists) {
         const { masks: found, refused } = understand(written);
         strictEqual(found.join(' '), masks, written);
@@ -32,7 +32,7 @@ test('lists are understood as a user writes them, and what can never match is re
     }
 });
 
-test('a list of servers holds the same hosts as for the native host', () => {
+test('masks of servers match the same hosts as in the native host', () => {
     for (const [skipServers, host, isIn] of shared('wenativehost/servers.json').servers) {
         const masks = leftServers({ browser: { monitor: { skipServersEnabled: true, skipServers } } });
         strictEqual(isServerIn(masks, host), isIn, `"${skipServers}" and "${host}"`);
@@ -58,14 +58,14 @@ const links = [
     ['/catalogue/signoutput.bin', null, 'Undeleted scenes', 'program', 'signoutput.bin', false],
 ];
 
-test('the kind and the name of a link, and whether it does something, are told from it alone', () => {
+test('guesses the kind and name of a link, and whether it triggers an action', () => {
     for (const [path, download, text, kind, name, acts] of links) {
         const link = { url: `https://example.org${path}`, download, text };
         deepStrictEqual([kinds.of(link), nameOf(link), seemsToAct(link)], [kind, name, acts], path);
     }
 });
 
-test('a file is of the same type as for the native host', () => {
+test('file types are the same as in the native host', () => {
     const types = { video: 'Video', audio: 'Music', document: 'Document', image: 'Image' };
     for (const [names, type] of shared('downloads/downloads.json').fileTypes) {
         for (const download of names.split('|').filter(name => name.includes('.')))
@@ -73,7 +73,7 @@ test('a file is of the same type as for the native host', () => {
     }
 });
 
-test('the host gives up on a download seconds before the extension does', () => {
+test('the timeout of the host is shorter than that of the extension', () => {
     const header = readFileSync(new URL('../../src/common/remote/vhipcincomingdownloadsclient.h', import.meta.url), 'utf8');
     const [, wait] = header.match(/maxWaitMs = ([\d']+);/);
     ok(Number(wait.replaceAll("'", '')) + 3000 <= applicationTimeoutMs, wait);
@@ -82,7 +82,7 @@ test('the host gives up on a download seconds before the extension does', () => 
 /** In milliseconds: Chromium's time for an answer, and until it has a path; and whether the user chose the path. */
 const paths = [[0, 250, false], [0, 400, true], [60, 600, false], [60, 1000, true], [500, 1100, true]];
 
-test('a path that takes long was chosen by the user, unless the browser takes long for everything', async () => {
+test('a late path means a save dialog, unless the browser is slow in general', async () => {
     let now = 0;
     const timers = new Map();
     mock.method(Date, 'now', () => now);

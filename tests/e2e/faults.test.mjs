@@ -65,7 +65,7 @@ function checkAnswers(answers, allowed, what) {
 }
 
 describe('faults', { concurrency: 4 }, () => {
-    testWithHost('an application that is missing, may not be executed, exits at once', [], async fixture => {
+    testWithHost('an application that is missing, not executable, or exits at once', [], async fixture => {
         const extension = fixture.extension();
         checkAnswers([await extension.download(server.url('never'))], ['app_not_installed'], 'missing');
         fixture.replaceApplication('exit 0', 0o644);
@@ -162,7 +162,7 @@ describe('faults', { concurrency: 4 }, () => {
         });
     });
 
-    testWithHost('a hung application, and a host that goes in the middle of a frame', ['kov'], async fixture => {
+    testWithHost('a hung application, and a host that ends within a frame', ['kov'], async fixture => {
         const pid = await fixture.serve();
         const [waiting, leaving] = [fixture.extension(), fixture.extension()];
         await Promise.all([waiting.reach(), leaving.reach()]);
@@ -189,7 +189,7 @@ describe('faults', { concurrency: 4 }, () => {
         await waiting.end();
     });
 
-    test('what is followed at once by the end of the input reaches the application', async () => {
+    test('a task directly before the end of the input reaches the application', async () => {
         await playRounds(times(300), async (fixture, round) => {
             await fixture.serve();
             const extension = fixture.extension();

@@ -29,7 +29,7 @@ for (const args of [[], ['--buggybrowser'], ['origin', '--BuggyBrowser']]) {
     });
 }
 
-test('malformed options are off, malformed bodies tasks of no known type', async () => {
+test('malformed options are off, malformed bodies are tasks of unknown type', async () => {
     const host = start();
     for (const value of ['true', '', '2', 1, true, null, ['1'], { 1: '1' }])
         strictEqual((await host.ask({ type: 'handshake', handshake: { response_add_crlf: value } })).bt, true);
@@ -48,7 +48,7 @@ test('malformed options are off, malformed bodies tasks of no known type', async
     await endsInOrder(host);
 });
 
-test('a length in digits may follow a line break, and its end of input is a 0 or no number', async () => {
+test('a text length may follow a line break; 0 or an invalid number ends the input', async () => {
     const task = '{"id":"1","type":"window"}';
     for (const [input, answers] of [[`\r\n26 ${task}\r\n\t+26 ${task}`, 2], ['0 ' + `26 ${task}`, 0],
                                     [`x26 ${task}`, 0], [` 26 ${task}`, 0], [`26x ${task}`, 1]]) {
@@ -60,7 +60,7 @@ test('a length in digits may follow a line break, and its end of input is a 0 or
     }
 });
 
-test('an empty frame is a message, and a length is believed only as bytes come', async () => {
+test('an empty frame is a message; memory is allocated as bytes arrive', async () => {
     for (const [args, prefix] of [[[], encodeLength(0xffffffff)],
                                   [['--buggybrowser'], encodeLength(0xffffffff, true)]]) {
         const host = start({ args });

@@ -67,7 +67,7 @@ test('after many mutated tasks the host still answers', async () => {
     await endsInOrder(host);
 });
 
-test('answers that nobody reads cost little memory, and do not keep the host from ending', async () => {
+test('unread answers cost little memory and do not delay the end of the host', async () => {
     const host = start();
     await host.handshake();
     host.child.stdout.pause();
@@ -92,7 +92,7 @@ test('answers that nobody reads cost little memory, and do not keep the host fro
     strictEqual(host.log.split('answers are dropped').length - 1, 1, host.log);
 });
 
-test('a task of 20,000 downloads takes little memory, and gives it back', async t => {
+test('a task of 20,000 downloads uses little memory and releases it', async t => {
     const host = start();
     const server = await serveAnswers(join(host.folder, 'tmp'));
     t.after(() => server.close());
@@ -124,7 +124,7 @@ test('a task of 20,000 downloads takes little memory, and gives it back', async 
     await endsInOrder(host);
 });
 
-test('limits of the system end nothing, or the host in order', { skip: sanitized }, async () => {
+test('resource limits of the system never crash the host', { skip: sanitized }, async () => {
     // Limited address space: a task that does not fit is answered, and so is the next one.
     let host = start({ limit: '-v 500000' });
     host.send({ id: '1', type: 'key_state', padding: 'x'.repeat(300 * mebibyte) });

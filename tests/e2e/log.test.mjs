@@ -32,7 +32,7 @@ function texts(log, level = 1) {
     return log.trimEnd().split('\n').map(each => each.match(line)[1]);
 }
 
-test('the log goes to stderr, to a file that is made with its folder, or nowhere', async () => {
+test('the log goes to stderr, to a file (created with its folder), or nowhere', async () => {
     const lines = texts(await run({}));
     strictEqual(lines[0], `[main]: version ${version}, arguments: `);
     ok(lines.includes(unreadable));
@@ -51,7 +51,7 @@ test('the log goes to stderr, to a file that is made with its folder, or nowhere
         await run({ KOVALO_LOG_FILE: unwritable });
 });
 
-test('the log says why, and nothing private', async () => {
+test('the log has the reasons of failures and no private data', async () => {
     // An application that cannot be executed counts as not installed.
     writeFileSync(join(sandbox.programs, 'kov'), 'x');
     const host = new HostProcess(sandbox, {
@@ -125,7 +125,7 @@ test('the log is in English whatever the language', async () => {
     }
 });
 
-test('a person at a terminal is told what this is, a browser is not', async () => {
+test('--help and --version answer on a terminal only', async () => {
     for (const [argument, words] of [['--version', new RegExp(`^wenativehost ${version}\\s*$`)], ['--help', /Kovalo browser extension/]]) {
         const command = `${sandbox.host} ${argument}`;
         match(execFileSync('script', ['-qec', command, '/dev/null'], { encoding: 'utf8' }), words);

@@ -40,7 +40,7 @@ cpSync(fileURLToPath(new URL('../../extension/lib', import.meta.url)), folder, {
 writeFileSync(join(folder, 'package.json'), '{"type": "module"}');
 const load = async name => (await import(join(folder, `${name.toLowerCase()}.js`)))[name];
 
-test('private tabs are not observed, and nothing is listened to while none is', async () => {
+test('private tabs are not observed; without observed tabs there are no listeners', async () => {
     let told = [];
     const host = { tell: (type, members) => told.push(members[type]) };
     const notifications = new (await load('RequestNotifications'))(host);

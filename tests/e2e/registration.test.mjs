@@ -37,7 +37,7 @@ async function succeeds(sandbox, ...args) {
     return output;
 }
 
-test('every browser that is there is told, once, and no other; and all of it is taken back', async () => {
+test('register writes one manifest per installed browser, and unregister removes them', async () => {
     const places = table.browsers.map(browser => ({
         browser, profiles: browser.profiles.map(each => inside(each, '.config/')),
     }));
@@ -64,7 +64,7 @@ test('every browser that is there is told, once, and no other; and all of it is 
     strictEqual(readJson(allFiles(other.home)[0]).path, '/bin/true');
 });
 
-test('what is not ours stays', async () => {
+test('files of other programs are left alone', async () => {
     const sandbox = sandboxWith('.mozilla/native-messaging-hosts', '.config/chromium/NativeMessagingHosts');
     const [firefox, chromium] = ['.mozilla/native-messaging-hosts', '.config/chromium/NativeMessagingHosts']
         .map(each => sandbox.inHome(each, manifestName));
@@ -125,7 +125,7 @@ async function answersThrough(sandbox, script) {
     await endsInOrder(host);
 }
 
-test('a Snap of Firefox takes the ordinary manifest, and one of Chromium cannot work', async () => {
+test('a Firefox Snap uses the ordinary manifest; a Chromium Snap is not supported', async () => {
     const sandbox = sandboxWith('snap/firefox/common/.mozilla', 'snap/chromium/common/chromium');
     match(await succeeds(sandbox, 'register'), /ordinary manifest/);
     deepStrictEqual(allFiles(sandbox.home),
@@ -135,7 +135,7 @@ test('a Snap of Firefox takes the ordinary manifest, and one of Chromium cannot 
     match(errors, /cannot work/);
 });
 
-test('for everybody, one folder of each browser that has any', async () => {
+test('--everybody writes to one system-wide folder per browser', async () => {
     const sandbox = sandboxWith();
     await succeeds(sandbox, 'register', '--everybody', '--root', sandbox.system, '--host', '/usr/lib/kovalo/wenativehost');
     const folders = new Set(table.browsers.flatMap(each => each.everybody?.slice(0, 1) ?? []));
@@ -148,7 +148,7 @@ test('for everybody, one folder of each browser that has any', async () => {
     deepStrictEqual(allFiles(sandbox.system), []);
 });
 
-test('command lines: help for each command, and a clear answer to wrong ones', async () => {
+test('help for each command, and clear errors for wrong usage', async () => {
     const sandbox = sandboxWith('.mozilla');
     for (const command of ['register', 'unregister', 'browsers', 'doctor'])
         match(await succeeds(sandbox, command, '--help'), /Usage:.*[^]*Exit status/);

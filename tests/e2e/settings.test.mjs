@@ -7,7 +7,7 @@ import { HostProcess, until } from '../../tools/drivers/hostprocess.mjs';
 
 const dutch = 'Downloaden met KOV';
 
-test('captions follow the language of the application, and rules hold before anybody asks', async () => {
+test('captions follow the language of the application, and rules apply before the first query', async () => {
     const fixture = new HostFixture();
     try {
         await fixture.serve();

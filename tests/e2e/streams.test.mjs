@@ -35,7 +35,7 @@ describe('streams', { concurrency: 2 }, () => {
     let hls;
     before(() => { hls = makeStream('hls'); });
 
-    inHome('the best quality arrives, with what the browser had sent, although the service is killed', async home => {
+    inHome('saves the best quality with the headers of the browser, although the service is killed', async home => {
         let release;
         const hold = new Promise(resolve => { release = resolve; });
         const elsewhere = server.url('/far/list1.0.ts', 'localhost');
@@ -81,7 +81,7 @@ describe('streams', { concurrency: 2 }, () => {
         await extension.end();
     });
 
-    inHome('what is no whole film is no file, and the reason is told', async home => {
+    inHome('an incomplete stream leaves no file, and the reason is shown', async home => {
         serve('/dash/', makeStream('dash'));
         const broken = {
             'gone': [(name, content) => name === 'list1.2.ts' ? { status: 404 } : content, /404/],
@@ -110,7 +110,7 @@ describe('streams', { concurrency: 2 }, () => {
         deepStrictEqual(home.files(), ['film.mp4', 'master.mp4']);
     });
 
-    inHome('one that is encrypted, one in WebM, and one that is live arrive as a whole', async home => {
+    inHome('encrypted, WebM and live streams are saved completely', async home => {
         serve('/aes/', makeStream('aes'));
         serve('/webm/', makeStream('webm'));
         // Half of it is there at first.
@@ -128,7 +128,7 @@ describe('streams', { concurrency: 2 }, () => {
         deepStrictEqual(home.files(), ['film.webm', 'list1.mp4', 'master.mp4']);
     });
 
-    inHome('without ffmpeg that is said, and with it a stream is tried again', async home => {
+    inHome('a missing ffmpeg is reported, and the stream retried once it is there', async home => {
         serve('/later/', hls);
         const service = spawn(home.program('kov'), ['-service'], {
             env: home.sandbox.environment({ PATH: '/nowhere' }), stdio: 'ignore',

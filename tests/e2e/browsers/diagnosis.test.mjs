@@ -149,7 +149,7 @@ describe('the page and the doctor', { concurrency: browserNames.length, timeout:
             before(async () => { scene = await Scene.start(name); });
             after(() => scene?.fixture.end());
 
-            test('say that all is well, and a test file lands', async () => {
+            test('report no fault, and the test file arrives', async () => {
                 deepStrictEqual(scene.knownToDoctor, name === 'firefox' ? ['extension-installed'] : []);
                 const steps = await scene.click('test');
                 ok(Object.values(steps).every(each => each.state === 'ok'), JSON.stringify(steps));
@@ -181,7 +181,7 @@ describe('the page and the doctor', { concurrency: browserNames.length, timeout:
                 });
             }
 
-            test('name what the options leave to the browser', async () => {
+            test('name the option that leaves downloads to the browser', async () => {
                 // Refused until the host, which has just been connected, has sent the settings.
                 await scene.fixture.untilThere(() => scene.fixture.ask(
                     'changeSettings', { changes: { 'monitor.enable': false } }), Boolean);
@@ -206,7 +206,7 @@ describe('the page and the doctor', { concurrency: browserNames.length, timeout:
                 });
             }
 
-            test('name access to pages, without which downloads go on in the browser', async () => {
+            test('name missing access to pages, without which downloads stay in the browser', async () => {
                 await scene.fixture.browser.withholdSites();
                 await until(async () => (await scene.steps()).access.state === 'broken', 'the page to say so');
                 match((await scene.fixture.ask('status')).problem, /withholds access to pages/);

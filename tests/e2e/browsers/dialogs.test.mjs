@@ -90,7 +90,7 @@ for (const name of browserNames) {
             deepStrictEqual(['first', 'second'].map(each => fixture.server.asked(`/file/${each}`).length), [2, 2]);
         });
 
-        test('a download for which it asks where', async () => {
+        test('a download for which the browser asks where to save it', async () => {
             await start(true);
             await fixture.extension.evaluate(() => {
                 globalThis.stages = [];

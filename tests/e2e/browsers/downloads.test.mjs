@@ -206,7 +206,7 @@ for (const name of browserNames) {
             await fixture.untilDownloaded(fixture.sandbox.downloads, files);
         });
 
-        test('pages of the web have no say, nor have names that are no options', async () => {
+        test('requests of web pages and unknown options are rejected', async () => {
             const answer = await fixture.extension.evaluate(async tabId => (await chrome.scripting.executeScript({
                 target: { tabId },
                 func: () => chrome.runtime.sendMessage({ request: 'settings' }).catch(() => null),
@@ -217,7 +217,7 @@ for (const name of browserNames) {
             strictEqual(problem, 'There is no option constructor.prototype.');
         });
 
-        test('the options page changes a setting of the application, and follows one', async () => {
+        test('the options page changes a setting of the application, and follows its changes', async () => {
             await fixture.extension.evaluate(() => {
                 const field = document.querySelector('[name="monitor.skipExtensions"]');
                 field.value = '*.PLS, .m3u tar.gz';
@@ -232,7 +232,7 @@ for (const name of browserNames) {
             'the options page to show the new value');
         });
 
-        test('what a rule leaves to the browser stays there, and all while catching is off', async () => {
+        test('downloads stay in the browser by a rule, and while catching is off', async () => {
             const leave = async file => {
                 await type(`${site.origin}/file/${file}`);
                 files.push(`/file/${file}`);
@@ -278,7 +278,7 @@ for (const name of browserNames) {
         });
         after(() => fixture?.end());
 
-        test('a download stays in the browser, and the user is told why', async () => {
+        test('a download stays in the browser, and the user sees why', async () => {
             await fixture.page.click('#file');
             await fixture.untilThere(() => fixture.ask('status'), ({ problem }) =>
                 problem === 'Kovalo is not installed beside its host, so downloads stay in the browser.');

@@ -74,7 +74,7 @@ for (const name of browserNames) {
             files.push(path(row, state));
         };
 
-        test('captions are asked for when the settings are there, and what was lost or is not stored is told', async () => {
+        test('captions follow the settings; lost downloads and store failures are reported', async () => {
             await fixture.untilThere(() => readFileSync(join(fixture.sandbox.temporary, 'asked'), 'utf8'),
                                    types => /^query_settings\n[^]*^ui_strings$/m.test(types));
             await fixture.untilThere(() => fixture.ask('outcomes'), outcomes => outcomes.some(({ name: file, state, detail }) =>
@@ -106,7 +106,7 @@ for (const name of browserNames) {
             await fixture.untilBrowserLists(files.length);
         });
 
-        test('the application is silent for too long, and takes it in the end', async () => {
+        test('the application answers after the timeout', async () => {
             // Once, the script waits for an answer for 100 ms instead of 60 s.
             await fixture.browser.inScript(fixture.extension, background => {
                 const { setTimeout } = background;

@@ -50,7 +50,7 @@ for (const name of browserNames) {
             await fixture.page.click('#file');
         }
 
-        test('the next download is kept, the one after it is not, and one from a page of a kept server is', { timeout: timeoutMs }, async () => {
+        test('downloads are kept in the browser: the next one only, and all of an excluded server', { timeout: timeoutMs }, async () => {
             await click('popup', '#keepNext');
             await says('popup', '#state', 'The next download stays in the browser.');
             await download();
@@ -71,7 +71,7 @@ for (const name of browserNames) {
             strictEqual((await fixture.ask('leaveSite', { url, leave: false })).isLeft, false);
         });
 
-        test('the user chooses among the links of a page, of which none is asked for before', { timeout: timeoutMs }, async () => {
+        test('the user picks links of a page; none is requested before', { timeout: timeoutMs }, async () => {
             await fixture.page.evaluate(() => document.body.insertAdjacentHTML('beforeend',
                 '<a href="/account/logout">bye</a> <a href="/read">a page</a>'));
             const asked = fixture.server.requests.length;
@@ -97,13 +97,13 @@ for (const name of browserNames) {
             deepStrictEqual(fixture.server.requests.slice(asked), [{ method: 'GET', path: '/files/one.bin', allowed: true }]);
         });
 
-        test('the page on problems tries a download', { timeout: timeoutMs }, async () => {
+        test('the help page runs a test download', { timeout: timeoutMs }, async () => {
             await click('help', '#test');
             await says('help', '#verdict', 'Everything works.');
             await fixture.until(() => existsSync(join(fixture.sandbox.downloads, 'kovalo-test.txt')), 'the test file');
         });
 
-        test('options take what a user writes, and say what they cannot take', { timeout: timeoutMs }, async () => {
+        test('options normalize input and explain what they reject', { timeout: timeoutMs }, async () => {
             const monitor = async () => (await fixture.ask('settings')).browser.monitor;
             const servers = '#option-monitor-skipServers';
             await enter('options', servers, 'https://Example.com/a/b, *.example.org [::1] .');
@@ -128,7 +128,7 @@ for (const name of browserNames) {
             strictEqual(Number((await monitor()).skipSmallerThan), 1.5 * 1024 ** 2);
         });
 
-        test('assistive technology finds its way, and colours have contrast in both schemes', { timeout: timeoutMs }, async () => {
+        test('accessibility: roles and names, and contrast in both colour schemes', { timeout: timeoutMs }, async () => {
             for (const page of Object.keys(pages)) {
                 await evaluate(page, new Function(axe.source));
                 deepStrictEqual(await evaluate(page, async () => {

@@ -28,7 +28,7 @@ for (const name of browserNames) {
             () => document.getElementById('problemText').textContent || document.getElementById('state').textContent);
         const statusIs = pattern => until(async () => pattern.test(await status()), `the popup to say ${pattern}`);
 
-        test('the extension starts the host and says that it works', async () => {
+        test('the extension starts the host and shows that it works', async () => {
             await statusIs(/^Downloads go to Kovalo\.$/);
             strictEqual(sandbox.running(hostProgram).length, 1);
         });
@@ -56,7 +56,7 @@ for (const name of browserNames) {
             await port.hostEnded();
         });
 
-        test('the extension starts the host anew when it was killed', async () => {
+        test('the extension restarts a killed host', async () => {
             const [first] = sandbox.running(hostProgram);
             process.kill(first, 'SIGKILL');
             await until(() => sandbox.running(hostProgram).some(pid => pid !== first), 'another host');
@@ -64,7 +64,7 @@ for (const name of browserNames) {
             notStrictEqual(sandbox.running(hostProgram)[0], first);
         });
 
-        test('options: what the host tells while it is posted a change is not lost, nor is the change', async () => {
+        test('concurrent changes of options by the host and the user are both kept', async () => {
             deepStrictEqual(await popup.evaluate(async url => {
                 const { Settings } = await import(url);
                 const record = monitor => ({ browser: { menu: {}, monitor }, locale: '' });
@@ -86,7 +86,7 @@ for (const name of browserNames) {
             ]);
         });
 
-        test('a host that is missing is told in words, and found again on demand', async () => {
+        test('a missing host is reported to the user, and found again on retry', async () => {
             renameSync(sandbox.host, `${sandbox.host}.away`);
             const [pid] = sandbox.running(`${hostProgram}.away`);
             process.kill(pid, 'SIGKILL');

@@ -172,7 +172,7 @@ for (const name of browserNames) {
             });
         }
 
-        test('until the user asks, nothing is observed; then the popup lists and sends', async () => {
+        test('nothing is observed until the user asks; then the popup lists and downloads videos', async () => {
             await open(1);
             await showPopup();
             await popupLists([]);
@@ -183,7 +183,7 @@ for (const name of browserNames) {
             await fixture.untilDownloaded(fixture.sandbox.downloads, arrived);
         });
 
-        test('the options page has videos looked for everywhere', async () => {
+        test('an option observes all pages', async () => {
             await fixture.extension.evaluate(() => {
                 document.querySelector('[name="monitor.video.enable"]').click();
             });
@@ -204,7 +204,7 @@ for (const name of browserNames) {
             });
         }
 
-        test('a page that the browser may render before the user goes there', async () => {
+        test('a prerendered page', async () => {
             fixture.server.addPage('/ahead', `<a id="next" href="/player/1">next</a><script type="speculationrules">
                 {"prerender": [{"source": "list", "urls": ["/player/1"], "eagerness": "immediate"}]}</script>`);
             fixture.server.requests.length = 0;
@@ -218,7 +218,7 @@ for (const name of browserNames) {
             await popupLists(pages[1].lists);
         });
 
-        test('what was found outlives the script and its host', async () => {
+        test('found media survive the end of the script and of the host', async () => {
             fixture.page = await fixture.browser.browser.newPage(); // the tab was replaced by that of the prerendered page
             const { wants, lists } = pages[2];
             await open(2);
@@ -245,7 +245,7 @@ for (const name of browserNames) {
             await arrives(pages[2]);
         });
 
-        test('what the browser downloads is no video of the page, and that there is none is told', async () => {
+        test('downloads of the browser itself are no videos, and the user sees that there are none', async () => {
             fixture.application('set', 'WbInterceptDownloads', '0');
             await fixture.until(async () => !(await fixture.ask('settings')).browser.monitor.enable, 'catching to be off');
             await fixture.page.goto(`${fixture.server.origin}/save`);

@@ -144,7 +144,7 @@ test('bash completes commands and browsers', () => {
     strictEqual(complete('kov', 'qu'), 'quit');
 });
 
-test('the doctor finds nothing, and a purge leaves nothing but the service that runs', () => {
+test('the doctor finds no fault, and a purge removes all but the running service', () => {
     ok(say('kovalo-host', 'doctor').includes('A download would arrive.'));
     const [service] = installed('/usr/lib/kovalo/kov');
     say('man', '--warnings', 'kovalo-host');
