@@ -24,7 +24,7 @@ export async function playlistText({ tabId, frameId, url }) {
 }
 
 /** Runs in the page, so it must be self-contained. */
-async function fetchHere(url, maxLength) {
+async function fetchHere(url, length) {
     const response = await fetch(url, { cache: 'force-cache' }).catch(() => null);
-    return response?.ok ? (await response.text()).slice(0, maxLength) : '';
+    return response?.ok ? (await response.text()).slice(0, length) : '';
 }
