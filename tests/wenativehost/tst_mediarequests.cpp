@@ -199,7 +199,7 @@ private Q_SLOTS:
         note(u"'type':'media_wanted'"_qs);
         const QString elsewhere = u"'requestId':'0','url':'http://h/x','srcTabUrl':'http://q/',"_qs;
         note(elsewhere + u"'type':'request'"_qs);
-        QCOMPARE(tell("video_sniffer", u"'webPageUrl':'http://q/'"_qs),
+        QCOMPARE(send("video_sniffer", u"'webPageUrl':'http://q/'"_qs),
                  sniffed(u"no_media_found"_qs, u""_qs));
         note(elsewhere
              + u"'type':'response','data':'200','responseHeaders':"
@@ -324,10 +324,10 @@ private Q_SLOTS:
 
         // One that takes exactly all is.
         Sniffer other;
-        other.tell(u"request"_qs, u"all"_qs);
+        other.report(u"request"_qs, u"all"_qs);
         const size_t rest =
             NetworkRequestsCollector::maxTextBytes - other.requests->request("all")->textBytes();
-        other.tell(u"request"_qs, u"all"_qs, {}, u"http://page/watch"_qs,
+        other.report(u"request"_qs, u"all"_qs, {}, u"http://page/watch"_qs,
                    QString(qsizetype(rest), u'h'));
         QVERIFY(other.requests->request("all"));
 
