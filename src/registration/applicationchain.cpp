@@ -65,13 +65,15 @@ bool checkRunning(Chain &chain, const QString &program, bool isExecutable, Outco
     return start.failure.isEmpty();
 }
 
-void checkApplicationAnswer(Chain &chain, const QString &program, const ApplicationProbe::Answer &answer)
+void checkApplicationAnswer(Chain &chain, const QString &program,
+                            const ApplicationProbe::Answer &answer)
 {
     if (answer.outcome == Outcome::OfAnotherUser) {
         chain.broken(socketLink(),
                      QStringLiteral("another user's program serves at %1").arg(answer.socketPath),
                      QStringLiteral("sudo rm %1").arg(shellQuoted(answer.socketPath)));
-        chain.notReached({applicationAnswersLink()}, QStringLiteral("nothing is told to another user"));
+        chain.notReached({applicationAnswersLink()},
+                         QStringLiteral("nothing is told to another user"));
         return;
     }
     chain.ok(socketLink(), QStringLiteral("its socket is %1, and yours").arg(answer.socketPath));
@@ -79,7 +81,8 @@ void checkApplicationAnswer(Chain &chain, const QString &program, const Applicat
         chain.ok(applicationAnswersLink(),
                  QStringLiteral("it told its settings after %1 ms").arg(answer.milliseconds));
     else
-        chain.broken(applicationAnswersLink(), QStringLiteral("it took the connection, but does not answer"),
+        chain.broken(applicationAnswersLink(),
+                     QStringLiteral("it took the connection, but does not answer"),
                      QStringLiteral("%1 quit, or end it by force").arg(shellQuoted(program)));
 }
 
@@ -96,7 +99,8 @@ Chain examineApplication(const QString &hostFolder, int timeoutMs)
     ApplicationProbe::Answer answer = ApplicationProbe::ask(timeoutMs);
     const bool wasRunning = answer.outcome != Outcome::NotRunning;
     if (!checkRunning(chain, program, canStart, answer.outcome, timeoutMs)) {
-        chain.notReached({socketLink(), applicationAnswersLink()}, QStringLiteral("it does not run"));
+        chain.notReached({socketLink(), applicationAnswersLink()},
+                         QStringLiteral("it does not run"));
         return chain;
     }
     if (!wasRunning)

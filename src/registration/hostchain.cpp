@@ -25,7 +25,7 @@ QString cureOf(const QString &hostPath)
 }
 
 void checkHostAnswer(Chain &chain, const QString &hostPath, const HostProbe &probe,
-                 const QStringList &arguments)
+                     const QStringList &arguments)
 {
     const HostProbe::Handshake handshake = probe.handshake(arguments);
     if (!handshake.failure.isEmpty()) {

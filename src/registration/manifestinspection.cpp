@@ -172,8 +172,8 @@ void ManifestInspection::addTo(Chain &chain, const QString &cure,
 {
     const QStringList all = links();
     if (!found()) {
-        chain.broken(manifestFoundLink(), QStringLiteral("no manifest tells the browser of the host"), cure,
-                     repair);
+        chain.broken(manifestFoundLink(),
+                     QStringLiteral("no manifest tells the browser of the host"), cure, repair);
         chain.notReached(all, QStringLiteral("there is no manifest"));
         return;
     }

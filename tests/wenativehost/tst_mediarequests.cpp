@@ -278,10 +278,10 @@ private Q_SLOTS:
         Sniffer sniffer;
         const auto respond = [&sniffer](const QString &length) {
             sniffer.report({{u"type"_qs, u"response"_qs},
-                          {u"requestId"_qs, u"1"_qs},
-                          {u"data"_qs, u"200"_qs},
-                          {u"responseHeaders"_qs,
-                           u"content-type: video/mp4\r\ncontent-length: "_qs + length}});
+                            {u"requestId"_qs, u"1"_qs},
+                            {u"data"_qs, u"200"_qs},
+                            {u"responseHeaders"_qs,
+                             u"content-type: video/mp4\r\ncontent-length: "_qs + length}});
             return described(sniffer.media->mediaRequests());
         };
         sniffer.report(u"request"_qs, u"1"_qs);
@@ -328,7 +328,7 @@ private Q_SLOTS:
         const size_t rest =
             NetworkRequestsCollector::maxTextBytes - other.requests->request("all")->textBytes();
         other.report(u"request"_qs, u"all"_qs, {}, u"http://page/watch"_qs,
-                   QString(qsizetype(rest), u'h'));
+                     QString(qsizetype(rest), u'h'));
         QVERIFY(other.requests->request("all"));
 
         // The URLs of tabs, and of the browser's downloads, are limited, too.
