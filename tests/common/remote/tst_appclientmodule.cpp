@@ -137,7 +137,7 @@ private Q_SLOTS:
         initializer->initializeSettings();
         QCOMPARE(initialized.count(), 1);
         QCOMPARE(settings->value(localeName), u"uk"_qs);
-        settings->setValues({{localeName, u"fr"_qs}}, user);
+        settings->setValues({{localeName, u"fr"_qs}}, userSource);
         QCOMPARE(storedSettings()->allValues().value(localeName), u"de_DE"_qs);
 
         // Without it, changes are stored for later.
@@ -145,7 +145,7 @@ private Q_SLOTS:
         peer.reset();
         QTRY_VERIFY(!m_module->isConnected());
         QCOMPARE(storedSettings()->allValues().value(localeName), u"fr"_qs); // not confirmed
-        settings->setValues({{localeName, u"ja"_qs}}, user);
+        settings->setValues({{localeName, u"ja"_qs}}, userSource);
         QCOMPARE(storedSettings()->allValues().value(localeName), u"ja"_qs);
         settings->resetToDefaults(userSource);
         QCOMPARE(storedSettings()->allValues().value(localeName), QString());
@@ -165,11 +165,11 @@ private Q_SLOTS:
                 [&](Outcome outcome) { outcomes += outcome; });
         m_module->settingsInitializer()->initializeSettings();
         QCOMPARE(settings->value(interceptDownloads), u"1"_qs); // the default
-        settings->setValues({{localeName, u"ja"_qs}}, user);
+        settings->setValues({{localeName, u"ja"_qs}}, userSource);
         m_clock->advance(AppClientSettingsWriter::retryAfterMs);
         QCOMPARE(outcomes, QList<Outcome>{Outcome::Failed});
         QVERIFY(QDir(path).removeRecursively());
-        storedSettings()->setValues({{interceptDownloads, u"0"_qs}}, user);
+        storedSettings()->setValues({{interceptDownloads, u"0"_qs}}, userSource);
         m_clock->advance(AppClientSettingsWriter::retryAfterMs);
         QCOMPARE(outcomes, (QList<Outcome>{Outcome::Failed, Outcome::Stored}));
         QCOMPARE(storedSettings()->allValues().value(localeName), u"ja"_qs);
@@ -178,7 +178,7 @@ private Q_SLOTS:
 
         // The last retry is at the end, when nobody is told any more.
         QVERIFY(QFile::remove(path) && QDir().mkpath(path));
-        settings->setValues({{localeName, u"fr"_qs}}, user);
+        settings->setValues({{localeName, u"fr"_qs}}, userSource);
         QVERIFY(QDir(path).removeRecursively());
         m_module->initialize(false);
         QCOMPARE(outcomes.size(), 3);
