@@ -140,7 +140,7 @@ private Q_SLOTS:
     void longConnectionResetsTheWait()
     {
         for (const qint64 lasted : {2999, 3000}) {
-            Setup s;
+            KeeperFixture s;
             s.keeper->enable(true);
             s.clock.advance(900);
             s.socket->setState(QtAbstractSocket::ConnectedState);
@@ -157,7 +157,7 @@ private Q_SLOTS:
                                                              {12, "QtAbstractSocketError", false},
                                                              {13, "QtLocalSocketError", false}};
         for (const auto &[code, category, waits] : cases) {
-            Setup s;
+            KeeperFixture s;
             s.socket->setError(code, category);
             s.keeper->enable(true);
             s.clock.advance(0);
