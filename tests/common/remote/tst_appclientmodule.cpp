@@ -9,6 +9,7 @@
 #include "applink.h"
 #include "appremotefrontendclientmodule.h"
 #include "appremotefrontendclientvhipcprocessor.h"
+#include "fakeclock.h"
 #include "logcapture.h"
 #include "qtappabstractsettingsmanager.h"
 #include "qtobjectfactory.h"

@@ -130,7 +130,7 @@ private Q_SLOTS:
             {QtAbstractServerAddress(0), false},
             {QtAbstractServerAddress(7), true}};
         for (const auto &[address, attempted] : cases) {
-            Setup s;
+            KeeperFixture s;
             s.keeper->setServerAddress(address);
             s.keeper->enable(true);
             QCOMPARE(s.log.size(), attempted ? 1 : 0);
