@@ -17,7 +17,7 @@ namespace {
 namespace Status = KovHttpStatus;
 
 /// The longest delay that a server can request (Retry-After).
-constexpr qint64 maxRetryAfterMs = 3600 * millisecondsPerSecond;
+constexpr qint64 maxRetryAfterMs = qint64{3600} * millisecondsPerSecond;
 
 /// -1 for an unknown number, and for one that is too large for the size of a file.
 qint64 toLength(std::optional<quint64> number)
