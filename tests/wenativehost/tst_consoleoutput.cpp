@@ -280,6 +280,20 @@ private Q_SLOTS:
                               "No space left on device"_qs}));
     }
 
+    void messagesOfOtherThreadsAreWrittenByTheSendersOwn()
+    {
+        std::FILE *const output = std::tmpfile();
+        ConsoleMessagesSender sender(nullptr, output);
+        std::thread([&sender] {
+            sender.sendUtf8("utf8");
+            sender.sendMessage(u"text"_qs);
+        }).join();
+        QCOMPARE(std::ftell(output), 0);
+        QCoreApplication::processEvents();
+        QCOMPARE(std::ftell(output), 16); // two lengths of four bytes, and the bodies
+        std::fclose(output);
+    }
+
     void eachMessageIsTriedOnceTheReaderIsGone()
     {
         std::signal(SIGPIPE, SIG_IGN);
