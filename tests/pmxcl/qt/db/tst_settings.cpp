@@ -340,7 +340,8 @@ private Q_SLOTS:
             if (replaced)
                 settings.setAllValues(settings.allValues(), {});
             QVERIFY(QFile::remove(folder));
-            QtAppSettingsInSqlManager(database(m_path)).setValues(pairs(u"a=old b=old"_qs), {});
+            const auto other = std::make_unique<QtAppSettingsInSqlManager>(database(m_path));
+            other->setValues(pairs(u"a=old b=old"_qs), {});
             settings.storeUnstored();
             QCOMPARE(settings.allValues().size(), replaced ? 1 : 2);
             QCOMPARE(settings.value(u"a"_qs), u"new");

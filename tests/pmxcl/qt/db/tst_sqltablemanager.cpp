@@ -125,7 +125,7 @@ private Q_SLOTS:
         query(u"BEGIN EXCLUSIVE"_qs);
         SqlDatabaseManager other(m_path, u"other"_qs, QSharedPointer<QRecursiveMutex>::create());
         QVERIFY(other.openDatabase() && other.openDatabase() && !other.checkIfCorrupt());
-        QCOMPARE(log.texts().last(),
+        QCOMPARE(log.texts().constLast(),
                  u"[AbstractSqlDatabaseManager]: cannot check the DB: database is locked"_qs);
         query(u"COMMIT"_qs);
     }
