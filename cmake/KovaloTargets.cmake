@@ -19,8 +19,8 @@ if(NOT KOVALO_SANITIZE AND NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
     add_compile_options(-fstack-protector-strong -Wformat -Werror=format-security)
     add_compile_definitions(_FORTIFY_SOURCE=2)
     add_link_options(-pie LINKER:-z,relro,-z,now)
-    # Sanitizers and coverage report in exit handlers.
-    if(NOT CMAKE_CXX_FLAGS MATCHES "coverage")
+    # Sanitizers, coverage and profiles report in exit handlers.
+    if(NOT CMAKE_CXX_FLAGS MATCHES "sanitize|coverage|profile")
         set(KOVALO_SKIPS_EXIT_HANDLERS ON)
     endif()
 endif()

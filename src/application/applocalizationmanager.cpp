@@ -15,8 +15,8 @@
 
 namespace {
 
-/// The locales of the files "kov_<locale>.qm". Read at every start: QDir would look at each file,
-/// and compile a regular expression for a filter.
+/// The locales of the files "kov_<locale>.qm". Read at the start for every language but English:
+/// QDir would look at each file, and compile a regular expression for a filter.
 std::vector<QString> localesOfAppFiles(const QString &folder)
 {
     std::vector<QString> locales;
@@ -79,12 +79,9 @@ QStringList AppLocalizationManager::installedTranslations() const
 
 QString AppLocalizationManager::findInstalledTranslation(const QLocale &locale) const
 {
-    // Most often asked for, and answered without reading the folder: English is always there, and
-    // the C locale is no language.
+    // Most often asked for, and always there: the folder need not be read.
     if (locale == QLocale(QLocale::English))
         return locale.name();
-    if (locale.language() == QLocale::C)
-        return QString();
 
     const std::vector<Translation> &translations = installed();
     const QString wanted = locale.name();

@@ -138,8 +138,10 @@ void LogSink::prepareFile(qsizetype lineSize)
     (void)::fstat(m_fd, &opened);
     if (opened.st_size > 0 && opened.st_size + lineSize > m_rotateAtBytes) {
         renameFile();
-        closeFile();
-        openFile();
+        if (nameBelongsToAnotherFile()) {
+            closeFile();
+            openFile();
+        }
     }
 }
 
@@ -206,12 +208,14 @@ bool LogSink::nameBelongsToAnotherFile() const
 }
 
 // Only the holder of the file's lock renames it, so that two processes that find it full at the
-// same moment do not rename it twice. The other one need not wait for the lock, which ends when the
-// file is closed.
+// same moment do not rename it twice. The other one need not wait for the lock.
 void LogSink::renameFile()
 {
-    if (::flock(m_fd, LOCK_EX | LOCK_NB) == 0 && !nameBelongsToAnotherFile())
+    if (::flock(m_fd, LOCK_EX | LOCK_NB) != 0)
+        return;
+    if (!nameBelongsToAnotherFile())
         (void)std::rename(m_filePath.constData(), (m_filePath + ".1").constData());
+    ::flock(m_fd, LOCK_UN);
 }
 
 void LogSink::writeAll(const QByteArray &line)

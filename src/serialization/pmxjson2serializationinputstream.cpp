@@ -21,7 +21,7 @@ pmxJson2SerializationInputStream::pmxJson2SerializationInputStream(
 }
 
 std::shared_ptr<pmxSerializationInputStream>
-pmxJson2SerializationInputStream::SelectNode(std::string_view name) const
+pmxJson2SerializationInputStream::SelectNode(const std::string &name) const
 {
     if (name.empty())
         return std::make_shared<pmxJson2SerializationInputStream>(m_node);
@@ -33,7 +33,7 @@ pmxJson2SerializationInputStream::SelectNode(std::string_view name) const
 }
 
 std::vector<std::shared_ptr<pmxSerializationInputStream>>
-pmxJson2SerializationInputStream::SelectNodes(std::string_view name) const
+pmxJson2SerializationInputStream::SelectNodes(const std::string &name) const
 {
     std::vector<std::shared_ptr<pmxSerializationInputStream>> nodes;
     if (!m_node)
@@ -55,7 +55,7 @@ pmxJson2SerializationInputStream::SelectNodes(std::string_view name) const
     return nodes;
 }
 
-bool pmxJson2SerializationInputStream::HasNode(std::string_view name) const
+bool pmxJson2SerializationInputStream::HasNode(const std::string &name) const
 {
     return find(name) != nullptr;
 }
@@ -68,7 +68,7 @@ bool pmxJson2SerializationInputStream::CanHaveNodes() const
     return isObject;
 }
 
-bool pmxJson2SerializationInputStream::ReadValue(std::string_view name, std::string &value,
+bool pmxJson2SerializationInputStream::ReadValue(const std::string &name, std::string &value,
                                                  bool) const
 {
     const pmxJsonNode *const member = findOfKind(name, Kind::String);
@@ -77,7 +77,8 @@ bool pmxJson2SerializationInputStream::ReadValue(std::string_view name, std::str
     return member;
 }
 
-bool pmxJson2SerializationInputStream::ReadBoolValue(std::string_view name, bool &value, bool) const
+bool pmxJson2SerializationInputStream::ReadBoolValue(const std::string &name, bool &value,
+                                                     bool) const
 {
     const pmxJsonNode *const member = findOfKind(name, Kind::Bool);
     if (member)
@@ -85,7 +86,7 @@ bool pmxJson2SerializationInputStream::ReadBoolValue(std::string_view name, bool
     return member;
 }
 
-bool pmxJson2SerializationInputStream::ReadDoubleValue(std::string_view name, double &value,
+bool pmxJson2SerializationInputStream::ReadDoubleValue(const std::string &name, double &value,
                                                        bool) const
 {
     const pmxJsonNode *const member = findOfKind(name, Kind::Number);

@@ -25,14 +25,14 @@ public:
     explicit pmxJson2SerializationInputStream(std::shared_ptr<const pmxJsonNode> node);
 
     /// Throws std::runtime_error when the node is not a JSON object, unless the name is empty.
-    std::shared_ptr<pmxSerializationInputStream> SelectNode(std::string_view name) const override;
+    std::shared_ptr<pmxSerializationInputStream> SelectNode(const std::string &name) const override;
     std::vector<std::shared_ptr<pmxSerializationInputStream>>
-    SelectNodes(std::string_view name) const override;
-    bool HasNode(std::string_view name) const override;
+    SelectNodes(const std::string &name) const override;
+    bool HasNode(const std::string &name) const override;
     bool CanHaveNodes() const override;
-    bool ReadValue(std::string_view name, std::string &value, bool attribute) const override;
-    bool ReadBoolValue(std::string_view name, bool &value, bool attribute) const override;
-    bool ReadDoubleValue(std::string_view name, double &value, bool attribute) const override;
+    bool ReadValue(const std::string &name, std::string &value, bool attribute) const override;
+    bool ReadBoolValue(const std::string &name, bool &value, bool attribute) const override;
+    bool ReadDoubleValue(const std::string &name, double &value, bool attribute) const override;
     void clear() override;
     /// Reads the stream to its end.
     bool BindToStream(std::istream *stream) override;

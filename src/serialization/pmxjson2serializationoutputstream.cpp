@@ -43,7 +43,7 @@ void appendString(std::string &out, std::string_view text)
 pmxJson2SerializationOutputStream::~pmxJson2SerializationOutputStream() { flush(); }
 
 std::shared_ptr<pmxSerializationOutputStream>
-pmxJson2SerializationOutputStream::CreateNode(std::string_view name, bool arrayMark)
+pmxJson2SerializationOutputStream::CreateNode(const std::string &name, bool arrayMark)
 {
     if (name.empty() || isPlainValue() || isMemberAt(placeOf(name), name))
         return nullptr;
@@ -52,18 +52,19 @@ pmxJson2SerializationOutputStream::CreateNode(std::string_view name, bool arrayM
     return node;
 }
 
-bool pmxJson2SerializationOutputStream::WriteValue(std::string_view name, const std::string &value,
-                                                   bool)
+bool pmxJson2SerializationOutputStream::WriteValue(const std::string &name,
+                                                   const std::string &value, bool)
 {
     return writeMember(name, [&value](std::string &out) { appendString(out, value); });
 }
 
-bool pmxJson2SerializationOutputStream::WriteBoolValue(std::string_view name, bool value, bool)
+bool pmxJson2SerializationOutputStream::WriteBoolValue(const std::string &name, bool value, bool)
 {
     return writeMember(name, [value](std::string &out) { out += value ? "true" : "false"; });
 }
 
-bool pmxJson2SerializationOutputStream::WriteDoubleValue(std::string_view name, double value, bool)
+bool pmxJson2SerializationOutputStream::WriteDoubleValue(const std::string &name, double value,
+                                                         bool)
 {
     return std::isfinite(value)
         && writeMember(name, [value](std::string &out) { out += picojson::value(value).to_str(); });

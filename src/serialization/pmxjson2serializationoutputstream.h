@@ -26,11 +26,11 @@ public:
     pmxJson2SerializationOutputStream() = default;
     ~pmxJson2SerializationOutputStream() override;
 
-    std::shared_ptr<pmxSerializationOutputStream> CreateNode(std::string_view name,
+    std::shared_ptr<pmxSerializationOutputStream> CreateNode(const std::string &name,
                                                              bool arrayMark) override;
-    bool WriteValue(std::string_view name, const std::string &value, bool attribute) override;
-    bool WriteBoolValue(std::string_view name, bool value, bool attribute) override;
-    bool WriteDoubleValue(std::string_view name, double value, bool attribute) override;
+    bool WriteValue(const std::string &name, const std::string &value, bool attribute) override;
+    bool WriteBoolValue(const std::string &name, bool value, bool attribute) override;
+    bool WriteDoubleValue(const std::string &name, double value, bool attribute) override;
     void Flush() override;
     void clear() override;
     void BindToStream(std::ostream *stream) override;

@@ -5,7 +5,6 @@
 #include <istream>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 /**
@@ -23,22 +22,22 @@ public:
 
     /// The child of that name, null when there is none.
     virtual std::shared_ptr<pmxSerializationInputStream>
-    SelectNode(std::string_view name) const = 0;
+    SelectNode(const std::string &name) const = 0;
     /// The children of that name, in their order.
     virtual std::vector<std::shared_ptr<pmxSerializationInputStream>>
-    SelectNodes(std::string_view name) const = 0;
+    SelectNodes(const std::string &name) const = 0;
 
     /// Whether there is a child of that name, of any type. False for a node that can have none.
-    virtual bool HasNode(std::string_view /*name*/) const { return false; }
+    virtual bool HasNode(const std::string & /*name*/) const { return false; }
     /// Whether this node is of a kind that can have children.
     virtual bool CanHaveNodes() const { return true; }
 
-    virtual bool ReadValue(std::string_view name, std::string &value, bool attribute) const = 0;
-    virtual bool ReadBoolValue(std::string_view name, bool &value, bool attribute) const = 0;
-    virtual bool ReadDoubleValue(std::string_view name, double &value, bool attribute) const = 0;
+    virtual bool ReadValue(const std::string &name, std::string &value, bool attribute) const = 0;
+    virtual bool ReadBoolValue(const std::string &name, bool &value, bool attribute) const = 0;
+    virtual bool ReadDoubleValue(const std::string &name, double &value, bool attribute) const = 0;
 
     /// Reads a text and converts it with the standard stream extraction of T.
-    template <typename T> bool ReadValueS(std::string_view name, T &value, bool attribute) const
+    template <typename T> bool ReadValueS(const std::string &name, T &value, bool attribute) const
     {
         std::string text;
         return ReadValue(name, text, attribute) && pmxValueFromText(text, value);

@@ -15,7 +15,7 @@ pmxSerializationIoStream::pmxSerializationIoStream(
 }
 
 std::shared_ptr<pmxSerializationIoStream>
-pmxSerializationIoStream::SelectOrCreateNode(std::string_view name, bool arrayMark)
+pmxSerializationIoStream::SelectOrCreateNode(const std::string &name, bool arrayMark)
 {
     if (name.empty())
         return std::make_shared<pmxSerializationIoStream>(*this);
@@ -28,7 +28,7 @@ pmxSerializationIoStream::SelectOrCreateNode(std::string_view name, bool arrayMa
 }
 
 std::vector<std::shared_ptr<pmxSerializationIoStream>>
-pmxSerializationIoStream::SelectNodes(std::string_view name)
+pmxSerializationIoStream::SelectNodes(const std::string &name)
 {
     std::vector<std::shared_ptr<pmxSerializationIoStream>> streams;
     if (m_input) {
@@ -40,7 +40,7 @@ pmxSerializationIoStream::SelectNodes(std::string_view name)
     return streams;
 }
 
-bool pmxSerializationIoStream::SerializeValue(std::string_view name, std::string &value,
+bool pmxSerializationIoStream::SerializeValue(const std::string &name, std::string &value,
                                               bool required, bool attribute)
 {
     if (m_input)
@@ -48,15 +48,15 @@ bool pmxSerializationIoStream::SerializeValue(std::string_view name, std::string
     return m_output->WriteValue(name, value, attribute);
 }
 
-bool pmxSerializationIoStream::SerializeBoolValue(std::string_view name, bool &value, bool required,
-                                                  bool attribute)
+bool pmxSerializationIoStream::SerializeBoolValue(const std::string &name, bool &value,
+                                                  bool required, bool attribute)
 {
     if (m_input)
         return m_input->ReadBoolValue(name, value, attribute) || !required;
     return m_output->WriteBoolValue(name, value, attribute);
 }
 
-bool pmxSerializationIoStream::SerializeDoubleValue(std::string_view name, double &value,
+bool pmxSerializationIoStream::SerializeDoubleValue(const std::string &name, double &value,
                                                     bool required, bool attribute)
 {
     if (m_input)

@@ -5,7 +5,6 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 /**
@@ -22,7 +21,7 @@ public:
 
     bool isReading() const { return m_input != nullptr; }
     /// Reading: whether there is a member of that name, of any type. Writing: false.
-    bool hasMember(std::string_view name) const { return m_input && m_input->HasNode(name); }
+    bool hasMember(const std::string &name) const { return m_input && m_input->HasNode(name); }
     /// Reading: whether this node is of a kind that can have members. Writing: true.
     bool canHaveMembers() const { return !m_input || m_input->CanHaveNodes(); }
 
@@ -32,21 +31,21 @@ public:
      *
      * Throws std::runtime_error when it reads from a node that cannot have members.
      */
-    std::shared_ptr<pmxSerializationIoStream> SelectOrCreateNode(std::string_view name,
+    std::shared_ptr<pmxSerializationIoStream> SelectOrCreateNode(const std::string &name,
                                                                  bool arrayMark);
     /// Reading: the elements of the list of that name; a single value is a list of one. Writing:
     /// none.
-    std::vector<std::shared_ptr<pmxSerializationIoStream>> SelectNodes(std::string_view name);
+    std::vector<std::shared_ptr<pmxSerializationIoStream>> SelectNodes(const std::string &name);
 
-    bool SerializeValue(std::string_view name, std::string &value, bool required,
+    bool SerializeValue(const std::string &name, std::string &value, bool required,
                         bool attribute = false);
-    bool SerializeBoolValue(std::string_view name, bool &value, bool required,
+    bool SerializeBoolValue(const std::string &name, bool &value, bool required,
                             bool attribute = false);
-    bool SerializeDoubleValue(std::string_view name, double &value, bool required,
+    bool SerializeDoubleValue(const std::string &name, double &value, bool required,
                               bool attribute = false);
     /// For numbers, enumerations and bools that travel as texts ("5", "1").
     template <typename T>
-    bool SerializeValueS(std::string_view name, T &value, bool required, bool attribute = false)
+    bool SerializeValueS(const std::string &name, T &value, bool required, bool attribute = false)
     {
         if (m_input)
             return m_input->ReadValueS(name, value, attribute) || !required;

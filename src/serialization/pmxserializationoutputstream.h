@@ -4,7 +4,6 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 
 /**
  * Writes one node of a tree of named nodes.
@@ -24,16 +23,16 @@ public:
      * plain value of that name.
      * Children of one name form a list; arrayMark makes a list of a single one, too.
      */
-    virtual std::shared_ptr<pmxSerializationOutputStream> CreateNode(std::string_view name,
+    virtual std::shared_ptr<pmxSerializationOutputStream> CreateNode(const std::string &name,
                                                                      bool arrayMark) = 0;
 
-    virtual bool WriteValue(std::string_view name, const std::string &value, bool attribute) = 0;
-    virtual bool WriteBoolValue(std::string_view name, bool value, bool attribute) = 0;
+    virtual bool WriteValue(const std::string &name, const std::string &value, bool attribute) = 0;
+    virtual bool WriteBoolValue(const std::string &name, bool value, bool attribute) = 0;
     /// Also fails for a value that is infinite or not a number.
-    virtual bool WriteDoubleValue(std::string_view name, double value, bool attribute) = 0;
+    virtual bool WriteDoubleValue(const std::string &name, double value, bool attribute) = 0;
 
     /// Writes the value as the text that the standard stream insertion of T gives.
-    template <typename T> bool WriteValueS(std::string_view name, const T &value, bool attribute)
+    template <typename T> bool WriteValueS(const std::string &name, const T &value, bool attribute)
     {
         return WriteValue(name, pmxTextFromValue(value), attribute);
     }

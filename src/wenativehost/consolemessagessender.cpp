@@ -173,10 +173,12 @@ bool ConsoleMessagesSender::waitUntilWritable()
         const auto wait = std::clamp(left, milliseconds(0), milliseconds(outputPollMs));
         const auto begun = std::chrono::steady_clock::now();
         const int ready = ::poll(&target, 1, static_cast<int>(wait.count()));
+        const bool isInterrupted = ready < 0 && errno == EINTR;
         const bool isInputEnded = m_flowControl->isInputEnded();
         if (isInputEnded)
             m_waited += std::chrono::steady_clock::now() - begun;
-        if (ready > 0)
+        // An error is left to the write.
+        if (ready != 0 && !isInterrupted)
             return true;
         if (ready == 0 && isInputEnded) {
             stuckFor += wait;

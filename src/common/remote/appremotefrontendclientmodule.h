@@ -107,7 +107,7 @@ private:
     QtClock &m_clock;
     QPointer<QIODevice> m_device;
     HandOver m_handOver;
-    /// While taking down: the hand-over failed, so queued messages are waited for.
+    /// The hand-over at the end failed, so queued messages are waited for.
     bool m_isHolding = false;
 
     QSharedPointer<RemoteIncomingDownloadsProcessor> m_incomingDownloadsProcessor;

@@ -5,16 +5,17 @@
 
 bool pmxSerializeOptionalStrings(
     pmxSerializationIoStream *stream,
-    std::initializer_list<std::pair<std::string_view, std::string *>> members)
+    std::initializer_list<std::pair<const char *, std::string *>> members)
 {
     bool ok = true;
+    std::string name; // one for all: many are long
     for (const auto &[key, value] : members)
-        ok = stream->SerializeValue(key, *value, false) && ok;
+        ok = stream->SerializeValue(name = key, *value, false) && ok;
     return ok;
 }
 
 bool pmxSerializeOptionalBools(pmxSerializationIoStream *stream,
-                               std::initializer_list<std::pair<std::string_view, bool *>> members)
+                               std::initializer_list<std::pair<const char *, bool *>> members)
 {
     bool ok = true;
     for (const auto &[key, value] : members)
@@ -22,17 +23,17 @@ bool pmxSerializeOptionalBools(pmxSerializationIoStream *stream,
     return ok;
 }
 
-bool pmxSerializeOptionalTextBools(
-    pmxSerializationIoStream *stream,
-    std::initializer_list<std::pair<std::string_view, bool *>> members)
+bool pmxSerializeOptionalTextBools(pmxSerializationIoStream *stream,
+                                   std::initializer_list<std::pair<const char *, bool *>> members)
 {
     bool ok = true;
+    std::string name; // one for all: many are long
     for (const auto &[key, value] : members)
-        ok = stream->SerializeValueS(key, *value, false) && ok;
+        ok = stream->SerializeValueS(name = key, *value, false) && ok;
     return ok;
 }
 
-bool pmxSerializeOptionalRecord(pmxSerializationIoStream *stream, std::string_view key,
+bool pmxSerializeOptionalRecord(pmxSerializationIoStream *stream, const std::string &key,
                                 pmxSerializable &record, unsigned int flags)
 {
     const auto node = stream->SelectOrCreateNode(key, false);

@@ -2,7 +2,6 @@
 
 #include <initializer_list>
 #include <string>
-#include <string_view>
 #include <utility>
 
 class pmxSerializable;
@@ -12,14 +11,13 @@ class pmxSerializationIoStream;
 /// when they cannot be written.
 bool pmxSerializeOptionalStrings(
     pmxSerializationIoStream *stream,
-    std::initializer_list<std::pair<std::string_view, std::string *>> members);
+    std::initializer_list<std::pair<const char *, std::string *>> members);
 /// The same for JSON booleans.
 bool pmxSerializeOptionalBools(pmxSerializationIoStream *stream,
-                               std::initializer_list<std::pair<std::string_view, bool *>> members);
+                               std::initializer_list<std::pair<const char *, bool *>> members);
 /// The same for bools that travel as the texts "1" and "0".
-bool pmxSerializeOptionalTextBools(
-    pmxSerializationIoStream *stream,
-    std::initializer_list<std::pair<std::string_view, bool *>> members);
+bool pmxSerializeOptionalTextBools(pmxSerializationIoStream *stream,
+                                   std::initializer_list<std::pair<const char *, bool *>> members);
 /// A nested record that may be missing. Its own Serialize decides whether it can fail.
-bool pmxSerializeOptionalRecord(pmxSerializationIoStream *stream, std::string_view key,
+bool pmxSerializeOptionalRecord(pmxSerializationIoStream *stream, const std::string &key,
                                 pmxSerializable &record, unsigned int flags);

@@ -5,7 +5,6 @@
 
 #include <QUrl>
 
-#include <string_view>
 #include <utility>
 
 namespace {
@@ -84,7 +83,7 @@ bool pmxKovBhIpcPageMediaResponse::serialize(pmxSerializationIoStream *node, Ent
     std::string status = std::to_string(request.status);
     bool isUnread = entry.media.kind == MediaKind::StreamMediaKind && !request.playlist
         && request.state == NetworkRequest::State::Completed;
-    const std::pair<std::string_view, std::string &> texts[] = {
+    const std::pair<const char *, std::string &> texts[] = {
         {"requestId", request.id},
         {"url", request.url},
         {"originalUrl", request.originalUrl},

@@ -56,6 +56,7 @@ void QtAbstractRemoteClientHelper::forceConnect()
 
 void QtAbstractRemoteClientHelper::onLaunchServerFinished(const AbstractError &error)
 {
-    if (!error.isError())
+    // A connection that was made meanwhile must not reset the keeper's back-off.
+    if (m_enabled && !error.isError() && !m_socket->isConnected())
         forceConnect();
 }
